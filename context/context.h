@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/internal.h"
+#include "context/records.h"
+
+QM_BEGIN_INTERNAL_DECLS
+
+void QM_CTX_SetCurYinFile(QmCtx* ctx, const char* path);
+void QM_CTX_ClearCurYinFile(QmCtx* ctx);
+const char* QM_CTX_GetCurYinFile(QmCtx* ctx);
+
+QM_END_INTERNAL_DECLS

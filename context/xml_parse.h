@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+#include <libxml/xmlerror.h>
+
+#include <cstddef>
+
+// Parses `size` bytes of XML with blanks between elements dropped. Silent:
+// nothing is written to standard error. No external subset, entity or network
+// address is followed, and the calling thread's libxml2 settings are as before
+// afterwards, but for the indentation of its output. NULL when the text is not
+// well-formed, empty, or too long for libxml2.
+xmlDoc* ParseXmlText(const char* text, size_t size);
+
+// While alive, libxml2 reports nothing for the calling thread.
+class XmlSilence {
+ public:
+  XmlSilence();
+  ~XmlSilence();
+  XmlSilence(const XmlSilence&) = delete;
+  XmlSilence& operator=(const XmlSilence&) = delete;
+
+ private:
+  void* savedContext_;
+  void (*savedFunc_)(void*, xmlErrorPtr);
+};

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstdint>
+
+#include "context/internal.h"
+#include "data/records.h"
+
+QM_BEGIN_INTERNAL_DECLS
+
+uint32_t QMD_PAS_CheckMultipleInstanceNode(QmCheckAux* aux, xmlNode* element);
+uint32_t QMD_PAS_CheckDataNodeValue(QmCheckAux* aux, xmlNode* element);
+void QMD_PAS_SetInvalidValueErr(QmCheckAux* aux, xmlNode* element);
+uint32_t QMD_PAS_CheckActionNodeRepeat(QmCheckAux* aux, xmlNode* element);
+uint32_t QMD_PAS_CheckElementNodeOrder(QmCheckAux* aux, xmlNode* element);
+uint32_t QMD_PAS_CheckMultiCases(QmCheckAux* aux, xmlNode* element);
+uint32_t QMD_PAS_IsUnderRpcOrActionTree(uint32_t flags);
+uint32_t QMD_PAS_CheckActionNodeExist(QmCheckAux* aux);
+
+QM_END_INTERNAL_DECLS

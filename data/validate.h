@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstdint>
+
+#include "context/internal.h"
+#include "data/records.h"
+
+QM_BEGIN_INTERNAL_DECLS
+
+void QMD_PAS_InitCheckAux(QmCheckAux* aux, QmCtx* ctx, uint32_t flags, QmDefaultNodeFunc callback,
+                          void* callbackArg);
+uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root);
+
+QM_END_INTERNAL_DECLS

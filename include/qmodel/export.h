@@ -1,0 +1,36 @@
+/* SPDX-License-Identifier: BSD-3-Clause */
+#ifndef QMODEL_EXPORT_H
+#define QMODEL_EXPORT_H
+
+/**
+ * @file
+ * @brief Macros that every public header uses: C linkage, export, attributes.
+ *
+ * Nothing here is meant for clients; the macros expand to nothing with a
+ * compiler that does not know them.
+ */
+
+#ifdef __cplusplus
+#define QM_BEGIN_DECLS extern "C" {
+#define QM_END_DECLS }
+#define QM_NOEXCEPT noexcept
+#else
+#define QM_BEGIN_DECLS
+#define QM_END_DECLS
+#define QM_NOEXCEPT
+#endif
+
+#if defined(__GNUC__)
+/** Marks a function as part of the library's interface. */
+#define QM_API __attribute__((visibility("default")))
+/** The result is a status that must not be dropped. */
+#define QM_NODISCARD __attribute__((warn_unused_result))
+/** A printf-like function: @p f is the format's position, @p a the first argument's. */
+#define QM_PRINTF(f, a) __attribute__((format(printf, f, a)))
+#else
+#define QM_API
+#define QM_NODISCARD
+#define QM_PRINTF(f, a)
+#endif
+
+#endif

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/records.h"
+#include "context/statement.h"
+#include "schema/records.h"
+
+constexpr uint32_t kQmsNameSize = 65;  // a name of 64 characters and its NUL
+constexpr uint32_t kQmsPathSize = 256;
+constexpr uint32_t kQmsSuffixSize = 10;
+constexpr uint32_t kQmsMaxIncludeDepth = 256;
+
+// One row of a keyword table.
+struct QmsKeyWord {
+  const char* name;
+  uint16_t id;
+};
+
+// One YIN file that may be loaded.
+struct QmsPathObj {
+  char path[kQmsPathSize];
+  char suffix[kQmsSuffixSize];  // between "@@" and the next "."; "" for a plain or revision file
+};
+
+// All files found for one name.
+struct QmsPathCollection {
+  uint16_t count;
+  uint8_t hasSuffixed;
+  uint8_t hasPlain;
+  uint8_t maxTries;
+  uint8_t tries;
+  QmsPathObj* objs;  // owned
+};
+
+struct QmsLoadSuffix {
+  char suffix[kQmsSuffixSize];
+  uint8_t loaded;
+};
+
+constexpr int32_t kQmsNoSuffix = -1;
+
+// What one load of a module by name remembers, shared with its submodules.
+struct QmsLoadAssister {
+  const char* modName;  // expected name; NULL: any. Borrowed.
+  uint16_t suffixCount;
+  QmsLoadSuffix* suffixes;  // owned
+  int32_t current;          // index of the suffix being loaded or kQmsNoSuffix; an index, since
+                            // the array moves when a submodule adds suffixes
+  uint32_t includeDepth;    // nested includes
+};
+
+// The totals of the six body arrays while a file is counted.
+struct QmsBodyStmtCounter {
+  uint16_t extensions;
+  uint16_t features;
+  uint16_t identities;
+  uint16_t typedefs;
+  uint16_t deviations;
+  uint16_t extInsts;
+};
+
+// Modules that one import walk or one unload still has to handle.
+struct QmsModPendTbl {
+  QmListLink nodes;  // sentinel of QmsModPendNode; appended at the tail
+};
+
+struct QmsModPendNode {
+  QmListLink link;       // must stay first
+  QmListLink featPends;  // sentinel of QmsModFeatPend
+  char modName[kQmsNameSize];
+  uint8_t noReload;  // 1: removed and not loaded again
+};
+
+struct QmsModFeatPend {
+  QmListLink link;  // must stay first
+  char featName[kQmsNameSize];
+};
+
+using QmsKeywordLetterFunc = uint32_t (*)(const char* name);
+using QmsDeviateKindParseFunc = uint32_t (*)(QmsModule* module, xmlNode* element,
+                                             QmsDeviate* deviate);
+using QmsCoupleEvtFunc = uint32_t (*)(QmCtx* ctx, const char* changedModName,
+                                      const char* dependentModName, uintptr_t arg);
+
+enum QmsModuleEvent : uint32_t { QMS_EVENT_COUPLE = 0, QMS_EVENT_UNCOUPLE = 1 };

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/internal.h"
+#include "context/records.h"
+#include "context/upcalls.h"
+#include "schema/records.h"
+
+// Forgets every resolved pointer into the typedef array of `module`, wherever in
+// the module it is kept. To be called before the array is moved or freed; until
+// the next refresh the typedefs are looked up by name, with the same result.
+void ClearResolvedTypedefs(QmsModule* module);
+
+QM_BEGIN_INTERNAL_DECLS
+
+uint32_t QMS_MOD_AppendOneImport(QmsModule* mod, const char* moduleName, const char* prefix);
+uint32_t QMS_MOD_AppendOneInclude(QmsModule* mod, const char* subName);
+uint32_t QMS_MOD_AppendOneFeature(QmsModule* mod, const char* name);
+uint32_t QMS_MOD_AppendOneIdentity(QmsModule* mod, const char* name);
+uint32_t QMS_MOD_AppendOneExtension(QmsModule* mod, const char* name, const char* argument,
+                                    uint32_t yinElement);
+uint32_t QMS_MOD_AppendOneTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
+                                  const char* defaultValue);
+uint32_t QMS_MOD_AppendOneDeviation(QmsModule* mod, const char* targetPath);
+uint32_t QMS_MOD_FillImport(QmDict* dict, QmsImport* import, const char* moduleName,
+                            const char* prefix);
+uint32_t QMS_MOD_FillInclude(QmDict* dict, QmsInclude* include, const char* subName);
+uint32_t QMS_MOD_FillFeature(QmDict* dict, QmsFeature* feature, const char* name);
+uint32_t QMS_MOD_FillIdentity(QmDict* dict, QmsIdentity* identity, const char* name);
+uint32_t QMS_MOD_FillIdentBase(QmDict* dict, QmsIdentBase* base, const char* prefix,
+                               const char* name);
+uint32_t QMS_MOD_SetExtension(QmDict* dict, QmsExtension* ext, const char* name,
+                              const char* argument, uint32_t yinElement);
+uint32_t QMS_MOD_FillTypeDef(QmDict* dict, QmsTypedef* td, const char* name,
+                             const QmtType* realType, const char* defaultValue);
+uint32_t QMS_MOD_FillDeviationTargetNode(QmDict* dict, QmsDeviation* dev, const char* path);
+uint32_t QMS_MOD_FillDeviate(QmDict* dict, QmsDeviate* dst, const QmsDeviate* src);
+QmsImport* QMS_MOD_FindImportByPrefix(QmsImport* imports, uint32_t count, const char* prefix);
+QmsInclude* QMS_MOD_FindIncludeBySubName(QmsInclude* includes, uint32_t count, const char* name);
+QmsExtension* QMS_MOD_FindExtensionByName(QmsModule* mod, const char* name);
+QmsTypedef* QMS_MOD_FindTypDefObjByName(QmsTypedef* typedefs, uint32_t count, const char* name);
+uint32_t QMS_MOD_CheckTwoFeatureSame(const QmsFeature* a, const QmsFeature* b);
+uint32_t QMS_MOD_CheckTwoIdentitySame(const QmsIdentity* a, const QmsIdentity* b);
+uint32_t QMS_MOD_CheckTwoIdentBaseSame(const QmsIdentBase* a, const QmsIdentBase* b);
+uint32_t QMS_MOD_CheckTwoExtensionSame(const QmsExtension* a, const QmsExtension* b);
+uint32_t QMS_MOD_CheckTwoDeviateSame(const QmsDeviate* a, const QmsDeviate* b);
+uint32_t QMS_MOD_CheckTwoDeviationSame(const QmsDeviation* a, const QmsDeviation* b);
+uint32_t QMS_MOD_CheckSameDeviationExist(const QmsModule* mod, const QmsDeviation* dev);
+void QMS_MOD_ClearImport(QmDict* dict, QmsImport* import);
+void QMS_MOD_ClearInclude(QmDict* dict, QmsInclude* include);
+void QMS_MDL_ClearFeature(QmDict* dict, QmsFeature* feature);
+void QMS_MDL_ClearIdentity(QmDict* dict, QmsIdentity* identity);
+void QMS_MDL_ClearIdentBase(QmDict* dict, QmsIdentBase* base);
+void QMS_MDL_ClearExtension(QmDict* dict, QmsExtension* ext);
+void QMS_MOD_ClearDeviate(QmDict* dict, QmsDeviate* deviate);
+void QMS_MOD_ClearDeviation(QmDict* dict, QmsDeviation* deviation);
+void QMS_TYPE_DestroyTypDefInner(QmDict* dict, QmsTypedef* td);
+void QMS_MOD_FreeImports(QmDict* dict, QmsImport* imports, uint32_t count);
+void QMS_MOD_FreeIncludes(QmDict* dict, QmsInclude* includes, uint32_t count);
+void QMS_MOD_FreeFeatures(QmDict* dict, QmsFeature* features, uint32_t count);
+void QMS_MOD_FreeIdentities(QmDict* dict, QmsIdentity* identities, uint32_t count);
+void QMS_MDL_FreeIdentBases(QmDict* dict, QmsIdentBase* bases, uint32_t count);
+void QMS_MOD_FreeExtensions(QmDict* dict, QmsExtension* extensions, uint32_t count);
+void QMS_MOD_FreeDeviation(QmDict* dict, QmsDeviation* deviations, uint32_t count);
+void QMS_MOD_FreeDeviate(QmDict* dict, QmsDeviate* deviates, uint32_t count);
+void QMS_TYPE_FreeTypDefArray(QmDict* dict, QmsTypedef* typedefs, uint32_t count);
+void QMS_MOD_FreeMrgSource(QmsModule* mod);
+QmsIdentBase* QMS_MOD_CopyIdentBaseArray(QmDict* dict, const QmsIdentBase* bases, uint32_t count);
+QmsDeviate* QMS_MOD_CopyDeviateArray(QmDict* dict, const QmsDeviate* deviates, uint32_t count);
+
+QM_END_INTERNAL_DECLS

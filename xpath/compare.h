@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/internal.h"
+#include "xpath/records.h"
+
+using QmXpathEvalFunc = uint32_t (*)(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                                     QmXpathObject* right);
+
+QM_BEGIN_INTERNAL_DECLS
+
+uint32_t QM_XPATH_EvalOrExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                             QmXpathObject* right);
+uint32_t QM_XPATH_EvalAndExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                              QmXpathObject* right);
+uint32_t QM_XPATH_EvalEqualityExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                                   QmXpathObject* right);
+uint32_t QM_XPATH_EvalRelationalExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                                     QmXpathObject* right);
+uint32_t QM_XPATH_EvalLogicExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                                QmXpathObject* right);
+uint32_t QM_XPATH_EvalCompareExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
+                                  QmXpathObject* right);
+uint32_t QM_XPATH_EqualityCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
+                                           uint32_t operation, uint32_t* result);
+uint32_t QM_XPATH_EqualityCompareAsBoolean(QmXpathObject* left, QmXpathObject* right,
+                                           uint32_t operation, uint32_t* result);
+uint32_t QM_XPATH_EqualityCompareAsNumber(QmXpathObject* left, QmXpathObject* right,
+                                          uint32_t operation, uint32_t* result);
+uint32_t QM_XPATH_EqualityCompareAsString(QmXpathObject* left, QmXpathObject* right,
+                                          uint32_t operation, uint32_t* result);
+uint32_t QM_XPATH_RelationalCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
+                                             uint32_t operation, uint32_t* result);
+uint32_t QM_XPATH_ProcessArgumentsWithNodeSet(QmXpathObject* left, QmXpathObject* right);
+QmXpathEvalFunc QM_XPATH_GetExprEvalFunc(uint32_t exprType);
+
+QM_END_INTERNAL_DECLS

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstdint>
+
+#include "context/internal.h"
+#include "xpath/records.h"
+
+QM_BEGIN_INTERNAL_DECLS
+
+uint32_t QM_XPATH_InitEvalCtx(QmXpathEvalCtx* ctx, xmlNode* rootNode, xmlNode* currentNode);
+void QM_XPATH_DestroyEvalCtx(QmXpathEvalCtx* ctx);
+uint32_t QM_XPATH_EvalExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalPathExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalPrimaryExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalLiteral(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalNumber(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalAbsoluteLocationPath(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalRelativeLocationPath(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalStep(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalNameTest(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_SkipPredicate(QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_PushExprTypeToStack(QmXpathEvalCtx* ctx, uint32_t exprType, uint32_t tokenIndex);
+uint32_t QM_XPATH_PushExprTypeToStackByPriority(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
+                                                uint32_t exprType, uint32_t tokenIndex);
+uint32_t QM_XPATH_CalculateHighPriorityExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
+                                            uint32_t exprType);
+uint32_t QM_XPATH_CalculateOneExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
+                                   const QmXpathOpEntry* op);
+uint32_t QM_XPATH_CalculateRemainExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
+                                      uint32_t endOfSubExpr);
+uint32_t QM_XPATH_GetEvalResult(QmXpathEvalCtx* ctx);
+uint32_t QM_XPATH_EvalFunctionCall(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
+uint32_t QM_XPATH_EvalFunctionCallArguments(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
+                                            uint32_t* index);
+
+QM_END_INTERNAL_DECLS

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstdint>
+
+#include "context/internal.h"
+#include "xpath/records.h"
+
+using QmXpathFunc = uint32_t (*)(QmXpathEvalCtx* ctx);
+
+QM_BEGIN_INTERNAL_DECLS
+
+uint32_t QM_XPATH_FuncNot(QmXpathEvalCtx* ctx);
+uint32_t QM_XPATH_FuncDerivedFrom(QmXpathEvalCtx* ctx);
+uint32_t QM_XPATH_FuncDerivedFromOfSelf(QmXpathEvalCtx* ctx);
+uint32_t QM_XPATH_FuncStringInner(QmXpathObject* object);
+uint32_t QM_XPATH_FuncNumberInner(QmXpathObject* object);
+uint32_t QM_XPATH_FuncBooleanInner(QmXpathObject* object);
+uint32_t QM_XPATH_FuncNotInner(QmXpathObject* object);
+char* QM_XPATH_ConvertBooleanToString(uint32_t value);
+double QM_XPATH_ConvertBooleanToNumber(uint32_t value);
+double QM_XPATH_ConvertStringToNumber(const char* text);
+double QM_XPATH_ConvertNodeToNumber(const xmlNode* node);
+uint32_t QM_XPATH_ConvertStringToBoolean(const char* text);
+uint32_t QM_XPATH_ConvertNumberToBoolean(double value);
+char* QM_XPATH_CopyElementNodeContent(xmlNode* node);
+
+QM_END_INTERNAL_DECLS
