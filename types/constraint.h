@@ -8,6 +8,12 @@
 
 // Every operation on constraint bodies goes through a table indexed by kind; a
 // NULL slot means that the operation does not apply.
+//
+// A create function makes the whole body for `itemCount` items at once: the item
+// array is zero-filled and `count` already is `itemCount`, so a filler writes the
+// items and leaves `count` alone. Range and length ignore the number; their
+// segments are allocated by the loader. A zero-filled item is destroyed and copied
+// without special care, so a half-filled body is fit for both.
 using QmtConsCreateFunc = void* (*)(uint32_t itemCount, uint32_t loadFlags);
 using QmtConsDestroyFunc = void (*)(QmDict* dict, void* body);
 using QmtConsCopyFunc = void* (*)(QmDict* dict, const void* body);

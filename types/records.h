@@ -170,6 +170,7 @@ struct QmtCheckCtx {
   QmtType* currentType;
   QmtType* matchedType;    // first type record that accepted the value
   uint32_t unionDepth;     // nested unions; bounds the recursion through fresh contexts
+  uint32_t typeLevels;     // types being checked now, fresh contexts included; bounds the stack
   uint32_t* memberBudget;  // member checks left for the whole top-level check; NULL: not yet set
 };
 
