@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The part that all commands share: a context with the modules that the command
+// line names. The order is fixed: directories, loads, unloads, features. Load
+// errors are printed after the loads and again after the unloads.
+#include "client/session.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include <qmodel/loader.h>
+#include <qmodel/schema.h>
+
+namespace {
+
+uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* printed) {
+  *static_cast<bool*>(printed) = true;
+  if (file == nullptr) {
+    std::fprintf(stderr, "%s: %s\n", module, message);
+  } else {
+    std::fprintf(stderr, "%s: %s: %s\n", module, file, message);
+  }
+  return 0;
+}
+
+// True when there was at least one.
+bool PrintLoadErrors(QmCtx* ctx) {
+  bool printed = false;
+  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, PrintLoadError, &printed));
+  return printed;
+}
+
+bool AddSearchDir(QmCtx* ctx, const std::string& dir) {
+  std::string absolute = dir;
+  if (dir.empty() || dir[0] != '/') {
+    char cwd[PATH_MAX];
+    if (dir.empty() || getcwd(cwd, sizeof(cwd)) == nullptr) {
+      PrintError("%s: %s", dir.c_str(), std::strerror(dir.empty() ? ENOENT : errno));
+      return false;
+    }
+    absolute = dir == "." ? cwd : std::string(cwd) + "/" + dir;
+  }
+  if (QM_CTX_SetSearchDir(ctx, absolute.c_str()) == 0) return true;
+  PrintError("%s: not a usable search directory", dir.c_str());
+  return false;
+}
+
+bool AddSearchDirs(QmCtx* ctx, const Options& options) {
+  if (options.searchDirs.empty()) return AddSearchDir(ctx, ".");
+  for (const std::string& dir : options.searchDirs) {
+    if (!AddSearchDir(ctx, dir)) return false;
+  }
+  return true;
+}
+
+// Runs one load or unload for each name; the first that fails ends it.
+bool ForEachModule(QmCtx* ctx, const std::vector<std::string>& names,
+                   uint32_t (*step)(QmCtx*, const char*), const char* verb) {
+  for (const std::string& name : names) {
+    const uint32_t ret = step(ctx, name.c_str());
+    if (ret == 0) continue;
+    if (!PrintLoadErrors(ctx)) PrintError("module '%s' could not be %s", name.c_str(), verb);
+    return false;
+  }
+  return true;
+}
+
+uint32_t Load(QmCtx* ctx, const char* name) {
+  return QM_CTX_LoadModule(ctx, name);
+}
+uint32_t Unload(QmCtx* ctx, const char* name) {
+  return QM_CTX_UnloadModule(ctx, name);
+}
+
+bool LoadAll(QmCtx* ctx, const Options& options, bool loadOperands) {
+  if (!ForEachModule(ctx, options.modules, Load, "loaded")) return false;
+  if (loadOperands && !ForEachModule(ctx, options.operands, Load, "loaded")) return false;
+  PrintLoadErrors(ctx);
+  if (options.unloads.empty()) return true;
+  if (!ForEachModule(ctx, options.unloads, Unload, "unloaded")) return false;
+  PrintLoadErrors(ctx);
+  return true;
+}
+
+bool EnableFeatures(QmCtx* ctx, const Options& options) {
+  for (const FeatureRef& ref : options.features) {
+    QmsModule* module = QM_CTX_GetModuleByModName(ctx, ref.module.c_str());
+    if (module != nullptr && QM_MOD_EnableFeature(module, ref.feature.c_str()) == 0) continue;
+    PrintError("no feature '%s' in a loaded module '%s'", ref.feature.c_str(), ref.module.c_str());
+    return false;
+  }
+  return true;
+}
+
+int Prepare(QmCtx* ctx, const Options& options, bool loadOperands) {
+  if (!AddSearchDirs(ctx, options)) return kExitUnusable;
+  if (!LoadAll(ctx, options, loadOperands)) return kExitUnusable;
+  return EnableFeatures(ctx, options) ? kExitOk : kExitUsage;
+}
+
+}  // namespace
+
+QmCtx* OpenSession(const Options& options, bool loadOperands, int* status) {
+  QmCtx* ctx = QM_CTX_Create(options.loadFlags);
+  if (ctx == nullptr) {
+    PrintError("out of memory");
+    *status = kExitUnusable;
+    return nullptr;
+  }
+  *status = Prepare(ctx, options, loadOperands);
+  if (*status == kExitOk) return ctx;
+  QM_CTX_Delete(ctx);
+  return nullptr;
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <qmodel/context.h>
+
+#include "client/options.h"
+
+// Makes a context as the options say: search directories, loads (with the
+// operands too when `loadOperands`), unloads, features. Load errors are printed.
+// NULL, with *status set and the reason on standard error, when it cannot be used.
+QmCtx* OpenSession(const Options& options, bool loadOperands, int* status);
