@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <pthread.h>
+
 #include <cstddef>
 #include <cstdint>
 
 #include <qmodel/memory.h>
 
 #include "context/internal.h"
+#include "platform/hooks.h"
 
-// Every block of the library is made and released through these three. They
-// change at most once, before the first context is created.
-extern QmMallocFunc g_qmMemMallocFunc;
-extern QmReallocFunc g_qmMemReAllocFunc;
-extern QmFreeFunc g_qmMemFreeFunc;
+// 1 once hooks were registered, which happens once per process at most.
 extern uint32_t g_qmMemRegistered;
+// Guards the registration, and nothing else: the hooks are read without a lock.
+extern pthread_mutex_t g_qmMemMutex;
 
 // A zero-filled block for one record, or NULL.
 void* AllocZeroed(size_t size);
@@ -31,6 +32,8 @@ void FreeAndNull(Block** field) {
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Stores the three hooks, or gives 17 when some are stored already. To be called
+// with g_qmMemMutex locked.
 uint32_t QM_MemRegisterHandleInner(QmMallocFunc mallocFunc, QmReallocFunc reallocFunc,
                                    QmFreeFunc freeFunc);
 

@@ -7,8 +7,8 @@
 
 // Parses `size` bytes of XML with blanks between elements dropped. Silent:
 // nothing is written to standard error. No external subset, entity or network
-// address is followed, and the calling thread's libxml2 settings are as before
-// afterwards, but for the indentation of its output. NULL when the text is not
+// address is followed, whatever the client has set, and the calling thread's
+// libxml2 settings are as before afterwards. NULL when the text is not
 // well-formed, empty, or too long for libxml2.
 xmlDoc* ParseXmlText(const char* text, size_t size);
 

@@ -3,12 +3,23 @@
 #include <cstddef>
 #include <cstdint>
 
+// Texts are NUL-terminated bytes and never NULL here; the locale plays no part.
+
 extern "C" {
+// Byte-wise compare: negative, 0 or positive. The second looks at `n` bytes at most.
 int32_t RTK_StrCmp(const char* a, const char* b);
 int32_t RTK_StrNCmp(const char* a, const char* b, size_t n);
+
 size_t RTK_StrLen(const char* str);
+
+// The first or last `c`, or the first `sub`, in `str`; NULL when there is none.
 const char* RTK_StrChr(const char* str, char c);
 const char* RTK_StrRChr(const char* str, char c);
 const char* RTK_StrStr(const char* str, const char* sub);
+
+// Converts the whole text: white space around a decimal number with optional
+// sign, fraction and exponent. A number too large for a double becomes an
+// infinity, one too small becomes 0. 0 on success; 22 for anything else ("inf",
+// "nan", hexadecimal, an empty text), with *out as it was.
 uint32_t RTK_StrToFloat(const char* str, double* out);
 }

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The string dictionary: one shared, counted copy of each text that a context
+// holds, so that two held texts are equal exactly when their pointers are. A
+// fixed table of 1024 chains; there is no rehashing.
+#include "context/dict.h"
+
+#include <cstring>
+
+#include "context/memory.h"
+#include "context/string.h"
+#include "platform/string.h"
+
+constexpr uint32_t kBucketCount = 1024;
+static_assert((kBucketCount & (kBucketCount - 1)) == 0, "the index is the hash under a mask");
+
+void ReleaseText(QmDict* dict, const char** field) {
+  if (*field == nullptr) return;
+  QM_DICT_Remove(dict, *field);
+  *field = nullptr;
+}
+
+bool InternText(QmDict* dict, const char** field, const char* text) {
+  const char* interned = QM_DICT_Insert(dict, text);
+  if (interned == nullptr) return false;
+  ReleaseText(dict, field);
+  *field = interned;
+  return true;
+}
+
+uint32_t QM_DICT_Init(QmDict* dict) {
+  auto* buckets = static_cast<QmDictBucket*>(AllocZeroed(kBucketCount * sizeof(QmDictBucket)));
+  if (buckets == nullptr) return QM_FAILED;
+  dict->bucketCount = kBucketCount;
+  dict->usedBuckets = 0;
+  dict->buckets = buckets;
+  return QM_OK;
+}
+
+// Jenkins' one-at-a-time hash. Deliberate: bytes from 0x80 on count as negative.
+uint32_t QM_DICT_HashVal(const char* str) {
+  uint32_t hash = 0;
+  for (; *str != '\0'; ++str) {
+    hash += static_cast<uint32_t>(static_cast<signed char>(*str));
+    hash += hash << 10;
+    hash ^= hash >> 6;
+  }
+  hash += hash << 3;
+  hash ^= hash >> 11;
+  hash += hash << 15;
+  return hash;
+}
+
+static QmDictBucket* BucketOf(QmDict* dict, const char* str) {
+  return &dict->buckets[QM_DICT_HashVal(str) & (dict->bucketCount - 1)];
+}
+
+// The link that leads to the entry of `str`, or the empty one at the chain's end.
+static QmDictEntry** FindLink(QmDictBucket* bucket, const char* str) {
+  QmDictEntry** link = &bucket->first;
+  while (*link != nullptr && RTK_StrCmp((*link)->str, str) != 0) link = &(*link)->next;
+  return link;
+}
+
+static QmDictEntry* NewEntry(const char* str) {
+  auto* entry = NewRecord<QmDictEntry>();
+  if (entry == nullptr) return nullptr;
+  entry->str = QM_UTL_StrDup(str);
+  entry->refCount = 1;
+  if (entry->str != nullptr) return entry;
+  g_qmMemFreeFunc(entry);
+  return nullptr;
+}
+
+static void FreeEntry(QmDictEntry* entry) {
+  g_qmMemFreeFunc(entry->str);
+  g_qmMemFreeFunc(entry);
+}
+
+const char* QM_DICT_Insert(QmDict* dict, const char* str) {
+  if (str == nullptr || dict->buckets == nullptr) return nullptr;
+  QmDictBucket* bucket = BucketOf(dict, str);
+  QmDictEntry** link = FindLink(bucket, str);
+  if (*link != nullptr) {
+    ++(*link)->refCount;
+    return (*link)->str;
+  }
+  // Counted before the entry exists: too high a count only makes the final
+  // release look at one chain in vain.
+  ++bucket->entryCount;
+  QmDictEntry* entry = NewEntry(str);
+  if (entry == nullptr) return nullptr;
+  if (bucket->first == nullptr) ++dict->usedBuckets;
+  *link = entry;
+  return entry->str;
+}
+
+void QM_DICT_Remove(QmDict* dict, const char* str) {
+  if (str == nullptr || dict->buckets == nullptr) return;
+  QmDictBucket* bucket = BucketOf(dict, str);
+  QmDictEntry** link = FindLink(bucket, str);
+  QmDictEntry* entry = *link;
+  if (entry == nullptr || --entry->refCount > 0) return;
+  // Deliberate: any removed head counts, also one with followers.
+  if (link == &bucket->first) --dict->usedBuckets;
+  *link = entry->next;
+  --bucket->entryCount;
+  FreeEntry(entry);
+}
+
+static void FreeChain(QmDictEntry* entry) {
+  while (entry != nullptr) {
+    QmDictEntry* next = entry->next;
+    FreeEntry(entry);
+    entry = next;
+  }
+}
+
+void QM_DICT_Destroy(QmDict* dict) {
+  if (dict->buckets == nullptr) return;
+  for (uint32_t i = 0; i < dict->bucketCount; ++i) {
+    if (dict->buckets[i].entryCount != 0) FreeChain(dict->buckets[i].first);
+  }
+  FreeAndNull(&dict->buckets);
+}

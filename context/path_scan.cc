@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Scanners for the steps of schema paths: "node", "prefix:node", and steps with
+// bracketed predicates. They look at one step, copy its names into the caller's
+// buffers and judge what follows. A step whose form is wrong is refused before
+// the room for its name is looked at; a refused step leaves its names empty.
+#include "context/path_scan.h"
+
+#include "platform/bounds.h"
+#include "platform/string.h"
+
+static bool IsIdentChar(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
+         c == '.' || c == '_';
+}
+
+static bool EndsStep(char c) {
+  return c == '\0' || c == '/';
+}
+
+static void Empty(char* out, uint32_t outSize) {
+  if (out != nullptr && outSize > 0) out[0] = '\0';
+}
+
+static bool CopyName(char* out, uint32_t outSize, const char* name, uint32_t length) {
+  return strncpy_s(out, outSize, name, length) == 0;
+}
+
+uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str) {
+  uint32_t length = 0;
+  while (IsIdentChar(str[length])) ++length;
+  return length;
+}
+
+uint32_t QM_UTL_ConsumeIdentNameFromTail(const char* str, uint32_t len) {
+  uint32_t start = len;
+  while (start > 0 && IsIdentChar(str[start - 1])) --start;
+  return len - start;
+}
+
+// Deliberate: a carriage return is not skipped.
+const char* QM_UTL_ConsumeAllSpaceChar(const char* str) {
+  while (*str == ' ' || *str == '\t' || *str == '\n') ++str;
+  return str;
+}
+
+uint32_t QM_UTL_GetXPathNextNodeName(const char* str, char* out, uint32_t outSize) {
+  Empty(out, outSize);
+  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
+  if (length == 0) return QM_FAILED;
+  if (!EndsStep(str[length])) return QM_INVALID;
+  return CopyName(out, outSize, str, length) ? QM_OK : QM_NAME_TOO_LONG;
+}
+
+uint32_t QM_UTL_GetXPathNextPrefixAndNode(const char* str, char* prefixOut, uint32_t prefixSize,
+                                          char* nodeOut, uint32_t nodeSize) {
+  Empty(prefixOut, prefixSize);
+  Empty(nodeOut, nodeSize);
+  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
+  if (length == 0) return QM_FAILED;
+  if (EndsStep(str[length])) return QM_UTL_GetXPathNextNodeName(str, nodeOut, nodeSize);
+  if (str[length] != ':') return QM_INVALID;
+  if (!CopyName(prefixOut, prefixSize, str, length)) return QM_NAME_TOO_LONG;
+  const uint32_t ret = QM_UTL_GetXPathNextNodeName(str + length + 1, nodeOut, nodeSize);
+  if (ret != QM_OK) Empty(prefixOut, prefixSize);
+  return ret;
+}
+
+const char* QM_UTL_SkipPredicateParis(const char* str) {
+  while (*str == '[') {
+    const char* close = RTK_StrChr(str, ']');
+    if (close == nullptr) return nullptr;
+    str = close + 1;
+  }
+  return str;
+}
+
+// The rest after the step's node name and predicates, or NULL.
+static const char* SkipPredicatedNode(const char* str, char* nodeOut, uint32_t nodeSize) {
+  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
+  if (length == 0) return nullptr;
+  const char* rest = QM_UTL_SkipPredicateParis(str + length);
+  if (rest == nullptr || !EndsStep(*rest)) return nullptr;
+  return CopyName(nodeOut, nodeSize, str, length) ? rest : nullptr;
+}
+
+const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefixOut,
+                                                    uint32_t prefixSize, char* nodeOut,
+                                                    uint32_t nodeSize) {
+  Empty(prefixOut, prefixSize);
+  Empty(nodeOut, nodeSize);
+  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
+  if (length == 0) return nullptr;
+  if (str[length] != ':') return SkipPredicatedNode(str, nodeOut, nodeSize);
+  if (!CopyName(prefixOut, prefixSize, str, length)) return nullptr;
+  const char* rest = SkipPredicatedNode(str + length + 1, nodeOut, nodeSize);
+  if (rest == nullptr) Empty(prefixOut, prefixSize);
+  return rest;
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Copies of texts in blocks of the memory hooks, small questions about texts,
+// and matching against XML Schema regular expressions.
+#include "context/string.h"
+
+#include <libxml/xmlregexp.h>
+
+#include <cstring>
+
+#include "context/guard.h"
+#include "context/memory.h"
+#include "context/xml_parse.h"
+#include "context/xml_tree.h"
+#include "platform/string.h"
+
+static char* CopyText(const char* text, size_t length) {
+  auto* copy = static_cast<char*>(g_qmMemMallocFunc(length + 1));
+  if (copy == nullptr) return nullptr;
+  std::memcpy(copy, text, length);
+  copy[length] = '\0';
+  return copy;
+}
+
+char* QM_UTL_StrDup(const char* str) {
+  return str != nullptr ? CopyText(str, RTK_StrLen(str)) : nullptr;
+}
+
+char* QM_UTL_StrDupWithSpecifyLength(const char* str, uint32_t n) {
+  if (str == nullptr || n == 0 || strnlen(str, n) < n) return nullptr;
+  return CopyText(str, n);
+}
+
+char* QM_UTL_CreateEmptyString() {
+  return CopyText("", 0);
+}
+
+uint32_t QM_UTL_IsNulStringEqual(const char* a, const char* b) {
+  if (a == nullptr || b == nullptr) return a == b ? 1 : 0;
+  return RTK_StrCmp(a, b) == 0 ? 1 : 0;
+}
+
+uint32_t QM_UTL_CountCharNumber(const char* str, char c) {
+  uint32_t count = 0;
+  if (str == nullptr) return count;
+  for (; *str != '\0'; ++str) {
+    if (*str == c) ++count;
+  }
+  return count;
+}
+
+const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n) {
+  if (str == nullptr) return nullptr;
+  // Deliberate: the first position is examined even when n is 0.
+  const uint32_t limit = n > 0 ? n : 1;
+  for (uint32_t i = 0; i < limit; ++i) {
+    if (str[i] == c) return str + i;
+    if (str[i] == '\0') break;
+  }
+  return nullptr;
+}
+
+uint32_t QM_UTL_MatchStrWithPattern(const char* str, const char* pattern) {
+  if (str == nullptr || pattern == nullptr) return QM_INVALID;
+  const XmlSilence silence;
+  const QmOwn<xmlRegFreeRegexp> compiled(xmlRegexpCompile(XmlChars(pattern)));
+  if (!compiled) return QM_INVALID;
+  return xmlRegexpExec(compiled.Get(), XmlChars(str)) == 1 ? QM_OK : QM_INVALID;
+}

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Reading libxml2 trees: attributes, text, marks, and a pre-order walk that goes
+// by parent and sibling links, so that the depth of a tree costs no stack.
+#include "context/xml_tree.h"
+
+#include <cstring>
+
+// The attributes of an element; other kinds of nodes have none, and some of them
+// are records of another shape.
+static const xmlAttr* FirstAttribute(const xmlNode* element) {
+  if (element == nullptr || element->type != XML_ELEMENT_NODE) return nullptr;
+  return element->properties;
+}
+
+// The text of an attribute's first piece. An attribute that is there but empty
+// is "", which is not the same as none: `default value=""` is a default.
+static const char* AttributeText(const xmlAttr* attribute) {
+  if (attribute == nullptr) return nullptr;
+  const xmlNode* piece = attribute->children;
+  return piece != nullptr && piece->content != nullptr ? XmlText(piece->content) : "";
+}
+
+const char* QM_XML_GetFirstPropertyValue(const xmlNode* element) {
+  return AttributeText(FirstAttribute(element));
+}
+
+const char* QM_XML_GetTargetPropertyValue(const xmlNode* element, const char* name) {
+  if (name == nullptr) return nullptr;
+  const xmlAttr* attribute = FirstAttribute(element);
+  while (attribute != nullptr && std::strcmp(XmlText(attribute->name), name) != 0) {
+    attribute = attribute->next;
+  }
+  return AttributeText(attribute);
+}
+
+const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element) {
+  if (element == nullptr || element->ns == nullptr) return nullptr;
+  return XmlText(element->ns->href);
+}
+
+const char* QM_XML_GetElemNodeContent(const xmlNode* element) {
+  if (element == nullptr || element->children == nullptr) return nullptr;
+  const xmlNode* first = element->children;
+  return first->type == XML_TEXT_NODE ? XmlText(first->content) : nullptr;
+}
+
+xmlNode* QM_XML_GetFirstChildNodeWithPriVal(const xmlNode* element, uintptr_t bits) {
+  if (element == nullptr) return nullptr;
+  xmlNode* child = element->children;
+  while (child != nullptr && (PrivateMark(child) & bits) == 0) child = child->next;
+  return child;
+}
+
+// The child list of an entity reference is the entity's own record, whose links
+// lead out of the tree.
+static xmlNode* OwnFirstChild(const xmlNode* node) {
+  return node->type != XML_ENTITY_REF_NODE ? node->children : nullptr;
+}
+
+xmlNode* QM_XML_GetXmlDomNextNode(xmlNode* root, xmlNode* node, uint32_t* dir) {
+  if (*dir != QMS_TRAV_PARENT) {
+    xmlNode* child = OwnFirstChild(node);
+    if (child != nullptr) {
+      *dir = QMS_TRAV_CHILD;
+      return child;
+    }
+  }
+  return QM_XML_GetXmlDomSibOrParent(root, node, dir);
+}
+
+xmlNode* QM_XML_GetXmlDomSibOrParent(xmlNode* root, xmlNode* node, uint32_t* dir) {
+  if (node == root) return nullptr;
+  *dir = node->next != nullptr ? QMS_TRAV_SIBLING : QMS_TRAV_PARENT;
+  return node->next != nullptr ? node->next : node->parent;
+}
+
+xmlNode* QM_XML_GetParentNodeByTraverse(xmlNode* node, uint32_t dir) {
+  if (dir == QMS_TRAV_CHILD || dir == QMS_TRAV_TOP) return node;
+  return dir == QMS_TRAV_SIBLING && node != nullptr ? node->parent : nullptr;
+}

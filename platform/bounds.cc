@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Bounds-checked copies and prints. They check first and then let the C library
+// do the work, so that the address sanitizer still sees every access.
+#include "platform/bounds.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+
+static bool IsUsableDest(const void* dest, size_t destSize) {
+  return dest != nullptr && destSize > 0 && destSize <= kBoundsMaxSize;
+}
+
+// std::less orders the addresses of different objects too.
+static bool Overlap(const void* a, const void* b, size_t count) {
+  const std::less<const char*> isBefore;
+  const auto* posA = static_cast<const char*>(a);
+  const auto* posB = static_cast<const char*>(b);
+  return isBefore(posA, posB + count) && isBefore(posB, posA + count);
+}
+
+static int32_t RefuseText(char* dest, int32_t status) {
+  dest[0] = '\0';
+  return status;
+}
+
+int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count) {
+  if (!IsUsableDest(dest, destSize)) return EINVAL;
+  if (count == 0) return 0;
+  int32_t status = 0;
+  if (count > destSize) status = ERANGE;
+  if (src == nullptr || Overlap(dest, src, count)) status = EINVAL;
+  if (status == 0) {
+    std::memcpy(dest, src, count);
+  } else {
+    std::memset(dest, 0, destSize);
+  }
+  return status;
+}
+
+int32_t memset_s(void* dest, size_t destSize, int value, size_t count) {
+  if (!IsUsableDest(dest, destSize)) return EINVAL;
+  std::memset(dest, value, count <= destSize ? count : destSize);
+  return count <= destSize ? 0 : ERANGE;
+}
+
+int32_t strcpy_s(char* dest, size_t destSize, const char* src) {
+  return strncpy_s(dest, destSize, src, kBoundsMaxSize);
+}
+
+int32_t strncpy_s(char* dest, size_t destSize, const char* src, size_t count) {
+  if (!IsUsableDest(dest, destSize)) return EINVAL;
+  if (src == nullptr || count > kBoundsMaxSize) return RefuseText(dest, EINVAL);
+  // Never looks further than the copy could reach, as the source need not end.
+  const size_t length = strnlen(src, count < destSize ? count : destSize);
+  if (length >= destSize) return RefuseText(dest, ERANGE);
+  if (Overlap(dest, src, length + 1)) return RefuseText(dest, EINVAL);
+  std::memcpy(dest, src, length);
+  dest[length] = '\0';
+  return 0;
+}
+
+int32_t strcat_s(char* dest, size_t destSize, const char* src) {
+  if (!IsUsableDest(dest, destSize)) return EINVAL;
+  const size_t used = strnlen(dest, destSize);
+  if (used == destSize) return RefuseText(dest, EINVAL);
+  const int32_t status = strcpy_s(dest + used, destSize - used, src);
+  return status == 0 ? 0 : RefuseText(dest, status);
+}
+
+// The length that the whole text has, or -1; what fits of it is in `dest`.
+static int32_t PrintWhatFits(char* dest, size_t destSize, const char* format, va_list args) {
+  if (!IsUsableDest(dest, destSize)) return -1;
+  const int length = format != nullptr ? std::vsnprintf(dest, destSize, format, args) : -1;
+  return length >= 0 ? length : RefuseText(dest, -1);
+}
+
+static bool Fits(int32_t length, size_t destSize) {
+  return static_cast<size_t>(length) < destSize;
+}
+
+int32_t sprintf_s(char* dest, size_t destSize, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  const int32_t length = PrintWhatFits(dest, destSize, format, args);
+  va_end(args);
+  if (length < 0 || Fits(length, destSize)) return length;
+  return RefuseText(dest, -1);
+}
+
+int32_t snprintf_s(char* dest, size_t destSize, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  const int32_t length = vsnprintf_s(dest, destSize, format, args);
+  va_end(args);
+  return length;
+}
+
+int32_t vsnprintf_s(char* dest, size_t destSize, const char* format, va_list args) {
+  const int32_t length = PrintWhatFits(dest, destSize, format, args);
+  // A length that does not fit is above destSize - 1, which then is an int too.
+  return length < 0 || Fits(length, destSize) ? length : static_cast<int32_t>(destSize - 1);
+}
