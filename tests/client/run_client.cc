@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/client/run_client.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace {
+
+std::string ReadAll(FILE* file) {
+  std::string text;
+  std::rewind(file);
+  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+  return text;
+}
+
+[[noreturn]] void Exec(const std::string& dir, const std::vector<std::string>& args, FILE* in,
+                       FILE* out, FILE* err) {
+  std::vector<char*> argv;
+  std::string program = QMODEL_CLIENT;
+  argv.push_back(program.data());
+  std::vector<std::string> copies = args;
+  for (std::string& arg : copies) argv.push_back(arg.data());
+  argv.push_back(nullptr);
+  const bool ready = dup2(fileno(in), 0) >= 0 && dup2(fileno(out), 1) >= 0 &&
+                     dup2(fileno(err), 2) >= 0 && chdir(dir.c_str()) == 0;
+  if (ready) execv(argv[0], argv.data());
+  _exit(127);
+}
+
+}  // namespace
+
+ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args,
+                    const std::string& input) {
+  ClientRun run;
+  FILE* in = std::tmpfile();
+  FILE* out = std::tmpfile();
+  FILE* err = std::tmpfile();
+  std::fwrite(input.data(), 1, input.size(), in);
+  std::rewind(in);
+  const pid_t pid = fork();
+  if (pid == 0) Exec(dir, args, in, out, err);
+  int status = 0;
+  if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) {
+    run.status = WEXITSTATUS(status);
+  }
+  run.out = ReadAll(out);
+  run.err = ReadAll(err);
+  std::fclose(in);
+  std::fclose(out);
+  std::fclose(err);
+  return run;
+}

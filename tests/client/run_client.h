@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <string>
+#include <vector>
+
+// What one run of the program gave.
+struct ClientRun {
+  int status = -1;  // exit status; -1 when it did not end by itself
+  std::string out;
+  std::string err;
+};
+
+// Runs the program in `dir` with these arguments and this standard input.
+ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args,
+                    const std::string& input = "");

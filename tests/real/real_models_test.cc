@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Real standard models and messages, from a folder outside the project: models/
+// with YIN files, messages/ with an index of what is expected of each.
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <qmodel/qmodel.h>
+
+namespace {
+
+// A load error that a real model is known to give, since it uses what the
+// library does not support.
+struct KnownLoadError {
+  const char* module;
+  const char* message;
+};
+
+constexpr KnownLoadError kKnownLoadErrors[] = {
+    {"", ""},
+};
+
+bool IsKnown(const std::string& module, const std::string& message) {
+  return std::any_of(std::begin(kKnownLoadErrors), std::end(kKnownLoadErrors),
+                     [&](const KnownLoadError& known) {
+                       return module == known.module && message == known.message;
+                     });
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+}
+
+std::vector<std::string> Split(const std::string& line, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(line);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+class RealModels : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (Folder().empty()) {
+      GTEST_SKIP() << "no real-world models: set QMODEL_MODELS_DIR to run these tests";
+    }
+  }
+
+  static std::string Folder() {
+    const char* fromEnvironment = std::getenv("QMODEL_MODELS_DIR");
+    return fromEnvironment != nullptr ? fromEnvironment : QMODEL_MODELS_DIR;
+  }
+  static std::string Models() { return Folder() + "/models"; }
+
+  // Names of the files whose root is a module: a submodule is loaded by its module.
+  static std::vector<std::string> ModuleNames() {
+    std::vector<std::string> names;
+    DIR* dir = opendir(Models().c_str());
+    if (dir == nullptr) return names;
+    while (const dirent* entry = readdir(dir)) {
+      const std::string file = entry->d_name;
+      if (file.size() < 5 || file.substr(file.size() - 4) != ".yin") continue;
+      if (ReadFile(Models() + "/" + file).find("<module ") == std::string::npos) continue;
+      names.push_back(file.substr(0, file.size() - 4));
+    }
+    closedir(dir);
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  static QmCtx* NewContext(uint32_t flags) {
+    QmCtx* ctx = QM_CTX_Create(flags);
+    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, Models().c_str()));
+    return ctx;
+  }
+
+  static uint32_t AddUnknownError(const char* module, const char* file, const char* message,
+                                  void* arg) {
+    if (!IsKnown(module, message)) {
+      *static_cast<std::string*>(arg) +=
+          std::string(module) + ": " + (file == nullptr ? "" : file) + ": " + message + "\n";
+    }
+    return 0;
+  }
+
+  // All load errors but the known ones, a line each.
+  static std::string UnknownErrors(QmCtx* ctx) {
+    std::string errors;
+    EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx, AddUnknownError, &errors));
+    return errors;
+  }
+
+  static uint32_t AddText(const char* text, uint32_t length, void* arg) {
+    static_cast<std::string*>(arg)->append(text, length);
+    return 0;
+  }
+
+  static std::string Tree(QmCtx* ctx, const std::string& name) {
+    std::string text;
+    EXPECT_EQ(0u,
+              QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx, name.c_str()), AddText, &text))
+        << name;
+    return text;
+  }
+};
+
+TEST_F(RealModels, EachLoadsAlone) {
+  const std::vector<std::string> names = ModuleNames();
+  EXPECT_GE(names.size(), 60u);
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    QmCtx* ctx = NewContext(0);
+    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str()));
+    EXPECT_EQ("", UnknownErrors(ctx));
+    EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx, name.c_str()));
+    QM_CTX_Delete(ctx);
+  }
+}
+
+TEST_F(RealModels, AllLoadTogetherInOneContext) {
+  QmCtx* ctx = NewContext(QM_LOAD_IMPORTS | QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
+  for (const std::string& name : ModuleNames()) {
+    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+  }
+  EXPECT_EQ("", UnknownErrors(ctx));
+  QM_CTX_Delete(ctx);
+}
+
+// ---- messages
+
+struct Expectation {
+  std::string file;
+  std::string kind;
+  std::vector<std::string> modules;
+  std::vector<std::string> features;
+  std::string expected;
+  std::string errorTag;
+  std::string badElement;
+};
+
+const std::map<std::string, uint32_t>& Tags() {
+  static const std::map<std::string, uint32_t> tags = {
+      {"missing-element", QM_ERR_TAG_MISSING_ELEMENT},
+      {"bad-element", QM_ERR_TAG_BAD_ELEMENT},
+      {"unknown-element", QM_ERR_TAG_UNKNOWN_ELEMENT},
+      {"unknown-namespace", QM_ERR_TAG_UNKNOWN_NAMESPACE},
+      {"data-missing", QM_ERR_TAG_DATA_MISSING},
+      {"operation-failed", QM_ERR_TAG_OPERATION_FAILED},
+  };
+  return tags;
+}
+
+std::vector<Expectation> ReadIndex(const std::string& path) {
+  std::vector<Expectation> rows;
+  std::ifstream file(path);
+  std::string line;
+  std::getline(file, line);  // the heading
+  while (std::getline(file, line)) {
+    const std::vector<std::string> field = Split(line, '\t');
+    if (field.size() < 7) continue;
+    rows.push_back({field[0], field[1], Split(field[2], ' '),
+                    field[3] == "-" ? std::vector<std::string>() : Split(field[3], ' '), field[4],
+                    field[5], field[6]});
+  }
+  return rows;
+}
+
+class RealMessages : public RealModels {
+ protected:
+  static QmCtx* Load(const Expectation& row) {
+    QmCtx* ctx = NewContext(QM_LOAD_IMPORTS);
+    for (const std::string& name : row.modules) {
+      EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+    }
+    for (const std::string& feature : row.features) {
+      const std::vector<std::string> parts = Split(feature, ':');
+      QmsModule* module = QM_CTX_GetModuleByModName(ctx, parts[0].c_str());
+      EXPECT_EQ(0u, QM_MOD_EnableFeature(module, parts[1].c_str())) << feature;
+    }
+    return ctx;
+  }
+
+  static void CheckRpc(QmCtx* ctx, const Expectation& row, const std::string& text) {
+    QmErrNode* err = QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, const_cast<char*>(text.c_str()),
+                                                nullptr, nullptr);
+    EXPECT_EQ(row.expected == "valid", err == nullptr)
+        << (err == nullptr || QM_GetErrorMessage(err) == nullptr ? "no message"
+                                                                 : QM_GetErrorMessage(err));
+    if (err == nullptr || row.expected == "valid") {
+      QM_FreeErrNode(err);
+      return;
+    }
+    ASSERT_EQ(1u, Tags().count(row.errorTag)) << row.errorTag;
+    EXPECT_EQ(Tags().at(row.errorTag), QM_GetErrorTag(err));
+    if (row.badElement != "*") {
+      EXPECT_STREQ(row.badElement.c_str(), QM_GetBadElement(err));
+    }
+    QM_FreeErrNode(err);
+  }
+};
+
+TEST_F(RealMessages, EachComesOutAsExpected) {
+  const std::vector<Expectation> rows = ReadIndex(Folder() + "/messages/index.tsv");
+  EXPECT_GE(rows.size(), 40u);
+  for (const Expectation& row : rows) {
+    SCOPED_TRACE(row.file);
+    if (row.expected == "doubtful") continue;
+    QmCtx* ctx = Load(row);
+    const std::string text = ReadFile(Folder() + "/messages/" + row.file);
+    ASSERT_FALSE(text.empty());
+    if (row.kind == "rpc") {
+      CheckRpc(ctx, row, text);
+    } else {
+      EXPECT_EQ(row.expected == "valid",
+                QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), nullptr, nullptr) == 0);
+    }
+    QM_CTX_Delete(ctx);
+  }
+}
+
+TEST_F(RealMessages, ElementTreeValidatesTwiceWithTheSameResult) {
+  for (const Expectation& row : ReadIndex(Folder() + "/messages/index.tsv")) {
+    if (row.kind != "rpc" || row.expected != "valid") continue;
+    SCOPED_TRACE(row.file);
+    QmCtx* ctx = Load(row);
+    const std::string text = ReadFile(Folder() + "/messages/" + row.file);
+    xmlKeepBlanksDefault(0);
+    xmlDoc* doc = xmlParseMemory(text.data(), static_cast<int>(text.size()));
+    ASSERT_NE(nullptr, doc);
+    for (int round = 0; round < 2; ++round) {
+      QmErrNode* err = QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_ELEMENT, xmlDocGetRootElement(doc),
+                                                  nullptr, nullptr);
+      EXPECT_EQ(nullptr, err) << "round " << round;
+      QM_FreeErrNode(err);
+    }
+    xmlFreeDoc(doc);
+    QM_CTX_Delete(ctx);
+  }
+}
+
+}  // namespace
