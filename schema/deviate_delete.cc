@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The deviate "delete" (RFC 7950, section 7.20.3.2): takes properties away that
+// the target has with exactly the given text.
+//
+// In an array the entries to go are cleared first and the rest is compacted at
+// the end, also when a later value is refused: what was found before it is gone,
+// and no cleared entry stays behind for others to trip over.
+
+#include <iterator>
+
+#include <qmodel/error.h>
+
+#include "context/dict.h"
+#include "context/load_error.h"
+#include "context/memory.h"
+#include "schema/deviate.h"
+#include "schema/deviate_step.h"
+#include "schema/ext_inst.h"
+#include "schema/module.h"
+#include "schema/node_array.h"
+
+static constexpr char kNacmModule[] = "ietf-netconf-acm";
+
+static uint32_t ReleaseMatchingDefaults(QmDict* dict, QmsLeafList* payload, const char* value) {
+  uint32_t released = 0;
+  for (uint32_t i = 0; payload->defaults != nullptr && i < payload->defaultCount; ++i) {
+    if (!SameText(payload->defaults[i], value)) continue;
+    ReleaseText(dict, &payload->defaults[i]);
+    ++released;
+  }
+  return released;
+}
+
+// Closes the gaps that `removed` released defaults have left.
+static uint32_t CompactDefaults(QmDict* dict, QmsLeafList* payload, uint32_t removed) {
+  if (removed == 0) return QM_OK;
+  const uint32_t left = payload->defaultCount - removed;
+  uint32_t ret = QM_OK;
+  if (left != 0) {
+    ret = QMS_NODE_SubtractLeaflistDefaults(dict, payload, left);
+  } else {
+    QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
+    payload->defaults = nullptr;
+  }
+  payload->defaultCount = payload->defaults != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
+  return ret;
+}
+
+static uint32_t ClearMatchingMusts(QmDict* dict, QmsNode* target, const QmsMust* must) {
+  uint32_t cleared = 0;
+  if (must->condition == nullptr) return 0;
+  for (uint32_t i = 0; target->musts != nullptr && i < target->mustCount; ++i) {
+    if (QMS_NODE_CheckTwoMustSame(&target->musts[i], must) != 1) continue;
+    QMS_NODE_ClearMust(dict, &target->musts[i]);
+    ++cleared;
+  }
+  return cleared;
+}
+
+static uint32_t CompactMusts(QmDict* dict, QmsNode* target, uint32_t removed) {
+  if (removed == 0) return QM_OK;
+  const uint32_t left = target->mustCount - removed;
+  uint32_t ret = QM_OK;
+  if (left != 0) {
+    ret = QMS_NODE_SubtractMustsArray(dict, &target->musts, target->mustCount, left);
+  } else {
+    QMS_NODE_FreeMusts(dict, target->musts, target->mustCount);
+    target->musts = nullptr;
+  }
+  target->mustCount = target->musts != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
+  return ret;
+}
+
+static uint32_t CompactExtInsts(QmDict* dict, QmsNode* target, uint32_t removed) {
+  if (removed == 0) return QM_OK;
+  const uint32_t left = target->extInstCount - removed;
+  uint32_t ret = QM_OK;
+  if (left != 0) {
+    ret = QMS_EXT_SubtractExtInstArray(dict, &target->extInsts, target->extInstCount, left);
+  } else {
+    QMS_EXT_FreeExtInsts(dict, target->extInsts, target->extInstCount);
+    target->extInsts = nullptr;
+  }
+  target->extInstCount = target->extInsts != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
+  return ret;
+}
+
+// Clears the node's instance that is the same as `inst`, if it has one, telling
+// the client before the first change. Gives the number of cleared instances.
+static uint32_t ClearMatchingExtInst(QmsNode* target, const QmsExtInst* inst, bool firstChange) {
+  QmsExtInst* found = QMS_EXT_FindSameExtInstInArray(target->extInsts, target->extInstCount, inst);
+  if (found == nullptr) return 0;
+  if (firstChange) static_cast<void>(QMS_NODE_NotifyBeforeExtInstsChange(target));
+  QMS_EXT_ClearExtInst(ModuleDict(target->module), found);
+  return 1;
+}
+
+extern "C" {
+
+uint32_t QMS_MOD_DelChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  if (deviate->defaultCount > 1) {
+    // Deliberate: the message is all that happens, the deviate goes on.
+    RecordDeviateError(
+        module, target,
+        "Failed to delete default from choice node \"%s\", because default number > 1.");
+    return QM_OK;
+  }
+  QmsChoice* choice = ChoiceOf(target);
+  if (choice->defaultCase == nullptr)
+    return RefuseDeviate(module, target,
+                         "Failed to delete default from choice node \"%s\" without default value.");
+  if (!SameText(choice->defaultCase, deviate->defaults[0]))
+    return RefuseDeviate(module, target,
+                         "Failed to find default value to be deleted in choice node \"%s\".");
+  ReleaseText(ModuleDict(target->module), &choice->defaultCase);
+  return QM_OK;
+}
+
+uint32_t QMS_MOD_DelLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  if (deviate->defaultCount > 1) {
+    // Deliberate: as for a choice.
+    RecordDeviateError(module, target,
+                       "Failed to delete default from leaf node \"%s\", because the number of "
+                       "defaults to be deleted > 1.");
+    return QM_OK;
+  }
+  QmsLeaf* leaf = LeafOf(target);
+  if (leaf->defaultValue == nullptr)
+    return RefuseDeviate(module, target,
+                         "Failed to delete default from leaf node \"%s\" without default value.");
+  if (!SameText(leaf->defaultValue, deviate->defaults[0]))
+    return RefuseDeviate(module, target,
+                         "Failed to find default value to be deleted in leaf node \"%s\".");
+  ReleaseText(ModuleDict(target->module), &leaf->defaultValue);
+  return QM_OK;
+}
+
+uint32_t QMS_MOD_DelLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  QmDict* dict = ModuleDict(target->module);
+  QmsLeafList* payload = LeafListOf(target);
+  uint32_t removed = 0;
+  uint32_t ret = QM_OK;
+  for (uint32_t i = 0; i < deviate->defaultCount && ret == QM_OK; ++i) {
+    const uint32_t released = ReleaseMatchingDefaults(dict, payload, deviate->defaults[i]);
+    removed += released;
+    if (released == 0)
+      ret = RefuseDeviate(module, target,
+                          "Failed to find default value to be deleted in leaf-list node \"%s\".");
+  }
+  if (removed > payload->defaultCount)
+    return RefuseDeviate(module, target,
+                         "Failed to delete default value from leaf-list node \"%s\".");
+  const uint32_t compacted = CompactDefaults(dict, payload, removed);
+  return ret != QM_OK ? ret : compacted;
+}
+
+uint32_t QMS_MOD_CoupleDevDelDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  static constexpr QmsDeviateKindSteps kSteps = {QMS_MOD_DelChoiceDefault, QMS_MOD_DelLeafDefault,
+                                                 QMS_MOD_DelLeaflistDefaults};
+  return RunDeviateStepOfKind(kSteps, module, target, deviate);
+}
+
+uint32_t QMS_MOD_CoupleDevDelMusts(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  QmDict* dict = ModuleDict(target->module);
+  uint32_t removed = 0;
+  uint32_t ret = QM_OK;
+  for (uint32_t i = 0; i < deviate->mustCount && ret == QM_OK; ++i) {
+    const uint32_t cleared = ClearMatchingMusts(dict, target, &deviate->musts[i]);
+    removed += cleared;
+    if (cleared == 0)
+      ret = RefuseDeviate(module, target,
+                          "Failed to find must condition to be deleted in target node \"%s\".");
+  }
+  if (removed > target->mustCount)
+    return RefuseDeviate(module, target, "Failed to delete musts from node \"%s\".");
+  const uint32_t compacted = CompactMusts(dict, target, removed);
+  return ret != QM_OK ? ret : compacted;
+}
+
+uint32_t QMS_MOD_CoupleDevDelUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  const char** units = UnitsField(target);
+  if (units == nullptr) return QM_FAILED;
+  if (!SameText(*units, deviate->units))
+    return RefuseDeviate(module, target,
+                         "Failed to delete units from node \"%s\", because it doesn't have units "
+                         "or the target units.");
+  ReleaseText(ModuleDict(target->module), units);
+  return QM_OK;
+}
+
+uint32_t QMS_MOD_CoupleDevDelExtInsts(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  uint32_t removed = 0;
+  for (uint32_t i = 0; i < deviate->extInstCount; ++i) {
+    const QmsExtInst* inst = &deviate->extInsts[i];
+    if (SameText(inst->module, kNacmModule)) {
+      // Deliberate: access-control marks stay, and that is no failure.
+      QM_CTX_AddModError(module->ctx, module->name,
+                         "Deleting extension-instance \"%s:%s\" from node \"%s\" is not supported.",
+                         inst->module, inst->name, target->name);
+      continue;
+    }
+    removed += ClearMatchingExtInst(target, inst, removed == 0);
+  }
+  return CompactExtInsts(ModuleDict(target->module), target, removed);
+}
+
+uint32_t QMS_MOD_CoupleDevDel(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
+  static constexpr QmsDeviateStep kSteps[] = {
+      {CarriesDefaults, QMS_MOD_CoupleDevDelDefaults, "Failed to delete default from node \"%s\"."},
+      {CarriesMusts, QMS_MOD_CoupleDevDelMusts, "Failed to delete must from node \"%s\"."},
+      {CarriesUnits, QMS_MOD_CoupleDevDelUnits, "Failed to delete units from node \"%s\"."},
+      {CarriesExtInsts, QMS_MOD_CoupleDevDelExtInsts,
+       "Failed to delete extension-instance to node \"%s\"."},
+  };
+  return RunDeviateSteps(kSteps, std::size(kSteps), module, target, deviate);
+}
+
+}  // extern "C"
