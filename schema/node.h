@@ -7,16 +7,63 @@
 #include "schema/records.h"
 #include "types/upcalls.h"
 
+// Kinds whose nodes name an element of a data tree.
+constexpr uint32_t kQmsDataTreeKinds =
+    1u << QMS_NODE_CONTAINER | 1u << QMS_NODE_LEAF | 1u << QMS_NODE_LEAF_LIST |
+    1u << QMS_NODE_LIST | 1u << QMS_NODE_ANYDATA | 1u << QMS_NODE_ANYXML | 1u << QMS_NODE_ACTION |
+    1u << QMS_NODE_RPC | 1u << QMS_NODE_NOTIFICATION;
+
+inline bool IsDataTreeNode(const QmsNode* node) {
+  return node->kind < QMS_NODE_KIND_COUNT && (kQmsDataTreeKinds >> node->kind & 1u) != 0;
+}
+
+inline bool HasFlag(const QmsNode* node, uint32_t bits) {
+  return (node->flags & bits) != 0;
+}
+
+// An augment whose children lie in the child list of its target.
+inline bool IsCoupledAugment(const QmsNode* node) {
+  return node->kind == QMS_NODE_AUGMENT && HasFlag(node, QMS_NODE_COUPLED);
+}
+
+inline bool IsLeafOrLeafList(const QmsNode* node) {
+  return node->kind == QMS_NODE_LEAF || node->kind == QMS_NODE_LEAF_LIST;
+}
+
+// The context of the node's module, or NULL.
+inline QmCtx* NodeCtx(const QmsNode* node) {
+  return node->module == nullptr ? nullptr : node->module->ctx;
+}
+
+// True when both texts are given and equal. The same interned text is told by
+// its address.
+bool NamesEqual(const char* a, const char* b);
+
+// True when the node's module has this name.
+bool IsOfModule(const QmsNode* node, const char* moduleName);
+
+// Frees `first`, its following siblings and all their subtrees, but releases
+// none of their texts, for a module that has no context and so no dictionary.
+// The blocks of texts are not even read.
+void FreeNodesWithoutTexts(QmsNode* first);
+
 QM_BEGIN_INTERNAL_DECLS
 
+// The record's life. A node is freed through the dictionary of its module, so
+// `module` is to be set directly after QMS_NODE_New().
 uint32_t QMS_NODE_GetStmtByNodeType(uint32_t kind);
 uint32_t QMS_NODE_GetInfoSize(uint32_t kind);
 QmsNode* QMS_NODE_New(uint32_t kind);
 void QMS_NODE_Free(QmsNode* node);
+
+// Releases the payload with all it holds and sets the field to NULL. The three
+// per-kind functions free the payload block as well.
 void QMS_NODE_DestroySchemaInfo(QmsNode* node);
 void QMS_NODE_DestroySchemaLeaf(QmDict* dict, void* payload);
 void QMS_NODE_DestroySchemaLeaflist(QmDict* dict, void* payload);
 void QMS_NODE_DestroySchemaChoice(QmDict* dict, void* payload);
+
+// Hands the private data back to the client, when there is any and a hook is set.
 void QMS_NODE_DestroyPrivateData(QmCtx* ctx, QmsNode* node);
 
 QM_END_INTERNAL_DECLS

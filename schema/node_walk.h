@@ -5,11 +5,26 @@
 #include "context/internal.h"
 #include "schema/records.h"
 
+// The child after `child`, or NULL. It also ends at the parent's last child: the
+// children of a coupled augment are a run inside a longer list.
+inline QmsNode* NextChild(const QmsNode* parent, const QmsNode* child) {
+  return child == parent->lastChild ? nullptr : child->next;
+}
+
 QM_BEGIN_INTERNAL_DECLS
 
+// The first schema child of that name; an empty or NULL `moduleName` fits all.
 QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, const char* name);
+
+// Steps of a pre-order walk of the subtree of `root`, which reports each inner
+// node again on the way up. *travType holds the last step and receives the new
+// one; NULL when the walk comes back to `root`. For a coupled augment as root
+// the nodes of its run count as its children.
 QmsNode* QMS_NODE_GetTreeNodeNextNode(QmsNode* root, QmsNode* cur, uint32_t* travType);
 QmsNode* QMS_NODE_GetTreeNodeSibOrParent(QmsNode* root, QmsNode* cur, uint32_t* travType);
+
+// Steps of the data tree, which look through choice, case, input, output and
+// augment. `stop` bounds the climb.
 QmsNode* QMS_NODE_GetParentDataTreeNode(QmsNode* node);
 QmsNode* QMS_NODE_GetFirstSlibingDataTreeNode(QmsNode* node, QmsNode* stop);
 QmsNode* QMS_NODE_GetNextDataTreeNode(QmsNode* node, QmsNode* stop);

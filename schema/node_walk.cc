@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Walks over the schema tree, all of them loops that climb by the parent links.
+//
+// Two things make them delicate. The children of a coupled augment are a run in
+// the child list of its target: their parent is the target, and the list goes on
+// after the run. And the data tree has fewer levels than the schema tree: choice,
+// case, input, output and augment name no element, so the walks of the data tree
+// look through them.
+#include "schema/node_walk.h"
+
+#include <qmodel/error.h>
+
+#include "schema/node.h"
+
+QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, const char* name) {
+  if (parent == nullptr || name == nullptr) return nullptr;
+  const bool anyModule = moduleName == nullptr || *moduleName == '\0';
+  for (QmsNode* child = parent->firstChild; child != nullptr; child = NextChild(parent, child)) {
+    if (!anyModule && !IsOfModule(child, moduleName)) continue;
+    if (NamesEqual(child->name, name)) return child;
+  }
+  return nullptr;
+}
+
+// A node of the run of `root` when that is a coupled augment: its parent is the
+// target, which a climb must not enter.
+static bool IsInRunOf(const QmsNode* root, const QmsNode* node) {
+  return IsCoupledAugment(root) && root->firstChild != nullptr &&
+         node->parent == root->firstChild->parent;
+}
+
+QmsNode* QMS_NODE_GetTreeNodeSibOrParent(QmsNode* root, QmsNode* cur, uint32_t* travType) {
+  if (root == nullptr || cur == nullptr || travType == nullptr || cur == root) return nullptr;
+  const bool inRun = IsInRunOf(root, cur);
+  QmsNode* next = inRun ? NextChild(root, cur) : cur->next;
+  if (next != nullptr) {
+    *travType = QMS_TRAV_SIBLING;
+    return next;
+  }
+  if (inRun || cur->parent == root) return nullptr;
+  *travType = QMS_TRAV_PARENT;
+  return cur->parent;
+}
+
+QmsNode* QMS_NODE_GetTreeNodeNextNode(QmsNode* root, QmsNode* cur, uint32_t* travType) {
+  if (root == nullptr || cur == nullptr || travType == nullptr) return nullptr;
+  if (*travType == QMS_TRAV_PARENT || cur->firstChild == nullptr) {
+    return QMS_NODE_GetTreeNodeSibOrParent(root, cur, travType);
+  }
+  *travType = QMS_TRAV_CHILD;
+  return cur->firstChild;
+}
+
+uint32_t QM_NODE_TreeScanAllNode(QmsNode* root, QmNodeScanFunc cb, void* arg) noexcept {
+  if (root == nullptr || cb == nullptr) return QM_INVALID;
+  uint32_t travType = QMS_TRAV_TOP;
+  QmsNode* cur = root;
+  while (cur != nullptr) {
+    const uint32_t ret = cb(cur, travType, arg);
+    if (ret != QM_OK && ret != QMS_SCAN_SKIP_SUBTREE) return ret;
+    cur = ret == QM_OK ? QMS_NODE_GetTreeNodeNextNode(root, cur, &travType)
+                       : QMS_NODE_GetTreeNodeSibOrParent(root, cur, &travType);
+  }
+  return QM_OK;
+}
+
+uint32_t QM_NODE_IterScanChildrenNode(QmsNode* node, QmNodeScanFunc cb, void* arg) noexcept {
+  if (node == nullptr || cb == nullptr) return QM_INVALID;
+  QmsNode* child = node->firstChild;
+  while (child != nullptr) {
+    QmsNode* next = NextChild(node, child);
+    const uint32_t ret = cb(child, QMS_TRAV_CHILD, arg);
+    if (ret != QM_OK) return ret;
+    child = next;
+  }
+  return QM_OK;
+}
+
+uint32_t QM_NODE_IterScanSiblingNode(QmsNode* node, QmNodeScanFunc cb, void* arg) noexcept {
+  if (node == nullptr || cb == nullptr) return QM_INVALID;
+  while (node != nullptr) {
+    QmsNode* next = node->next;
+    const uint32_t ret = cb(node, QMS_TRAV_SIBLING, arg);
+    if (ret != QM_OK) return ret;
+    node = next;
+  }
+  return QM_OK;
+}
+
+QmsNode* QMS_NODE_GetParentDataTreeNode(QmsNode* node) {
+  if (node == nullptr) return nullptr;
+  QmsNode* parent = node->parent;
+  while (parent != nullptr && !IsDataTreeNode(parent)) parent = parent->parent;
+  return parent;
+}
+
+// The next sibling of `node` or of the nearest ancestor that has one, without
+// leaving the data tree node, or `stop`, below which `node` lies.
+static QmsNode* NextSiblingLookingUp(QmsNode* node, const QmsNode* stop) {
+  while (node->next == nullptr) {
+    QmsNode* parent = node->parent;
+    if (parent == nullptr || parent == stop || IsDataTreeNode(parent)) return nullptr;
+    node = parent;
+  }
+  return node->next;
+}
+
+QmsNode* QMS_NODE_GetFirstSlibingDataTreeNode(QmsNode* node, QmsNode* stop) {
+  while (node != nullptr && !IsDataTreeNode(node)) {
+    node = node->firstChild != nullptr ? node->firstChild : NextSiblingLookingUp(node, stop);
+  }
+  return node;
+}
+
+QmsNode* QMS_NODE_GetNextDataTreeNode(QmsNode* node, QmsNode* stop) {
+  if (node == nullptr) return nullptr;
+  return QMS_NODE_GetFirstSlibingDataTreeNode(NextSiblingLookingUp(node, stop), stop);
+}
+
+static QmsNode* FindDataChildBelow(QmsNode* root, const char* moduleName, const char* name) {
+  uint32_t travType = QMS_TRAV_TOP;
+  QmsNode* cur = QMS_NODE_GetTreeNodeNextNode(root, root, &travType);
+  while (cur != nullptr) {
+    if (!IsDataTreeNode(cur)) {
+      cur = QMS_NODE_GetTreeNodeNextNode(root, cur, &travType);
+      continue;
+    }
+    if (NamesEqual(cur->name, name) && IsOfModule(cur, moduleName)) return cur;
+    cur = QMS_NODE_GetTreeNodeSibOrParent(root, cur, &travType);
+  }
+  return nullptr;
+}
+
+static QmsNode* FindChildOfKind(const QmsNode* parent, uint32_t kind) {
+  QmsNode* child = parent->firstChild;
+  while (child != nullptr && child->kind != kind) child = NextChild(parent, child);
+  return child;
+}
+
+// The children of an operation are input and output, in the order in which the
+// module gives them. A name that both define is that of the input.
+static QmsNode* FindDataChildOfOperation(QmsNode* node, const char* moduleName, const char* name) {
+  for (uint32_t kind : {QMS_NODE_INPUT, QMS_NODE_OUTPUT}) {
+    QmsNode* part = FindChildOfKind(node, kind);
+    QmsNode* found = part == nullptr ? nullptr : FindDataChildBelow(part, moduleName, name);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+QmsNode* QMS_NODE_FindChildDataTreeNodeByName(QmsNode* node, const char* moduleName,
+                                              const char* name) {
+  if (node == nullptr || name == nullptr) return nullptr;
+  if (moduleName == nullptr || *moduleName == '\0') {
+    if (node->module == nullptr) return nullptr;
+    moduleName = node->module->name;
+  }
+  if (node->kind == QMS_NODE_RPC || node->kind == QMS_NODE_ACTION) {
+    return FindDataChildOfOperation(node, moduleName, name);
+  }
+  return FindDataChildBelow(node, moduleName, name);
+}
