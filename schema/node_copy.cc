@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Copies of subtrees in another module of the same context. Deliberate: a copy
+// carries what a node is (kind, name, description, extension instances, keys and
+// payload), not its conditions, flags, musts and if-features.
+#include "schema/node_copy.h"
+
+#include <iterator>
+
+#include <qmodel/error.h>
+
+#include "context/dict.h"
+#include "context/guard.h"
+#include "schema/ext_inst.h"
+#include "schema/module.h"
+#include "schema/node.h"
+#include "schema/node_array.h"
+#include "schema/node_link.h"
+#include "types/type.h"
+
+using PayloadCopyFunc = void* (*)(QmDict* dict, const void* payload);
+
+namespace {
+// The copy as far as it is made. `parent` takes the next node.
+struct CopyState {
+  QmsModule* module;
+  QmsNode* root;
+  QmsNode* parent;
+  QmsNode* last;  // node made last
+};
+}  // namespace
+
+// A text that may be missing. False when there is one and it cannot be interned.
+static bool CopyText(QmDict* dict, const char** dst, const char* src) {
+  return src == nullptr || InternText(dict, dst, src);
+}
+
+static bool FillLeaf(QmDict* dict, QmsLeaf* dst, const QmsLeaf* src) {
+  return QMT_TYPE_CopyQmtRealTypeInner(dict, &dst->type, &src->type) == QM_OK &&
+         CopyText(dict, &dst->defaultValue, src->defaultValue) &&
+         CopyText(dict, &dst->units, src->units);
+}
+
+void* QMS_NODE_CopySchemaLeaf(QmDict* dict, const void* payload) {
+  if (dict == nullptr || payload == nullptr) return nullptr;
+  QmsLeaf* copy = NewRecord<QmsLeaf>();
+  if (copy == nullptr) return nullptr;
+  if (FillLeaf(dict, copy, static_cast<const QmsLeaf*>(payload))) return copy;
+  QMS_NODE_DestroySchemaLeaf(dict, copy);
+  return nullptr;
+}
+
+static bool CopyDefaultsOf(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src) {
+  // A count may stand beside a NULL array after a failed change of the defaults.
+  if (src->defaults == nullptr || src->defaultCount == 0) return true;
+  dst->defaults = QMS_NODE_CopyDefaults(dict, src->defaults, src->defaultCount);
+  if (dst->defaults == nullptr) return false;
+  dst->defaultCount = src->defaultCount;
+  return true;
+}
+
+static bool FillLeafList(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src) {
+  return QMT_TYPE_CopyQmtRealTypeInner(dict, &dst->type, &src->type) == QM_OK &&
+         CopyDefaultsOf(dict, dst, src) && CopyText(dict, &dst->units, src->units);
+}
+
+void* QMS_NODE_CopySchemaLeaflist(QmDict* dict, const void* payload) {
+  if (dict == nullptr || payload == nullptr) return nullptr;
+  QmsLeafList* copy = NewRecord<QmsLeafList>();
+  if (copy == nullptr) return nullptr;
+  if (FillLeafList(dict, copy, static_cast<const QmsLeafList*>(payload))) return copy;
+  QMS_NODE_DestroySchemaLeaflist(dict, copy);
+  return nullptr;
+}
+
+void* QMS_NODE_CopySchemaChoice(QmDict* dict, const void* payload) {
+  if (dict == nullptr || payload == nullptr) return nullptr;
+  QmsChoice* copy = NewRecord<QmsChoice>();
+  if (copy == nullptr) return nullptr;
+  const char* defaultCase = static_cast<const QmsChoice*>(payload)->defaultCase;
+  if (CopyText(dict, &copy->defaultCase, defaultCase)) return copy;
+  QMS_NODE_DestroySchemaChoice(dict, copy);
+  return nullptr;
+}
+
+static PayloadCopyFunc CopyFuncOfKind(uint32_t kind) {
+  switch (kind) {
+    case QMS_NODE_LEAF:
+      return QMS_NODE_CopySchemaLeaf;
+    case QMS_NODE_LEAF_LIST:
+      return QMS_NODE_CopySchemaLeaflist;
+    case QMS_NODE_CHOICE:
+      return QMS_NODE_CopySchemaChoice;
+    default:
+      return nullptr;
+  }
+}
+
+void* QMS_NODE_CopySchemaByType(QmDict* dict, uint32_t kind, const void* payload) {
+  const PayloadCopyFunc copy = CopyFuncOfKind(kind);
+  return copy == nullptr ? nullptr : copy(dict, payload);
+}
+
+static bool CopyExtInsts(QmDict* dict, QmsNode* dst, const QmsNode* src) {
+  if (src->extInsts == nullptr || src->extInstCount == 0) return true;
+  dst->extInsts = QMS_EXT_CopyExtInsts(dict, src->extInsts, src->extInstCount);
+  if (dst->extInsts == nullptr) return false;
+  dst->extInstCount = src->extInstCount;
+  return true;
+}
+
+static bool CopyPayload(QmDict* dict, QmsNode* dst, const QmsNode* src) {
+  if (src->payload == nullptr) return true;
+  dst->payload = QMS_NODE_CopySchemaByType(dict, src->kind, src->payload);
+  if (dst->payload == nullptr) return false;
+  QmtType* type = QMS_NODE_GetLeafSchemaRealType(dst);
+  return type == nullptr || QMT_TYPE_UpdateRealTypeDerivedFrom(type, dst->module) == QM_OK;
+}
+
+static bool FillCopy(QmsNode* dst, const QmsNode* src) {
+  QmDict* dict = ModuleDict(dst->module);
+  if (src->kind == QMS_NODE_LIST) dst->keyCount = src->keyCount;
+  return CopyText(dict, &dst->name, src->name) &&
+         CopyText(dict, &dst->description, src->description) && CopyExtInsts(dict, dst, src) &&
+         CopyPayload(dict, dst, src);
+}
+
+QmsNode* QMS_NODE_CopyOneNodeToModule(const QmsNode* node, QmsModule* module) {
+  if (node == nullptr || module == nullptr || module->ctx == nullptr) return nullptr;
+  // The kind comes after the creation: the payload is a copy, not a new one.
+  QmOwn<QMS_NODE_Free> copy(QMS_NODE_New(QMS_NODE_NONE));
+  if (!copy) return nullptr;
+  copy->module = module;
+  copy->kind = node->kind;
+  return FillCopy(copy.Get(), node) ? copy.Release() : nullptr;
+}
+
+static uint32_t CopyStepCb(QmsNode* node, uint32_t travType, void* arg) {
+  CopyState* state = static_cast<CopyState*>(arg);
+  if (travType == QMS_TRAV_PARENT) {
+    state->parent = state->parent->parent;
+    return QM_OK;
+  }
+  QmsNode* copy = QMS_NODE_CopyOneNodeToModule(node, state->module);
+  if (copy == nullptr) return QM_NO_MEMORY;
+  if (travType == QMS_TRAV_CHILD) state->parent = state->last;
+  if (travType == QMS_TRAV_TOP) state->root = copy;
+  state->last = copy;
+  return travType == QMS_TRAV_TOP ? QM_OK : QMS_NODE_AddChild(state->parent, copy);
+}
+
+QmsNode* QMS_NODE_CopyNodeTreeToModule(QmsNode* root, QmsModule* module) {
+  if (root == nullptr || module == nullptr) return nullptr;
+  CopyState state{module, nullptr, nullptr, nullptr};
+  if (QM_NODE_TreeScanAllNode(root, CopyStepCb, &state) == QM_OK) return state.root;
+  QMS_NODE_Free(state.root);
+  return nullptr;
+}
