@@ -30,8 +30,13 @@ int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count) {
   if (!IsUsableDest(dest, destSize)) return EINVAL;
   if (count == 0) return 0;
   int32_t status = 0;
-  if (count > destSize) status = ERANGE;
-  if (src == nullptr || Overlap(dest, src, count)) status = EINVAL;
+  if (src == nullptr) {
+    status = EINVAL;
+  } else if (count > destSize) {
+    status = ERANGE;
+  } else if (Overlap(dest, src, count)) {
+    status = EINVAL;
+  }
   if (status == 0) {
     std::memcpy(dest, src, count);
   } else {

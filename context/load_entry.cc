@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The entry points of loading, unloading and path lookup. They check their
+// arguments, call the layer above, and settle what a client sees of it.
+#include <cstring>
+
+#include <qmodel/schema.h>
+
+#include "context/guard.h"
+#include "context/load_error.h"
+#include "context/module_registry.h"
+#include "context/upcalls.h"
+#include "context/xml_parse.h"
+
+constexpr uint32_t kCoupleEvent = 0;
+constexpr size_t kModNameSize = 65;
+
+// Lets the modules already loaded couple to the new one.
+static void AnnounceModule(QmCtx* ctx, const char* modName) {
+  IgnoreStatus(QMS_MOD_NotifyModuleChangeEvent(ctx, modName, kCoupleEvent, 0));
+}
+
+uint32_t QM_CTX_LoadModule(QmCtx* ctx, const char* modName) noexcept {
+  if (ctx == nullptr || modName == nullptr) return QM_INVALID;
+  const uint32_t ret = QMS_LOADER_LoadModuleByModName(ctx, modName);
+  if (ret != QM_OK) {
+    if (QM_CTX_GetErrNodeByModName(ctx, modName) == nullptr) {
+      QM_CTX_AddModError(ctx, modName, "Failed to load module \"%s\".", modName);
+    }
+    return ret;
+  }
+  if ((ctx->loadFlags & QM_LOAD_IMPORTS) != 0) {
+    return QMS_LOADER_LoadModuleImportedNames(ctx, modName);
+  }
+  AnnounceModule(ctx, modName);
+  return QM_OK;
+}
+
+// Registers a module that was built from memory, or destroys it.
+static uint32_t RegisterModule(QmCtx* ctx, QmsModule* module) {
+  const uint32_t ret = QMS_LOADER_AppendModuleToCtx(ctx, module, nullptr);
+  if (ret != QM_OK) {
+    QM_CTX_DestroyModuleNode(ctx, module);
+    return ret;
+  }
+  AnnounceModule(ctx, QM_MOD_GetModuleName(module));
+  return QM_OK;
+}
+
+static QmsModule* BuildModule(QmCtx* ctx, xmlDoc* doc) {
+  const QmOwn<xmlFreeDoc> owned(doc);
+  return QMS_LOADER_ParseYinContent(ctx, doc, nullptr);
+}
+
+uint32_t QM_CTX_LoadMemory(QmCtx* ctx, const char* yinText) noexcept {
+  if (ctx == nullptr || yinText == nullptr) return QM_INVALID;
+  xmlDoc* doc = ParseXmlText(yinText, std::strlen(yinText));
+  if (doc == nullptr) return QM_INVALID;
+  QmsModule* module = BuildModule(ctx, doc);
+  if (module == nullptr) return QM_FAILED;
+  // Deliberate: the first loaded wins, silently.
+  if (QM_CTX_GetModuleByModName(ctx, QM_MOD_GetModuleName(module)) != nullptr) {
+    QMS_MOD_Free(module);
+    return QM_OK;
+  }
+  return RegisterModule(ctx, module);
+}
+
+uint32_t QM_CTX_UnloadModule(QmCtx* ctx, const char* modName) noexcept {
+  // A NULL name names no module, and unloading what is not there succeeds.
+  if (ctx == nullptr || modName == nullptr) return QM_OK;
+  return QMS_LOADER_UnloadModuleProc(ctx, modName);
+}
+
+QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
+  if (augment != nullptr) *augment = nullptr;
+  if (ctx == nullptr || path == nullptr) return nullptr;
+  char modName[kModNameSize] = "";
+  char* parentPath = nullptr;
+  char* lastPart = nullptr;
+  const uint32_t ret =
+      QM_XPATH_SplitTargetNodeXpath(path, modName, sizeof modName, &parentPath, &lastPart);
+  const QmHeld<char> heldParent(parentPath);
+  const QmHeld<char> heldLast(lastPart);
+  if (ret != QM_OK) return nullptr;
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, modName);
+  if (module == nullptr) return nullptr;
+  // A path that stays in one module has no parent piece.
+  if (parentPath == nullptr) return QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
+  return QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, parentPath, lastPart, augment);
+}
