@@ -8,3 +8,8 @@ if(QMODEL_SANITIZE)
     add_compile_options(-fno-sanitize-recover=undefined)
   endif()
 endif()
+
+# libFuzzer guides its inputs by the coverage of all code but its own.
+if(QMODEL_BUILD_FUZZERS)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
