@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include <qmodel/error.h>
 #include <qmodel/types.h>
 
 // Constraint kinds; QmtType::cons holds at most one entry of each, ascending.

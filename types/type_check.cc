@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The check of a value against a type and everything it derives from.
+//
+// The derived entry is the first of a record, so the chain is checked from its built-in
+// type upwards: bottom check, then the restrictions of each typedef, then those of the
+// type itself. On the way down each level notes whether it states a concrete range; the
+// outermost one that does has level 1, and ranges below it are not looked at. A range
+// with "min" or "max" asks the levels below it to record their limits instead.
+#include <libxml/tree.h>
+
+#include "context/xml_tree.h"
+#include "types/check_ctx.h"
+#include "types/constraint.h"
+#include "types/type.h"
+
+const char* QMT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void* input) {
+  if (input == nullptr) return nullptr;
+  if (inputKind == QMT_INPUT_STRING) return static_cast<const char*>(input);
+  if (inputKind != QMT_INPUT_ELEMENT) return nullptr;
+  return QM_XML_GetElemNodeContent(static_cast<const xmlNode*>(input));
+}
+
+static void EnterRangeLevel(const QmtType* type, QmtCheckCtx* checkCtx) {
+  if (checkCtx->explicitRangeLevel != 0) {
+    ++checkCtx->explicitRangeLevel;
+  } else if ((type->rangeFlags & QMT_RANGE_CONCRETE) != 0) {
+    checkCtx->explicitRangeLevel = 1;
+  } else if ((type->rangeFlags & QMT_RANGE_MIN_MAX) != 0) {
+    checkCtx->minMaxPending = 1;
+  }
+}
+
+// The bottom of the chain: what the types above need to know, and the built-in check.
+static uint32_t CheckBuiltIn(const QmtType* type, uint32_t inputKind, const void* input,
+                             QmtCheckCtx* checkCtx) {
+  checkCtx->baseType = type->baseType;
+  checkCtx->fractionDigits = static_cast<uint16_t>(QMT_TYPE_GetTypeConsDataFractionVal(type));
+  const QmtBaseRestrictCheckFunc check = QMT_CONS_GetBaseTypeDefRestrictCheckFunc(type->baseType);
+  if (check == nullptr) return QM_OK;
+  return check(type->baseType, QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input), checkCtx);
+}
+
+static uint32_t CheckConstraints(const QmtType* type, uint32_t inputKind, const void* input,
+                                 QmtCheckCtx* checkCtx) {
+  for (uint32_t i = 0; type->cons != nullptr && i < type->consCount; ++i) {
+    const QmtConstraint* entry = &type->cons[i];
+    if (entry->body == nullptr) return QM_VALUE_NO_BODY;
+    const QmtConsValidateFunc validate =
+        QMT_CONS_GetConsDataValueRestricationCheckFunc(entry->kind);
+    const uint32_t ret =
+        validate == nullptr ? QM_OK : validate(entry->body, inputKind, input, checkCtx);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
+}
+
+// A failure leaves the context as it is: it ends the whole check that the context serves.
+static uint32_t CheckOneType(QmtType* type, uint32_t inputKind, const void* input,
+                             QmtCheckCtx* checkCtx) {
+  if (checkCtx->typeLevels >= kMaxTypeLevels) return QM_VALUE_BAD_UNION;
+  ++checkCtx->typeLevels;
+  EnterRangeLevel(type, checkCtx);
+  QmtType* const outerType = checkCtx->currentType;
+  checkCtx->currentType = type;
+  if (type->baseType != QMT_BASE_TYPEDEF) {
+    const uint32_t ret = CheckBuiltIn(type, inputKind, input, checkCtx);
+    if (ret != QM_OK) return ret;
+  }
+  const uint32_t ret = CheckConstraints(type, inputKind, input, checkCtx);
+  if (ret != QM_OK) return ret;
+  checkCtx->currentType = outerType;
+  if (checkCtx->explicitRangeLevel != 0) --checkCtx->explicitRangeLevel;
+  --checkCtx->typeLevels;
+  return QM_OK;
+}
+
+uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t inputKind,
+                                                   const void* input, QmtCheckCtx* checkCtx) {
+  if (type == nullptr || checkCtx == nullptr) return QM_INVALID;
+  if (checkCtx->memberBudget != nullptr) return CheckOneType(type, inputKind, input, checkCtx);
+  // The outermost call owns the budget that all contexts below it share.
+  uint32_t budget = kMaxMemberChecks;
+  checkCtx->memberBudget = &budget;
+  const uint32_t ret = CheckOneType(type, inputKind, input, checkCtx);
+  checkCtx->memberBudget = nullptr;
+  return ret;
+}
