@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// identityref (RFC 7950 section 9.10): the value names an identity that is derived from
+// a base of the type. Deliberate: the base itself is accepted, too.
+//
+// Identities form a graph with many ways to one base, so going down each way in turn can
+// take exponentially long. Instead the graph is walked breadth-first from the value's
+// identity, each identity once, in a list that the check owns. An identity is met first
+// on its shortest way, so the limit on the depth refuses the same values as it would
+// when every way is tried.
+#include <libxml/tree.h>
+#include <qmodel/context.h>
+#include <qmodel/schema.h>
+
+#include <cstring>
+
+#include "context/module_registry.h"
+#include "context/xml_tree.h"
+#include "platform/string.h"
+#include "types/constraint_ops.h"
+#include "types/item_body.h"
+#include "types/type.h"
+#include "types/value_check.h"
+
+constexpr uint32_t kMaxBaseDepth = 128;
+constexpr uint32_t kModuleNameSize = 65;
+constexpr uint32_t kPrefixSize = 1025;
+constexpr uint32_t kInlineVisits = 16;
+
+// The two parts of a value.
+struct IdentityName {
+  char module[kModuleNameSize];
+  const char* name;  // inside the value; not empty
+};
+
+// Copies what stands before `end` with a terminator; false when it does not fit.
+static bool CopyUpTo(char* out, size_t size, const char* text, const char* end) {
+  const size_t length = static_cast<size_t>(end - text);
+  if (length >= size) return false;
+  std::memcpy(out, text, length);
+  out[length] = '\0';
+  return true;
+}
+
+static bool CopyModuleName(IdentityName* out, const char* name) {
+  return name != nullptr &&
+         CopyUpTo(out->module, sizeof(out->module), name, name + RTK_StrLen(name));
+}
+
+static bool SplitPlainValue(const char* text, IdentityName* out) {
+  const char* colon = RTK_StrChr(text, ':');
+  if (colon == nullptr || colon[1] == '\0') return false;
+  out->name = colon + 1;
+  return CopyUpTo(out->module, sizeof(out->module), text, colon);
+}
+
+// The namespace that the part before `colon` stands for at this element. The search
+// only reads the element, but libxml2 wants it mutable.
+static const char* NamespaceOfPrefix(const xmlNode* element, const char* text, const char* colon) {
+  char prefix[kPrefixSize];
+  if (!CopyUpTo(prefix, sizeof(prefix), text, colon)) return nullptr;
+  const xmlNs* ns = xmlSearchNs(element->doc, const_cast<xmlNode*>(element), XmlChars(prefix));
+  return ns == nullptr ? nullptr : XmlText(ns->href);
+}
+
+static bool SplitElementValue(const xmlNode* element, const char* text, QmCtx* ctx,
+                              IdentityName* out) {
+  const char* colon = RTK_StrChr(text, ':');
+  out->name = colon == nullptr ? text : colon + 1;
+  if (*out->name == '\0') return false;
+  const char* ns = colon == nullptr ? QM_XML_GetXmlNodeDefaultNs(element)
+                                    : NamespaceOfPrefix(element, text, colon);
+  QmsModule* module = ns == nullptr ? nullptr : QM_CTX_GetModuleByModNs(ctx, ns);
+  return module != nullptr && CopyModuleName(out, QM_MOD_GetModuleName(module));
+}
+
+static bool SplitValue(uint32_t inputKind, const void* input, QmCtx* ctx, IdentityName* out) {
+  const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
+  if (text == nullptr || ctx == nullptr) return false;
+  if (inputKind == QMT_INPUT_STRING) return SplitPlainValue(text, out);
+  return SplitElementValue(static_cast<const xmlNode*>(input), text, ctx, out);
+}
+
+// The walk: identities met, in the order met; those before `next` have been expanded.
+struct BaseWalk {
+  QmCtx* ctx;
+  const QmtConsBase* wanted;
+  QmsIdentity** met;  // inlineMet, or a block of its own
+  uint32_t count;
+  uint32_t capacity;
+  bool found;
+  QmsIdentity* inlineMet[kInlineVisits];
+};
+
+static bool IsWanted(const BaseWalk* walk, const char* moduleName, const char* identityName) {
+  for (uint32_t i = 0; walk->wanted->items != nullptr && i < walk->wanted->count; ++i) {
+    const QmtIdentRef* base = &walk->wanted->items[i];
+    if (base->moduleName == nullptr || base->identityName == nullptr) continue;
+    if (RTK_StrCmp(base->identityName, identityName) == 0 &&
+        RTK_StrCmp(base->moduleName, moduleName) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+static bool IsMet(const BaseWalk* walk, const QmsIdentity* identity) {
+  for (uint32_t i = 0; i < walk->count; ++i) {
+    if (walk->met[i] == identity) return true;
+  }
+  return false;
+}
+
+static bool GrowWalk(BaseWalk* walk) {
+  if (walk->count < walk->capacity) return true;
+  QmsIdentity** block = walk->met == walk->inlineMet ? nullptr : walk->met;
+  QmsIdentity** grown = nullptr;
+  const uint32_t capacity = walk->capacity * 2;
+  if (NewArrayOf(&grown, capacity) != QM_OK) return false;
+  std::memcpy(grown, walk->met, walk->count * sizeof(*grown));
+  g_qmMemFreeFunc(block);
+  walk->met = grown;
+  walk->capacity = capacity;
+  return true;
+}
+
+// Looks at one identity by name, and remembers it for its bases. An identity that does
+// not exist leads nowhere.
+static uint32_t MeetIdentity(BaseWalk* walk, const char* moduleName, const char* identityName) {
+  if (moduleName == nullptr || identityName == nullptr) return QM_OK;
+  QmsIdentity* identity =
+      QM_CTX_FindIdentityByModNameAndIdentName(walk->ctx, moduleName, identityName);
+  if (identity == nullptr || IsMet(walk, identity)) return QM_OK;
+  walk->found = IsWanted(walk, moduleName, identityName);
+  if (walk->found) return QM_OK;
+  if (!GrowWalk(walk)) return QM_NO_MEMORY;
+  walk->met[walk->count++] = identity;
+  return QM_OK;
+}
+
+// A found base ends the scan of the bases with a result that is not 0.
+static uint32_t MeetBaseCb(const char* moduleName, const char* identityName, void* arg) {
+  auto* walk = static_cast<BaseWalk*>(arg);
+  const uint32_t ret = MeetIdentity(walk, moduleName, identityName);
+  return walk->found ? static_cast<uint32_t>(QM_FAILED) : ret;
+}
+
+// Expands the identities of one depth; those that are met belong to the next.
+static uint32_t ExpandDepth(BaseWalk* walk, uint32_t first, uint32_t end) {
+  for (uint32_t i = first; i < end && !walk->found; ++i) {
+    const uint32_t ret = QM_MOD_ScanIdentityBase(walk->met[i], MeetBaseCb, walk);
+    if (ret == QM_NO_MEMORY) return ret;
+  }
+  return QM_OK;
+}
+
+static uint32_t WalkBases(BaseWalk* walk, const IdentityName* value) {
+  uint32_t ret = MeetIdentity(walk, value->module, value->name);
+  uint32_t first = 0;
+  for (uint32_t depth = 0; depth < kMaxBaseDepth && first < walk->count; ++depth) {
+    const uint32_t end = walk->count;
+    if (ret != QM_OK || walk->found) break;
+    ret = ExpandDepth(walk, first, end);
+    first = end;
+  }
+  return ret;
+}
+
+uint32_t QMT_CONS_ValidateValueNodeAgainstDataBase(void* body, uint32_t inputKind,
+                                                   const void* input, QmtCheckCtx* checkCtx) {
+  IdentityName value{};
+  if (!SplitValue(inputKind, input, checkCtx->ctx, &value)) return QM_VALUE_BAD_IDENTITY;
+  BaseWalk walk{};
+  walk.ctx = checkCtx->ctx;
+  walk.wanted = static_cast<const QmtConsBase*>(body);
+  walk.met = walk.inlineMet;
+  walk.capacity = kInlineVisits;
+  const uint32_t ret = WalkBases(&walk, &value);
+  if (walk.met != walk.inlineMet) g_qmMemFreeFunc(walk.met);
+  if (ret != QM_OK) return ret;
+  return walk.found ? QM_OK : QM_VALUE_BAD_IDENTITY;
+}
+
+static void ReleaseBase(QmDict* dict, QmtIdentRef* item) {
+  ReleaseText(dict, &item->moduleName);
+  ReleaseText(dict, &item->identityName);
+}
+
+static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
+  return CopyText(dict, &copy->moduleName, src->moduleName) &&
+         CopyText(dict, &copy->identityName, src->identityName);
+}
+
+static void* CreateBases(uint32_t itemCount, uint32_t) {
+  return NewItemBody<QmtConsBase>(itemCount);
+}
+
+static void* CopyBases(QmDict* dict, const void* body) {
+  return CopyItemBody<QmtConsBase, CopyBase, ReleaseBase>(dict,
+                                                          static_cast<const QmtConsBase*>(body));
+}
+
+const QmtConsOps g_qmtBaseOps = {
+    CreateBases, DestroyItemBody<QmtConsBase, ReleaseBase>,
+    CopyBases,   QMT_CONS_ValidateValueNodeAgainstDataBase,
+    nullptr,     nullptr,
+    nullptr,
+};

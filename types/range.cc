@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Integers and the range constraint (RFC 7950 sections 9.2 and 9.2.4).
+//
+// The bottom check compares a value with the limits of its built-in type. The range
+// check compares it with the segments of one type statement; the chain's built-in type
+// says how the text is read, the statement's own base type how the segments are stored.
+#include "types/range.h"
+
+#include "context/integer.h"
+#include "context/path_scan.h"
+#include "types/constraint_ops.h"
+#include "types/segment.h"
+#include "types/type.h"
+#include "types/value_check.h"
+
+static uint32_t SignKindOf(uint32_t baseType) {
+  QmtLimits limits{};
+  // The limits of decimal64 bound the scaled number; its text is no integer.
+  if (baseType == QMT_BASE_DECIMAL64) return QMT_SIGN_NONE;
+  if (QMT_CONS_GetBasedIntegerMinMaxVal(baseType, &limits) != QM_OK) return QMT_SIGN_NONE;
+  return limits.signKind;
+}
+
+static uint32_t ReadSigned(const char* text, char** end, QmtGenericSeg* out) {
+  int64_t number = 0;
+  const uint32_t ret = QM_UTL_ReadInputStrAsSignedInteger(text, end, 0, &number);
+  out->start = static_cast<uint64_t>(number);
+  out->segFlags = QMT_SEG_SIGNED;
+  return ret;
+}
+
+static uint32_t ReadUnsigned(const char* text, char** end, QmtGenericSeg* out) {
+  uint64_t number = 0;
+  const uint32_t ret = QM_UTL_ReadInputStrAsUnsignedInteger(text, end, 0, &number);
+  out->start = number;
+  out->segFlags = QMT_SEG_UNSIGNED;
+  return ret;
+}
+
+uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t baseType,
+                                                 QmtGenericSeg* out) {
+  const uint32_t signKind = SignKindOf(baseType);
+  if (valueStr == nullptr || out == nullptr || signKind == QMT_SIGN_NONE) return QM_INVALID;
+  char* end = nullptr;
+  QmtGenericSeg value{};
+  const uint32_t ret = signKind == QMT_SIGN_SIGNED ? ReadSigned(valueStr, &end, &value)
+                                                   : ReadUnsigned(valueStr, &end, &value);
+  if (ret != QM_OK || *QM_UTL_ConsumeAllSpaceChar(end) != '\0') return QM_INVALID;
+  *out = value;
+  return QM_OK;
+}
+
+static uint32_t CompareWithLimits(const QmtGenericSeg& value, const QmtLimits& limits) {
+  if (limits.signKind == QMT_SIGN_SIGNED) {
+    return CompareWithBounds<int64_t>(value.start, static_cast<int64_t>(limits.min),
+                                      static_cast<int64_t>(limits.max));
+  }
+  return CompareWithBounds<uint64_t>(value.start, limits.min, limits.max);
+}
+
+uint32_t QMT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, const char* valueStr,
+                                                     QmtCheckCtx* checkCtx) {
+  QmtGenericSeg value{};
+  QmtLimits limits{};
+  if (QMT_CONS_ParseInputValStrToBasedInteger(valueStr, baseType, &value) != QM_OK ||
+      QMT_CONS_GetBasedIntegerMinMaxVal(baseType, &limits) != QM_OK ||
+      CompareWithLimits(value, limits) != QM_OK) {
+    return QM_VALUE_BAD_RANGE;
+  }
+  if (checkCtx->minMaxPending != 0) {
+    checkCtx->parentLimits = {limits.min, limits.max, value.segFlags};
+  }
+  return QM_OK;
+}
+
+// The value as the built-in type at the bottom of the chain reads it.
+static uint32_t ReadValue(const char* text, const QmtCheckCtx* checkCtx, QmtGenericSeg* value) {
+  if (checkCtx->baseType != QMT_BASE_DECIMAL64) {
+    return QMT_CONS_ParseInputValStrToBasedInteger(text, checkCtx->baseType, value);
+  }
+  int64_t scaled = 0;
+  const uint32_t ret =
+      QMT_CONS_ConvertValStrToDecimal64PowerInteger(text, checkCtx->fractionDigits, &scaled);
+  value->start = static_cast<uint64_t>(scaled);
+  value->segFlags = QMT_SEG_SIGNED;
+  return ret;
+}
+
+uint32_t QMT_CONS_ValidateValueNodeAgainstDataRange(void* body, uint32_t inputKind,
+                                                    const void* input, QmtCheckCtx* checkCtx) {
+  const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
+  if (text == nullptr) return QM_VALUE_BAD_RANGE;
+  // Deliberate: the outermost concrete range alone decides.
+  if (checkCtx->explicitRangeLevel >= 2) return QM_OK;
+  QmtGenericSeg value{};
+  if (checkCtx->currentType == nullptr || ReadValue(text, checkCtx, &value) != QM_OK) {
+    return QM_VALUE_BAD_RANGE;
+  }
+  const QmtSegLayout* layout = RangeLayout(checkCtx->currentType->baseType);
+  const auto* list = static_cast<const QmtSegList*>(body);
+  return CheckSegments(list, layout, &value, checkCtx) == QM_OK ? QM_OK : QM_VALUE_BAD_RANGE;
+}
+
+uint32_t QMT_CONS_ScanStartEndPairsWithRange(void* body, uint32_t baseType, QmStartEndScanFunc cb,
+                                             void* arg) {
+  return ScanSegments(static_cast<const QmtSegList*>(body), RangeLayout(baseType), cb, arg);
+}
+
+const QmtConsOps g_qmtRangeOps = {
+    CreateSegList,
+    DestroySegList,
+    CopySegList,
+    QMT_CONS_ValidateValueNodeAgainstDataRange,
+    nullptr,
+    nullptr,
+    QMT_CONS_ScanStartEndPairsWithRange,
+};

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Segment layouts: how one segment of a range or length is compared with a value and
+// widened to the generic form.
+//
+// A range over a built-in integer type of at most 32 bits keeps pairs of exactly that
+// type; 64-bit types, decimal64 and ranges over a typedef keep generic segments. The
+// base type of the statement selects the layout of a range, the segment size that of a
+// length. The functions of one table need one type, so all take the check context;
+// only the generic segments with "min" and "max" look into it.
+#include "types/segment.h"
+
+#include <iterator>
+
+QmtGenericSeg ResolveMinMax(const QmtGenericSeg& seg, const QmtGenericSeg& limits) {
+  QmtGenericSeg out = seg;
+  const uint32_t flags = seg.segFlags;
+  if ((flags & kQmtSegMinMaxMask) == 0) return out;
+  if ((flags & QMT_SEG_START_MIN) != 0) out.start = limits.start;
+  if ((flags & QMT_SEG_START_MAX) != 0) out.start = limits.end;
+  if ((flags & QMT_SEG_END_MIN) != 0) out.end = limits.start;
+  if ((flags & QMT_SEG_END_MAX) != 0) out.end = limits.end;
+  const uint32_t signs = (flags | limits.segFlags) & kQmtSegSignMask;
+  out.segFlags = (signs & QMT_SEG_SIGNED) != 0 ? QMT_SEG_SIGNED : signs;
+  return out;
+}
+
+static uint32_t CompareByFlags(uint64_t value, const QmtGenericSeg& seg) {
+  if ((seg.segFlags & QMT_SEG_SIGNED) != 0) {
+    return CompareWithBounds<int64_t>(value, static_cast<int64_t>(seg.start),
+                                      static_cast<int64_t>(seg.end));
+  }
+  if ((seg.segFlags & QMT_SEG_UNSIGNED) == 0) return QM_INVALID;
+  return CompareWithBounds<uint64_t>(value, seg.start, seg.end);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegIntUnknown(const QmtGenericSeg* value,
+                                                      const void* segment,
+                                                      const QmtCheckCtx* checkCtx) {
+  const auto* seg = static_cast<const QmtGenericSeg*>(segment);
+  if (checkCtx == nullptr) return CompareByFlags(value->start, *seg);
+  return CompareByFlags(value->start, ResolveMinMax(*seg, checkCtx->parentLimits));
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Signed(const QmtGenericSeg* value,
+                                                       const void* segment, const QmtCheckCtx*) {
+  const auto* seg = static_cast<const QmtGenericSeg*>(segment);
+  return CompareWithBounds<int64_t>(value->start, static_cast<int64_t>(seg->start),
+                                    static_cast<int64_t>(seg->end));
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment, const QmtCheckCtx*) {
+  const auto* seg = static_cast<const QmtGenericSeg*>(segment);
+  return CompareWithBounds<uint64_t>(value->start, seg->start, seg->end);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Signed(const QmtGenericSeg* value,
+                                                      const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<int8_t>(value, segment);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Signed(const QmtGenericSeg* value,
+                                                       const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<int16_t>(value, segment);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Signed(const QmtGenericSeg* value,
+                                                       const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<int32_t>(value, segment);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Unsigned(const QmtGenericSeg* value,
+                                                        const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<uint8_t>(value, segment);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<uint16_t>(value, segment);
+}
+
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment, const QmtCheckCtx*) {
+  return CheckSeg<uint32_t>(value, segment);
+}
+
+static void CopyGenericSeg(const void* segment, QmtGenericSeg* out) {
+  *out = *static_cast<const QmtGenericSeg*>(segment);
+}
+
+void QMT_CONS_ConvertSegInt8SignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<int8_t>(segment, out);
+}
+
+void QMT_CONS_ConvertSegInt16SignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<int16_t>(segment, out);
+}
+
+void QMT_CONS_ConvertSegInt32SignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<int32_t>(segment, out);
+}
+
+void QMT_CONS_ConvertSegInt8UnsignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<uint8_t>(segment, out);
+}
+
+void QMT_CONS_ConvertSegInt16UnsignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<uint16_t>(segment, out);
+}
+
+void QMT_CONS_ConvertSegInt32UnsignedToSegInt64(const void* segment, QmtGenericSeg* out) {
+  WidenSeg<uint32_t>(segment, out);
+}
+
+// One row per built-in type; a type without range has an empty layout.
+struct RangeRow {
+  uint32_t id;
+  QmtSegLayout layout;
+};
+
+constexpr QmtSegLayout kNoLayout = {0, nullptr, nullptr};
+constexpr uint16_t kGenericSize = sizeof(QmtGenericSeg);
+constexpr QmtSegLayout kUnknownLayout = {kGenericSize, QMT_CONS_CheckValueAgainstRangeSegIntUnknown,
+                                         CopyGenericSeg};
+constexpr QmtSegLayout kSigned64Layout = {
+    kGenericSize, QMT_CONS_CheckValueAgainstRangeSegInt64Signed, CopyGenericSeg};
+constexpr QmtSegLayout kUnsigned64Layout = {
+    kGenericSize, QMT_CONS_CheckValueAgainstRangeSegInt64Unsigned, CopyGenericSeg};
+constexpr QmtSegLayout kUnsigned32Layout = {sizeof(QmtSeg<uint32_t>),
+                                            QMT_CONS_CheckValueAgainstRangeSegInt32Unsigned,
+                                            QMT_CONS_ConvertSegInt32UnsignedToSegInt64};
+
+static constexpr RangeRow kRangeRows[] = {
+    {QMT_BASE_TYPEDEF, kUnknownLayout},
+    {QMT_BASE_BINARY, kNoLayout},
+    {QMT_BASE_BITS, kNoLayout},
+    {QMT_BASE_BOOLEAN, kNoLayout},
+    {QMT_BASE_DECIMAL64, kSigned64Layout},
+    {QMT_BASE_EMPTY, kNoLayout},
+    {QMT_BASE_ENUMERATION, kNoLayout},
+    {QMT_BASE_IDENTITYREF, kNoLayout},
+    {QMT_BASE_INSTANCE_IDENTIFIER, kNoLayout},
+    {QMT_BASE_INT8,
+     {sizeof(QmtSeg<int8_t>), QMT_CONS_CheckValueAgainstRangeSegInt8Signed,
+      QMT_CONS_ConvertSegInt8SignedToSegInt64}},
+    {QMT_BASE_INT16,
+     {sizeof(QmtSeg<int16_t>), QMT_CONS_CheckValueAgainstRangeSegInt16Signed,
+      QMT_CONS_ConvertSegInt16SignedToSegInt64}},
+    {QMT_BASE_INT32,
+     {sizeof(QmtSeg<int32_t>), QMT_CONS_CheckValueAgainstRangeSegInt32Signed,
+      QMT_CONS_ConvertSegInt32SignedToSegInt64}},
+    {QMT_BASE_INT64, kSigned64Layout},
+    {QMT_BASE_LEAFREF, kNoLayout},
+    {QMT_BASE_STRING, kNoLayout},
+    {QMT_BASE_UINT8,
+     {sizeof(QmtSeg<uint8_t>), QMT_CONS_CheckValueAgainstRangeSegInt8Unsigned,
+      QMT_CONS_ConvertSegInt8UnsignedToSegInt64}},
+    {QMT_BASE_UINT16,
+     {sizeof(QmtSeg<uint16_t>), QMT_CONS_CheckValueAgainstRangeSegInt16Unsigned,
+      QMT_CONS_ConvertSegInt16UnsignedToSegInt64}},
+    {QMT_BASE_UINT32, kUnsigned32Layout},
+    {QMT_BASE_UINT64, kUnsigned64Layout},
+    {QMT_BASE_UNION, kNoLayout},
+};
+
+static consteval bool RowsStandAtTheirId() {
+  for (uint32_t i = 0; i < std::size(kRangeRows); ++i) {
+    if (kRangeRows[i].id != i) return false;
+  }
+  return true;
+}
+static_assert(std::size(kRangeRows) == QMT_BASE_COUNT, "one row per built-in type");
+static_assert(RowsStandAtTheirId(), "a row's index is its built-in type");
+
+const QmtSegLayout* RangeLayout(uint32_t baseType) {
+  if (baseType >= QMT_BASE_COUNT || kRangeRows[baseType].layout.size == 0) return nullptr;
+  return &kRangeRows[baseType].layout;
+}
+
+const QmtSegLayout* LengthLayout(uint32_t segSize) {
+  if (segSize == kUnsigned32Layout.size) return &kUnsigned32Layout;
+  return segSize == kUnknownLayout.size ? &kUnknownLayout : nullptr;
+}
+
+QmtSegCheckFunc QMT_CONS_GetValueStrToRangeCheckFunc(uint32_t baseType) {
+  const QmtSegLayout* layout = RangeLayout(baseType);
+  return layout == nullptr ? nullptr : layout->check;
+}
+
+QmtSegConvertFunc QMT_CONS_GetUniformRangeConvertFunc(uint32_t baseType) {
+  const QmtSegLayout* layout = RangeLayout(baseType);
+  return layout == nullptr ? nullptr : layout->widen;
+}
