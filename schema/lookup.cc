@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Finding schema nodes by path. The steps of a path are names, each with the
+// name of its module before it where the module changes (as in RFC 7951 section
+// 4); predicates are skipped.
+//
+// A data path names elements of a data tree, so it looks through choice and case
+// and may begin with parent steps. A schema node identifier names every schema
+// node on its way. When the last nodes of a target path were added by an augment
+// of another module, they are looked for below that augment: they may hang there
+// still, because its own target is not loaded yet.
+#include "schema/lookup.h"
+
+#include <qmodel/error.h>
+
+#include "context/guard.h"
+#include "context/path_scan.h"
+#include "schema/module.h"
+#include "schema/node.h"
+#include "schema/node_walk.h"
+
+static constexpr uint32_t kStepNameSize = 65;
+
+namespace {
+struct PathStep {
+  char qualifier[kStepNameSize];
+  char name[kStepNameSize];
+};
+
+// A target path, split at the last step that names a module.
+struct SplitTarget {
+  char moduleName[kStepNameSize];
+  char* head;  // owned; NULL when that step is the first
+  char* tail;  // owned
+};
+}  // namespace
+
+// Takes the step at `path` and gives what follows its "/". NULL when no step can
+// be taken, and for a "/" with nothing behind it.
+static const char* TakeStep(const char* path, PathStep* step) {
+  const char* rest = QM_UTL_GetXPathNextPredicatedPrefixNode(
+      path, step->qualifier, sizeof(step->qualifier), step->name, sizeof(step->name));
+  if (rest == nullptr || *rest == '\0') return rest;
+  return rest[1] == '\0' ? nullptr : rest + 1;
+}
+
+static bool BeginsWithParentStep(const char* path) {
+  return path[0] == '.' && path[1] == '.' && (path[2] == '/' || path[2] == '\0');
+}
+
+const char* QMS_MOD_GetRelativePathRealStartNode(QmsModule* module, QmsNode* startNode,
+                                                 const char* path, QmsNode** node) {
+  if (module == nullptr || startNode == nullptr || path == nullptr || node == nullptr) {
+    return nullptr;
+  }
+  const bool beginsWithDot = *path == '.';
+  *node = startNode;
+  while (BeginsWithParentStep(path)) {
+    if (*node == nullptr) return nullptr;
+    *node = QMS_NODE_GetParentDataTreeNode(*node);
+    path += path[2] == '/' ? 3 : 2;
+  }
+  return beginsWithDot && *path == '\0' ? nullptr : path;
+}
+
+const char* QMS_MOD_GetStartPathAndNode(QmsModule* module, QmsNode* startNode, const char* path,
+                                        QmsNode** node, QmsModule** mod) {
+  if (path == nullptr || node == nullptr || mod == nullptr) return nullptr;
+  *node = nullptr;
+  *mod = nullptr;
+  if (*path == '/') return path + 1;
+  const char* rest = QMS_MOD_GetRelativePathRealStartNode(module, startNode, path, node);
+  if (rest != nullptr && *node != nullptr) *mod = (*node)->module;
+  return rest;
+}
+
+// A top-level node that names an element: no choice.
+static QmsNode* FindTopDataNode(QmsModule* module, const char* name) {
+  QmsNode* node = module == nullptr ? nullptr : QMS_MOD_FindTopLevelSchemaNode(module, name);
+  return node != nullptr && IsDataTreeNode(node) ? node : nullptr;
+}
+
+QmsNode* QMS_MOD_GetDataTreeNodeByNodeIdentifier(QmCtx* ctx, QmsModule** mod, QmsNode* parent,
+                                                 const char* qualifier, const char* name) {
+  if (ctx == nullptr || mod == nullptr || name == nullptr) return nullptr;
+  QmsNode* node = parent != nullptr
+                      ? QMS_NODE_FindChildDataTreeNodeByName(parent, qualifier, name)
+                      : FindTopDataNode(QM_CTX_GetModuleByModName(ctx, qualifier), name);
+  if (node != nullptr) *mod = node->module;
+  return node;
+}
+
+QmsNode* QMS_MOD_GetNodeByXpath(QmsModule* module, QmsNode* startNode, const char* path) {
+  if (module == nullptr || path == nullptr) return nullptr;
+  QmsNode* node = nullptr;
+  QmsModule* mod = nullptr;
+  const char* rest = QMS_MOD_GetStartPathAndNode(module, startNode, path, &node, &mod);
+  if (rest == nullptr) return nullptr;
+  PathStep step;
+  while (*rest != '\0') {
+    rest = TakeStep(rest, &step);
+    if (rest == nullptr) return nullptr;
+    node =
+        QMS_MOD_GetDataTreeNodeByNodeIdentifier(module->ctx, &mod, node, step.qualifier, step.name);
+    if (node == nullptr) return nullptr;
+  }
+  return node;
+}
+
+QmsNode* QMS_MOD_GetNodeBySchemaNodeId(QmsModule* module, QmsNode* startNode, const char* path) {
+  if (module == nullptr || path == nullptr) return nullptr;
+  QmsNode* node = startNode;
+  const char* rest = *path == '/' ? path + 1 : path;
+  PathStep step;
+  while (*rest != '\0') {
+    rest = TakeStep(rest, &step);
+    if (rest == nullptr) return nullptr;
+    // Deliberate: the module of a top-level step is given, not looked up.
+    node = node != nullptr ? QMS_NODE_FindChildNodeByName(node, step.qualifier, step.name)
+                           : QMS_MOD_FindTopLevelSchemaNode(module, step.name);
+    if (node == nullptr) return nullptr;
+  }
+  return node;
+}
+
+QmsNode* QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(QmsModule* module, const char* augTargetPath,
+                                                   const char* subPath, QmsNode** augment) {
+  if (augment != nullptr) *augment = nullptr;
+  if (module == nullptr || augTargetPath == nullptr || subPath == nullptr) return nullptr;
+  for (QmsNode* aug = module->augmentNodes; aug != nullptr; aug = aug->next) {
+    if (!NamesEqual(aug->name, augTargetPath)) continue;
+    QmsNode* node = QMS_MOD_GetNodeBySchemaNodeId(module, aug, subPath);
+    if (node == nullptr) continue;
+    if (augment != nullptr) *augment = aug;
+    return node;
+  }
+  return nullptr;
+}
+
+uint32_t QMS_MOD_FindAugNodeTargetInSelfMod(QmsModule* module, QmsNode* augment, QmsNode** target) {
+  if (module == nullptr || augment == nullptr || target == nullptr) return QM_INVALID;
+  *target = nullptr;
+  SplitTarget split{};
+  const uint32_t ret = QM_XPATH_SplitTargetNodeXpath(
+      augment->name, split.moduleName, sizeof(split.moduleName), &split.head, &split.tail);
+  QmHeld<char> head(split.head);
+  QmHeld<char> tail(split.tail);
+  if (ret != QM_OK) return ret;
+  if (!NamesEqual(module->name, split.moduleName)) return QM_OK;
+  *target = head
+                ? QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, head.Get(), tail.Get(), nullptr)
+                : QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, augment->name);
+  return QM_OK;
+}
