@@ -13,6 +13,11 @@ inline QmDict* ModuleDict(const QmsModule* module) {
   return &module->ctx->dict;
 }
 
+// Lookups give borrowed texts and nodes, or NULL. Adding a node appends it to the
+// top-level list of its kind; 22 for a kind that never stands there. The two
+// Destroy functions release the parts of a record, which stays valid and empty;
+// QMS_MOD_Free() does both and frees it.
+
 QM_BEGIN_INTERNAL_DECLS
 
 const char* QMS_MOD_GetImportModNameByPrefix(const QmsModule* mod, const char* prefix);

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/array.h"
+#include "context/dict.h"
+#include "context/memory.h"
+#include "platform/string.h"
+
+// The loops that the arrays of modules, definitions and nodes have in common.
+// A zero-filled element is valid everywhere, and so is a NULL array beside a
+// count: a failed replacement leaves one behind.
+
+// Interns `text`, or nothing when it is NULL. False when memory runs out.
+inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
+  return text == nullptr || InternText(dict, field, text);
+}
+
+// Interns both texts or none.
+inline bool InternBoth(QmDict* dict, const char** fieldA, const char* textA, const char** fieldB,
+                       const char* textB) {
+  if (!InternText(dict, fieldA, textA)) return false;
+  if (InternText(dict, fieldB, textB)) return true;
+  ReleaseText(dict, fieldA);
+  return false;
+}
+
+// Hands the content of one element over to another.
+template <typename Elem>
+void MoveElem(Elem* dst, Elem* src) {
+  *dst = *src;
+  *src = Elem{};
+}
+
+template <typename Elem>
+void FreeArrayOf(QmDict* dict, Elem* array, uint32_t count, void (*clear)(QmDict*, Elem*)) {
+  if (array == nullptr) return;
+  for (uint32_t i = 0; i < count; ++i) clear(dict, &array[i]);
+  g_qmMemFreeFunc(array);
+}
+
+// The same for an array that a record owns, which is empty afterwards.
+template <typename Elem, typename Count>
+void DropArrayOf(QmDict* dict, Elem** array, Count* count,
+                 void (*freeArray)(QmDict*, Elem*, uint32_t)) {
+  Elem* block = *array;
+  const uint32_t used = *count;
+  *array = nullptr;
+  *count = 0;
+  freeArray(dict, block, used);
+}
+
+// Appends one element that `fill(element)` fills; a failed fill must leave its
+// element clear. The count is raised last.
+template <typename Elem, typename Fill>
+uint32_t AppendElem(Elem** array, uint16_t* count, Fill fill) {
+  if (*array == nullptr) *count = 0;
+  uint32_t ret = GrowByOne(array, *count);
+  if (ret != QM_OK) return ret;
+  ret = fill(&(*array)[*count]);
+  if (ret == QM_OK) {
+    ++*count;
+  } else if (*count == 0) {
+    // A block beside a count of 0 would be refused by the next growth.
+    FreeAndNull(array);
+  }
+  return ret;
+}
+
+// A new array of deep copies; NULL for an empty one, and on failure.
+template <typename Elem>
+Elem* CopyArrayOf(QmDict* dict, const Elem* array, uint32_t count,
+                  uint32_t (*fill)(QmDict*, Elem*, const Elem*), void (*clear)(QmDict*, Elem*)) {
+  Elem* copy = nullptr;
+  if (array == nullptr || NewArrayOf(&copy, count) != QM_OK) return nullptr;
+  for (uint32_t i = 0; i < count; ++i) {
+    if (fill(dict, &copy[i], &array[i]) == QM_OK) continue;
+    FreeArrayOf(dict, copy, i, clear);
+    return nullptr;
+  }
+  return copy;
+}
+
+// Copies an array with its count into an empty one. False, with nothing
+// changed, on failure.
+template <typename Elem>
+bool CopyCounted(QmDict* dict, Elem** dst, uint16_t* dstCount, const Elem* src, uint16_t srcCount,
+                 Elem* (*copy)(QmDict*, const Elem*, uint32_t)) {
+  if (src == nullptr || srcCount == 0) return true;
+  Elem* array = copy(dict, src, srcCount);
+  if (array == nullptr) return false;
+  *dst = array;
+  *dstCount = srcCount;
+  return true;
+}
+
+// Replaces an array by one of the `newCount` elements in it that are still set.
+// When that cannot be made, nothing is left: *array is NULL then.
+template <typename Elem>
+uint32_t CompactArrayOf(QmDict* dict, Elem** array, uint32_t oldCount, uint32_t newCount,
+                        bool (*isSet)(const Elem&), void (*clear)(QmDict*, Elem*)) {
+  Elem* old = *array;
+  Elem* kept = nullptr;
+  const uint32_t ret = NewArrayOf(&kept, newCount);
+  const uint32_t room = old != nullptr && ret == QM_OK ? newCount : 0;
+  for (uint32_t i = 0, used = 0; i < oldCount && used < room; ++i) {
+    if (isSet(old[i])) MoveElem(&kept[used++], &old[i]);
+  }
+  FreeArrayOf(dict, old, oldCount, clear);
+  *array = kept;
+  return ret;
+}
+
+// The first element whose text `key` equals `text`.
+template <typename Elem>
+Elem* FindByText(Elem* array, uint32_t count, const char* Elem::*key, const char* text) {
+  if (array == nullptr || text == nullptr) return nullptr;
+  for (uint32_t i = 0; i < count; ++i) {
+    // An element that is being parsed is counted already, and has no text yet.
+    const char* own = array[i].*key;
+    if (own != nullptr && RTK_StrCmp(own, text) == 0) return &array[i];
+  }
+  return nullptr;
+}
+
+// Whether two arrays are equal in length and, pair by pair, in content.
+template <typename Elem>
+bool ArraysAreSame(const Elem* a, uint32_t na, const Elem* b, uint32_t nb,
+                   uint32_t (*same)(const Elem*, const Elem*)) {
+  const uint32_t count = a == nullptr ? 0 : na;
+  if (count != (b == nullptr ? 0 : nb)) return false;
+  for (uint32_t i = 0; i < count; ++i) {
+    if (same(&a[i], &b[i]) == 0) return false;
+  }
+  return true;
+}
