@@ -5,6 +5,11 @@
 #include "context/internal.h"
 #include "schema/records.h"
 
+// Merges one module read from two files. Both records belong to one context, and
+// the source stays the caller's. Definitions are copied into the destination,
+// schema nodes move to it. The first failure is recorded for the destination and
+// ends the merge; what was merged until then stays.
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMS_MOD_MergeTwoModuleInSameCtx(QmsModule* dst, QmsModule* src);

@@ -5,6 +5,19 @@
 #include "context/internal.h"
 #include "schema/records.h"
 
+// How two nodes at the same position differ.
+enum QmsDiffReason : uint32_t {
+  QMS_DIFF_NONE = 0,
+  QMS_DIFF_EXTENSION = 1,  // only the source has extension instances
+  QMS_DIFF_NAME = 2,
+  QMS_DIFF_OTHER = 4  // flags or kind, or extension instances in different numbers
+};
+
+// Lists are given by their heads, which move on as nodes leave them; `parent` is
+// the destination node above a list, NULL at the top level. `how` is the
+// QmsTravType from the target to the moved nodes: its children or its siblings.
+// Nothing is rolled back after a failure; the Record functions report one.
+
 QM_BEGIN_INTERNAL_DECLS
 
 const char* QMS_NODE_GetDiffReasonName(uint32_t reason);
