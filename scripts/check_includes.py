@@ -1,0 +1,83 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
+"""Checks the include directions of the layers.
+
+A folder includes itself and folders below it; the two halves of xpath/ stand
+at different heights. The public headers include only each other, the client
+only the public headers.
+
+usage: check_includes.py <source folder>
+"""
+import pathlib
+import re
+import sys
+
+LAYERS = ["platform", "context", "xpath tokens", "types", "schema", "loader", "xpath", "data"]
+RANK = {name: rank for rank, name in enumerate(LAYERS)}
+FOLDERS = ["platform", "context", "xpath", "types", "schema", "loader", "data"]
+# What the loader needs of xpath/: the tokenizer, the splitting of target paths,
+# their records, and the declarations of what these two ask of higher layers.
+XPATH_TOKEN_STEMS = {"token", "target_path", "records", "upcalls"}
+# Header-only code that one file may use.
+ONLY_IN = {"boost/": "platform/avl.cc"}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
+
+
+def layer_of(path):
+    """The layer of a source path such as "schema/node.h", or None."""
+    parts = pathlib.PurePosixPath(path).parts
+    if len(parts) < 2 or parts[0] not in FOLDERS:
+        return None
+    if parts[0] == "xpath" and pathlib.PurePosixPath(path).stem in XPATH_TOKEN_STEMS:
+        return "xpath tokens"
+    return parts[0]
+
+
+def judge(source, kind, target):
+    """Why `source` must not include `target`, or None."""
+    for prefix, owner in ONLY_IN.items():
+        if target.startswith(prefix) and source != owner:
+            return f"only {owner} may include <{prefix}...>"
+    target_layer = layer_of(target)
+    if not source.startswith(tuple(f + "/" for f in FOLDERS)):
+        if target_layer is not None:
+            return "only the library's own folders include its internal headers"
+        return None
+    if target_layer is None:
+        return None
+    if kind == "<":
+        return "internal headers are included with quotes"
+    if RANK[target_layer] > RANK[layer_of(source)]:
+        return f"layer {layer_of(source)} must not include layer {target_layer}"
+    return None
+
+
+def includes_of(file):
+    for number, line in enumerate(file.read_text(encoding="utf-8").splitlines(), 1):
+        match = INCLUDE.match(line)
+        if match:
+            yield number, match.group(1), match.group(2)
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    files = [f for folder in FOLDERS + ["client", "include", "examples"]
+             for f in sorted((root / folder).rglob("*"))
+             if f.suffix in {".h", ".cc", ".c", ".in"}]
+    if not files:
+        sys.exit(f"no sources under {root}")
+    faults = 0
+    for file in files:
+        source = file.relative_to(root).as_posix()
+        for number, kind, target in includes_of(file):
+            reason = judge(source, kind, target)
+            if reason:
+                print(f"{source}:{number}: {target}: {reason}", file=sys.stderr)
+                faults += 1
+    print(f"{len(files)} files, {faults} forbidden includes")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,59 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
+"""The include check itself: what it allows and what it finds."""
+import pathlib
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+import check_includes  # noqa: E402
+
+ALLOWED = [
+    ("context/dict.cc", '"', "context/dict.h"),
+    ("context/dict.cc", '"', "platform/string.h"),
+    ("context/upcalls.h", "<", "qmodel/schema.h"),
+    ("types/type.cc", '"', "xpath/token.h"),
+    ("types/type.cc", '"', "xpath/upcalls.h"),
+    ("schema/node.cc", '"', "types/type.h"),
+    ("xpath/eval.cc", '"', "schema/node.h"),
+    ("data/bind.cc", '"', "xpath/eval.h"),
+    ("platform/avl.cc", "<", "boost/intrusive/avltree_algorithms.hpp"),
+    ("client/main.cc", "<", "qmodel/qmodel.h"),
+]
+
+FORBIDDEN = [
+    ("platform/stack.cc", '"', "context/memory.h"),
+    ("context/context.cc", '"', "schema/records.h"),
+    ("types/type.cc", '"', "schema/node.h"),
+    ("types/type.cc", '"', "xpath/eval.h"),
+    ("schema/node.cc", '"', "loader/couple.h"),
+    ("xpath/token.cc", '"', "types/type.h"),
+    ("xpath/token.cc", '"', "xpath/eval.h"),
+    ("xpath/eval.cc", '"', "data/bind.h"),
+    ("context/dict.cc", "<", "context/dict.h"),
+    ("context/dict.cc", "<", "boost/intrusive/avltree.hpp"),
+    ("client/main.cc", '"', "context/dict.h"),
+    ("include/qmodel/context.h", '"', "context/records.h"),
+]
+
+
+class Judge(unittest.TestCase):
+    def test_allowed_includes_pass(self):
+        for row in ALLOWED:
+            with self.subTest(row=row):
+                self.assertIsNone(check_includes.judge(*row))
+
+    def test_forbidden_includes_are_found(self):
+        for row in FORBIDDEN:
+            with self.subTest(row=row):
+                self.assertIsNotNone(check_includes.judge(*row))
+
+    def test_include_lines_are_recognised(self):
+        for line, target in [('#include "a/b.h"', "a/b.h"), ("  #  include <c/d.h>", "c/d.h")]:
+            self.assertEqual(check_includes.INCLUDE.match(line).group(2), target)
+        self.assertIsNone(check_includes.INCLUDE.match('// see #include "a/b.h"'))
+
+
+if __name__ == "__main__":
+    unittest.main()
