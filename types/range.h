@@ -5,19 +5,32 @@
 #include "context/internal.h"
 #include "types/records.h"
 
+// A value against one segment: 0 inside, QM_BELOW_SEGMENT below its start, 22 above its
+// end. Only segments with "min" or "max" look into the check context, for the limits.
 using QmtSegCheckFunc = uint32_t (*)(const QmtGenericSeg* value, const void* segment,
                                      const QmtCheckCtx* checkCtx);
+// A segment as a generic one.
 using QmtSegConvertFunc = void (*)(const void* segment, QmtGenericSeg* out);
 
 QM_BEGIN_INTERNAL_DECLS
 
+// By base type of the statement, 0 for a range over a typedef; NULL for types that take
+// no range.
 QmtSegCheckFunc QMT_CONS_GetValueStrToRangeCheckFunc(uint32_t baseType);
 QmtSegConvertFunc QMT_CONS_GetUniformRangeConvertFunc(uint32_t baseType);
+
+// Value texts as numbers, 22 when the text is none. `out->start` is the integer, its flag
+// tells the sign of the type. A decimal64 literal is scaled by ten to the power of the
+// fraction digits: "1.5" with two of them is 150.
 uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t baseType,
                                                  QmtGenericSeg* out);
 uint32_t QMT_CONS_ConvertValStrToDecimal64PowerInteger(const char* valueStr,
                                                        uint32_t fractionDigits, int64_t* out);
+
+// Zero for types without limits; 22 for an id above 19.
 uint32_t QMT_CONS_GetBasedIntegerMinMaxVal(uint32_t baseType, QmtLimits* out);
+
+// The table entries.
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Signed(const QmtGenericSeg* value,
                                                       const void* segment,
                                                       const QmtCheckCtx* checkCtx);

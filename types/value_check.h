@@ -5,6 +5,10 @@
 #include "context/internal.h"
 #include "types/records.h"
 
+// The checks behind the tables of constraint kinds and built-in types. Each returns 0 or
+// its own code; `body` and `checkCtx` are never NULL. Checks by kind are called
+// ValidateValueNode…, those of built-in types CheckValStr….
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataDerived(void* body, uint32_t inputKind,
