@@ -47,7 +47,8 @@ struct QmsLoadAssister {
   QmsLoadSuffix* suffixes;  // owned
   int32_t current;          // index of the suffix being loaded or kQmsNoSuffix; an index, since
                             // the array moves when a submodule adds suffixes
-  uint32_t includeDepth;    // nested includes
+  uint32_t includeDepth;    // nested includes; bounded by kQmsMaxIncludeDepth
+  uint8_t forgetful;        // 1: a load from memory, whose submodules leave no suffixes
 };
 
 // The totals of the six body arrays while a file is counted.

@@ -9,6 +9,9 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// 1 when an element of a foreign namespace is kept as an extension instance: its
+// namespace prefix is known to the module and the client's filter, if there is
+// one, lets it pass. Asked while counting, so that nothing else ever sees it.
 uint32_t QMS_LOADER_IsExtInstNeedParse(QmsModule* module, const xmlNode* element);
 
 QM_END_INTERNAL_DECLS
