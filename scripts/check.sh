@@ -29,6 +29,10 @@ for message in restart ping install-image; do
     "examples/messages/$message.xml" >/dev/null
 done
 
+step 'reference without a gap, man pages'
+cmake -S . -B build/docs -G Ninja -DQMODEL_BUILD_DOCS=ON -DQMODEL_BUILD_TESTS=OFF >/dev/null
+cmake --build build/docs --target reference man
+
 step 'parallel validation under the thread sanitizer'
 cmake --preset tsan >/dev/null
 cmake --build --preset tsan --target data_tests
