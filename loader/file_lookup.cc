@@ -105,7 +105,7 @@ uint32_t QMS_LOADER_FillFullNameWithRevision(QmsPathCollection* collection, cons
   uint32_t ret = QM_OK;
   do {
     ret = AppendListedFile(collection, dir, fileName);
-  } while (ret == QM_OK && RTK_VFS_FindNext(find, fileName, sizeof(fileName)) == 1);
+  } while (ret == QM_OK && RTK_VFS_FindNext(find, fileName, sizeof(fileName)) == QM_OK);
   RTK_VFS_FindClose(find);
   return ret;
 }

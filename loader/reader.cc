@@ -13,8 +13,6 @@
 #include "context/memory.h"
 #include "context/xml_parse.h"
 
-static constexpr uint32_t kFullyBuffered = 1;
-
 xmlDoc* QMS_LOADER_ReadFileContentAsDoc(RtkVfsFile* file) {
   if (file == nullptr || RTK_VFS_FSeek(file, 0, SEEK_END) != 0) return nullptr;
   const long size = RTK_VFS_FTell(file);
@@ -29,7 +27,7 @@ xmlDoc* QMS_LOADER_ReadFileContentAsDoc(RtkVfsFile* file) {
 xmlDoc* QMS_LOADER_ReadYinFileToXmlDoc(const char* path) {
   RtkVfsFile* file = path == nullptr ? nullptr : RTK_VFS_FOpen(path, "r");
   if (file == nullptr) return nullptr;
-  static_cast<void>(RTK_VFS_SetBufMode(file, kFullyBuffered));
+  static_cast<void>(RTK_VFS_SetBufMode(file, RTK_VFS_FULLY_BUFFERED));
   xmlDoc* doc = QMS_LOADER_ReadFileContentAsDoc(file);
   static_cast<void>(RTK_VFS_FClose(file));
   return doc;

@@ -7,11 +7,9 @@
 #include <iterator>
 
 #include "context/load_error.h"
-#include "loader/keyword.h"
 #include "loader/statements.h"
 #include "loader/stmt_node.h"
 #include "loader/stmt_property.h"
-#include "schema/node.h"
 #include "types/type.h"
 
 static constexpr QmsStmt kLeafSubStmts[] = {QMS_STMT_WHEN,
@@ -40,26 +38,35 @@ static constexpr QmsStmt kLeafListSubStmts[] = {QMS_STMT_WHEN,
                                                 QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kLeafListSubStmts) == 11);
 
-static uint32_t CheckHasType(const QmsNodeParse* parse) {
-  const QmsNode* node = parse->node;
-  if (QMT_TYPE_IsInvalidType(QMS_NODE_GetLeafSchemaRealType(parse->node)) == 0) return QM_OK;
-  QM_CTX_AddModError(
-      parse->module->ctx, parse->module->name, "%s \"%s\" must define with type statement.",
-      QMS_LOADER_GetKeywordByStmt(QMS_NODE_GetStmtByNodeType(node->kind)), node->name);
+static bool HasType(const QmsNodeParse* parse) {
+  return QMT_TYPE_IsInvalidType(QMS_NODE_GetLeafSchemaRealType(parse->node)) == 0;
+}
+
+static uint32_t CheckLeaf(const QmsNodeParse* parse) {
+  if (HasType(parse)) return QM_OK;
+  QM_CTX_AddModError(parse->module->ctx, parse->module->name,
+                     "leaf \"%s\" must define with type statement.", parse->node->name);
+  return QM_INVALID;
+}
+
+static uint32_t CheckLeafList(const QmsNodeParse* parse) {
+  if (HasType(parse)) return QM_OK;
+  QM_CTX_AddModError(parse->module->ctx, parse->module->name,
+                     "leaf-list \"%s\" must define with type statement.", parse->node->name);
   return QM_INVALID;
 }
 
 uint32_t QMS_LOADER_ParseLeaf(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                               void* dest) {
   static constexpr QmsNodeStmt kLeaf = {QMS_NODE_LEAF, kLeafSubStmts, std::size(kLeafSubStmts),
-                                        CheckHasType, QMS_LOADER_RefreshLeafDefaultValue};
+                                        CheckLeaf, QMS_LOADER_RefreshLeafDefaultValue};
   return ParseNodeStmt(kLeaf, module, element, parentStmt, dest);
 }
 
 uint32_t QMS_LOADER_ParseLeafList(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest) {
   static constexpr QmsNodeStmt kLeafList = {QMS_NODE_LEAF_LIST, kLeafListSubStmts,
-                                            std::size(kLeafListSubStmts), CheckHasType,
+                                            std::size(kLeafListSubStmts), CheckLeafList,
                                             QMS_LOADER_RefreshLeafListDefaultValue};
   return ParseNodeStmt(kLeafList, module, element, parentStmt, dest);
 }
