@@ -10,6 +10,8 @@ using QmXpathEvalFunc = uint32_t (*)(QmXpathEvalCtx* ctx, uint32_t operation, Qm
 
 QM_BEGIN_INTERNAL_DECLS
 
+// The operations. Each may convert its two operands in place, which stay the
+// caller's, and pushes a boolean.
 uint32_t QM_XPATH_EvalOrExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
                              QmXpathObject* right);
 uint32_t QM_XPATH_EvalAndExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
@@ -22,6 +24,8 @@ uint32_t QM_XPATH_EvalLogicExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpath
                                 QmXpathObject* right);
 uint32_t QM_XPATH_EvalCompareExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
                                   QmXpathObject* right);
+
+// The comparisons behind "=" and "!=", and behind the four relational operators.
 uint32_t QM_XPATH_EqualityCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
                                            uint32_t operation, uint32_t* result);
 uint32_t QM_XPATH_EqualityCompareAsBoolean(QmXpathObject* left, QmXpathObject* right,
@@ -32,7 +36,11 @@ uint32_t QM_XPATH_EqualityCompareAsString(QmXpathObject* left, QmXpathObject* ri
                                           uint32_t operation, uint32_t* result);
 uint32_t QM_XPATH_RelationalCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
                                              uint32_t operation, uint32_t* result);
+
+// Turns the operands that are nodes into strings.
 uint32_t QM_XPATH_ProcessArgumentsWithNodeSet(QmXpathObject* left, QmXpathObject* right);
+
+// The operation of an expression type; NULL for those without one.
 QmXpathEvalFunc QM_XPATH_GetExprEvalFunc(uint32_t exprType);
 
 QM_END_INTERNAL_DECLS

@@ -9,8 +9,12 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Makes both stacks, 12 without memory; frees them with whatever they still hold.
 uint32_t QM_XPATH_InitEvalCtx(QmXpathEvalCtx* ctx, xmlNode* rootNode, xmlNode* currentNode);
 void QM_XPATH_DestroyEvalCtx(QmXpathEvalCtx* ctx);
+
+// The steps of the grammar. `*index` is the current token and moves past what a
+// step consumed. A step that fails leaves the stacks to QM_XPATH_DestroyEvalCtx().
 uint32_t QM_XPATH_EvalExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
 uint32_t QM_XPATH_EvalSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
 uint32_t QM_XPATH_EvalPathExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
@@ -24,6 +28,8 @@ uint32_t QM_XPATH_EvalNameTest(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t*
 uint32_t QM_XPATH_EvalDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
 uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
 uint32_t QM_XPATH_SkipPredicate(QmXpathExpr* expr, uint32_t* index);
+
+// The operator machine.
 uint32_t QM_XPATH_PushExprTypeToStack(QmXpathEvalCtx* ctx, uint32_t exprType, uint32_t tokenIndex);
 uint32_t QM_XPATH_PushExprTypeToStackByPriority(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
                                                 uint32_t exprType, uint32_t tokenIndex);
@@ -34,6 +40,8 @@ uint32_t QM_XPATH_CalculateOneExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
 uint32_t QM_XPATH_CalculateRemainExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
                                       uint32_t endOfSubExpr);
 uint32_t QM_XPATH_GetEvalResult(QmXpathEvalCtx* ctx);
+
+// Function calls.
 uint32_t QM_XPATH_EvalFunctionCall(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index);
 uint32_t QM_XPATH_EvalFunctionCallArguments(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
                                             uint32_t* index);

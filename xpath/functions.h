@@ -7,17 +7,27 @@
 #include "context/internal.h"
 #include "xpath/records.h"
 
+// A function takes its arguments from the top of the operand stack and pushes its
+// result there.
 using QmXpathFunc = uint32_t (*)(QmXpathEvalCtx* ctx);
+
+// The function of that name, or NULL.
+QmXpathFunc FindXpathFunction(const char* name, uint32_t length);
 
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QM_XPATH_FuncNot(QmXpathEvalCtx* ctx);
 uint32_t QM_XPATH_FuncDerivedFrom(QmXpathEvalCtx* ctx);
 uint32_t QM_XPATH_FuncDerivedFromOfSelf(QmXpathEvalCtx* ctx);
+
+// Conversions of one operand in place; the string that it held is freed. 12 when
+// a text cannot be copied, with the operand unchanged.
 uint32_t QM_XPATH_FuncStringInner(QmXpathObject* object);
 uint32_t QM_XPATH_FuncNumberInner(QmXpathObject* object);
 uint32_t QM_XPATH_FuncBooleanInner(QmXpathObject* object);
 uint32_t QM_XPATH_FuncNotInner(QmXpathObject* object);
+
+// Conversions of plain values. A new text is the caller's; NULL without memory.
 char* QM_XPATH_ConvertBooleanToString(uint32_t value);
 double QM_XPATH_ConvertBooleanToNumber(uint32_t value);
 double QM_XPATH_ConvertStringToNumber(const char* text);

@@ -8,12 +8,23 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Rewrites the prefixes of a schema-node path, as `module` declares them, to module
+// names; predicates are dropped. The first gives a new text, or NULL; the second
+// writes into `out`, 0 or 22. A converted path has at most 3095 characters.
 char* QM_XPATH_TransformToJsonFormat(QmsModule* module, const char* path);
 uint32_t QM_XPATH_GetJsonFormatXpath(QmsModule* module, const char* path, char* out,
                                      uint32_t outSize);
+
+// The steps of the conversion: the prefix that a step is read with, and whether
+// the step needs a module name in front.
 uint32_t QM_XPATH_UpdateCurrentXpathModName(QmsModule* module, const char* prefix, char* lastPrefix,
                                             uint32_t lastPrefixSize);
 uint32_t QM_XPATH_NeedAppendModifiedModName(const char* lastPrefix, const char* prefix);
+
+// The module name of the last step of a converted path that has one, inside
+// `path`; NULL when there is none. QM_XPATH_SplitTargetNodeXpath() cuts there:
+// "/a:x/y/b:z/w" into "/a:x/y" and "/b:z/w". It gives 22 for every failure, with
+// both texts NULL; with only one place for a text it gives the name alone.
 const char* QM_XPATH_GetXpathLastModNameFromRear(const char* path, uint32_t* nameLength);
 
 QM_END_INTERNAL_DECLS

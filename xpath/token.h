@@ -7,6 +7,9 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// The rules of the tokenizer. Each reads the token that begins at `offset` and
+// fills it: 0, or 22 with kind 21. The first also appends the token and gives 12
+// when the array cannot grow. None moves the offset.
 uint32_t QM_XPATH_ParseCurTokenFromExpr(QmXpathExpr* expr, uint32_t offset, QmXpathToken* token);
 uint32_t QM_XPATH_GetTokenStartWithDigit(QmXpathExpr* expr, uint32_t offset, QmXpathToken* token);
 uint32_t QM_XPATH_GetTokenStartWithNameStart(QmXpathExpr* expr, uint32_t offset,

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <cfloat>
+#include <cmath>
+#include <limits>
+
+#include <qmodel/error.h>
+
+#include "context/memory.h"
+#include "context/string.h"
+#include "context/xml_tree.h"
+#include "platform/string.h"
+#include "xpath/bound_data.h"
+#include "xpath/functions.h"
+
+// The conversions between the four types of operands, XPath 1.0 section 4, as far
+// as conditions need them. An operand is converted in place; the string that it
+// held is freed.
+
+static_assert(DBL_EPSILON == 2.220446049250313e-16, "numbers below it count as zero");
+
+char* QM_XPATH_ConvertBooleanToString(uint32_t value) {
+  return QM_UTL_StrDup(value != 0 ? "true" : "false");
+}
+
+double QM_XPATH_ConvertBooleanToNumber(uint32_t value) {
+  return value != 0 ? 1.0 : 0.0;
+}
+
+double QM_XPATH_ConvertStringToNumber(const char* text) {
+  double number = 0.0;
+  if (text == nullptr || RTK_StrToFloat(text, &number) != QM_OK) {
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+  return number;
+}
+
+// The text of an element; NULL for anything that is not one, a document included.
+static const char* RawText(const xmlNode* node) {
+  if (node == nullptr || node->type != XML_ELEMENT_NODE) return nullptr;
+  return QM_XML_GetElemNodeContent(node);
+}
+
+// Deliberate: a node without text is 0, not NaN.
+double QM_XPATH_ConvertNodeToNumber(const xmlNode* node) {
+  const char* text = RawText(node);
+  return text == nullptr ? 0.0 : QM_XPATH_ConvertStringToNumber(text);
+}
+
+uint32_t QM_XPATH_ConvertStringToBoolean(const char* text) {
+  return text != nullptr && *text != '\0' ? 1 : 0;
+}
+
+uint32_t QM_XPATH_ConvertNumberToBoolean(double value) {
+  return !std::isnan(value) && std::fabs(value) >= DBL_EPSILON ? 1 : 0;
+}
+
+// NULL only without memory. A value whose prefix leads nowhere counts as empty;
+// for other values no content beside a text means that its copy failed.
+char* QM_XPATH_CopyElementNodeContent(xmlNode* node) {
+  if (RawText(node) == nullptr || node->_private == nullptr) return QM_UTL_CreateEmptyString();
+  auto* schemaNode = static_cast<QmsNode*>(node->_private);
+  char* content = QMD_NODE_GetValueContent(node, schemaNode);
+  if (content != nullptr) return content;
+  return QMD_MDL_IsIdentityref(schemaNode) != 0 ? QM_UTL_CreateEmptyString() : nullptr;
+}
+
+static char* CopyAsString(const QmXpathObject* object) {
+  return object->type == QM_XPATH_OBJECT_BOOLEAN
+             ? QM_XPATH_ConvertBooleanToString(object->value.boolean)
+             : QM_XPATH_CopyElementNodeContent(object->value.node);
+}
+
+uint32_t QM_XPATH_FuncStringInner(QmXpathObject* object) {
+  if (object->type == QM_XPATH_OBJECT_STRING) return QM_OK;
+  // No comparison asks for the text of a number.
+  if (object->type == QM_XPATH_OBJECT_NUMBER) return QM_INVALID;
+  char* text = CopyAsString(object);
+  if (text == nullptr) return QM_NO_MEMORY;
+  object->type = QM_XPATH_OBJECT_STRING;
+  object->value.string = text;
+  return QM_OK;
+}
+
+static double NumberOf(const QmXpathObject* object) {
+  switch (object->type) {
+    case QM_XPATH_OBJECT_BOOLEAN:
+      return QM_XPATH_ConvertBooleanToNumber(object->value.boolean);
+    case QM_XPATH_OBJECT_STRING:
+      return QM_XPATH_ConvertStringToNumber(object->value.string);
+    case QM_XPATH_OBJECT_NODE:
+      return QM_XPATH_ConvertNodeToNumber(object->value.node);
+    default:
+      return object->value.number;
+  }
+}
+
+static uint32_t BooleanOf(const QmXpathObject* object) {
+  switch (object->type) {
+    case QM_XPATH_OBJECT_STRING:
+      return QM_XPATH_ConvertStringToBoolean(object->value.string);
+    case QM_XPATH_OBJECT_NODE:
+      return object->value.node != nullptr ? 1 : 0;
+    case QM_XPATH_OBJECT_NUMBER:
+      return QM_XPATH_ConvertNumberToBoolean(object->value.number);
+    default:
+      return object->value.boolean;
+  }
+}
+
+static void DropString(QmXpathObject* object) {
+  if (object->type == QM_XPATH_OBJECT_STRING) FreeAndNull(&object->value.string);
+}
+
+uint32_t QM_XPATH_FuncNumberInner(QmXpathObject* object) {
+  const double number = NumberOf(object);
+  DropString(object);
+  object->type = QM_XPATH_OBJECT_NUMBER;
+  object->value.number = number;
+  return QM_OK;
+}
+
+uint32_t QM_XPATH_FuncBooleanInner(QmXpathObject* object) {
+  const uint32_t boolean = BooleanOf(object);
+  DropString(object);
+  object->type = QM_XPATH_OBJECT_BOOLEAN;
+  object->value.boolean = boolean;
+  return QM_OK;
+}
+
+uint32_t QM_XPATH_FuncNotInner(QmXpathObject* object) {
+  const uint32_t ret = QM_XPATH_FuncBooleanInner(object);
+  if (ret == QM_OK) object->value.boolean = object->value.boolean != 0 ? 0 : 1;
+  return ret;
+}
