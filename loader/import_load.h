@@ -6,8 +6,13 @@
 #include "context/upcalls.h"
 #include "loader/records.h"
 
+// The walk over the imports is QMS_LOADER_LoadModuleImportedNames
+// (context/upcalls.h).
+
 QM_BEGIN_INTERNAL_DECLS
 
+// Appends the imports of the module that are neither loaded nor pending, in
+// their order: 0, 2 when the module is not loaded, 12 when one cannot be appended.
 uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
                                                 const char* modName);
 

@@ -6,11 +6,20 @@
 #include "context/upcalls.h"
 #include "loader/records.h"
 
+// The steps of QMS_LOADER_AppendModuleToCtx (context/upcalls.h), which enters a
+// finished module into its context and brings the other modules in line.
+
 QM_BEGIN_INTERNAL_DECLS
 
+// Points the types of the module that name typedefs of their own module at
+// them. The first typedef that does not exist ends the walk with 22.
 uint32_t QMS_LOADER_UpdateGlobalTypDefDerivedFrom(QmsModule* module);
 uint32_t QMS_LOADER_ImplUpdateNodeLeafDerivedCb(QmsNode* node, uint32_t travType, void* arg);
+
+// Remembers in the module the suffixes of the files that it may be merged from,
+// so that none of them is read twice. 12 without memory.
 uint32_t QMS_LOADER_SaveSuccLoadingSuffix(QmsModule* module, const QmsLoadAssister* assister);
+// 1 when the module has the suffix.
 uint32_t QMS_LOADER_FindSuffixInModMrgSource(const QmsModule* module, const char* suffix);
 uint32_t QMS_LOADER_AddSuffixToModMrgSource(QmsModule* module, const char* suffix);
 

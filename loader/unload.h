@@ -6,19 +6,39 @@
 #include "context/upcalls.h"
 #include "loader/records.h"
 
+// The steps of QMS_LOADER_UnloadModuleProc (context/upcalls.h), in their order.
+// The first failure of a step before the reload is returned at once; modules
+// that were removed until then stay removed.
+
 QM_BEGIN_INTERNAL_DECLS
 
+// Everything up to the destruction of the pending modules.
 uint32_t QMS_LOADER_UnloadModUncoupleProc(QmCtx* ctx, QmsModPendTbl* tbl);
+
+// Appends the modules that must go and come back because `name` goes; nothing
+// for a module that is not loaded.
 uint32_t QMS_LOADER_PropagateModuleRemove(QmCtx* ctx, const char* name, QmsModPendTbl* tbl);
+// Appends the modules that augment `module` and share a deviating module with it.
 uint32_t QMS_LOADER_UpdateIndirectDeviatedMod(QmCtx* ctx, QmsModule* module, QmsModPendTbl* tbl);
+// 1 when one module deviates both.
 uint32_t QMS_LOADER_IsAugAndRmvModShareSameDevaition(QmCtx* ctx, const char* augModName,
                                                      QmsModule* module);
+// 0 when the table says that the module with this interned name deviates its target, else 1.
 uint32_t QMS_LOADER_CheckRelTblHaveDevByWithSameName(const QmCtxModRelTbl* tbl,
                                                      const char* srcModName);
+// Appends the modules that `module` deviates and forgets the relations to them.
 uint32_t QMS_LOADER_UnloadModDeviation(QmCtx* ctx, QmsModule* module, QmsModPendTbl* tbl);
+
+// Takes the augments of the module, and those of others in it, out of their
+// targets; nothing for a module that is not loaded.
 uint32_t QMS_LOADER_ProcModuleAugAndRelationUncouple(QmCtx* ctx, const char* name);
 uint32_t QMS_LOADER_UnloadSelfModAugmentAndRelation(QmCtx* ctx, QmsModule* module);
+
+// Saves the enabled features of the pending modules and destroys them.
 uint32_t QMS_LOADER_UnloadModRemoveProc(QmCtx* ctx, QmsModPendTbl* tbl);
+
+// Loads the pending modules again that are to come back. 0 only when every load
+// and every feature succeeded; any other value means nothing but failure.
 uint32_t QMS_LOADER_ReloadRelatedMod(QmCtx* ctx, QmsModPendTbl* tbl);
 uint32_t QMS_LOADER_EnableReloadModFeature(QmCtx* ctx, QmsModPendNode* node);
 
