@@ -7,6 +7,9 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// Binding: each element's `_private` names its schema node, or is NULL. An element
+// that is already bound is left alone with everything below it.
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMD_PAS_FlushTreeWithSchema(QmCheckAux* aux, xmlNode* root);

@@ -8,6 +8,15 @@
 #include "data/records.h"
 #include "xpath/bound_data.h"
 
+// The first child element of that name; other kinds of nodes have names too
+// ("text", "comment") and are passed over.
+xmlNode* FindChildElement(const xmlNode* parent, const char* name);
+// From `node` on, the first sibling that is bound to `schemaNode`.
+xmlNode* NextBoundSibling(xmlNode* node, const QmsNode* schemaNode);
+// The case, or shorthand child, of `choice` that `schemaNode` lies in; NULL when
+// it does not lie in the choice.
+QmsNode* BranchOfChoice(QmsNode* schemaNode, const QmsNode* choice);
+
 QM_BEGIN_INTERNAL_DECLS
 
 const char* QMD_NODE_GetModuleName(QmCtx* ctx, const xmlNode* element);

@@ -7,6 +7,14 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// Makes `head` the sentinel of an empty list. It stays at its address.
+void InitDefaultNodeList(QmDefaultNodeEntry* head);
+// Completes each child of `schemaNode` inside `dataParent`.
+uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                uint32_t* outAdded);
+
+extern const QmdCompleteFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT];
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMD_PAS_CompleteTree(QmCheckAux* aux, xmlNode* node, uint32_t flags);

@@ -7,6 +7,17 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// The record of a run is made by the first check that fails, is kept in `aux`,
+// and no field of it is ever written twice.
+
+// The run's record, made for `dataNode` unless a check has made one before; NULL
+// without memory, which all setters accept.
+QmErrNode* RunError(QmCheckAux* aux, uint32_t tag, xmlNode* dataNode);
+// "Unexpected element: %s." with the element's name.
+void ReportUnexpectedElement(QmCheckAux* aux, xmlNode* element);
+// "Failed to check %s condition of %s." for a condition that could not be evaluated.
+void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* statement);
+
 QM_BEGIN_INTERNAL_DECLS
 
 QmErrNode* QMD_ERR_NewErrNode(QmCheckAux* aux, uint32_t type, uint32_t severity, uint32_t tag,

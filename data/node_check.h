@@ -7,6 +7,13 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// The checks of one element while its tree is bound. Each gives 0 or a status,
+// and most failures leave a record in `aux`.
+
+// Whether `later` follows `schemaNode` among the enabled data nodes of its module
+// that may stand beside it.
+bool FollowsInSchema(QmsNode* schemaNode, const QmsNode* later);
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMD_PAS_CheckMultipleInstanceNode(QmCheckAux* aux, xmlNode* element);

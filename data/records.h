@@ -22,11 +22,17 @@ struct QmErrNode {
   char* badAttribute;  // nothing in the library sets it
 };
 
-// An element that was added as a default. The sentinel's `node` is NULL.
+// An element that was added as a default. The entries form a ring around a
+// sentinel, whose `node` is NULL. A run may add defaults to 100,000 list entries
+// and take each away again, so they are found through an index and not by a search.
 struct QmDefaultNodeEntry {
   QmDefaultNodeEntry* next;
   QmDefaultNodeEntry* prev;
-  xmlNode* node;
+  xmlNode* node;  // in its tree as long as the entry exists
+  union {
+    RtkAvl3Link link;   // an entry's: its place in the index
+    RtkAvl3Tree index;  // the sentinel's: all entries by node
+  };
 };
 
 enum QmdModeFlag : uint32_t {
@@ -47,7 +53,13 @@ struct QmCheckAux {
   QmDefaultNodeEntry defaultList;  // sentinel; latest addition first
   QmDefaultNodeFunc defaultNodeCallback;
   void* callbackArg;
+  uint32_t nesting;  // schema levels that completion or the mandatory check is in
 };
+
+// Completion and the mandatory check recurse where they make an element for a
+// container, so their depth is the schema's and not the message's. Augments of
+// augments could stack a schema higher than a stack; beyond this they refuse it.
+constexpr uint32_t kQmdMaxNesting = 4096;
 
 // Elements that a run adds as defaults carry this number as their line.
 constexpr unsigned short kQmdDefaultLine = 256;

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Children by name for the evaluator, with the answers of long searches kept for
+// the time of a run. The walk over a tree goes depth first, so only the long
+// sibling chains above the present element are of interest at one moment: a
+// small table serves. Whoever edits the tree during a run tells the table, which
+// keeps every answer that the edit cannot have changed; dropping them all at each
+// removal would bring back the quadratic cost where removals are many.
+
+#include "data/child_lookup.h"
+
+#include <cstring>
+
+#include "data/data_node.h"
+#include "data/element_walk.h"
+
+namespace {
+constexpr uint32_t kLongSearch = 64;  // shorter ones cost less than keeping them
+constinit thread_local ChildLookup* t_active = nullptr;
+}  // namespace
+
+ChildLookup::ChildLookup() : used_(0), next_(0), outer_(t_active) {
+  t_active = this;
+}
+
+ChildLookup::~ChildLookup() {
+  t_active = outer_;
+}
+
+ChildLookup* ActiveChildLookup() {
+  return t_active;
+}
+
+void NoteChildAdded(const xmlNode* child) {
+  if (t_active != nullptr) t_active->ChildAdded(child);
+}
+
+void NoteChildLeaves(const xmlNode* child) {
+  if (t_active != nullptr) t_active->ChildLeaves(child);
+}
+
+const QmdChildAnswer* ChildLookup::Find(const xmlNode* parent, const char* name) const {
+  for (size_t i = 0; i < used_; ++i) {
+    const QmdChildAnswer& answer = answers_[i];
+    if (answer.parent == parent && std::strcmp(answer.name, name) == 0) return &answer;
+  }
+  return nullptr;
+}
+
+void ChildLookup::Keep(const xmlNode* parent, const char* name, xmlNode* child) {
+  const size_t length = std::strlen(name);
+  if (length >= sizeof answers_[0].name) return;
+  QmdChildAnswer& answer = answers_[next_];
+  answer.parent = parent;
+  answer.child = child;
+  std::memcpy(answer.name, name, length + 1);
+  next_ = (next_ + 1) % kSlots;
+  if (used_ < kSlots) ++used_;
+}
+
+void ChildLookup::ChildAdded(const xmlNode* child) {
+  for (size_t i = 0; i < used_; ++i) {
+    if (answers_[i].parent == child->parent &&
+        std::strcmp(answers_[i].name, ElementName(child)) == 0) {
+      answers_[i].parent = nullptr;
+    }
+  }
+}
+
+// Only what evaluation may step to: declarations of a document have no names in
+// the sense of a condition, and another layout.
+static bool CanBeStep(const xmlNode* node) {
+  switch (node->type) {
+    case XML_ELEMENT_NODE:
+    case XML_TEXT_NODE:
+    case XML_CDATA_SECTION_NODE:
+    case XML_COMMENT_NODE:
+    case XML_PI_NODE:
+      return node->name != nullptr;
+    default:
+      return false;
+  }
+}
+
+// From `node` on, the first sibling of that name; counts the siblings passed.
+static xmlNode* SearchSiblings(xmlNode* node, const char* name, uint32_t* passed) {
+  while (node != nullptr && !(CanBeStep(node) && std::strcmp(XmlText(node->name), name) == 0)) {
+    node = node->next;
+    ++*passed;
+  }
+  return node;
+}
+
+static bool LiesIn(const xmlNode* node, const xmlNode* ancestor) {
+  while (node != nullptr && node != ancestor) node = node->parent;
+  return node != nullptr;
+}
+
+// The first child of its name is followed by the next one of that name, wherever
+// it stands; answers about parents that go with it are dropped, since another
+// element may get their place in memory.
+void ChildLookup::ChildLeaves(const xmlNode* child) {
+  uint32_t passed = 0;
+  for (size_t i = 0; i < used_; ++i) {
+    QmdChildAnswer& answer = answers_[i];
+    if (answer.parent == nullptr) continue;
+    if (answer.child == child) {
+      answer.child = SearchSiblings(child->next, answer.name, &passed);
+    } else if (LiesIn(answer.parent, child)) {
+      answer.parent = nullptr;
+    }
+  }
+}
+
+xmlNode* QMD_PAS_FindChildDataNode(const xmlNode* element, const char* name) {
+  if (element == nullptr || name == nullptr) return nullptr;
+  if (element->type != XML_ELEMENT_NODE && element->type != XML_DOCUMENT_NODE) return nullptr;
+  ChildLookup* lookup = ActiveChildLookup();
+  const QmdChildAnswer* kept = lookup == nullptr ? nullptr : lookup->Find(element, name);
+  if (kept != nullptr) return kept->child;
+  uint32_t passed = 0;
+  xmlNode* child = SearchSiblings(element->children, name, &passed);
+  if (lookup != nullptr && passed >= kLongSearch) lookup->Keep(element, name, child);
+  return child;
+}

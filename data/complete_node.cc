@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Completion where it makes elements: leaves with a default, and containers
+// without presence that have such leaves below them. A new element is placed
+// before the first sibling that follows it in the schema, so that the completed
+// tree keeps the order that input demands and can be validated again. It is kept
+// only when it is whole; until then it is taken out again on every way out.
+
+#include <cstring>
+
+#include "context/guard.h"
+#include "context/memory.h"
+#include "context/string.h"
+#include "context/xml_tree.h"
+#include "data/data_node.h"
+#include "data/defaults.h"
+#include "data/element_walk.h"
+#include "data/node_check.h"
+#include "data/schema_query.h"
+
+using NewElement = QmOwn<RemoveNode>;
+
+// The first sibling before `added` that follows it in the schema. Entries of one
+// list stand in runs, so what held for one entry is not asked again for the next.
+static xmlNode* FirstFollower(const xmlNode* added, QmsNode* schemaNode) {
+  const QmsNode* asked = nullptr;
+  xmlNode* sibling = FirstElement(added->parent->children);
+  for (; sibling != added; sibling = FirstElement(sibling->next)) {
+    const QmsNode* siblingSchema = BoundSchema(sibling);
+    if (siblingSchema == nullptr || siblingSchema == asked) continue;
+    if (siblingSchema->module != schemaNode->module) continue;
+    if (FollowsInSchema(schemaNode, siblingSchema)) return sibling;
+    asked = siblingSchema;
+  }
+  return nullptr;
+}
+
+// A new element stands last until it is placed.
+static void MarkAndPlace(xmlNode* added, QmsNode* schemaNode) {
+  added->line = kQmdDefaultLine;
+  xmlNode* follower = FirstFollower(added, schemaNode);
+  if (follower != nullptr) static_cast<void>(xmlAddPrevSibling(follower, added));
+}
+
+// The default of an identityref is kept with a module name where XML wants a
+// prefix. When nothing else has that name as prefix here, it is declared, and the
+// value reads like one that a client wrote.
+static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, const char* value) {
+  const char* colon = std::strchr(value, ':');
+  if (colon == nullptr || colon == value) return QM_OK;
+  const size_t length = static_cast<size_t>(colon - value);
+  QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
+  if (!prefix) return QM_NO_MEMORY;
+  std::memcpy(prefix.Get(), value, length);
+  if (xmlSearchNs(added->doc, added, XmlChars(prefix.Get())) != nullptr) return QM_OK;
+  const QmsModule* module = QM_CTX_GetModuleByModName(schemaNode->module->ctx, prefix.Get());
+  const char* ns = QM_MOD_GetModuleNs(module);
+  if (ns == nullptr) return QM_OK;
+  const xmlNs* declared = xmlNewNs(added, XmlChars(ns), XmlChars(prefix.Get()));
+  return declared == nullptr ? QM_NO_MEMORY : QM_OK;
+}
+
+static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                               const char* value) {
+  NewElement leaf(QMD_PAS_AddNewChildNodeWithValue(dataParent, schemaNode, value));
+  if (!leaf) return QM_NO_MEMORY;
+  MarkAndPlace(leaf.Get(), schemaNode);
+  if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
+    const uint32_t ret = DeclareValuePrefix(leaf.Get(), schemaNode, value);
+    if (ret != QM_OK) return ret;
+  }
+  const uint32_t ret = QMD_PAS_AddDefaultNodeToList(&aux->defaultList, leaf.Get());
+  if (ret == QM_OK) static_cast<void>(leaf.Release());
+  return ret;
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                         uint32_t* outAdded) {
+  if (schemaNode->payload == nullptr) return QM_INVALID;
+  const char* value = QM_NODE_GetDefaultValueStr(schemaNode);
+  if (value == nullptr || FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
+  const uint32_t ret = AddDefaultLeaf(aux, dataParent, schemaNode, value);
+  if (ret == QM_OK) *outAdded = 1;
+  return ret;
+}
+
+static uint32_t AddDefaultContainer(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                    uint32_t* outAdded) {
+  NewElement container(QMD_NODE_CreateNewChildNode(dataParent, schemaNode));
+  if (!container) return QM_NO_MEMORY;
+  MarkAndPlace(container.Get(), schemaNode);
+  uint32_t addedBelow = 0;
+  uint32_t ret = CompleteSchemaChildren(aux, container.Get(), schemaNode, &addedBelow);
+  if (ret != QM_OK || addedBelow == 0) return ret;
+  ret = QMD_PAS_AddDefaultNodeToList(&aux->defaultList, container.Get());
+  if (ret != QM_OK) return ret;
+  static_cast<void>(container.Release());
+  *outAdded = 1;
+  return QM_OK;
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForContainer(QmCheckAux* aux, xmlNode* dataParent,
+                                              QmsNode* schemaNode, uint32_t* outAdded) {
+  if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) return QM_OK;
+  xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode);
+  if (existing != nullptr) return CompleteSchemaChildren(aux, existing, schemaNode, outAdded);
+  // A namesake of another module counts as existing, and nothing in it is ours.
+  if (FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
+  if (QM_NODE_IsPresenceContainer(schemaNode) != 0 || schemaNode->firstChild == nullptr) {
+    return QM_OK;
+  }
+  return AddDefaultContainer(aux, dataParent, schemaNode, outAdded);
+}

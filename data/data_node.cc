@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Single elements of a data tree: their module, their children by name or by
+// schema node, new children, and their value as conditions see it. Elements are
+// made through libxml2 and belong to their tree; texts handed out are copies
+// from the memory hooks.
+
+#include "data/data_node.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "context/guard.h"
+#include "context/memory.h"
+#include "context/string.h"
+#include "context/xml_tree.h"
+#include "data/element_walk.h"
+#include "data/schema_query.h"
+
+const char* QMD_NODE_GetModuleName(QmCtx* ctx, const xmlNode* element) {
+  if (!IsElement(element)) return nullptr;
+  const QmsNode* schemaNode = BoundSchema(element);
+  if (schemaNode != nullptr) return QM_MOD_GetModuleName(schemaNode->module);
+  const char* ns = QM_XML_GetXmlNodeDefaultNs(element);
+  return ns == nullptr ? nullptr : QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, ns));
+}
+
+uint32_t QMD_NODE_IsKeyLeafNode(const xmlNode* element) {
+  const QmsNode* schemaNode = BoundSchema(element);
+  return schemaNode == nullptr ? 0 : QM_NODE_IsKey(schemaNode);
+}
+
+xmlNode* FindChildElement(const xmlNode* parent, const char* name) {
+  xmlNode* child = FirstElement(parent->children);
+  while (child != nullptr && std::strcmp(ElementName(child), name) != 0) {
+    child = FirstElement(child->next);
+  }
+  return child;
+}
+
+xmlNode* QMD_NODE_GetChildNodeWithSpecifyMdl(const xmlNode* element, const QmsNode* schemaNode) {
+  if (element == nullptr || schemaNode == nullptr) return nullptr;
+  return NextBoundSibling(element->children, schemaNode);
+}
+
+xmlNode* NextBoundSibling(xmlNode* node, const QmsNode* schemaNode) {
+  while (node != nullptr && BoundSchema(node) != schemaNode) node = node->next;
+  return node;
+}
+
+// A new element inherits its parent's namespace. Under a parent of another
+// module it declares its own as the default namespace, which is also what an
+// attribute "xmlns" would say in the written text, but counts in memory too:
+// the tree can be validated again.
+static bool SetNamespace(xmlNode* child, const xmlNode* parent, const QmsNode* schemaNode) {
+  const QmsNode* parentSchema = BoundSchema(parent);
+  if (parentSchema != nullptr && parentSchema->module == schemaNode->module) {
+    child->ns = parent->ns;
+    return true;
+  }
+  const char* href = QM_MOD_GetModuleNs(schemaNode->module);
+  if (href == nullptr) return false;
+  xmlNs* ns = xmlNewNs(child, XmlChars(href), nullptr);
+  if (ns == nullptr) return false;
+  xmlSetNs(child, ns);
+  return true;
+}
+
+xmlNode* QMD_NODE_CreateNewChildNode(xmlNode* parentElement, QmsNode* schemaNode) {
+  if (!IsElement(parentElement) || schemaNode == nullptr || schemaNode->name == nullptr) {
+    return nullptr;
+  }
+  xmlNode* child = xmlNewDocNode(parentElement->doc, nullptr, XmlChars(schemaNode->name), nullptr);
+  if (child == nullptr) return nullptr;
+  child->_private = schemaNode;
+  static_cast<void>(xmlAddChild(parentElement, child));
+  if (SetNamespace(child, parentElement, schemaNode)) return child;
+  RemoveNode(child);
+  return nullptr;
+}
+
+// The text becomes a text node as it stands: functions that take the content of
+// an element read it as markup, and "a&b" would be lost.
+xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, const char* text) {
+  xmlNode* child = QMD_NODE_CreateNewChildNode(parent, schemaNode);
+  if (child == nullptr || text == nullptr) return child;
+  xmlNode* content = xmlNewDocText(child->doc, XmlChars(text));
+  if (content == nullptr) {
+    RemoveNode(child);
+    return nullptr;
+  }
+  static_cast<void>(xmlAddChild(child, content));
+  return child;
+}
+
+// The name of the module that the prefix of `length` characters stands for at
+// the element; NULL when it stands for none.
+static const char* ResolvePrefix(xmlNode* element, QmCtx* ctx, const char* text, size_t length) {
+  QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
+  if (!prefix) return nullptr;
+  std::memcpy(prefix.Get(), text, length);
+  const xmlNs* ns = xmlSearchNs(element->doc, element, XmlChars(prefix.Get()));
+  if (ns == nullptr || ns->href == nullptr) return nullptr;
+  return QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, XmlText(ns->href)));
+}
+
+static char* JoinModuleAndName(const char* modName, const char* name) {
+  const size_t size = std::strlen(modName) + std::strlen(name) + 2;
+  char* joined = static_cast<char*>(AllocZeroed(size));
+  if (joined != nullptr) std::snprintf(joined, size, "%s:%s", modName, name);
+  return joined;
+}
+
+char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNode,
+                                            const char* text) {
+  if (!IsElement(element) || schemaNode == nullptr || schemaNode->module == nullptr ||
+      text == nullptr) {
+    return nullptr;
+  }
+  const char* colon = std::strchr(text, ':');
+  const char* modName = colon == nullptr ? QM_MOD_GetModuleName(schemaNode->module)
+                                         : ResolvePrefix(element, schemaNode->module->ctx, text,
+                                                         static_cast<size_t>(colon - text));
+  if (modName == nullptr) return nullptr;
+  return JoinModuleAndName(modName, colon == nullptr ? text : colon + 1);
+}
+
+char* QMD_NODE_GetValueContent(xmlNode* element, QmsNode* schemaNode) {
+  if (!IsElement(element) || schemaNode == nullptr) return nullptr;
+  const char* text = QM_XML_GetElemNodeContent(element);
+  if (text == nullptr) return nullptr;
+  if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
+    return QMD_NODE_ConvertPrefixValueToModValue(element, schemaNode, text);
+  }
+  return QM_UTL_StrDup(text);
+}
+
+// The branch of the choice that the node lies in: the node itself, or its
+// ancestor, directly below the choice. Only choices and cases are climbed.
+QmsNode* BranchOfChoice(QmsNode* schemaNode, const QmsNode* choice) {
+  QmsNode* branch = schemaNode;
+  while (branch != nullptr && branch->parent != choice) {
+    branch = branch->parent;
+    if (branch != nullptr && QMD_MDL_IsChoiceOrCaseNode(branch) == 0) return nullptr;
+  }
+  return branch;
+}
+
+QmsNode* QMD_NODE_GetChoiceInstanceCaseBranch(const xmlNode* parentElement,
+                                              const QmsNode* choiceSchemaNode) {
+  if (parentElement == nullptr || choiceSchemaNode == nullptr) return nullptr;
+  const QmsNode* last = nullptr;
+  for (const xmlNode* child = parentElement->children; child != nullptr; child = child->next) {
+    QmsNode* schemaNode = BoundSchema(child);
+    // Entries of one list stand in runs; the answer for the first serves them all.
+    if (schemaNode == nullptr || schemaNode == last) continue;
+    last = schemaNode;
+    QmsNode* branch = BranchOfChoice(schemaNode, choiceSchemaNode);
+    if (branch != nullptr) return branch;
+  }
+  return nullptr;
+}
