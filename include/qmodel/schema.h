@@ -20,9 +20,9 @@ typedef struct QmsIdentity QmsIdentity;
 /** One use of an extension statement. Opaque. */
 typedef struct QmsExtInst QmsExtInst;
 
-/** Kinds of schema nodes. */
+/** Kinds of schema nodes, RFC 7950 section 7. Each is the statement of its name. */
 typedef enum QmsNodeKind {
-  QMS_NODE_NONE = 0,
+  QMS_NODE_NONE = 0, /**< Not a statement. */
   QMS_NODE_CONTAINER = 1,
   QMS_NODE_LEAF = 2,
   QMS_NODE_LEAF_LIST = 3,
@@ -34,10 +34,10 @@ typedef enum QmsNodeKind {
   QMS_NODE_ACTION = 9,
   QMS_NODE_RPC = 10,
   QMS_NODE_NOTIFICATION = 11,
-  QMS_NODE_INPUT = 12,
-  QMS_NODE_OUTPUT = 13,
+  QMS_NODE_INPUT = 12,  /**< Of an rpc or action. */
+  QMS_NODE_OUTPUT = 13, /**< Of an rpc or action. */
   QMS_NODE_AUGMENT = 14,
-  QMS_NODE_KIND_COUNT = 15
+  QMS_NODE_KIND_COUNT = 15 /**< Number of kinds. */
 } QmsNodeKind;
 
 /** How a walk came to a node. */
@@ -382,70 +382,552 @@ QM_API QM_NODISCARD uint32_t QM_MOD_IterScanTopmostNode(QmsModule *mod, QmNodeSc
 QM_API QM_NODISCARD uint32_t QM_MOD_IterScanAugmentNode(QmsModule *mod, QmNodeScanFunc cb,
                                                         void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Walks a node and its whole subtree in pre-order.
+ *
+ * The root comes first, with travel type #QMS_TRAV_TOP; a first child with
+ * #QMS_TRAV_CHILD and a next sibling with #QMS_TRAV_SIBLING. A node that has
+ * children comes a second time, with #QMS_TRAV_PARENT, when the walk goes up
+ * past it, except the root, with which the walk ends. A callback that returns
+ * #QMS_SCAN_SKIP_SUBTREE keeps the walk from the children of that node.
+ *
+ * For an augment that is attached to its target, the subtree is what the
+ * augment added there. The tree must not be changed while it is walked.
+ *
+ * @param[in]     root  the node to begin with; NULL is refused
+ * @param[in]     cb    receives each node, the travel type and @p arg; NULL is
+ *                      refused
+ * @param[in,out] arg   passed to @p cb; may be NULL
+ *
+ * @retval 0   The walk came to its end.
+ * @retval 22  @p root or @p cb is NULL.
+ * @return any other number: the result of @p cb that ended the walk
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_IterScanChildrenNode()
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_TreeScanAllNode(QmsNode *root, QmNodeScanFunc cb,
                                                      void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Hands the schema children of a node to a callback, in order.
+ *
+ * All children count, also choices, cases, input and output. For an augment
+ * that is attached to its target these are the nodes that it added, not those
+ * that follow them in the target.
+ *
+ * @param[in]     node  the parent; NULL is refused
+ * @param[in]     cb    receives each child, #QMS_TRAV_CHILD and @p arg; NULL is
+ *                      refused
+ * @param[in,out] arg   passed to @p cb; may be NULL
+ *
+ * @retval 0   All children were handed over, or there are none.
+ * @retval 22  @p node or @p cb is NULL.
+ * @return any other number: the first result of @p cb that is not 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_TreeScanAllNode(), QM_NODE_IterScanSiblingNode()
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_IterScanChildrenNode(QmsNode *node, QmNodeScanFunc cb,
                                                           void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Hands a node and the siblings after it to a callback, in order.
+ *
+ * @param[in]     node  the node to begin with; NULL is refused
+ * @param[in]     cb    receives each node, #QMS_TRAV_SIBLING and @p arg; NULL is
+ *                      refused
+ * @param[in,out] arg   passed to @p cb; may be NULL
+ *
+ * @retval 0   All siblings were handed over.
+ * @retval 22  @p node or @p cb is NULL.
+ * @return any other number: the first result of @p cb that is not 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_IterScanChildrenNode()
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_IterScanSiblingNode(QmsNode *node, QmNodeScanFunc cb,
                                                          void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the name of a node.
+ *
+ * An augment's name is its target path, with module names instead of prefixes.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the name, owned by the node; NULL when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_GetModule()
+ */
 QM_API const char *QM_NODE_GetNodeName(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the module that defines a node.
+ *
+ * For a node that an augment added this is the module of the augment, not
+ * that of the tree in which the node stands.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the module, owned by its context; NULL when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_MOD_GetModuleName()
+ */
 QM_API QmsModule *QM_NODE_GetModule(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells the kind of a node.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return a #QmsNodeKind; #QMS_NODE_NONE (0) when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ */
 QM_API uint32_t QM_NODE_GetNodeType(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the when-condition of a node.
+ *
+ * Prefixes are replaced by the names of their modules. A child of an augment
+ * also carries the condition of the augment, rewritten so that it is evaluated
+ * with the child as context node; when both have one, the text is
+ * "(augment's) and (child's)".
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the condition, owned by the node; NULL when it has none or @p node
+ *         is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_XPATH_EvalCondition(), RFC 7950 section 7.21.5
+ */
 QM_API const char *QM_NODE_GetWhenCond(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the description of a node.
+ *
+ * Descriptions are kept only in a context with the load flag
+ * #QM_LOAD_DESCRIPTIONS.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the text, owned by the node; NULL when none is kept or @p node is
+ *         NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.21.3
+ */
 QM_API const char *QM_NODE_GetDescription(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells how many leaves the key of a list names.
+ *
+ * Deliberate: the number is that of the key statement. It stays when a
+ * deviation removes a key leaf.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the number of keys, 0 to 255; 0 for a node that is no list or when
+ *         @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_IsKey(), RFC 7950 section 7.8.2
+ */
 QM_API uint32_t QM_NODE_GetNodeKeyNum(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the client's pointer that is kept with a node.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return what was set last; NULL when nothing was or @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_SetPrivate()
+ */
 QM_API void *QM_NODE_GetPrivate(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Keeps a pointer of the client with a node.
+ *
+ * The library does not look at it. When the node is destroyed and the pointer
+ * is not NULL, it goes back through the hook of QM_CTX_SetPridataFreeFunc().
+ *
+ * @param[in,out] node  the node; may be NULL
+ * @param[in]     p     the pointer; stays the client's; NULL takes it away
+ *
+ * @return the pointer that was kept before; NULL when there was none or
+ *         @p node is NULL
+ *
+ * @par Thread safety
+ * The caller serialises this with every other use of the node.
+ *
+ * @see QM_NODE_GetPrivate()
+ */
 QM_API void *QM_NODE_SetPrivate(QmsNode *node, void *p) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node is a key leaf of its list.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 for a leaf below a list whose key names it, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_GetNodeKeyNum(), RFC 7950 section 7.8.2
+ */
 QM_API uint32_t QM_NODE_IsKey(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node is configuration.
+ *
+ * A node without any config value, of its own or inherited, counts as
+ * configuration.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 for configuration, 0 for state data or when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.21.1
+ */
 QM_API uint32_t QM_NODE_IsRwConfig(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node has the statement "mandatory true".
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 when it has, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.6.5
+ */
 QM_API uint32_t QM_NODE_IsMandatory(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether the entries of a list or leaf-list are ordered by the user.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 with the statement "ordered-by user", else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.7.7
+ */
 QM_API uint32_t QM_NODE_IsOrderedByNode(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node is marked "default-deny-all".
+ *
+ * The mark is inherited: that of a parent replaces the marks of its children.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 when it is, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 8341 section 9
+ */
 QM_API uint32_t QM_NODE_IsNacmDefaultDenyAll(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node is marked "default-deny-write".
+ *
+ * The mark is inherited: that of a parent replaces the marks of its children.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 when it is, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 8341 section 9
+ */
 QM_API uint32_t QM_NODE_IsNacmDefaultDenyWrite(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node has the status "obsolete".
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 when it has, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.21.2
+ */
 QM_API uint32_t QM_NODE_IsObsoleteNode(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether a node is a container with a presence statement.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 for a presence container, else 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 section 7.5.1
+ */
 QM_API uint32_t QM_NODE_IsPresenceContainer(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the schema parent of a node.
+ *
+ * Choices, cases, input and output are parents like any other node.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the parent; NULL for a top-level node, below an augment that is not
+ *         attached to its target, and when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_GetNonChoiceCaseParent()
+ */
 QM_API QmsNode *QM_NODE_GetParentNode(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the nearest ancestor that is neither a choice nor a case.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the ancestor; NULL when there is none or @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_GetParentNode()
+ */
 QM_API QmsNode *QM_NODE_GetNonChoiceCaseParent(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the node to which an augment adds its children.
+ *
+ * The target is looked up by the path of the augment each time.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the target; NULL when it is not loaded, when @p node is no augment,
+ *         or when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_CTX_GetTargetNode(), RFC 7950 section 7.17
+ */
 QM_API QmsNode *QM_NODE_GetAugmentTargetNode(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the type of a leaf or leaf-list.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the type, owned by the node; NULL for nodes of other kinds and when
+ *         @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_TYPE_GetBuiltInBaseType()
+ */
 QM_API QmtType *QM_NODE_GetRealType(QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Tells whether all if-features of a node are enabled.
+ *
+ * Only the node itself is looked at, not its ancestors.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return 1 when all are enabled or there are none; 0 when one is not, when its
+ *         module is not loaded, and when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_CTX_IsModFeatureEnable(), RFC 7950 section 7.20.2
+ */
 QM_API uint32_t QM_NODE_IsEnabled(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the default value of a leaf.
+ *
+ * This is the leaf's own default, else the first one along the typedefs from
+ * which its type derives, of which at most 128 are looked at. Deliberate: a
+ * mandatory leaf has no default, whatever its statements say.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the value, owned by the leaf or typedef; NULL when there is none, for
+ *         nodes of other kinds, and when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 sections 7.6.1 and 7.3.4
+ */
 QM_API const char *QM_NODE_GetDefaultValueStr(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the units of a leaf or leaf-list.
+ *
+ * These are the node's own units, else the first ones along the typedefs from
+ * which its type derives, of which at most 128 are looked at. Units are kept
+ * only in a context with the load flag #QM_LOAD_UNITS.
+ *
+ * @param[in] node  the node; may be NULL
+ *
+ * @return the text, owned by the node or typedef; NULL when there is none, for
+ *         nodes of other kinds, and when @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see RFC 7950 sections 7.6 and 7.3.3
+ */
 QM_API const char *QM_NODE_GetUnitsValueStr(const QmsNode *node) QM_NOEXCEPT;
 
+/**
+ * @brief Hands the typedefs from which the type of a node derives to a callback.
+ *
+ * The nearest typedef comes first. A built-in type is handed over once, without
+ * names.
+ *
+ * @param[in]     node  a leaf or leaf-list; NULL is refused
+ * @param[in]     cb    receives the module and name of each typedef, its type and
+ *                      @p arg; NULL is refused
+ * @param[in,out] arg   passed to @p cb; may be NULL
+ *
+ * @retval 0   All typedefs were handed over.
+ * @retval 22  @p node or @p cb is NULL, @p node has no type or belongs to no
+ *             context, or the typedefs form a chain of more than 128 links.
+ * @return any other number: the first result of @p cb that is not 0
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_TYPE_IterRealTypeDerivedName()
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_ScanDerivedType(QmsNode *node, QmDerivedTypeScanFunc cb,
                                                      void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Checks a value against the type of a leaf or leaf-list.
+ *
+ * All restrictions along the typedefs of the type are checked, and for a
+ * leafref those of the leaf to which it refers. Whether that leaf has an
+ * instance with the value is not looked at.
+ *
+ * @param[in] node       a leaf or leaf-list; NULL is refused
+ * @param[in] inputKind  1: @p input is a NUL-terminated text; 2: @p input is a
+ *                       libxml2 element (`xmlNode`) whose text is the value
+ * @param[in] input      the value; stays the caller's
+ *
+ * @retval 0      The value is valid.
+ * @retval 22     @p node is NULL, has no type or belongs to no context, or the
+ *                type cannot be used.
+ * @retval 28672  A restriction of the type has no content.
+ * @retval 28673  A typedef is not loaded, or more than 128 links were followed.
+ * @retval 28674  The value is no identity derived from the bases of the type.
+ * @retval 28675  The value is no list of the type's bits.
+ * @retval 28676  The value is no enum of the type.
+ * @retval 28677  The length is outside the length restriction.
+ * @retval 28678  The leaf of a leafref, or its type, is not found.
+ * @retval 28679  A pattern is not matched, or an inverted one is.
+ * @retval 28680  The value is no number, or is outside the range.
+ * @retval 28681  No member of the union accepts the value.
+ * @retval 28682  The value is no boolean.
+ * @retval 28683  The value is not base64.
+ * @retval 28684  There is a value where the type is empty.
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_FindRealTypeMatchedValue(), RFC 7950 section 9
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_ValidateValue(QmsNode *node, uint32_t inputKind,
                                                    const void *input) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the type that accepts a value of a leaf or leaf-list.
+ *
+ * For a union this is the member that accepts the value. Otherwise it is the
+ * type of the node or the first one recorded along its typedefs.
+ *
+ * @param[in] node       a leaf or leaf-list; NULL is refused
+ * @param[in] inputKind  how @p input is given, as for QM_NODE_ValidateValue()
+ * @param[in] input      the value; stays the caller's
+ *
+ * @return the type, owned by the schema; NULL when the value is not valid or
+ *         @p node is NULL, has no type or belongs to no context
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_ValidateValue()
+ */
 QM_API QmtType *QM_NODE_FindRealTypeMatchedValue(QmsNode *node, uint32_t inputKind,
                                                  const void *input) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the leaf to which a leafref refers.
+ *
+ * The path is that of the leaf's type or of the typedef from which it derives,
+ * and is looked up from the leaf. Predicates in it are not evaluated.
+ *
+ * @param[in] node    a leaf or leaf-list of type leafref; may be NULL
+ * @param[in] follow  0: the first target is the answer. Any other number: while
+ *                    the target is a leafref, it is followed in its turn, for at
+ *                    most 128 lookups.
+ *
+ * @return the target; NULL when a target is not loaded, when a chain of leafrefs
+ *         does not end within 128 lookups, when @p node is no leafref, and when
+ *         @p node is NULL
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_TYPE_GetTypeConsDataLeafrefPath(), RFC 7950 section 9.9
+ */
 QM_API QmsNode *QM_NODE_GetLeafrefTargetNode(QmsNode *node, uint32_t follow) QM_NOEXCEPT;
 
 /**
@@ -586,12 +1068,91 @@ QM_API QM_NODISCARD uint32_t QM_MOD_ScanAllExtInsts(QmsModule *module, QmExtInst
 QM_API QM_NODISCARD uint32_t QM_EXT_ScanAllChildExtInsts(QmsExtInst *inst, QmExtInstScanFunc cb,
                                                          void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Prints the schema of a module as an indented tree, one node per line.
+ *
+ * The text is the line "module: NAME", then the data nodes, then each augment
+ * with the nodes that it adds, then "rpcs:" and "notifications:" with theirs
+ * where the module has any. Nodes with an if-feature that is not enabled are
+ * left out with all below them. Names of nodes that other modules define carry
+ * the name of their module.
+ *
+ * The text goes to @p output in chunks of at most 8191 bytes, each ending with
+ * a whole line. A line of more than about a thousand characters can fail the
+ * print.
+ *
+ * @param[in]     module  the module; NULL is refused
+ * @param[in]     output  receives each chunk, NUL-terminated, its length and
+ *                        @p arg; NULL is refused. A result other than 0 ends the
+ *                        print.
+ * @param[in,out] arg     passed to @p output; may be NULL
+ *
+ * @retval 0   The whole text was handed over.
+ * @retval 1   @p output refused a chunk, a line did not fit, or memory ran out
+ *             on the way; chunks may have been handed over.
+ * @retval 12  There is no memory for the buffer; nothing was handed over.
+ * @retval 22  @p module or @p output is NULL.
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_PrintNodesTree(), RFC 8340
+ */
 QM_API QM_NODISCARD uint32_t QM_MOD_PrintModelTree(QmsModule *module, QmPrintOutputFunc output,
                                                    void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Prints one node with its subtree, below the lines that lead to it.
+ *
+ * The text is that of QM_NODE_PrintNodeHeader(), then the node and all below
+ * it at the place where they stand in the tree of their module.
+ *
+ * @param[in]     node    the node; NULL is refused. A node below an augment that
+ *                        is not attached to its target has no place in a tree and
+ *                        is refused as well.
+ * @param[in]     output  receives the text, as for QM_MOD_PrintModelTree(); NULL
+ *                        is refused
+ * @param[in,out] arg     passed to @p output; may be NULL
+ *
+ * @retval 0   The whole text was handed over.
+ * @retval 1   @p output refused a chunk, a line did not fit, or memory ran out
+ *             on the way; chunks may have been handed over.
+ * @retval 12  There is no memory for the buffer; nothing was handed over.
+ * @retval 22  @p node or @p output is NULL, or @p node is not in a tree.
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_MOD_PrintModelTree(), RFC 8340
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_PrintNodesTree(QmsNode *node, QmPrintOutputFunc output,
                                                     void *arg) QM_NOEXCEPT;
 
+/**
+ * @brief Prints the lines that lead to a node in the tree of its module.
+ *
+ * These are "module: NAME" with the module of the tree, then "rpcs:" or
+ * "notifications:" when the node stands in one, then one line for each ancestor
+ * from the top down. The node itself is not printed.
+ *
+ * @param[in]     node    the node; NULL is refused. A node below an augment that
+ *                        is not attached to its target has no place in a tree and
+ *                        is refused as well.
+ * @param[in]     output  receives the text, as for QM_MOD_PrintModelTree(); NULL
+ *                        is refused
+ * @param[in,out] arg     passed to @p output; may be NULL
+ *
+ * @retval 0   The whole text was handed over.
+ * @retval 1   @p output refused a chunk, a line did not fit, or memory ran out
+ *             on the way; chunks may have been handed over.
+ * @retval 12  There is no memory for the buffer; nothing was handed over.
+ * @retval 22  @p node or @p output is NULL, or @p node is not in a tree.
+ *
+ * @par Thread safety
+ * Reads the schema only.
+ *
+ * @see QM_NODE_PrintNodesTree(), RFC 8340
+ */
 QM_API QM_NODISCARD uint32_t QM_NODE_PrintNodeHeader(QmsNode *node, QmPrintOutputFunc output,
                                                      void *arg) QM_NOEXCEPT;
 
