@@ -24,12 +24,8 @@
 #include "schema/node.h"
 #include "schema/node_link.h"
 
-static QmCtx* ContextOf(const QmsNode* node) {
-  return node->module != nullptr ? node->module->ctx : nullptr;
-}
-
 static QmsNode* FindCouplingTarget(const QmsNode* augment) {
-  QmCtx* ctx = ContextOf(augment);
+  QmCtx* ctx = NodeCtx(augment);
   if (ctx == nullptr) return nullptr;
   QmsNode* target = QM_CTX_GetTargetNode(ctx, augment->name, nullptr);
   return target != nullptr ? target : QMS_NODE_UpdateTargetPathWithInputOutput(ctx, augment->name);
@@ -71,7 +67,7 @@ extern "C" {
 
 void QMS_NODE_NotifyAugmentFirstChildNodeRelink(QmsNode* firstChild) {
   if (firstChild == nullptr) return;
-  QmCtx* ctx = ContextOf(firstChild);
+  QmCtx* ctx = NodeCtx(firstChild);
   if (ctx != nullptr && ctx->firstAugChildRelinkFunc != nullptr)
     ctx->firstAugChildRelinkFunc(ctx, firstChild);
 }
@@ -133,7 +129,7 @@ uint32_t QMS_NODE_CoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* targ
 
 uint32_t QMS_NODE_CoupleAugmentNode(QmsNode* augment) {
   if (augment == nullptr) return QM_INVALID;
-  if (IsCoupled(augment)) return QM_OK;
+  if (IsCoupledAugment(augment)) return QM_OK;
   QmsNode* target = FindCouplingTarget(augment);
   if (target == nullptr) return QM_INVALID;
   const uint32_t ret = QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, target);
@@ -158,8 +154,9 @@ uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* ta
 }
 
 uint32_t QMS_NODE_UnCoupleAugmentNode(QmsNode* augment) {
-  if (augment == nullptr || !IsCoupled(augment) || ContextOf(augment) == nullptr) return QM_INVALID;
-  QmsNode* target = QM_CTX_GetTargetNode(ContextOf(augment), augment->name, nullptr);
+  if (augment == nullptr || !IsCoupledAugment(augment) || NodeCtx(augment) == nullptr)
+    return QM_INVALID;
+  QmsNode* target = QM_CTX_GetTargetNode(NodeCtx(augment), augment->name, nullptr);
   if (target == nullptr) return QM_INVALID;
   const uint32_t ret = QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target);
   if (ret == QM_OK) augment->flags &= ~QMS_NODE_COUPLED;
@@ -181,12 +178,12 @@ void QMS_NODE_RemoveCoupledAugmentNodeChildLink(QmsNode* augment, QmsNode* node)
 
 void QMS_LOADER_DestroySelfAugNode(QmsNode* augment) {
   if (augment == nullptr) return;
-  if (IsCoupled(augment)) {
+  if (IsCoupledAugment(augment)) {
     ForgetRun(augment);
     augment->flags &= ~QMS_NODE_COUPLED;
-  } else if (ContextOf(augment) != nullptr) {
+  } else if (NodeCtx(augment) != nullptr) {
     // The children are freed with the augment; others may have coupled to them.
-    DetachRunsBelow(ContextOf(augment), augment);
+    DetachRunsBelow(NodeCtx(augment), augment);
   }
   static_cast<void>(QMS_NODE_Unlink(augment));
   QMS_NODE_Free(augment);
@@ -197,7 +194,7 @@ uint32_t QMS_LOADER_CoupleAugmentAndGenRelation(QmCtx* ctx, QmsModule* module) {
   QmsNode* next = nullptr;
   for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = next) {
     next = augment->next;
-    if (IsCoupled(augment)) continue;
+    if (IsCoupledAugment(augment)) continue;
     const uint32_t ret = CoupleAndRelate(ctx, module, augment);
     if (ret != QM_OK) return ret;
   }
@@ -212,8 +209,9 @@ uint32_t QMS_LOADER_CoupleSelfAugmentNode(QmCtx* ctx, QmsModule* module) {
     QmsNode* target = nullptr;
     if (QMS_MOD_FindAugNodeTargetInSelfMod(module, augment, &target) != QM_OK) return QM_INVALID;
     if (target == nullptr) continue;
-    const uint32_t ret =
-        IsCoupled(augment) ? QM_OK : QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, target);
+    const uint32_t ret = IsCoupledAugment(augment)
+                             ? QM_OK
+                             : QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, target);
     if (ret != QM_OK) return ret;
     augment->flags |= QMS_NODE_COUPLED;
     QMS_LOADER_DestroySelfAugNode(augment);

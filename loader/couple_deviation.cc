@@ -46,10 +46,10 @@ static uint32_t ApplyDeviate(QmsModule* module, QmsNode* target, QmsNode* augmen
 // begins or ends. A path may reach it without naming the augment, so all the
 // augments of its module are looked at.
 static void TakeOutOfRuns(QmsNode* node, QmsNode* augment) {
-  if (augment != nullptr && IsCoupled(augment))
+  if (augment != nullptr && IsCoupledAugment(augment))
     QMS_NODE_RemoveCoupledAugmentNodeChildLink(augment, node);
   for (QmsNode* other = node->module->augmentNodes; other != nullptr; other = other->next)
-    if (IsCoupled(other)) QMS_NODE_RemoveCoupledAugmentNodeChildLink(other, node);
+    if (IsCoupledAugment(other)) QMS_NODE_RemoveCoupledAugmentNodeChildLink(other, node);
 }
 
 // True when `path` is the deviation's path or goes on below it.
@@ -86,7 +86,7 @@ uint32_t QMS_NODE_NotifyBeforeDeviateNotSupport(QmsNode* target, QmsNode* /*augm
                                                 const char* deviatingModName,
                                                 const char* deviationPath) {
   if (target == nullptr || target->module == nullptr) return QM_INVALID;
-  QmCtx* ctx = target->module->ctx;
+  QmCtx* ctx = NodeCtx(target);
   if (ctx == nullptr || ctx->beforeDeviateNotSupportFunc == nullptr) return QM_OK;
   return ctx->beforeDeviateNotSupportFunc(ctx, target, deviatingModName, deviationPath);
 }
@@ -98,7 +98,7 @@ uint32_t QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(QmsModule* module,
   QmsNode* next = nullptr;
   for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = next) {
     next = augment->next;
-    if (!IsCoupled(augment) || !LeadsTo(augment->name, deviationPath)) continue;
+    if (!IsCoupledAugment(augment) || !LeadsTo(augment->name, deviationPath)) continue;
     const uint32_t ret = QM_CTX_AddTwoModRelation(module->ctx, module->name, deviatingModName,
                                                   QM_RELATION_DEVIATION);
     if (ret != QM_OK) {
@@ -129,8 +129,7 @@ uint32_t QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(QmsModule* targetMod
 
 uint32_t QMS_MOD_CoupleDevNotSup(QmsNode* target, QmsNode* augment, const char* deviatingModName,
                                  const char* deviationPath) {
-  if (target == nullptr || target->module == nullptr || target->module->ctx == nullptr)
-    return QM_INVALID;
+  if (target == nullptr || NodeCtx(target) == nullptr) return QM_INVALID;
   QmsModule* targetModule = target->module;  // the target is gone when it is needed
   // The client's answer changes nothing: it is told, not asked.
   static_cast<void>(

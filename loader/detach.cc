@@ -14,6 +14,7 @@
 #include "context/upcalls.h"
 #include "loader/couple_augment.h"
 #include "platform/avl.h"
+#include "schema/node.h"
 #include "schema/node_link.h"
 
 // A private mark of augment nodes, set only while a subtree is being removed.
@@ -26,7 +27,7 @@ static void ForEachCoupledAugment(QmCtx* ctx, Visit visit) {
        record = RTK_AVL3_Next(&ctx->modByName, record)) {
     const auto* module = static_cast<const QmsModule*>(record);
     for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
-      if (IsCoupled(augment)) visit(augment);
+      if (IsCoupledAugment(augment)) visit(augment);
   }
 }
 
@@ -39,10 +40,6 @@ static bool RunLiesBelow(const QmsNode* augment, const QmsNode* top) {
   for (const QmsNode* node = RunTarget(augment); node != nullptr; node = node->parent)
     if (node == top) return true;
   return false;
-}
-
-bool IsCoupled(const QmsNode* augment) {
-  return (augment->flags & QMS_NODE_COUPLED) != 0;
 }
 
 void ForgetRun(QmsNode* augment) {
@@ -88,15 +85,14 @@ void ForgetRunsBelow(QmCtx* ctx, const QmsNode* top) {
 
 void SettleForgottenRuns(QmCtx* ctx) {
   ForEachCoupledAugment(ctx, [](QmsNode* augment) {
-    if ((augment->flags & kRunForgotten) != 0)
-      augment->flags &= ~(kRunForgotten | QMS_NODE_COUPLED);
+    if (HasFlag(augment, kRunForgotten)) augment->flags &= ~(kRunForgotten | QMS_NODE_COUPLED);
   });
 }
 
 void DetachModuleAugments(QmCtx* ctx, QmsModule* module) {
   if (ctx == nullptr || module == nullptr) return;
   for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
-    if (IsCoupled(augment)) ForceDetach(augment);
+    if (IsCoupledAugment(augment)) ForceDetach(augment);
   // Foreign nodes in the trees of the module hang directly under one of its own
   // nodes; what lies deeper goes with them.
   ForEachCoupledAugment(ctx, [module](QmsNode* augment) {

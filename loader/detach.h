@@ -5,8 +5,6 @@
 // The runs of coupled augments, taken by their links and not by their paths.
 // DetachModuleAugments (context/upcalls.h) is made of these.
 
-bool IsCoupled(const QmsNode* augment);
-
 // Clears the marks of a run: afterwards the augment has no children.
 void ForgetRun(QmsNode* augment);
 

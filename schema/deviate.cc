@@ -14,10 +14,10 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "platform/string.h"
 #include "schema/deviate_step.h"
 #include "schema/inherit.h"
 #include "schema/module.h"
+#include "schema/node.h"
 #include "schema/node_path.h"
 #include "types/type.h"
 #include "types/upcalls.h"
@@ -93,10 +93,6 @@ QmtType* TypeField(QmsNode* target) {
   return nullptr;
 }
 
-bool SameText(const char* a, const char* b) {
-  return a != nullptr && b != nullptr && RTK_StrCmp(a, b) == 0;
-}
-
 // An interned "module:value" for a value with a prefix of `module`, or NULL.
 static const char* InternQualifiedValue(QmsModule* module, const char* value) {
   const QmHeld<char> text(QMS_MOD_ConvertPrefixValToJsonFormat(module, value));
@@ -143,7 +139,7 @@ uint32_t QMS_MOD_RefreshDeviateDefaults(QmsModule* module, QmsNode* target, QmsD
 
 uint32_t QMS_NODE_NotifyBeforeExtInstsChange(QmsNode* node) {
   if (node == nullptr || node->module == nullptr) return QM_INVALID;
-  QmCtx* ctx = node->module->ctx;
+  QmCtx* ctx = NodeCtx(node);
   if (ctx == nullptr || ctx->beforeDeviateExtInstFunc == nullptr) return QM_OK;
   return ctx->beforeDeviateExtInstFunc(ctx, node);
 }

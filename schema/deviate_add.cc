@@ -13,6 +13,7 @@
 #include "schema/ext_inst.h"
 #include "schema/inherit.h"
 #include "schema/module.h"
+#include "schema/node.h"
 #include "schema/node_array.h"
 
 static uint32_t AddNodeConfig(QmsModule* module, QmsNode* target, const QmsDeviate* deviate) {
@@ -29,7 +30,7 @@ static bool HasAnyOf(const QmsLeafList* payload, const QmsDeviate* deviate) {
   if (payload->defaults == nullptr) return false;
   for (uint32_t i = 0; i < deviate->defaultCount; ++i)
     for (uint32_t j = 0; j < payload->defaultCount; ++j)
-      if (SameText(deviate->defaults[i], payload->defaults[j])) return true;
+      if (NamesEqual(deviate->defaults[i], payload->defaults[j])) return true;
   return false;
 }
 

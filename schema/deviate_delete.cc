@@ -17,6 +17,7 @@
 #include "schema/deviate_step.h"
 #include "schema/ext_inst.h"
 #include "schema/module.h"
+#include "schema/node.h"
 #include "schema/node_array.h"
 
 static constexpr char kNacmModule[] = "ietf-netconf-acm";
@@ -24,7 +25,7 @@ static constexpr char kNacmModule[] = "ietf-netconf-acm";
 static uint32_t ReleaseMatchingDefaults(QmDict* dict, QmsLeafList* payload, const char* value) {
   uint32_t released = 0;
   for (uint32_t i = 0; payload->defaults != nullptr && i < payload->defaultCount; ++i) {
-    if (!SameText(payload->defaults[i], value)) continue;
+    if (!NamesEqual(payload->defaults[i], value)) continue;
     ReleaseText(dict, &payload->defaults[i]);
     ++released;
   }
@@ -33,16 +34,28 @@ static uint32_t ReleaseMatchingDefaults(QmDict* dict, QmsLeafList* payload, cons
 
 // Closes the gaps that `removed` released defaults have left.
 static uint32_t CompactDefaults(QmDict* dict, QmsLeafList* payload, uint32_t removed) {
-  if (removed == 0) return QM_OK;
   const uint32_t left = payload->defaultCount - removed;
+  if (removed == 0) return QM_OK;
+  if (left != 0) return QMS_NODE_SubtractLeaflistDefaults(dict, payload, left);
+  QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
+  payload->defaults = nullptr;
+  payload->defaultCount = 0;
+  return QM_OK;
+}
+
+// The same for an array of records. Without memory for the rest, nothing is left.
+template <auto Subtract, auto Free, typename Elem>
+static uint32_t CompactRecords(QmDict* dict, Elem** array, uint16_t* count, uint32_t removed) {
+  const uint32_t left = *count - removed;
   uint32_t ret = QM_OK;
+  if (removed == 0) return QM_OK;
   if (left != 0) {
-    ret = QMS_NODE_SubtractLeaflistDefaults(dict, payload, left);
+    ret = Subtract(dict, array, *count, left);
   } else {
-    QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
-    payload->defaults = nullptr;
+    Free(dict, *array, *count);
+    *array = nullptr;
   }
-  payload->defaultCount = payload->defaults != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
+  *count = *array != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
   return ret;
 }
 
@@ -55,34 +68,6 @@ static uint32_t ClearMatchingMusts(QmDict* dict, QmsNode* target, const QmsMust*
     ++cleared;
   }
   return cleared;
-}
-
-static uint32_t CompactMusts(QmDict* dict, QmsNode* target, uint32_t removed) {
-  if (removed == 0) return QM_OK;
-  const uint32_t left = target->mustCount - removed;
-  uint32_t ret = QM_OK;
-  if (left != 0) {
-    ret = QMS_NODE_SubtractMustsArray(dict, &target->musts, target->mustCount, left);
-  } else {
-    QMS_NODE_FreeMusts(dict, target->musts, target->mustCount);
-    target->musts = nullptr;
-  }
-  target->mustCount = target->musts != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
-  return ret;
-}
-
-static uint32_t CompactExtInsts(QmDict* dict, QmsNode* target, uint32_t removed) {
-  if (removed == 0) return QM_OK;
-  const uint32_t left = target->extInstCount - removed;
-  uint32_t ret = QM_OK;
-  if (left != 0) {
-    ret = QMS_EXT_SubtractExtInstArray(dict, &target->extInsts, target->extInstCount, left);
-  } else {
-    QMS_EXT_FreeExtInsts(dict, target->extInsts, target->extInstCount);
-    target->extInsts = nullptr;
-  }
-  target->extInstCount = target->extInsts != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
-  return ret;
 }
 
 // Clears the node's instance that is the same as `inst`, if it has one, telling
@@ -109,7 +94,7 @@ uint32_t QMS_MOD_DelChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate
   if (choice->defaultCase == nullptr)
     return RefuseDeviate(module, target,
                          "Failed to delete default from choice node \"%s\" without default value.");
-  if (!SameText(choice->defaultCase, deviate->defaults[0]))
+  if (!NamesEqual(choice->defaultCase, deviate->defaults[0]))
     return RefuseDeviate(module, target,
                          "Failed to find default value to be deleted in choice node \"%s\".");
   ReleaseText(ModuleDict(target->module), &choice->defaultCase);
@@ -128,7 +113,7 @@ uint32_t QMS_MOD_DelLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* 
   if (leaf->defaultValue == nullptr)
     return RefuseDeviate(module, target,
                          "Failed to delete default from leaf node \"%s\" without default value.");
-  if (!SameText(leaf->defaultValue, deviate->defaults[0]))
+  if (!NamesEqual(leaf->defaultValue, deviate->defaults[0]))
     return RefuseDeviate(module, target,
                          "Failed to find default value to be deleted in leaf node \"%s\".");
   ReleaseText(ModuleDict(target->module), &leaf->defaultValue);
@@ -173,14 +158,15 @@ uint32_t QMS_MOD_CoupleDevDelMusts(QmsModule* module, QmsNode* target, QmsDeviat
   }
   if (removed > target->mustCount)
     return RefuseDeviate(module, target, "Failed to delete musts from node \"%s\".");
-  const uint32_t compacted = CompactMusts(dict, target, removed);
+  const uint32_t compacted = CompactRecords<QMS_NODE_SubtractMustsArray, QMS_NODE_FreeMusts>(
+      dict, &target->musts, &target->mustCount, removed);
   return ret != QM_OK ? ret : compacted;
 }
 
 uint32_t QMS_MOD_CoupleDevDelUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
   const char** units = UnitsField(target);
   if (units == nullptr) return QM_FAILED;
-  if (!SameText(*units, deviate->units))
+  if (!NamesEqual(*units, deviate->units))
     return RefuseDeviate(module, target,
                          "Failed to delete units from node \"%s\", because it doesn't have units "
                          "or the target units.");
@@ -192,7 +178,7 @@ uint32_t QMS_MOD_CoupleDevDelExtInsts(QmsModule* module, QmsNode* target, QmsDev
   uint32_t removed = 0;
   for (uint32_t i = 0; i < deviate->extInstCount; ++i) {
     const QmsExtInst* inst = &deviate->extInsts[i];
-    if (SameText(inst->module, kNacmModule)) {
+    if (NamesEqual(inst->module, kNacmModule)) {
       // Deliberate: access-control marks stay, and that is no failure.
       QM_CTX_AddModError(module->ctx, module->name,
                          "Deleting extension-instance \"%s:%s\" from node \"%s\" is not supported.",
@@ -201,7 +187,8 @@ uint32_t QMS_MOD_CoupleDevDelExtInsts(QmsModule* module, QmsNode* target, QmsDev
     }
     removed += ClearMatchingExtInst(target, inst, removed == 0);
   }
-  return CompactExtInsts(ModuleDict(target->module), target, removed);
+  return CompactRecords<QMS_EXT_SubtractExtInstArray, QMS_EXT_FreeExtInsts>(
+      ModuleDict(target->module), &target->extInsts, &target->extInstCount, removed);
 }
 
 uint32_t QMS_MOD_CoupleDevDel(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {

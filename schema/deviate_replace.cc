@@ -11,11 +11,12 @@
 #include "schema/deviate.h"
 #include "schema/deviate_step.h"
 #include "schema/module.h"
+#include "schema/node.h"
 #include "schema/node_array.h"
 #include "types/type.h"
 
 static uint32_t ReplaceText(QmsNode* target, const char** field, const char* text) {
-  if (SameText(*field, text)) return QM_OK;
+  if (NamesEqual(*field, text)) return QM_OK;
   return InternText(ModuleDict(target->module), field, text) ? QM_OK : QM_NO_MEMORY;
 }
 

@@ -55,9 +55,6 @@ const char** UnitsField(QmsNode* target);
 // The embedded type of a leaf or leaf-list; NULL for any other node.
 QmtType* TypeField(QmsNode* target);
 
-// True when both texts are given and equal.
-bool SameText(const char* a, const char* b);
-
 inline QmsLeaf* LeafOf(QmsNode* node) {
   return static_cast<QmsLeaf*>(node->payload);
 }
