@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "context/path_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+TEST(ConsumeIdentNameBestEffort, CountsLeadingIdentifierCharacters) {
+  const struct {
+    const char* text;
+    uint32_t length;
+  } rows[] = {{"", 0},         {"abc", 3},       {"a-b.c_d9", 8}, {"9a", 2},  {"-x", 2},
+              {"ABC:x", 3},    {"a/b", 1},       {"/a", 0},       {" a", 0},  {"a b", 1},
+              {"\xC3\xA4", 0}, {"a\xC3\xA4", 1}, {"a[1]", 1},     {"a@b", 1}, {"a`{", 1}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    EXPECT_EQ(row.length, QM_UTL_ConsumeIdentNameBestEffort(row.text));
+  }
+}
+
+TEST(ConsumeIdentNameFromTail, CountsTrailingIdentifierCharacters) {
+  EXPECT_EQ(3u, QM_UTL_ConsumeIdentNameFromTail("a:bcd", 5));
+  EXPECT_EQ(1u, QM_UTL_ConsumeIdentNameFromTail("a:bcd", 3)) << "only the first bytes count";
+  EXPECT_EQ(0u, QM_UTL_ConsumeIdentNameFromTail("a:bcd", 2));
+  EXPECT_EQ(3u, QM_UTL_ConsumeIdentNameFromTail("abc", 3)) << "to the start";
+  EXPECT_EQ(0u, QM_UTL_ConsumeIdentNameFromTail("abc", 0));
+}
+
+TEST(ConsumeAllSpaceChar, SkipsBlanksTabsAndNewlinesOnly) {
+  EXPECT_STREQ("x ", QM_UTL_ConsumeAllSpaceChar(" \t\n x "));
+  EXPECT_STREQ("x", QM_UTL_ConsumeAllSpaceChar("x"));
+  EXPECT_STREQ("", QM_UTL_ConsumeAllSpaceChar(" \n"));
+  EXPECT_STREQ("\r x", QM_UTL_ConsumeAllSpaceChar(" \r x")) << "a carriage return stays";
+}
+
+TEST(GetXPathNextNodeName, Rows) {
+  const struct {
+    const char* text;
+    uint32_t status;
+    const char* name;
+  } rows[] = {
+      {"abc", 0, "abc"},         {"abc/def", 0, "abc"},
+      {"abcdefg", 0, "abcdefg"}, {"", 1, ""},
+      {"/abc", 1, ""},           {":abc", 1, ""},
+      {"abc:d", 22, ""},         {"abc[1]", 22, ""},
+      {"abc d", 22, ""},         {"abcdefgh", 126, ""},
+      {"abcdefgh/x", 126, ""},   {"abcdefgh:x", 22, ""},  // what follows is judged before the room
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    char out[8] = "before";
+    EXPECT_EQ(row.status, QM_UTL_GetXPathNextNodeName(row.text, out, sizeof out));
+    EXPECT_STREQ(row.name, out);
+  }
+}
+
+TEST(GetXPathNextPrefixAndNode, Rows) {
+  const struct {
+    const char* text;
+    uint32_t status;
+    const char* prefix;
+    const char* name;
+  } rows[] = {
+      {"abc", 0, "", "abc"},
+      {"abc/d:e", 0, "", "abc"},
+      {"p:abc", 0, "p", "abc"},
+      {"p:abc/d", 0, "p", "abc"},
+      {"", 1, "", ""},
+      {"/a", 1, "", ""},
+      {":a", 1, "", ""},
+      {"a b", 22, "", ""},
+      {"a[1]", 22, "", ""},
+      {"p:", 1, "", ""},
+      {"p:/a", 1, "", ""},
+      {"p:a:b", 22, "", ""},
+      {"p:a[1]", 22, "", ""},
+      {"p:abcdefgh", 126, "", ""},
+      {"abcdefgh", 126, "", ""},
+      {"abcdefgh:a", 126, "", ""},
+      {"abcdefgh]a", 22, "", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    char prefix[8] = "before";
+    char name[8] = "before";
+    EXPECT_EQ(row.status,
+              QM_UTL_GetXPathNextPrefixAndNode(row.text, prefix, sizeof prefix, name, sizeof name));
+    EXPECT_STREQ(row.prefix, prefix);
+    EXPECT_STREQ(row.name, name);
+  }
+}
+
+TEST(GetXPathNextPredicatedPrefixNode, Rows) {
+  const struct {
+    const char* text;
+    const char* rest;
+    const char* prefix;
+    const char* name;
+  } rows[] = {
+      {"p:n[a=1][b=2]/rest", "/rest", "p", "n"},
+      {"n", "", "", "n"},
+      {"p:n", "", "p", "n"},
+      {"n/x", "/x", "", "n"},
+      {"n[a]", "", "", "n"},
+      {"n[a[b]/x", "/x", "", "n"},  // the first "]" ends a predicate
+      {"n['/']", "", "", "n"},
+      {"n[x]y", nullptr, "", ""},
+      {"n[a[b]]/x", nullptr, "", ""},
+      {"n[']']", nullptr, "", ""},
+      {"n[x", nullptr, "", ""},
+      {"p:n[x][y", nullptr, "", ""},
+      {"n x", nullptr, "", ""},
+      {"", nullptr, "", ""},
+      {"/n", nullptr, "", ""},
+      {"p:", nullptr, "", ""},
+      {"p:q:n", nullptr, "", ""},
+      {"abcdefgh", nullptr, "", ""},
+      {"p:abcdefgh[1]", nullptr, "", ""},
+      {"abcdefgh:n", nullptr, "", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    char prefix[8] = "before";
+    char name[8] = "before";
+    const char* rest =
+        QM_UTL_GetXPathNextPredicatedPrefixNode(row.text, prefix, sizeof prefix, name, sizeof name);
+    EXPECT_STREQ(row.rest, rest);
+    EXPECT_STREQ(row.prefix, prefix);
+    EXPECT_STREQ(row.name, name);
+    if (row.rest != nullptr) {
+      EXPECT_EQ(row.text + std::strlen(row.text) - std::strlen(row.rest), rest);
+    }
+  }
+}
+
+TEST(SkipPredicateParis, SkipsConsecutivePredicates) {
+  EXPECT_STREQ("/x", QM_UTL_SkipPredicateParis("[a][b]/x"));
+  EXPECT_STREQ("x[a]", QM_UTL_SkipPredicateParis("x[a]"));
+  EXPECT_STREQ("", QM_UTL_SkipPredicateParis(""));
+  EXPECT_EQ(nullptr, QM_UTL_SkipPredicateParis("[a][b"));
+}

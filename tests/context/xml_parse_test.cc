@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "context/xml_parse.h"
+
+#include <gtest/gtest.h>
+#include <libxml/globals.h>
+#include <libxml/parser.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "context/xml_tree.h"
+
+namespace {
+
+xmlDoc* Parse(const std::string& text) {
+  return ParseXmlText(text.data(), text.size());
+}
+
+void CountError(void* counter, xmlErrorPtr /*error*/) {
+  ++*static_cast<int*>(counter);
+}
+
+}  // namespace
+
+TEST(ParseXmlText, BlanksBetweenElementsAreDropped) {
+  xmlDoc* doc = Parse("<a>\n  <b/>\n</a>");
+  ASSERT_NE(nullptr, doc);
+  const xmlNode* root = xmlDocGetRootElement(doc);
+  EXPECT_EQ(XML_ELEMENT_NODE, root->children->type);
+  EXPECT_EQ(nullptr, root->children->next);
+  xmlFreeDoc(doc);
+}
+
+TEST(ParseXmlText, TextThatIsNotWellFormedGivesNullAndPrintsNothing) {
+  testing::internal::CaptureStderr();
+  for (const char* text : {"<a>", "<a></b>", "text", " ", "<a/><b/>", "<p:a/>x"}) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(nullptr, Parse(text));
+  }
+  EXPECT_EQ("", testing::internal::GetCapturedStderr());
+}
+
+TEST(ParseXmlText, EmptyNullAndTooLongTextsGiveNull) {
+  EXPECT_EQ(nullptr, ParseXmlText("", 0));
+  EXPECT_EQ(nullptr, ParseXmlText(nullptr, 5));
+  EXPECT_EQ(nullptr, ParseXmlText("<a/>", size_t{INT_MAX} + 1)) << "libxml2 takes an int";
+}
+
+TEST(ParseXmlText, ElementsNestedDeeperThanLibxml2AllowsGiveNull) {
+  std::string open;
+  std::string close;
+  for (int i = 0; i < 1000; ++i) {
+    open += "<a>";
+    close += "</a>";
+  }
+  EXPECT_EQ(nullptr, Parse(open + close));
+}
+
+TEST(ParseXmlText, ClientsErrorHandlerIsNotCalledAndStays) {
+  int errors = 0;
+  xmlSetStructuredErrorFunc(&errors, CountError);
+  EXPECT_EQ(nullptr, Parse("<a>"));
+  EXPECT_EQ(0, errors);
+  EXPECT_EQ(&errors, xmlStructuredErrorContext);
+  EXPECT_EQ(&CountError, xmlStructuredError);
+  EXPECT_EQ(nullptr, xmlParseMemory("<a>", 3));
+  EXPECT_GT(errors, 0);
+  xmlSetStructuredErrorFunc(nullptr, nullptr);
+}
+
+TEST(ParseXmlText, ClientsSettingsAreAsBefore) {
+  for (int setting : {0, 1}) {
+    SCOPED_TRACE(setting);
+    const int indentAtStart = xmlIndentTreeOutput;
+    const int keepBlanksAtStart = xmlKeepBlanksDefault(setting);
+    const int substituteAtStart = xmlSubstituteEntitiesDefault(setting);
+    xmlIndentTreeOutput = setting;
+    xmlLoadExtDtdDefaultValue = setting;
+    xmlDoValidityCheckingDefaultValue = setting;
+    xmlFreeDoc(Parse("<a/>"));
+    EXPECT_EQ(setting, xmlIndentTreeOutput);
+    EXPECT_EQ(setting, xmlLoadExtDtdDefaultValue);
+    EXPECT_EQ(setting, xmlDoValidityCheckingDefaultValue);
+    EXPECT_EQ(setting, xmlSubstituteEntitiesDefault(substituteAtStart));
+    EXPECT_EQ(setting, xmlKeepBlanksDefault(keepBlanksAtStart));
+    xmlLoadExtDtdDefaultValue = 0;
+    xmlDoValidityCheckingDefaultValue = 0;
+    xmlIndentTreeOutput = indentAtStart;
+  }
+}
+
+TEST(ParseXmlText, EntitiesAreNotSubstitutedEvenForAClientWhoWantsIt) {
+  const int before = xmlSubstituteEntitiesDefault(1);
+  xmlDoc* doc = Parse("<!DOCTYPE a [<!ENTITY e 'text'>]><a>&e;</a>");
+  ASSERT_NE(nullptr, doc);
+  EXPECT_EQ(XML_ENTITY_REF_NODE, xmlDocGetRootElement(doc)->children->type);
+  xmlFreeDoc(doc);
+  xmlSubstituteEntitiesDefault(before);
+}
+
+TEST(ParseXmlText, ExternalEntitiesAndSubsetsAreNotLoaded) {
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / ("qmodel_dtd_" + std::to_string(getpid()));
+  std::ofstream(file) << "<!ATTLIST a secret CDATA 'loaded'>";
+  const int substitute = xmlSubstituteEntitiesDefault(1);
+  xmlLoadExtDtdDefaultValue = XML_COMPLETE_ATTRS | XML_DETECT_IDS;
+  xmlDoc* doc = Parse("<!DOCTYPE a SYSTEM '" + file.string() + "'><a/>");
+  ASSERT_NE(nullptr, doc);
+  EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->properties);
+  xmlFreeDoc(doc);
+  doc = Parse("<!DOCTYPE a [<!ENTITY e SYSTEM '" + file.string() + "'>]><a>&e;</a>");
+  ASSERT_NE(nullptr, doc);
+  const xmlNode* reference = xmlDocGetRootElement(doc)->children;
+  ASSERT_EQ(XML_ENTITY_REF_NODE, reference->type);
+  EXPECT_EQ(nullptr, reference->content);
+  xmlFreeDoc(doc);
+  xmlLoadExtDtdDefaultValue = 0;
+  xmlSubstituteEntitiesDefault(substitute);
+  std::filesystem::remove(file);
+}
+
+TEST(XmlSilence, NestsAndEndsWithItsBlock) {
+  int errors = 0;
+  xmlSetStructuredErrorFunc(&errors, CountError);
+  {
+    const XmlSilence outer;
+    { const XmlSilence inner; }
+    EXPECT_EQ(nullptr, xmlParseMemory("<a>", 3));
+    EXPECT_EQ(0, errors);
+  }
+  EXPECT_EQ(nullptr, xmlParseMemory("<a>", 3));
+  EXPECT_GT(errors, 0);
+  xmlSetStructuredErrorFunc(nullptr, nullptr);
+}
