@@ -14,7 +14,7 @@ for folder in ("context", "loader", "schema", "types", "data"):
     for path in sorted((source / folder).glob("*.cc")):
         code += path.read_text()
 # Adjacent literals are one text; escaped quotes are quotes.
-code = re.sub(r'"\s*\n?\s*"', "", code).replace('\\"', '"')
+code = re.sub(r'(?<!\\)"\s*\n?\s*"', "", code).replace('\\"', '"')
 header = (source / "include/qmodel/error.h").read_text().replace("\\\n", "")
 
 bad = 0

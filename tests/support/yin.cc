@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/support/yin.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "context/upcalls.h"
+#include "context/xml_parse.h"
+#include "schema/records.h"
+
+namespace yin {
+
+static const char kNamespace[] = "xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\"";
+
+std::string Module(const std::string& name, const std::string& body,
+                   const std::string& attributes) {
+  return "<module name=\"" + name + "\" " + kNamespace + " xmlns:" + name + "=\"urn:" + name +
+         "\" " + attributes + "><yang-version value=\"1.1\"/><namespace uri=\"urn:" + name +
+         "\"/><prefix value=\"" + name + "\"/>" + body + "</module>";
+}
+
+std::string Submodule(const std::string& name, const std::string& body) {
+  return "<submodule name=\"" + name + "\" " + kNamespace + ">" + body + "</submodule>";
+}
+
+xmlDoc* Xml(const std::string& text) {
+  xmlDoc* doc = ParseXmlText(text.data(), text.size());
+  EXPECT_NE(nullptr, doc) << "the test's text is no XML";
+  return doc;
+}
+
+Folder::Folder() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "yin-XXXXXX").string();
+  if (mkdtemp(pattern.data()) != nullptr) dir_ = pattern;
+  EXPECT_FALSE(dir_.empty()) << "no directory for the files of the test";
+}
+
+Folder::~Folder() {
+  std::error_code ignored;
+  if (!dir_.empty()) std::filesystem::remove_all(dir_, ignored);
+}
+
+std::string Folder::Path(const std::string& file) const {
+  return dir_ + "/" + file;
+}
+
+void Folder::Write(const std::string& file, const std::string& text) const {
+  std::ofstream out(Path(file), std::ios::binary);
+  out << text;
+  EXPECT_TRUE(out.good());
+}
+
+void Folder::MakeDir(const std::string& name) const {
+  EXPECT_TRUE(std::filesystem::create_directory(Path(name)));
+}
+
+Context::Context(uint32_t loadFlags) : ctx_(QM_CTX_Create(loadFlags)) {}
+
+Context::~Context() {
+  QM_CTX_Delete(ctx_);
+}
+
+static uint32_t Collect(const char* modName, const char* yinFile, const char* message,
+                        void* userData) {
+  static_cast<std::vector<std::string>*>(userData)->push_back(
+      std::string(modName) + " " + (yinFile == nullptr ? "-" : yinFile) + ": " + message);
+  return 0;
+}
+
+std::vector<std::string> Context::Errors() const {
+  std::vector<std::string> errors;
+  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &errors));
+  return errors;
+}
+
+static QmsModule* ParseText(QmCtx* ctx, const std::string& text) {
+  xmlDoc* doc = Xml(text);
+  QmsModule* module = QMS_LOADER_ParseYinContent(ctx, doc, nullptr);
+  xmlFreeDoc(doc);
+  return module;
+}
+
+Parsed::Parsed(QmCtx* ctx, const std::string& text) : module_(ParseText(ctx, text)) {}
+
+Parsed::~Parsed() {
+  QMS_MOD_Free(module_);
+}
+
+static QmsNode* FindSibling(QmsNode* first, const std::string& name) {
+  for (QmsNode* node = first; node != nullptr; node = node->next)
+    if (name == node->name) return node;
+  return nullptr;
+}
+
+QmsNode* Find(const QmsModule* module, const std::string& path) {
+  size_t slash = path.find('/');
+  const std::string first = path.substr(0, slash);
+  QmsNode* node = FindSibling(module->dataNodes, first);
+  if (node == nullptr) node = FindSibling(module->rpcNodes, first);
+  if (node == nullptr) node = FindSibling(module->notifNodes, first);
+  while (node != nullptr && slash != std::string::npos) {
+    const size_t start = slash + 1;
+    slash = path.find('/', start);
+    node = FindSibling(node->firstChild,
+                       path.substr(start, slash == std::string::npos ? slash : slash - start));
+  }
+  return node;
+}
+
+}  // namespace yin

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <string>
+#include <vector>
+
+#include "context/records.h"
+
+// YIN texts, folders of YIN files, and what a load recorded about them.
+namespace yin {
+
+// A module with version, namespace "urn:<name>" and its name as prefix, which is
+// also declared as XML prefix. `attributes` go into the root's start tag.
+std::string Module(const std::string& name, const std::string& body,
+                   const std::string& attributes = "");
+std::string Submodule(const std::string& name, const std::string& body);
+
+// A document that the test frees with xmlFreeDoc().
+xmlDoc* Xml(const std::string& text);
+
+// A directory that is removed with all its files at the end.
+class Folder {
+ public:
+  Folder();
+  ~Folder();
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  std::string Path(const std::string& file) const;
+  const char* Dir() const { return dir_.c_str(); }
+  void Write(const std::string& file, const std::string& text) const;
+  void MakeDir(const std::string& name) const;
+
+ private:
+  std::string dir_;
+};
+
+// A context that is deleted at the end.
+class Context {
+ public:
+  explicit Context(uint32_t loadFlags = 0);
+  ~Context();
+  Context(const Context&) = delete;
+  Context& operator=(const Context&) = delete;
+
+  QmCtx* Get() const { return ctx_; }
+  operator QmCtx*() const { return ctx_; }
+
+  // The recorded messages of all modules, each as "<module> <file>: <message>",
+  // with "-" for the file when none was being read.
+  std::vector<std::string> Errors() const;
+
+ private:
+  QmCtx* ctx_;
+};
+
+// A module that was parsed from text and is not registered. `Get()` is NULL when
+// the text was refused.
+class Parsed {
+ public:
+  Parsed(QmCtx* ctx, const std::string& text);
+  ~Parsed();
+  Parsed(const Parsed&) = delete;
+  Parsed& operator=(const Parsed&) = delete;
+
+  QmsModule* Get() const { return module_; }
+  explicit operator bool() const { return module_ != nullptr; }
+
+ private:
+  QmsModule* module_;
+};
+
+// The node at a path of names, "c/d/x", below the data nodes of the module, or
+// below its other lists when the first name stands there. NULL when none.
+QmsNode* Find(const QmsModule* module, const std::string& path);
+
+}  // namespace yin
