@@ -20,16 +20,23 @@
 #define QM_NOEXCEPT
 #endif
 
-#if defined(__GNUC__)
+#if defined(__GNUC__) && defined(__cplusplus)
 /** Marks a function as part of the library's interface. */
-#define QM_API __attribute__((visibility("default")))
+#define QM_API [[gnu::visibility("default")]]
 /** The result is a status that must not be dropped. */
+#define QM_NODISCARD [[nodiscard]]
+#elif defined(__GNUC__)
+#define QM_API __attribute__((visibility("default")))
 #define QM_NODISCARD __attribute__((warn_unused_result))
-/** A printf-like function: @p f is the format's position, @p a the first argument's. */
-#define QM_PRINTF(f, a) __attribute__((format(printf, f, a)))
 #else
 #define QM_API
 #define QM_NODISCARD
+#endif
+
+#if defined(__GNUC__)
+/** A printf-like function: @p f is the format's position, @p a the first argument's. */
+#define QM_PRINTF(f, a) __attribute__((format(printf, f, a)))
+#else
 #define QM_PRINTF(f, a)
 #endif
 
