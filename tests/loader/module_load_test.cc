@@ -119,9 +119,9 @@ TEST(LoadModuleByModName, BrokenFilesAre22) {
 
 TEST(LoadModuleByModName, AFailureDeepInTheTreeKeepsItsTwoInnermostMessages) {
   Loader loader;
-  loader.Write("m.yin",
-               yin::Module("m", "<container name='c'><container name='d'><leaf name='x'>"
-                                "<type name='p:t'/></leaf></container></container>"));
+  loader.Write("m.yin", yin::Module("m",
+                                    "<container name='c'><container name='d'><leaf name='x'>"
+                                    "<type name='p:t'/></leaf></container></container>"));
   EXPECT_EQ(22u, loader.Load("m"));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("m m.yin: Failed to parse value \"p:t\" of statement \"type\".",
@@ -139,8 +139,9 @@ TEST(LoadModuleByModName, ANewLoadForgetsTheOldMessages) {
 TEST(LoadModuleByModName, ATakenNamespaceIs1AndTheModuleIsNotRegistered) {
   Loader loader;
   loader.Write("m.yin", yin::Module("m", ""));
-  loader.Write("n.yin", "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                        "<namespace uri='urn:m'/><prefix value='n'/></module>");
+  loader.Write("n.yin",
+               "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+               "<namespace uri='urn:m'/><prefix value='n'/></module>");
   EXPECT_EQ(0u, loader.Load("m"));
   EXPECT_EQ(1u, loader.Load("n"));
   EXPECT_EQ(nullptr, loader.Module("n"));
@@ -162,10 +163,10 @@ TEST(LoadModuleByModName, TheRevisionFileOfAnEarlierDirectoryIsTaken) {
 
 TEST(LoadModuleByModName, SplitFilesAreMergedAndTheirSuffixesRemembered) {
   Loader loader;
-  loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/><container name='c'>" +
-                                                Leaf("a") + "</container>"));
-  loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/><container name='c'>" +
-                                                Leaf("a") + Leaf("b") + "</container>"));
+  loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/><container name='c'>" + Leaf("a") +
+                                                "</container>"));
+  loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/><container name='c'>" + Leaf("a") +
+                                                Leaf("b") + "</container>"));
   EXPECT_EQ(0u, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   const QmsModule* m = loader.Module("m");
@@ -205,15 +206,31 @@ TEST(LoadModuleByModName, AFailedPartEndsTheReadingButNotTheLoad) {
                           "m m@@y.yin: Failed to parse module \"m\" from the yin file."));
 }
 
-TEST(LoadModuleByModName, AMergeThatFailsIsTold) {
+TEST(LoadModuleByModName, AMergeThatFailsEndsTheReadingButNotTheLoad) {
   Loader loader;
   loader.Write("m@@x.yin", yin::Module("m", "<container name='c'/>"));
   EXPECT_EQ(0u, loader.Load("m"));
   loader.Write("m@@y.yin", yin::Module("m", "<list name='c'/>"));
   EXPECT_EQ(0u, loader.Load("m"));
-  const std::vector<std::string> errors = loader.Errors();
-  ASSERT_EQ(2u, errors.size());
-  EXPECT_EQ("m m@@y.yin: Failed to merge module \"m\".", errors[1]);
+  EXPECT_EQ(2u, loader.Errors().size()) << "two causes, so that the general message is dropped";
+  EXPECT_EQ("x y ", Suffixes(loader.Module("m")));
+}
+
+// The causes stand under the module's own name, the general message under the
+// name that the load asked for; two names show it.
+TEST(LoadModuleByPath, AMergeThatFailsIsTold) {
+  Loader loader;
+  loader.Write("x.yin", yin::Module("m", "<container name='c'/>"));
+  loader.Write("y.yin", yin::Module("m", "<list name='c'/>"));
+  QmsModule* module = nullptr;
+  EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("x.yin").c_str(), "a",
+                                            nullptr, &module));
+  QmsModule* first = module;
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("y.yin").c_str(), "a",
+                                             nullptr, &module));
+  EXPECT_EQ(first, module);
+  EXPECT_EQ("a y.yin: Failed to merge module \"a\".", loader.Errors().front());
+  QMS_MOD_Free(module);
 }
 
 TEST(LoadModuleByModName, ALoadReadsTenPartsAtMost) {
@@ -230,8 +247,8 @@ TEST(LoadModuleByModName, CoupledAugmentsAreTakenOutBeforeAPartIsMergedAndPutBac
   Loader loader;
   const std::string head = "<import module='t'><prefix value='t'/></import>";
   loader.Write("t.yin", yin::Module("t", "<container name='c'>" + Leaf("own") + "</container>"));
-  loader.Write("m@@x.yin", yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") +
-                                                "</augment>"));
+  loader.Write("m@@x.yin",
+               yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") + "</augment>"));
   EXPECT_EQ(0u, loader.Load("t"));
   EXPECT_EQ(0u, loader.Load("m"));
   const QmsNode* c = yin::Find(loader.Module("t"), "c");
@@ -256,8 +273,8 @@ TEST(LoadModuleByPath, TheFirstFileBecomesTheModule) {
   EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("m.yin").c_str(), "m",
                                             nullptr, &module));
   ASSERT_NE(nullptr, module);
-  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("n.yin").c_str(),
-                                             "n", nullptr, &module));
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("n.yin").c_str(), "n",
+                                             nullptr, &module));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("n n.yin: Failed to read content from the yin file.",
                           "n n.yin: Failed to parse module \"n\" from the yin file."));
@@ -266,16 +283,17 @@ TEST(LoadModuleByPath, TheFirstFileBecomesTheModule) {
 
 TEST(ParseInclude, SubmodulesGoIntoTheModule) {
   Loader loader;
-  loader.Write("m.yin", yin::Module("m", "<include module='s'/><include module='s'/>"
-                                         "<typedef name='tm'><type name='ts'/></typedef>" +
-                                             Leaf("x")));
-  loader.Write("s.yin",
-               yin::Submodule("s", "<belongs-to module='m'><prefix value='zzz'/></belongs-to>"
-                                   "<include module='u'/><revision date='2020-01-01'/>"
-                                   "<organization><text>no</text></organization>"
-                                   "<typedef name='ts'><type name='string'/></typedef>"
-                                   "<feature name='fs'><if-feature name='m:fu'/></feature>" +
-                                       Leaf("y")));
+  loader.Write("m.yin", yin::Module("m",
+                                    "<include module='s'/><include module='s'/>"
+                                    "<typedef name='tm'><type name='ts'/></typedef>" +
+                                        Leaf("x")));
+  loader.Write("s.yin", yin::Submodule("s",
+                                       "<belongs-to module='m'><prefix value='zzz'/></belongs-to>"
+                                       "<include module='u'/><revision date='2020-01-01'/>"
+                                       "<organization><text>no</text></organization>"
+                                       "<typedef name='ts'><type name='string'/></typedef>"
+                                       "<feature name='fs'><if-feature name='m:fu'/></feature>" +
+                                           Leaf("y")));
   loader.Write("u.yin", yin::Submodule("u", "<include module='s'/><feature name='fu'/>"));
   EXPECT_EQ(0u, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
@@ -339,8 +357,7 @@ TEST(LoadSubModule, FromMemoryTheFirstPartIsTakenAndNothingRemembered) {
   Loader loader;
   loader.Write("s@@p.yin", yin::Submodule("s", "<include module='u'/>" + Leaf("sp")));
   loader.Write("u@@q.yin", yin::Submodule("u", Leaf("uq")));
-  EXPECT_EQ(0u,
-            QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "<include module='s'/>").c_str()));
+  EXPECT_EQ(0u, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "<include module='s'/>").c_str()));
   EXPECT_EQ("uq sp ", TopNodes(loader.Module("m")));
   EXPECT_EQ("", Suffixes(loader.Module("m")));
 }
@@ -375,10 +392,10 @@ TEST(LoadSubModule, AChainOf256IsFollowedAndALongerOneRefused) {
     Loader loader;
     loader.Write("m.yin", yin::Module("m", "<include module='s1'/>"));
     for (int i = 1; i <= length; ++i)
-      loader.Write("s" + std::to_string(i) + ".yin",
-                   yin::Submodule("s", i == length ? Leaf("end")
-                                                   : "<include module='s" + std::to_string(i + 1) +
-                                                         "'/>"));
+      loader.Write(
+          "s" + std::to_string(i) + ".yin",
+          yin::Submodule("s", i == length ? Leaf("end")
+                                          : "<include module='s" + std::to_string(i + 1) + "'/>"));
     EXPECT_EQ(length == 256 ? 0u : 22u, loader.Load("m"));
   }
 }
