@@ -61,11 +61,15 @@ uint32_t QMS_LOADER_FindSuffixInModMrgSource(const QmsModule* module, const char
 }
 
 uint32_t QMS_LOADER_AddSuffixToModMrgSource(QmsModule* module, const char* suffix) {
-  const uint32_t count = module->mergeSourceCount;
-  const uint32_t ret = ExpandArrayOf(&module->mergeSources, count, 1);
-  if (ret != QM_OK) return ret;
-  if (!InternText(ModuleDict(module), &module->mergeSources[count], suffix)) return QM_NO_MEMORY;
-  module->mergeSourceCount = count + 1;
+  // The text first: a grown block beside a count of 0 could not be grown again.
+  const char* text = QM_DICT_Insert(ModuleDict(module), suffix);
+  if (text == nullptr) return QM_NO_MEMORY;
+  const uint32_t ret = ExpandArrayOf(&module->mergeSources, module->mergeSourceCount, 1);
+  if (ret != QM_OK) {
+    ReleaseText(ModuleDict(module), &text);
+    return ret;
+  }
+  module->mergeSources[module->mergeSourceCount++] = text;
   return QM_OK;
 }
 
