@@ -159,11 +159,4 @@ std::string Children(QmsNode* node) {
   return text;
 }
 
-std::string Yin(const char* name, const std::string& body) {
-  return std::string("<module name=\"") + name +
-         "\" xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\"><yang-version value=\"1.1\"/>"
-         "<namespace uri=\"urn:" +
-         name + "\"/><prefix value=\"" + name + "\"/>" + body + "</module>";
-}
-
 }  // namespace schema_tree

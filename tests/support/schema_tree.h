@@ -58,7 +58,4 @@ std::string Walk(QmsNode* root);
 // The names of the children in order, with blanks between.
 std::string Children(QmsNode* node);
 
-// The wrapping of a module's statements in a YIN document.
-std::string Yin(const char* name, const std::string& body);
-
 }  // namespace schema_tree

@@ -1,0 +1,420 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Loading by name from files: what is read, what is registered, what is told.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "context/upcalls.h"
+#include "loader/header.h"
+#include "loader/linkage.h"
+#include "schema/records.h"
+#include "tests/support/counting_memory.h"
+#include "tests/support/yin.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+// A context that searches one folder.
+class Loader {
+ public:
+  Loader() { EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir())); }
+  void Write(const std::string& file, const std::string& text) const { folder_.Write(file, text); }
+  uint32_t Load(const char* name) const { return QM_CTX_LoadModule(ctx_, name); }
+  QmsModule* Module(const char* name) const { return QM_CTX_GetModuleByModName(ctx_, name); }
+  std::vector<std::string> Errors() const { return ctx_.Errors(); }
+  QmCtx* Ctx() const { return ctx_; }
+  const yin::Folder& Dir() const { return folder_; }
+
+ private:
+  yin::Folder folder_;
+  yin::Context ctx_;
+};
+
+}  // namespace
+
+static std::string Leaf(const std::string& name) {
+  return "<leaf name='" + name + "'><type name='string'/></leaf>";
+}
+
+static std::string TopNodes(const QmsModule* module) {
+  std::string names;
+  for (const QmsNode* node = module->dataNodes; node != nullptr; node = node->next)
+    names += std::string(node->name) + " ";
+  return names;
+}
+
+static std::string Suffixes(const QmsModule* module) {
+  std::string names;
+  for (uint32_t i = 0; i < module->mergeSourceCount; ++i)
+    names += std::string(module->mergeSources[i]) + " ";
+  return names;
+}
+
+TEST(LoadModuleByModName, APlainFile) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m", Leaf("x")));
+  EXPECT_EQ(0u, loader.Load("m"));
+  ASSERT_NE(nullptr, loader.Module("m"));
+  EXPECT_EQ("x ", TopNodes(loader.Module("m")));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  EXPECT_STREQ("", loader.Ctx()->curYinFile);
+}
+
+TEST(LoadModuleByModName, ALoadedModuleIsNotReadAgain) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m", Leaf("x")));
+  EXPECT_EQ(0u, loader.Load("m"));
+  const QmsModule* first = loader.Module("m");
+  loader.Write("m.yin", "broken");
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(first, loader.Module("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+}
+
+TEST(LoadModuleByModName, NoFileIs2) {
+  Loader loader;
+  EXPECT_EQ(2u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre("m -: Failed to find \"m\" from search directories."));
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByModName(loader.Ctx(), nullptr));
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByModName(nullptr, "m"));
+}
+
+TEST(LoadModuleByModName, ALoadFromMemoryWithoutFileIs2ThoughTheModuleIsThere) {
+  Loader loader;
+  EXPECT_EQ(0u, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "").c_str()));
+  EXPECT_EQ(2u, loader.Load("m"));
+  EXPECT_NE(nullptr, loader.Module("m"));
+}
+
+struct BrokenRow {
+  const char* text;
+  std::vector<std::string> errors;
+};
+
+TEST(LoadModuleByModName, BrokenFilesAre22) {
+  const BrokenRow rows[] = {
+      {"<module name='m'>",
+       {"m m.yin: Failed to read content from the yin file.",
+        "m m.yin: Failed to parse module \"m\" from the yin file."}},
+      {"<module name='n'/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
+      {"<submodule name='m'/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
+      {"<module/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
+      {"<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><yang-version value='2'/>"
+       "</module>",
+       {"m m.yin: Failed to parse value \"2\" of statement \"yang-version\".",
+        "m m.yin: Failed to parse statement \"yang-version\"."}},
+  };
+  for (const BrokenRow& row : rows) {
+    SCOPED_TRACE(row.text);
+    Loader loader;
+    loader.Write("m.yin", row.text);
+    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(nullptr, loader.Module("m"));
+    EXPECT_EQ(row.errors, loader.Errors());
+    EXPECT_STREQ("", loader.Ctx()->curYinFile);
+  }
+}
+
+TEST(LoadModuleByModName, AFailureDeepInTheTreeKeepsItsTwoInnermostMessages) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m",
+                                    "<container name='c'><container name='d'><leaf name='x'>"
+                                    "<type name='p:t'/></leaf></container></container>"));
+  EXPECT_EQ(22u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m.yin: Failed to parse value \"p:t\" of statement \"type\".",
+                          "m m.yin: Failed to parse \"leaf\" statement \"x\"."));
+}
+
+TEST(LoadModuleByModName, ANewLoadForgetsTheOldMessages) {
+  Loader loader;
+  EXPECT_EQ(2u, loader.Load("m"));
+  loader.Write("m.yin", yin::Module("m", ""));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+}
+
+TEST(LoadModuleByModName, ATakenNamespaceIs1AndTheModuleIsNotRegistered) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m", ""));
+  loader.Write("n.yin",
+               "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+               "<namespace uri='urn:m'/><prefix value='n'/></module>");
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(1u, loader.Load("n"));
+  EXPECT_EQ(nullptr, loader.Module("n"));
+  EXPECT_THAT(loader.Errors(), ElementsAre("n -: Failed to load module \"n\"."));
+}
+
+TEST(LoadModuleByModName, TheRevisionFileOfAnEarlierDirectoryIsTaken) {
+  yin::Folder a;
+  yin::Folder b;
+  a.Write("m@2001-01-01.yin", yin::Module("m", Leaf("old")));
+  b.Write("m.yin", yin::Module("m", Leaf("plain")));
+  yin::Context ctx;
+  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, b.Dir()));
+  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, "m"));
+  EXPECT_EQ("old ", TopNodes(QM_CTX_GetModuleByModName(ctx, "m")));
+  EXPECT_EQ("", Suffixes(QM_CTX_GetModuleByModName(ctx, "m")));
+}
+
+TEST(LoadModuleByModName, SplitFilesAreMergedAndTheirSuffixesRemembered) {
+  Loader loader;
+  loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/><container name='c'>" + Leaf("a") +
+                                                "</container>"));
+  loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/><container name='c'>" + Leaf("a") +
+                                                Leaf("b") + "</container>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  const QmsModule* m = loader.Module("m");
+  ASSERT_NE(nullptr, m);
+  EXPECT_EQ(2u, m->featureCount);
+  EXPECT_NE(nullptr, yin::Find(m, "c/a"));
+  EXPECT_EQ(2u, m->mergeSourceCount);
+}
+
+TEST(LoadModuleByModName, ALaterLoadReadsOnlyNewParts) {
+  Loader loader;
+  loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  QmsModule* m = loader.Module("m");
+  ASSERT_NE(nullptr, m);
+  EXPECT_EQ("x ", Suffixes(m));
+  loader.Write("m@@x.yin", "not read again");
+  EXPECT_EQ(0u, loader.Load("m")) << "nothing is read";
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(m, loader.Module("m"));
+  EXPECT_EQ("x y ", Suffixes(m));
+  EXPECT_EQ(2u, m->featureCount);
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+}
+
+TEST(LoadModuleByModName, AFailedPartEndsTheReadingButNotTheLoad) {
+  Loader loader;
+  loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  loader.Write("m@@y.yin", yin::Module("m", "<leaf name='l'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ("x y ", Suffixes(loader.Module("m"))) << "so it is not tried again";
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m@@y.yin: leaf \"l\" must define with type statement.",
+                          "m m@@y.yin: Failed to parse module \"m\" from the yin file."));
+}
+
+TEST(LoadModuleByModName, AMergeThatFailsEndsTheReadingButNotTheLoad) {
+  Loader loader;
+  loader.Write("m@@x.yin", yin::Module("m", "<container name='c'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  loader.Write("m@@y.yin", yin::Module("m", "<list name='c'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(2u, loader.Errors().size()) << "two causes, so that the general message is dropped";
+  EXPECT_EQ("x y ", Suffixes(loader.Module("m")));
+}
+
+// The causes stand under the module's own name, the general message under the
+// name that the load asked for; two names show it.
+TEST(LoadModuleByPath, AMergeThatFailsIsTold) {
+  Loader loader;
+  loader.Write("x.yin", yin::Module("m", "<container name='c'/>"));
+  loader.Write("y.yin", yin::Module("m", "<list name='c'/>"));
+  QmsModule* module = nullptr;
+  EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("x.yin").c_str(), "a",
+                                            nullptr, &module));
+  QmsModule* first = module;
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("y.yin").c_str(), "a",
+                                             nullptr, &module));
+  EXPECT_EQ(first, module);
+  EXPECT_EQ("a y.yin: Failed to merge module \"a\".", loader.Errors().front());
+  QMS_MOD_Free(module);
+}
+
+TEST(LoadModuleByModName, ALoadReadsTenPartsAtMost) {
+  Loader loader;
+  for (char c = 'a'; c < 'a' + 12; ++c)
+    loader.Write(std::string("m@@") + c + ".yin",
+                 yin::Module("m", std::string("<feature name='") + c + "'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(10u, loader.Module("m")->featureCount);
+  EXPECT_EQ(12u, loader.Module("m")->mergeSourceCount);
+}
+
+TEST(LoadModuleByModName, CoupledAugmentsAreTakenOutBeforeAPartIsMergedAndPutBack) {
+  Loader loader;
+  const std::string head = "<import module='t'><prefix value='t'/></import>";
+  loader.Write("t.yin", yin::Module("t", "<container name='c'>" + Leaf("own") + "</container>"));
+  loader.Write("m@@x.yin",
+               yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") + "</augment>"));
+  EXPECT_EQ(0u, loader.Load("t"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  const QmsNode* c = yin::Find(loader.Module("t"), "c");
+  EXPECT_STREQ("a", c->lastChild->name);
+  loader.Write("m@@y.yin", yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") +
+                                                Leaf("b") + "</augment>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  std::string names;
+  for (const QmsNode* n = c->firstChild; n != nullptr; n = n->next) {
+    EXPECT_EQ(c, n->parent);
+    names += std::string(n->name) + " ";
+  }
+  EXPECT_EQ("own a b ", names);
+  EXPECT_EQ(uint32_t{QMS_NODE_COUPLED}, loader.Module("m")->augmentNodes->flags & 1u);
+}
+
+TEST(LoadModuleByPath, TheFirstFileBecomesTheModule) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m", ""));
+  QmsModule* module = nullptr;
+  EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("m.yin").c_str(), "m",
+                                            nullptr, &module));
+  ASSERT_NE(nullptr, module);
+  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("n.yin").c_str(), "n",
+                                             nullptr, &module));
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("n n.yin: Failed to read content from the yin file.",
+                          "n n.yin: Failed to parse module \"n\" from the yin file."));
+  QMS_MOD_Free(module);
+}
+
+TEST(ParseInclude, SubmodulesGoIntoTheModule) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m",
+                                    "<include module='s'/><include module='s'/>"
+                                    "<typedef name='tm'><type name='ts'/></typedef>" +
+                                        Leaf("x")));
+  loader.Write("s.yin", yin::Submodule("s",
+                                       "<belongs-to module='m'><prefix value='zzz'/></belongs-to>"
+                                       "<include module='u'/><revision date='2020-01-01'/>"
+                                       "<organization><text>no</text></organization>"
+                                       "<typedef name='ts'><type name='string'/></typedef>"
+                                       "<feature name='fs'><if-feature name='m:fu'/></feature>" +
+                                           Leaf("y")));
+  loader.Write("u.yin", yin::Submodule("u", "<include module='s'/><feature name='fu'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  const QmsModule* m = loader.Module("m");
+  ASSERT_NE(nullptr, m);
+  EXPECT_EQ("y x ", TopNodes(m));
+  EXPECT_EQ(2u, m->includeCount);
+  EXPECT_EQ(2u, m->featureCount);
+  ASSERT_EQ(2u, m->typedefCount);
+  EXPECT_STREQ("ts", m->typedefs[0].name);
+  EXPECT_STREQ("tm", m->typedefs[1].name);
+  EXPECT_EQ(nullptr, m->revision) << "that of a submodule is not read";
+  EXPECT_EQ(nullptr, m->organization);
+}
+
+struct IncludeRow {
+  const char* file;  // text of s.yin; NULL: there is none
+  std::vector<std::string> errors;
+};
+
+TEST(ParseInclude, RefusedSubmodules) {
+  const IncludeRow rows[] = {
+      {nullptr,
+       {"m m.yin: Failed to load submodule \"s\".",
+        "m m.yin: Failed to parse statement \"include\"."}},
+      {"<broken",
+       {"m m.yin: Failed to load submodule \"s\".",
+        "m m.yin: Failed to parse statement \"include\"."}},
+      {"<module name='s'/>",
+       {"m m.yin: Failed to load submodule \"s\".",
+        "m m.yin: Failed to parse statement \"include\"."}},
+      {"<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><leaf name='l'/>"
+       "</submodule>",
+       {"m s.yin: leaf \"l\" must define with type statement.",
+        "m m.yin: Failed to load submodule \"s\"."}},
+  };
+  for (const IncludeRow& row : rows) {
+    SCOPED_TRACE(row.file == nullptr ? "no file" : row.file);
+    Loader loader;
+    loader.Write("m.yin", yin::Module("m", "<include module='s'/>"));
+    if (row.file != nullptr) loader.Write("s.yin", row.file);
+    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(row.errors, loader.Errors());
+  }
+}
+
+TEST(LoadSubModule, Statuses) {
+  Loader loader;
+  loader.Write("module.yin", yin::Module("module", ""));
+  loader.Write("sub.yin", yin::Submodule("sub", ""));
+  yin::Parsed module(loader.Ctx(), yin::Module("m", ""));
+  QmCtx* ctx = loader.Ctx();
+  EXPECT_EQ(2u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "none", nullptr));
+  EXPECT_EQ(2u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "../sub", nullptr));
+  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "module", nullptr));
+  EXPECT_EQ(0u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "sub", nullptr));
+  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(nullptr, module.Get(), "sub", nullptr));
+}
+
+TEST(LoadSubModule, FromMemoryTheFirstPartIsTakenAndNothingRemembered) {
+  Loader loader;
+  loader.Write("s@@p.yin", yin::Submodule("s", "<include module='u'/>" + Leaf("sp")));
+  loader.Write("u@@q.yin", yin::Submodule("u", Leaf("uq")));
+  EXPECT_EQ(0u, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "<include module='s'/>").c_str()));
+  EXPECT_EQ("uq sp ", TopNodes(loader.Module("m")));
+  EXPECT_EQ("", Suffixes(loader.Module("m")));
+}
+
+TEST(LoadSubModule, APartOfAModuleTakesTheSamePartOfItsSubmodules) {
+  Loader loader;
+  for (const char* suffix : {"a", "b"}) {
+    loader.Write(std::string("m@@") + suffix + ".yin", yin::Module("m", "<include module='s'/>"));
+    loader.Write(std::string("s@@") + suffix + ".yin",
+                 yin::Submodule("s", std::string("<feature name='f") + suffix + "'/>"));
+  }
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  EXPECT_EQ(2u, loader.Module("m")->featureCount);
+}
+
+TEST(LoadSubModule, AModuleInOneFileIsReadOncePerPartOfItsSubmodule) {
+  Loader loader;
+  loader.Write("m.yin", yin::Module("m", "<include module='s'/>" + Leaf("x")));
+  loader.Write("s@@a.yin", yin::Submodule("s", "<feature name='fa'/>"));
+  loader.Write("s@@b.yin", yin::Submodule("s", "<feature name='fb'/>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  EXPECT_EQ(2u, loader.Module("m")->featureCount);
+  EXPECT_EQ("x ", TopNodes(loader.Module("m")));
+  EXPECT_EQ(2u, loader.Module("m")->mergeSourceCount);
+}
+
+TEST(LoadSubModule, AChainOf256IsFollowedAndALongerOneRefused) {
+  for (int length : {256, 257}) {
+    SCOPED_TRACE(length);
+    Loader loader;
+    loader.Write("m.yin", yin::Module("m", "<include module='s1'/>"));
+    for (int i = 1; i <= length; ++i)
+      loader.Write(
+          "s" + std::to_string(i) + ".yin",
+          yin::Submodule("s", i == length ? Leaf("end")
+                                          : "<include module='s" + std::to_string(i + 1) + "'/>"));
+    EXPECT_EQ(length == 256 ? 0u : 22u, loader.Load("m"));
+  }
+}
+
+TEST(LoadModuleByModName, SurvivesRefusedMemory) {
+  yin::Folder folder;
+  static const yin::Folder* dir;
+  dir = &folder;
+  folder.Write("m@@x.yin", yin::Module("m", "<include module='s'/>" + Leaf("a")));
+  folder.Write("m@@y.yin", yin::Module("m", "<feature name='f'/>"));
+  folder.Write("s.yin", yin::Submodule("s", "<identity name='i'/>"));
+  const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
+    yin::Context ctx;
+    if (ctx.Get() == nullptr || QM_CTX_SetSearchDir(ctx, dir->Dir()) != 0) return;
+    const uint32_t ret = QM_CTX_LoadModule(ctx, "m");
+    if (!refusing) {
+      EXPECT_EQ(0u, ret);
+    }
+    EXPECT_STREQ("", ctx.Get()->curYinFile);
+  });
+  EXPECT_GT(injected, 50u);
+}

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Values that refer to something: identityref and leafref.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/counting_memory.h"
+#include "tests/support/leaf_module.h"
+#include "types/type.h"
+
+namespace {
+
+std::string Identity(const std::string& name, std::initializer_list<std::string> bases) {
+  std::string text = "<identity name='" + name + "'>";
+  for (const std::string& base : bases) text += "<base name='" + base + "'/>";
+  return text + "</identity>";
+}
+
+std::string IdentityLeaf(const std::string& leaf, std::initializer_list<std::string> bases) {
+  std::string text = "<leaf name='" + leaf + "'><type name='identityref'>";
+  for (const std::string& base : bases) text += "<base name='" + base + "'/>";
+  return text + "</type></leaf>";
+}
+
+const std::string kTransport = Identity("transport", {}) + Identity("tcp", {"transport"}) +
+                               Identity("tls", {"tcp"}) + Identity("other", {}) +
+                               IdentityLeaf("x", {"transport"});
+
+void AddMoreTransports(LeafModule* module) {
+  module->Add("more", "<import module='m'><prefix value='mm'/></import>",
+              "<identity name='quic'><base name='mm:transport'/></identity>"
+              "<identity name='lost'><base name='mm:absent'/></identity>");
+}
+
+}  // namespace
+
+TEST(IdentityrefText, NamesModuleAndIdentity) {
+  LeafModule module(kTransport);
+  AddMoreTransports(&module);
+  struct Row {
+    const char* value;
+    uint32_t expected;
+  };
+  const Row rows[] = {
+      {"m:tcp", 0},          {"m:tls", 0},       {"m:transport", 0},  // the base itself
+      {"more:quic", 0},      {"m:other", 28674}, {"more:lost", 28674}, {"m:absent", 28674},
+      {"absent:tcp", 28674}, {"tcp", 28674},     {"m:", 28674},        {":tcp", 28674},
+      {":", 28674},          {"", 28674},        {" m:tcp", 28674},    {"m:tcp ", 28674},
+      {"m:TCP", 28674},      {nullptr, 28674},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.expected, module.CheckText("x", row.value))
+        << (row.value == nullptr ? "NULL" : row.value);
+  }
+}
+
+TEST(IdentityrefText, ModuleNameMayHave64Characters) {
+  const std::string name(64, 'm');
+  LeafModule module(kTransport);
+  module.Add(name, "<import module='m'><prefix value='mm'/></import>",
+             "<identity name='tcp'><base name='mm:transport'/></identity>");
+  EXPECT_EQ(0u, module.CheckText("x", (name + ":tcp").c_str()));
+  EXPECT_EQ(28674u, module.CheckText("x", (name + "m:tcp").c_str()));
+}
+
+TEST(IdentityrefElement, PrefixesAreNamespacesOfTheElement) {
+  LeafModule module(kTransport);
+  AddMoreTransports(&module);
+  struct Row {
+    const char* xml;
+    uint32_t expected;
+  };
+  const Row rows[] = {
+      {"<x xmlns='urn:m'>tcp</x>", 0},
+      {"<x xmlns='urn:m'>other</x>", 28674},
+      {"<x xmlns='urn:m' xmlns:p='urn:more'>p:quic</x>", 0},
+      {"<x xmlns='urn:m' xmlns:p='urn:more'>quic</x>", 28674},
+      {"<p:x xmlns:p='urn:m'>p:tcp</p:x>", 0},
+      {"<p:x xmlns:p='urn:m'>tcp</p:x>", 0},
+      {"<x xmlns='urn:m'>m:tcp</x>", 28674},                       // no such prefix
+      {"<x xmlns='urn:m' xmlns:p='urn:absent'>p:tcp</x>", 28674},  // namespace of no module
+      {"<x xmlns='urn:absent'>tcp</x>", 28674},
+      {"<x>tcp</x>", 28674},  // no namespace
+      {"<x xmlns='urn:m' xmlns:p='urn:m'>p:</x>", 28674},
+      {"<x xmlns='urn:m'>:tcp</x>", 28674},
+      {"<x xmlns='urn:m'/>", 28674},
+  };
+  for (const Row& row : rows) EXPECT_EQ(row.expected, module.CheckElement("x", row.xml)) << row.xml;
+}
+
+TEST(IdentityrefElement, PrefixMayHave1024Characters) {
+  LeafModule module(kTransport);
+  for (uint32_t length : {1024u, 1025u}) {
+    const std::string prefix(length, 'p');
+    const std::string xml = "<x xmlns='urn:m' xmlns:" + prefix + "='urn:m'>" + prefix + ":tcp</x>";
+    EXPECT_EQ(length == 1024 ? 0u : 28674u, module.CheckElement("x", xml)) << length;
+  }
+}
+
+TEST(Identityref, AnyOfTheBasesAcceptsTheValue) {
+  LeafModule module(kTransport + IdentityLeaf("y", {"other", "tcp"}));
+  EXPECT_EQ(0u, module.CheckText("y", "m:tls"));
+  EXPECT_EQ(0u, module.CheckText("y", "m:other"));
+  EXPECT_EQ(28674u, module.CheckText("y", "m:transport"));
+}
+
+TEST(Identityref, AnyOfTheBasesOfAnIdentityLeadsOn) {
+  LeafModule module(kTransport + Identity("both", {"other", "tls"}));
+  EXPECT_EQ(0u, module.CheckText("x", "m:both"));
+}
+
+TEST(Identityref, TypeWithoutBasesIsNotChecked) {
+  LeafModule module("<leaf name='x'><type name='identityref'/></leaf>");
+  EXPECT_EQ(0u, module.CheckText("x", "anything")) << "only base statements check";
+}
+
+TEST(Identityref, CircleOfIdentitiesEnds) {
+  LeafModule module(Identity("root", {}) + Identity("a", {"b"}) + Identity("b", {"c"}) +
+                    Identity("c", {"a"}) + IdentityLeaf("x", {"root"}));
+  EXPECT_EQ(28674u, module.CheckText("x", "m:a"));
+  EXPECT_EQ(0u, module.CheckText("x", "m:root"));
+}
+
+TEST(Identityref, ManyWaysToOneBaseAreWalkedOnce) {
+  // Each level offers two ways to the next: 2^100 ways, were they all walked.
+  std::string text = Identity("root", {}) + Identity("loose", {});
+  std::string left = "loose";
+  std::string right = "loose";
+  for (int i = 0; i < 100; ++i) {
+    const std::string level = std::to_string(i);
+    text += Identity("l" + level, {left, right}) + Identity("r" + level, {left, right});
+    left = "l" + level;
+    right = "r" + level;
+  }
+  LeafModule module(text + IdentityLeaf("x", {"root"}) + IdentityLeaf("y", {"loose"}));
+  EXPECT_EQ(28674u, module.CheckText("x", "m:l99"));
+  EXPECT_EQ(0u, module.CheckText("y", "m:l99"));
+}
+
+TEST(Identityref, WayMayHave128BasesAndNoMore) {
+  std::string text = Identity("i0", {});
+  for (int i = 1; i <= 129; ++i) {
+    text += Identity("i" + std::to_string(i), {"i" + std::to_string(i - 1)});
+  }
+  LeafModule module(text + IdentityLeaf("x", {"i0"}));
+  EXPECT_EQ(0u, module.CheckText("x", "m:i128"));
+  EXPECT_EQ(28674u, module.CheckText("x", "m:i129"));
+}
+
+TEST(Identityref, FailedAllocationGives12) {
+  // More identities on the way than the check keeps without a block of its own.
+  std::string text = Identity("root", {});
+  for (int i = 0; i < 40; ++i) {
+    text += Identity("i" + std::to_string(i), {i == 0 ? "root" : "i" + std::to_string(i - 1)});
+  }
+  LeafModule module(text + IdentityLeaf("x", {"root"}));
+  const QmtType* type = module.TypeOf("x");
+  ASSERT_NE(nullptr, type);
+  static QmsNode* leaf = module.NodeOf("x");
+  const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
+    const uint32_t ret = QM_NODE_ValidateValue(leaf, 1, "m:i39");
+    if (refusing) {
+      EXPECT_TRUE(ret == 0 || ret == 12) << ret;
+    } else {
+      EXPECT_EQ(0u, ret);
+    }
+  });
+  EXPECT_EQ(4u, injected) << "the list grows twice; either growth is refused in both modes";
+}
+
+TEST(Leafref, ValueIsCheckedAgainstTheTargetsType) {
+  LeafModule module(
+      "<typedef name='ref'><type name='leafref'><path value='/m:target'/></type></typedef>"
+      "<leaf name='target'><type name='int8'/></leaf>"
+      "<leaf name='x'><type name='leafref'><path value='../target'/></type></leaf>"
+      "<leaf name='y'><type name='leafref'><path value='../x'/></type></leaf>"
+      "<leaf name='z'><type name='ref'/></leaf>");
+  for (const char* leaf : {"x", "y", "z"}) {
+    EXPECT_EQ(0u, module.CheckText(leaf, "5")) << leaf;
+    EXPECT_EQ(28680u, module.CheckText(leaf, "500")) << leaf << ": the code of the target's type";
+    EXPECT_EQ(0u, module.CheckElement(leaf, "<x xmlns='urn:m'>5</x>")) << leaf;
+  }
+}
+
+TEST(Leafref, MissingTargetGives28678) {
+  LeafModule module(
+      "<container name='c'/>"
+      "<leaf name='x'><type name='leafref'><path value='../absent'/></type></leaf>"
+      "<leaf name='y'><type name='leafref'><path value='../c'/></type></leaf>");
+  EXPECT_EQ(28678u, module.CheckText("x", "5"));
+  EXPECT_EQ(28678u, module.CheckText("y", "5")) << "a container has no type";
+}
+
+TEST(Leafref, CircleGives28678) {
+  LeafModule module(
+      "<leaf name='x'><type name='leafref'><path value='../y'/></type></leaf>"
+      "<leaf name='y'><type name='leafref'><path value='../x'/></type></leaf>");
+  EXPECT_EQ(28678u, module.CheckText("x", "5"));
+}
+
+TEST(Leafref, WithoutASchemaNodeNoTargetIsFound) {
+  LeafModule module(
+      "<leaf name='target'><type name='int8'/></leaf>"
+      "<leaf name='x'><type name='leafref'><path value='../target'/></type></leaf>");
+  QmtCheckCtx checkCtx{};
+  checkCtx.ctx = module.ctx();
+  EXPECT_EQ(28678u,
+            QMT_TYPE_ValidateValueNodeAgainstRealType(module.TypeOf("x"), 1, "5", &checkCtx));
+}
+
+TEST(Leafref, MatchedTypeIsThatOfTheTarget) {
+  LeafModule module(
+      "<leaf name='target'><type name='union'><type name='int8'/><type name='string'/></type>"
+      "</leaf><leaf name='plain'><type name='int8'/></leaf>"
+      "<leaf name='x'><type name='leafref'><path value='../target'/></type></leaf>"
+      "<leaf name='y'><type name='leafref'><path value='../plain'/></type></leaf>");
+  const auto matched = [&](const char* leaf) {
+    return QM_NODE_FindRealTypeMatchedValue(module.NodeOf(leaf), 1, "300");
+  };
+  const auto* members = static_cast<const QmtConsUnion*>(
+      QMT_TYPE_GetTypeConsDataByConsType(module.TypeOf("target"), QMT_CONS_UNION));
+  ASSERT_NE(nullptr, members);
+  EXPECT_EQ(&members->members[1], matched("x"));
+  EXPECT_EQ(nullptr, matched("y"));
+  EXPECT_EQ(module.TypeOf("plain"), QM_NODE_FindRealTypeMatchedValue(module.NodeOf("y"), 1, "30"));
+}
+
+TEST(Leafref, InsideAUnionNeverAccepts) {
+  // The target is looked up from the leaf, whose type is the union.
+  LeafModule module(
+      "<leaf name='target'><type name='int8'/></leaf>"
+      "<leaf name='x'><type name='union'><type name='leafref'><path value='../target'/></type>"
+      "</type></leaf>"
+      "<leaf name='y'><type name='union'><type name='leafref'><path value='../target'/></type>"
+      "<type name='string'/></type></leaf>");
+  EXPECT_EQ(28681u, module.CheckText("x", "5"));
+  EXPECT_EQ(0u, module.CheckText("y", "5")) << "the next member is tried";
+}

@@ -1,0 +1,556 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Values of texts, enumerations, bits, binary data and unions, and the check as a whole.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <string>
+
+#include "tests/support/counting_memory.h"
+#include "tests/support/leaf_module.h"
+#include "tests/support/type_builder.h"
+#include "types/check_ctx.h"
+#include "types/type.h"
+#include "types/value_check.h"
+
+using namespace type_builder;
+
+namespace {
+
+constexpr uint16_t kConcrete = QMT_RANGE_STATED | QMT_RANGE_CONCRETE;
+
+struct ValueRow {
+  const char* value;
+  uint32_t expected;
+};
+
+void ExpectResults(QmtType* type, std::initializer_list<ValueRow> rows) {
+  for (const ValueRow& row : rows) {
+    EXPECT_EQ(row.expected, CheckText(type, row.value))
+        << (row.value == nullptr ? "NULL" : row.value);
+  }
+}
+
+QmtType BuiltIn(uint32_t base) {
+  QmtType type{};
+  type.baseType = base;
+  return type;
+}
+
+}  // namespace
+
+TEST(ValidateValue, NullArgumentsGive22) {
+  QmtType type = BuiltIn(QMT_BASE_STRING);
+  QmtCheckCtx checkCtx{};
+  EXPECT_EQ(22u, QMT_TYPE_ValidateValueNodeAgainstRealType(nullptr, 1, "x", &checkCtx));
+  EXPECT_EQ(22u, QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 1, "x", nullptr));
+}
+
+TEST(ValidateValue, EntryWithoutBodyGives28672) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_STRING);
+  ASSERT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
+  type->cons[0].kind = QMT_CONS_PATTERN;
+  type->consCount = 1;
+  EXPECT_EQ(28672u, CheckText(type.Get(), "x"));
+}
+
+TEST(ValidateValue, UnknownInputKindHasNoValue) {
+  QmtType type = BuiltIn(QMT_BASE_BOOLEAN);
+  QmtCheckCtx checkCtx{};
+  EXPECT_EQ(28682u, QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 3, "true", &checkCtx));
+  EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(0, "true"));
+  EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(3, "true"));
+  EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(2, nullptr));
+  EXPECT_STREQ("true", QMT_TYPE_GetInputValueAsSimpleStr(1, "true"));
+}
+
+TEST(ValidateValue, ElementWithoutTextHasNoValue) {
+  struct Row {
+    uint32_t base;
+    uint32_t expected;
+  };
+  const Row rows[] = {
+      {QMT_BASE_BINARY, 28683}, {QMT_BASE_BITS, 0},        {QMT_BASE_BOOLEAN, 28682},
+      {QMT_BASE_EMPTY, 0},      {QMT_BASE_ENUMERATION, 0}, {QMT_BASE_INSTANCE_IDENTIFIER, 0},
+      {QMT_BASE_INT8, 28680},   {QMT_BASE_STRING, 0},      {QMT_BASE_UINT64, 28680},
+  };
+  for (const Row& row : rows) {
+    QmtType type = BuiltIn(row.base);
+    EXPECT_EQ(row.expected, CheckElement(&type, "<a/>")) << row.base;
+  }
+}
+
+TEST(ValidateValue, NothingOfTheSchemaIsWritten) {
+  Dict dict;
+  Type base(&dict, QMT_BASE_INT8);
+  Type type(&dict, QMT_BASE_TYPEDEF);
+  AddDerived(dict.Get(), type.Get(), "m", "td", base.Get());
+  const uint32_t used = dict.Get()->usedBuckets;
+  const size_t blocks = counting_memory::LiveBlocks();
+  EXPECT_EQ(0u, CheckText(type.Get(), "5"));
+  EXPECT_EQ(used, dict.Get()->usedBuckets);
+  EXPECT_EQ(blocks, counting_memory::LiveBlocks());
+}
+
+TEST(BooleanValue, IsTrueOrFalseExactly) {
+  QmtType type = BuiltIn(QMT_BASE_BOOLEAN);
+  ExpectResults(&type, {{"true", 0},
+                        {"false", 0},
+                        {"True", 28682},
+                        {"FALSE", 28682},
+                        {"1", 28682},
+                        {" true", 28682},
+                        {"true ", 28682},
+                        {"", 28682},
+                        {nullptr, 28682}});
+}
+
+TEST(EmptyValue, HasNoText) {
+  QmtType type = BuiltIn(QMT_BASE_EMPTY);
+  ExpectResults(&type, {{nullptr, 0}, {"", 0}, {" ", 28684}, {"x", 28684}});
+}
+
+TEST(BinaryValue, Base64Texts) {
+  QmtType type = BuiltIn(QMT_BASE_BINARY);
+  ExpectResults(&type, {{"QUJD", 0},
+                        {"QUI=", 0},
+                        {"QQ==", 0},
+                        {"", 0},
+                        {" \t\n", 0},
+                        {" \nQUJD\t ", 0},
+                        {"a+/9", 0},
+                        {"QUJDR", 28683},   // five characters
+                        {"QUJ", 28683},     //
+                        {"Q===", 28683},    // three padding characters
+                        {"====", 28683},    //
+                        {"QQ=A", 28683},    // data after padding
+                        {"Q=Q=", 28683},    //
+                        {"QUJD\r", 28683},  // carriage return is not trimmed
+                        {"QU!D", 0},        // other characters are passed over
+                        {"Q\nU\nJDRA", 0},  // but count: eight of them
+                        {"Q\nUJD", 28683},  // and here five
+                        {nullptr, 28683}});
+}
+
+TEST(BinaryValue, DecodedLength) {
+  struct Row {
+    const char* text;
+    uint32_t length;
+  };
+  const Row rows[] = {{"QUJD", 3}, {"QUI=", 2}, {"QQ==", 1},
+                      {" ", 0},    {"", 0},     {" QUJDQUJDQQ==  ", 7},
+                      {"!!==", 1}, {"!!!!", 3}};
+  for (const Row& row : rows) {
+    QmtCheckCtx checkCtx{};
+    checkCtx.binaryLength = 77;
+    EXPECT_EQ(0u,
+              QMT_CONS_CheckValStrAgainstDefRestrictBinary(QMT_BASE_BINARY, row.text, &checkCtx));
+    EXPECT_EQ(row.length, checkCtx.binaryLength) << row.text;
+    const bool empty = row.length == 0;
+    EXPECT_EQ(empty ? 0u : 4294967295u, uint64_t{checkCtx.parentLimits.end})
+        << "limits are recorded for " << row.text;
+  }
+}
+
+TEST(BinaryValue, LengthRestrictionAppliesToTheDecodedBytes) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_BINARY);
+  AddSegs<QmtSeg<uint32_t>>(type.Get(), QMT_CONS_LENGTH, {{2, 3}});
+  type->rangeFlags = kConcrete;
+  ExpectResults(type.Get(), {{"QUJD", 0}, {"QUI=", 0}, {"QQ==", 28677}, {" ", 28677}});
+}
+
+TEST(BinaryValue, EmptyValueHasNoLimitsForMinAndMax) {
+  Dict dict;
+  Type base(&dict, QMT_BASE_BINARY);
+  Type type(&dict, QMT_BASE_TYPEDEF);
+  AddDerived(dict.Get(), type.Get(), "m", "td", base.Get());
+  AddSegs<QmtGenericSeg>(type.Get(), QMT_CONS_LENGTH,
+                         {{0, 0, QMT_SEG_START_MIN | QMT_SEG_END_MAX}});
+  type->rangeFlags = QMT_RANGE_STATED | QMT_RANGE_MIN_MAX;
+  ExpectResults(type.Get(), {{"QUJD", 0}, {"", 28677}});
+}
+
+TEST(EnumValue, IsOneOfTheNamesByteForByte) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_ENUMERATION);
+  AddEnums(dict.Get(), type.Get(), {{"one", 0}, {"two words", 1}});
+  ExpectResults(type.Get(), {{"one", 0},
+                             {"two words", 0},
+                             {"One", 28676},
+                             {" one", 28676},
+                             {"one ", 28676},
+                             {"on", 28676},
+                             {"", 28676},
+                             {nullptr, 28676}});
+}
+
+TEST(EnumValue, EmptyListAcceptsNothing) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_ENUMERATION);
+  AddEnums(dict.Get(), type.Get(), {});
+  ExpectResults(type.Get(), {{"one", 28676}, {"", 28676}});
+}
+
+TEST(BitsValue, ListsOfNames) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_BITS);
+  AddBits(dict.Get(), type.Get(), {{"up", 0}, {"down", 1}, {"a.b-c_1", 2}});
+  ExpectResults(type.Get(), {{"", 0},
+                             {"up", 0},
+                             {"down up", 0},
+                             {"up \t\n down", 0},
+                             {"up ", 0},
+                             {"a.b-c_1 up down", 0},
+                             {"up up", 28675},               // twice
+                             {"up down a.b-c_1 up", 28675},  // more than there are
+                             {"sideways", 28675},            //
+                             {"Up", 28675},                  //
+                             {" up", 28675},                 // no name at the start
+                             {" ", 28675},                   //
+                             {"up,down", 28675},             //
+                             {"up\rdown", 28675},            //
+                             {nullptr, 28675}});
+}
+
+TEST(BitsValue, NamesHaveAtMost64Characters) {
+  Dict dict;
+  const std::string longest(64, 'a');
+  const std::string tooLong(65, 'a');
+  Type type(&dict, QMT_BASE_BITS);
+  AddBits(dict.Get(), type.Get(), {{longest.c_str(), 0}, {tooLong.c_str(), 1}});
+  ExpectResults(type.Get(), {{longest.c_str(), 0}, {tooLong.c_str(), 28675}});
+}
+
+TEST(BitsValue, AtMost129Names) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_BITS);
+  auto* body = static_cast<QmtConsBit*>(AddBody(type.Get(), QMT_CONS_BIT, 140));
+  std::string value;
+  for (uint32_t i = 0; i < 140; ++i) {
+    const std::string name = "b" + std::to_string(i);
+    InternText(dict.Get(), &body->items[i].name, name.c_str());
+    if (i < 129) value += (i == 0 ? "" : " ") + name;
+  }
+  EXPECT_EQ(0u, CheckText(type.Get(), value.c_str()));
+  EXPECT_EQ(28675u, CheckText(type.Get(), (value + " b129").c_str()));
+}
+
+TEST(BitsValue, TypeWithoutBitsAcceptsOnlyTheEmptyList) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_BITS);
+  AddBits(dict.Get(), type.Get(), {});
+  ExpectResults(type.Get(), {{"", 0}, {"up", 28675}});
+}
+
+TEST(BitsValue, FailedAllocationGives28675) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_BITS);
+  AddBits(dict.Get(), type.Get(), {{"up", 0}});
+  counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
+  EXPECT_EQ(28675u, CheckText(type.Get(), "up"));
+  EXPECT_EQ(1u, counting_memory::StopRefusing());
+  EXPECT_EQ(0u, CheckText(type.Get(), "up"));
+}
+
+TEST(PatternValue, AllPatternsMustAgree) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_STRING);
+  AddPatterns(dict.Get(), type.Get(), {{"[a-z]+", 0}, {".*x.*", 1}});
+  ExpectResults(type.Get(), {{"abc", 0},
+                             {"abx", 28679},      // matches the one it must not
+                             {"ab1", 28679},      //
+                             {"abc1abc", 28679},  // the whole value must match
+                             {"", 28679},
+                             {nullptr, 28679}});
+}
+
+TEST(PatternValue, NoValueFailsWhateverThePattern) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_STRING);
+  AddPatterns(dict.Get(), type.Get(), {{".*", 0}});
+  ExpectResults(type.Get(), {{"", 0}, {nullptr, 28679}});
+  EXPECT_EQ(28679u, CheckElement(type.Get(), "<a/>"));
+}
+
+TEST(PatternValue, PatternThatDoesNotCompileMatchesNothing) {
+  Dict dict;
+  Type normal(&dict, QMT_BASE_STRING);
+  AddPatterns(dict.Get(), normal.Get(), {{"[a", 0}});
+  ExpectResults(normal.Get(), {{"a", 28679}, {"[a", 28679}, {"", 28679}});
+  Type inverted(&dict, QMT_BASE_STRING);
+  AddPatterns(dict.Get(), inverted.Get(), {{"[a", 1}});
+  ExpectResults(inverted.Get(), {{"a", 0}, {"[a", 0}, {"", 0}});
+}
+
+TEST(PatternValue, MultibyteCharactersAreCharacters) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_STRING);
+  AddPatterns(dict.Get(), type.Get(), {{".{2}", 0}});
+  for (const char* locale : {"C", "C.UTF-8", "de_DE.ISO-8859-1"}) {
+    if (std::setlocale(LC_ALL, locale) == nullptr) continue;
+    ExpectResults(type.Get(), {{"\xE2\x82\xAC\xE2\x82\xAC", 0}, {"ab", 0}, {"abc", 28679}});
+  }
+  std::setlocale(LC_ALL, "C");
+}
+
+TEST(UnionValue, FirstMemberThatAcceptsWins) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 2);
+  members[0].baseType = QMT_BASE_INT8;
+  members[1].baseType = QMT_BASE_STRING;
+  QmtType* matched = nullptr;
+  EXPECT_EQ(0u, CheckText(type.Get(), "5", &matched));
+  EXPECT_EQ(&members[0], matched);
+  EXPECT_EQ(0u, CheckText(type.Get(), "300", &matched));
+  EXPECT_EQ(&members[1], matched) << "300 is no int8";
+}
+
+TEST(UnionValue, NoMemberGives28681WhateverTheMembersSay) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 2);
+  members[0].baseType = QMT_BASE_INT8;
+  members[1].baseType = QMT_BASE_BOOLEAN;
+  QmtType* matched = nullptr;
+  EXPECT_EQ(28681u, CheckText(type.Get(), "300", &matched));
+  EXPECT_EQ(nullptr, matched);
+  Type empty(&dict, QMT_BASE_UNION);
+  AddUnion(empty.Get(), 0);
+  EXPECT_EQ(28681u, CheckText(empty.Get(), "300"));
+}
+
+TEST(UnionValue, MatchedTypeIsTheInnermostTypedef) {
+  Dict dict;
+  Type base(&dict, QMT_BASE_INT8);
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 1);
+  AddDerived(dict.Get(), &members[0], "m", "td", base.Get());
+  QmtType* matched = nullptr;
+  EXPECT_EQ(0u, CheckText(type.Get(), "5", &matched));
+  EXPECT_EQ(base.Get(), matched);
+}
+
+TEST(UnionValue, TypedefOfAUnionRecordsTheMember) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 2);
+  members[0].baseType = QMT_BASE_INT8;
+  members[1].baseType = QMT_BASE_STRING;
+  Type leaf(&dict, QMT_BASE_TYPEDEF);
+  AddDerived(dict.Get(), leaf.Get(), "m", "td", type.Get());
+  QmtType* matched = nullptr;
+  EXPECT_EQ(0u, CheckText(leaf.Get(), "300", &matched));
+  EXPECT_EQ(&members[1], matched);
+}
+
+TEST(UnionValue, WhatOneMemberLeavesDoesNotReachTheNext) {
+  // The first member notes fraction digits, a range level and a link before it fails.
+  Dict dict;
+  Type decimal(&dict, QMT_BASE_DECIMAL64);
+  AddFraction(decimal.Get(), 2);
+  AddSegs<QmtGenericSeg>(decimal.Get(), QMT_CONS_RANGE, {{0, 100, QMT_SEG_SIGNED}});
+  decimal->rangeFlags = kConcrete;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 2);
+  AddDerived(dict.Get(), &members[0], "m", "td", decimal.Get());
+  members[1].baseType = QMT_BASE_INT8;
+  AddSegs<QmtSeg<int8_t>>(&members[1], QMT_CONS_RANGE, {{5, 6}});
+  members[1].rangeFlags = kConcrete;
+  QmtType* matched = nullptr;
+  EXPECT_EQ(0u, CheckText(type.Get(), "5", &matched));
+  EXPECT_EQ(&members[1], matched);
+  EXPECT_EQ(28681u, CheckText(type.Get(), "7"));
+}
+
+TEST(UnionValue, UnionMayAlsoRestrict) {
+  // Members and own restrictions are separate entries; all must accept the value.
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  AddPatterns(dict.Get(), type.Get(), {{"[0-9]", 0}});
+  QmtType* members = AddUnion(type.Get(), 1);
+  members[0].baseType = QMT_BASE_STRING;
+  ExpectResults(type.Get(), {{"5", 0}, {"55", 28679}});
+}
+
+namespace {
+
+// `depth` unions of one member inside each other; the innermost member is an int8.
+void NestUnions(QmtType* type, uint32_t depth) {
+  for (uint32_t i = 0; i < depth; ++i) {
+    type->baseType = QMT_BASE_UNION;
+    type = AddUnion(type, 1);
+  }
+  type->baseType = QMT_BASE_INT8;
+}
+
+}  // namespace
+
+TEST(UnionValue, MayBeNested128DeepAndNoDeeper) {
+  Dict dict;
+  Type atLimit(&dict, QMT_BASE_UNION);
+  NestUnions(atLimit.Get(), 128);
+  ExpectResults(atLimit.Get(), {{"5", 0}, {"x", 28681}});
+  Type beyond(&dict, QMT_BASE_UNION);
+  NestUnions(beyond.Get(), 129);
+  ExpectResults(beyond.Get(), {{"5", 28681}});
+}
+
+TEST(UnionValue, UnionThatContainsItselfEnds) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType* members = AddUnion(type.Get(), 2);
+  AddDerived(dict.Get(), &members[0], "m", "self", type.Get());
+  members[1].baseType = QMT_BASE_INT8;
+  // The innermost union that is still looked at refuses its own first member and takes
+  // the second.
+  ExpectResults(type.Get(), {{"5", 0}, {"x", 28681}});
+}
+
+TEST(UnionValue, LongChainsThroughAUnionThatContainsItselfEnd) {
+  // Each round trip follows more than a hundred links before it meets the union again,
+  // in contexts whose own count of links starts anew.
+  Dict dict;
+  Type type(&dict, QMT_BASE_UNION);
+  QmtType links[120]{};
+  for (uint32_t i = 0; i < 120; ++i) {
+    AddDerived(dict.Get(), &links[i], "m", "td", i == 0 ? type.Get() : &links[i - 1]);
+  }
+  QmtType* members = AddUnion(type.Get(), 1);
+  AddDerived(dict.Get(), &members[0], "m", "td", &links[119]);
+  ExpectResults(type.Get(), {{"5", 28681}});
+  for (QmtType& link : links) QMT_TYPE_DestroyQmtRealTypeInner(dict.Get(), &link);
+}
+
+TEST(UnionValue, MembersThatMultiplyRunIntoTheBudget) {
+  // Each union offers the next one twice: 2^64 ways, were they all tried.
+  Dict dict;
+  QmtType unions[64]{};
+  for (uint32_t i = 0; i < 64; ++i) {
+    unions[i].baseType = QMT_BASE_UNION;
+    QmtType* members = AddUnion(&unions[i], 2);
+    for (uint32_t k = 0; k < 2; ++k) {
+      if (i == 0) {
+        members[k].baseType = QMT_BASE_INT8;
+      } else {
+        AddDerived(dict.Get(), &members[k], "m", "td", &unions[i - 1]);
+      }
+    }
+  }
+  ExpectResults(&unions[63], {{"5", 0}, {"x", 28681}});
+  for (QmtType& type : unions) QMT_TYPE_DestroyQmtRealTypeInner(dict.Get(), &type);
+}
+
+TEST(UnionValue, BudgetIs65536MembersForTheWholeCheck) {
+  // Two unions in one chain: 40000 members that refuse, then others. The budget is that
+  // of the check, not of each union.
+  Dict dict;
+  const auto fill = [&](QmtType* type, uint32_t count) {
+    type->baseType = QMT_BASE_UNION;
+    QmtType* members = AddUnion(type, count);
+    for (uint32_t i = 0; i + 1 < count; ++i) members[i].baseType = QMT_BASE_BOOLEAN;
+    members[count - 1].baseType = QMT_BASE_STRING;
+  };
+  Type inner(&dict, QMT_BASE_UNION);
+  fill(inner.Get(), 40000);
+  struct Row {
+    uint32_t count;
+    uint32_t expected;
+  };
+  for (const Row& row : {Row{25536, 0}, Row{25537, 28681}}) {
+    Type outer(&dict, QMT_BASE_TYPEDEF);
+    AddDerived(dict.Get(), outer.Get(), "m", "td", inner.Get());
+    QmtType* members = AddUnion(outer.Get(), row.count);
+    for (uint32_t i = 0; i + 1 < row.count; ++i) members[i].baseType = QMT_BASE_BOOLEAN;
+    members[row.count - 1].baseType = QMT_BASE_STRING;
+    EXPECT_EQ(row.expected, CheckText(outer.Get(), "x")) << row.count;
+    EXPECT_EQ(row.expected, CheckText(outer.Get(), "x")) << "each check has its own";
+  }
+}
+
+TEST(DerivedValue, At129LinksItStillWorksAt130ItFailsWith28673) {
+  // The check refuses a link once more than 128 have been followed.
+  LeafModule module(TypedefChain(130, "int8") +
+                    "<leaf name='links-129'><type name='t128'/></leaf>"
+                    "<leaf name='links-130'><type name='t129'/></leaf>");
+  EXPECT_EQ(0u, module.CheckText("links-129", "5"));
+  EXPECT_EQ(28680u, module.CheckText("links-129", "500"));
+  EXPECT_EQ(28673u, module.CheckText("links-130", "5"));
+}
+
+TEST(DerivedValue, TypedefThatIsNotFoundGives28673) {
+  Dict dict;
+  Type type(&dict, QMT_BASE_TYPEDEF);
+  AddDerived(dict.Get(), type.Get(), "m", "absent", nullptr);
+  EXPECT_EQ(28673u, CheckText(type.Get(), "5")) << "no context to look in";
+  LeafModule module("<leaf name='x'><type name='absent'/></leaf>");
+  EXPECT_EQ(28673u, module.CheckText("x", "5"));
+}
+
+TEST(DerivedValue, TypedefThatIsItselfGives28673) {
+  LeafModule module(
+      "<typedef name='a'><type name='b'/></typedef><typedef name='b'><type name='a'/></typedef>"
+      "<leaf name='x'><type name='a'/></leaf>");
+  EXPECT_EQ(28673u, module.CheckText("x", "5"));
+}
+
+TEST(DerivedValue, TypedefOfAnotherModuleIsLookedUpAndNotKept) {
+  LeafModule module("");
+  module.Add("types", "", "<typedef name='small'><type name='int8'/></typedef>");
+  module.Add("user", "<import module='types'><prefix value='t'/></import>",
+             "<leaf name='x'><type name='t:small'/></leaf>");
+  QmsNode* augment = nullptr;
+  QmsNode* leaf = QM_CTX_GetTargetNode(module.ctx(), "/user:x", &augment);
+  ASSERT_NE(nullptr, leaf);
+  EXPECT_EQ(0u, QM_NODE_ValidateValue(leaf, 1, "5"));
+  EXPECT_EQ(28680u, QM_NODE_ValidateValue(leaf, 1, "500"));
+  const QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(QM_NODE_GetRealType(leaf));
+  ASSERT_NE(nullptr, derived);
+  EXPECT_EQ(nullptr, derived->resolved);
+}
+
+TEST(DerivedValue, ChainIsCheckedBeforeTheOwnRestrictions) {
+  // Both refuse the value; the code tells who was asked first.
+  Dict dict;
+  Type base(&dict, QMT_BASE_INT8);
+  Type type(&dict, QMT_BASE_TYPEDEF);
+  AddDerived(dict.Get(), type.Get(), "m", "td", base.Get());
+  AddPatterns(dict.Get(), type.Get(), {{"[0-9]", 0}});
+  ExpectResults(type.Get(), {{"x", 28680}, {"55", 28679}, {"5", 0}});
+}
+
+TEST(LoadedTypes, RangesAndLengthsAsModelsWriteThem) {
+  LeafModule module(
+      "<typedef name='percent'><type name='int32'><range value='0..100'/></type></typedef>"
+      "<typedef name='small'><type name='percent'><range value='min..10'/></type></typedef>"
+      "<typedef name='word'><type name='string'><length value='2..6'/></type></typedef>"
+      "<typedef name='price'><type name='decimal64'><fraction-digits value='2'/>"
+      "<range value='1.5 .. 20'/></type></typedef>"
+      "<leaf name='small'><type name='small'/></leaf>"
+      "<leaf name='gap'><type name='uint8'><range value='1..3 | 7..max'/></type></leaf>"
+      "<leaf name='top'><type name='percent'><range value='90..max'/></type></leaf>"
+      "<leaf name='wide'><type name='small'><range value='-5..500'/></type></leaf>"
+      "<leaf name='word'><type name='word'><length value='min..4'/></type></leaf>"
+      "<leaf name='exact'><type name='word'><length value='3'/></type></leaf>"
+      "<leaf name='price'><type name='price'/></leaf>");
+  struct Row {
+    const char* leaf;
+    const char* value;
+    uint32_t expected;
+  };
+  const Row rows[] = {
+      {"small", "-1", 28680},    {"small", "0", 0},      {"small", "10", 0},
+      {"small", "11", 28680},    {"gap", "0", 28680},    {"gap", "3", 0},
+      {"gap", "5", 28680},       {"gap", "255", 0},      {"top", "89", 28680},
+      {"top", "100", 0},         {"top", "101", 28680},  {"wide", "-5", 0},
+      {"wide", "500", 0},        {"wide", "501", 28680}, {"word", "a", 28677},
+      {"word", "ab", 0},         {"word", "abcd", 0},    {"word", "abcde", 28677},
+      {"exact", "abc", 0},       {"exact", "ab", 28677}, {"price", "1.49", 28680},
+      {"price", "1.5", 0},       {"price", "20", 0},     {"price", "20.01", 28680},
+      {"price", "2.505", 28680},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.expected, module.CheckText(row.leaf, row.value)) << row.leaf << " " << row.value;
+  }
+}
