@@ -11,7 +11,13 @@ constexpr uint32_t kMaxArrayCount = 65535;
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Makes *array a zero-filled block for `count` elements; nothing for none. 22 when
+// `array` is NULL, *array is set or `elemSize` is 0; 12 without memory.
 uint32_t QM_UTL_NewArray(void** array, uint32_t count, uint32_t elemSize);
+// Moves *array to a block with `addCount` more, zero-filled elements; the elements
+// move, so no pointer to one may be kept. With an `oldCount` of 0 the same as
+// QM_UTL_NewArray(). 22 when `array` is NULL or `elemSize` is 0; 12 without memory,
+// with the array as before.
 uint32_t QM_UTL_ExpandArray(void** array, uint32_t oldCount, uint32_t addCount, uint32_t elemSize);
 
 QM_END_INTERNAL_DECLS

@@ -29,7 +29,7 @@ QmCtx* QM_CTX_Create(uint32_t loadFlags) noexcept {
     return nullptr;
   }
   // A context can live without error records; nothing is recorded then.
-  IgnoreStatus(QM_CTX_InitErrMng(ctx));
+  static_cast<void>(QM_CTX_InitErrMng(ctx));
   return ctx;
 }
 

@@ -15,10 +15,15 @@ bool InternText(QmDict* dict, const char** field, const char* text);
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Makes an empty dictionary. 0, or 1 without memory.
 uint32_t QM_DICT_Init(QmDict* dict);
 uint32_t QM_DICT_HashVal(const char* str);
+// The dictionary's copy of `str`, valid until each insert was matched by a remove;
+// NULL for a NULL text and without memory.
 const char* QM_DICT_Insert(QmDict* dict, const char* str);
+// Takes one reference to a text equal to `str` away; nothing when there is none.
 void QM_DICT_Remove(QmDict* dict, const char* str);
+// Frees all texts, whatever their references, and the table.
 void QM_DICT_Destroy(QmDict* dict);
 
 QM_END_INTERNAL_DECLS

@@ -9,6 +9,3 @@
 #define QM_END_INTERNAL_DECLS   \
   _Pragma("GCC visibility pop") \
   }
-
-// Drops a status on purpose; the compiler lets no cast to void do that.
-constexpr void IgnoreStatus(unsigned /*status*/) {}

@@ -16,7 +16,7 @@ constexpr size_t kModNameSize = 65;
 
 // Lets the modules already loaded couple to the new one.
 static void AnnounceModule(QmCtx* ctx, const char* modName) {
-  IgnoreStatus(QMS_MOD_NotifyModuleChangeEvent(ctx, modName, kCoupleEvent, 0));
+  static_cast<void>(QMS_MOD_NotifyModuleChangeEvent(ctx, modName, kCoupleEvent, 0));
 }
 
 uint32_t QM_CTX_LoadModule(QmCtx* ctx, const char* modName) noexcept {

@@ -122,7 +122,7 @@ void QM_CTX_AddModError(QmCtx* ctx, const char* modName, const char* format, ...
   if (length < 0 || IsScannedByThisThread(ctx->errMng)) return;
   const WriteLocked lock(&ctx->errMng->lock);
   // Without memory the message is lost: there is nobody left to tell.
-  if (lock) IgnoreStatus(QM_CTX_AddErrorMsgToMod(ctx->errMng, modName, message));
+  if (lock) static_cast<void>(QM_CTX_AddErrorMsgToMod(ctx->errMng, modName, message));
 }
 
 static QmErrModNode* AddErrNode(QmCtxErrMng* errMng, const char* modName) {

@@ -37,13 +37,13 @@ static QmsModule* NextModule(const QmCtx* ctx, const QmsModule* module) {
 
 static uint32_t UnCoupleOneAugment(QmsNode* augment, uint32_t /*travType*/, void* /*arg*/) {
   // One that fails is detached by force afterwards.
-  IgnoreStatus(QMS_NODE_UnCoupleAugmentNode(augment));
+  static_cast<void>(QMS_NODE_UnCoupleAugmentNode(augment));
   return QM_OK;
 }
 
 static void UnCoupleAllAugments(QmCtx* ctx) {
   for (QmsModule* module = FirstModule(ctx); module != nullptr; module = NextModule(ctx, module)) {
-    IgnoreStatus(QM_MOD_IterScanAugmentNode(module, UnCoupleOneAugment, nullptr));
+    static_cast<void>(QM_MOD_IterScanAugmentNode(module, UnCoupleOneAugment, nullptr));
   }
   for (QmsModule* module = FirstModule(ctx); module != nullptr; module = NextModule(ctx, module)) {
     DetachModuleAugments(ctx, module);

@@ -8,16 +8,25 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// The two trees of a context. DeInit takes all augments apart and then destroys the
+// modules in the order of their names.
 uint32_t QM_CTX_InitModuleTree(QmCtx* ctx);
 void QM_CTX_DeInitModuleTree(QmCtx* ctx);
+// Takes a module out of the trees, if it is in them, and frees it with its load
+// errors; no other module keeps nodes of it, nor it nodes of another.
 void QM_CTX_DestroyModuleNode(QmCtx* ctx, QmsModule* module);
+// 0, or 1 with nothing changed: a NULL argument, or a module of the same name or
+// namespace is there.
 uint32_t QM_CTX_AddModuleNode(QmCtx* ctx, QmsModule* module);
+// Find a definition by the names of its module and its own; NULL when either is
+// not there.
 QmsIdentity* QM_CTX_FindIdentityByModNameAndIdentName(QmCtx* ctx, const char* modName,
                                                       const char* identName);
 QmsFeature* QM_CTX_FindFeatureByModNameAndFeatName(QmCtx* ctx, const char* modName,
                                                    const char* featName);
 QmsTypedef* QM_CTX_FindTdefObjByModAndTdefName(QmCtx* ctx, const char* modName,
                                                const char* tdefName);
+// Orders modules by text; 0 when either key is NULL.
 int32_t QM_CTX_ModTreeKeyCompare(const void* keyA, const void* keyB);
 
 QM_END_INTERNAL_DECLS

@@ -7,15 +7,23 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// How many identifier characters (letters, digits, "-", "." and "_") `str` begins
+// with, or its first `len` bytes end with.
 uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str);
 uint32_t QM_UTL_ConsumeIdentNameFromTail(const char* str, uint32_t len);
+// The first character that is no blank, tab or newline.
 const char* QM_UTL_ConsumeAllSpaceChar(const char* str);
+// Copies the name of a step that ends at "/" or with the text. 1 without a name, 22
+// when it ends otherwise, 126 when it does not fit; the output is then empty.
 uint32_t QM_UTL_GetXPathNextNodeName(const char* str, char* out, uint32_t outSize);
+// The same with an optional prefix.
 uint32_t QM_UTL_GetXPathNextPrefixAndNode(const char* str, char* prefixOut, uint32_t prefixSize,
                                           char* nodeOut, uint32_t nodeSize);
+// The same for a step with predicates; gives the rest after the step, or NULL.
 const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefixOut,
                                                     uint32_t prefixSize, char* nodeOut,
                                                     uint32_t nodeSize);
+// Skips "[…]" pieces, each to its first "]"; NULL when one is not closed.
 const char* QM_UTL_SkipPredicateParis(const char* str);
 
 QM_END_INTERNAL_DECLS

@@ -7,12 +7,20 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Copies of a text in a new block, or NULL without memory and for a NULL text. The
+// second takes the first `n` characters, and gives NULL when there are fewer or `n`
+// is 0.
 char* QM_UTL_StrDup(const char* str);
 char* QM_UTL_StrDupWithSpecifyLength(const char* str, uint32_t n);
 char* QM_UTL_CreateEmptyString();
+// 1 when both are NULL or both are the same text.
 uint32_t QM_UTL_IsNulStringEqual(const char* a, const char* b);
 uint32_t QM_UTL_CountCharNumber(const char* str, char c);
+// The first `c` among the first `n` characters, of which there is always one.
 const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n);
+// 0 when the whole text matches an XML Schema regular expression, else 22, also for
+// a pattern that does not compile. Matching may give up on patterns that backtrack
+// without end; the text then does not match.
 uint32_t QM_UTL_MatchStrWithPattern(const char* str, const char* pattern);
 
 QM_END_INTERNAL_DECLS

@@ -26,13 +26,24 @@ inline void AddPrivateMark(xmlNode* node, uintptr_t bits) {
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Borrowed texts of an element; NULL when it has no such part. An attribute without
+// value is "". Of several pieces (entities, CDATA) only the first is read. The first
+// function takes the first attribute whatever its name; the content is that of a
+// first child that is a text node.
 const char* QM_XML_GetFirstPropertyValue(const xmlNode* element);
 const char* QM_XML_GetTargetPropertyValue(const xmlNode* element, const char* name);
 const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element);
 const char* QM_XML_GetElemNodeContent(const xmlNode* element);
+// The first child whose `_private` word has one of `bits` set.
 xmlNode* QM_XML_GetFirstChildNodeWithPriVal(const xmlNode* element, uintptr_t bits);
+// The next node of a pre-order walk below `root`, NULL at its end. `dir`, a
+// QmsTravType, says how the walk came to `node` and is set to how it goes on; a
+// parent is met again on the way up. The second function goes on without looking at
+// the children.
 xmlNode* QM_XML_GetXmlDomNextNode(xmlNode* root, xmlNode* node, uint32_t* dir);
 xmlNode* QM_XML_GetXmlDomSibOrParent(xmlNode* root, xmlNode* node, uint32_t* dir);
+// Which node is the current parent after a step of the walk: the node itself after
+// going down (or at the start), its parent after a sibling, NULL after going up.
 xmlNode* QM_XML_GetParentNodeByTraverse(xmlNode* node, uint32_t dir);
 
 QM_END_INTERNAL_DECLS

@@ -64,8 +64,8 @@ typedef struct QmErrNode QmErrNode;
   X(QM_XPATH_NOT_CLOSED, 28940, "sub-expression not closed by \")\" or \",\"")         \
   X(QM_XPATH_BAD_PREDICATE, 28941, "\"[\" without \"]\"")
 
-/** Statuses; see QM_STATUS_LIST for the meaning of each. */
 #define QM_STATUS_ENUMERATOR_(name, number, text) name = number,
+/** Statuses; see #QM_STATUS_LIST for the meaning of each. */
 typedef enum QmStatus
 #if defined(__cplusplus)
     : uint32_t

@@ -10,6 +10,19 @@
  * compiler that does not know them.
  */
 
+/** @def QM_BEGIN_DECLS
+ * Opens a block of functions with C linkage. */
+/** @def QM_END_DECLS
+ * Closes such a block. */
+/** @def QM_NOEXCEPT
+ * A function throws nothing; empty in C. */
+/** @def QM_API
+ * Marks a function as part of the library's interface. */
+/** @def QM_NODISCARD
+ * The result is a status that must not be dropped. */
+/** @def QM_PRINTF
+ * A printf-like function: @p f is the format's position, @p a the first argument's. */
+
 #ifdef __cplusplus
 #define QM_BEGIN_DECLS extern "C" {
 #define QM_END_DECLS }
@@ -21,9 +34,7 @@
 #endif
 
 #if defined(__GNUC__) && defined(__cplusplus)
-/** Marks a function as part of the library's interface. */
 #define QM_API [[gnu::visibility("default")]]
-/** The result is a status that must not be dropped. */
 #define QM_NODISCARD [[nodiscard]]
 #elif defined(__GNUC__)
 #define QM_API __attribute__((visibility("default")))
@@ -34,7 +45,6 @@
 #endif
 
 #if defined(__GNUC__)
-/** A printf-like function: @p f is the format's position, @p a the first argument's. */
 #define QM_PRINTF(f, a) __attribute__((format(printf, f, a)))
 #else
 #define QM_PRINTF(f, a)
