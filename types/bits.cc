@@ -16,6 +16,7 @@
 constexpr uint32_t kMaxBitNames = 129;
 constexpr uint32_t kBitNameSize = 65;
 
+namespace {
 struct BitName {
   char text[kBitNameSize];
 };
@@ -26,6 +27,7 @@ struct BitNames {
   uint16_t capacity;  // bits of the type
   uint16_t used;
 };
+}  // namespace
 
 static bool HoldsName(const BitNames* names, const char* name) {
   for (uint32_t i = 0; i < names->used; ++i) {

@@ -9,12 +9,14 @@
 #include "types/type.h"
 #include "types/value_check.h"
 
+namespace {
 struct BuiltInRow {
   uint32_t id;
   const char* name;
   QmtBaseRestrictCheckFunc check;
   QmtLimits limits;
 };
+}  // namespace
 
 // The limits travel as 64 bits whatever their sign.
 static consteval QmtLimits SignedLimits(int64_t min, int64_t max) {

@@ -7,10 +7,12 @@
 
 #include "types/constraint_ops.h"
 
+namespace {
 struct KindRow {
   uint32_t kind;
   const QmtConsOps* ops;
 };
+}  // namespace
 
 static constexpr KindRow kKinds[] = {
     {QMT_CONS_DERIVED, &g_qmtDerivedOps},   {QMT_CONS_BASE, &g_qmtBaseOps},

@@ -17,11 +17,13 @@ constexpr uint32_t kMaxDigits = 19;          // digits of a signed 64-bit number
 constexpr uint32_t kMaxFractionDigits = 18;  // RFC 7950 section 9.3.4
 constexpr uint32_t kBufferSize = 31;         // 30 characters and the terminator
 
+namespace {
 // The rewritten number. A sign and at most 19 digits are ever put into it.
 struct ScaledText {
   char text[kBufferSize];  // zero-filled, so always terminated
   uint32_t used;
 };
+}  // namespace
 static_assert(1 + kMaxDigits < kBufferSize, "a sign, all digits and the terminator fit");
 
 static void Put(ScaledText* out, char c) {

@@ -26,11 +26,13 @@ constexpr uint32_t kModuleNameSize = 65;
 constexpr uint32_t kPrefixSize = 1025;
 constexpr uint32_t kInlineVisits = 16;
 
+namespace {
 // The two parts of a value.
 struct IdentityName {
   char module[kModuleNameSize];
   const char* name;  // inside the value; not empty
 };
+}  // namespace
 
 // Copies what stands before `end` with a terminator; false when it does not fit.
 static bool CopyUpTo(char* out, size_t size, const char* text, const char* end) {
@@ -80,6 +82,7 @@ static bool SplitValue(uint32_t inputKind, const void* input, QmCtx* ctx, Identi
   return SplitElementValue(static_cast<const xmlNode*>(input), text, ctx, out);
 }
 
+namespace {
 // The walk: identities met, in the order met; those before `next` have been expanded.
 struct BaseWalk {
   QmCtx* ctx;
@@ -90,6 +93,7 @@ struct BaseWalk {
   bool found;
   QmsIdentity* inlineMet[kInlineVisits];
 };
+}  // namespace
 
 static bool IsWanted(const BaseWalk* walk, const char* moduleName, const char* identityName) {
   for (uint32_t i = 0; walk->wanted->items != nullptr && i < walk->wanted->count; ++i) {

@@ -112,11 +112,13 @@ void QMT_CONS_ConvertSegInt32UnsignedToSegInt64(const void* segment, QmtGenericS
   WidenSeg<uint32_t>(segment, out);
 }
 
+namespace {
 // One row per built-in type; a type without range has an empty layout.
 struct RangeRow {
   uint32_t id;
   QmtSegLayout layout;
 };
+}  // namespace
 
 constexpr QmtSegLayout kNoLayout = {0, nullptr, nullptr};
 constexpr uint16_t kGenericSize = sizeof(QmtGenericSeg);
