@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <cfloat>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include <qmodel/error.h>
 
+#include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/records.h"
 #include "xpath/bound_data.h"
 #include "xpath/functions.h"
 
@@ -54,14 +57,39 @@ uint32_t QM_XPATH_ConvertNumberToBoolean(double value) {
   return !std::isnan(value) && std::fabs(value) >= DBL_EPSILON ? 1 : 0;
 }
 
-// NULL only without memory. A value whose prefix leads nowhere counts as empty;
-// for other values no content beside a text means that its copy failed.
+// Whether the prefix of an identity value stands for a loaded module at the
+// element, asked when its content could not be had: if it does, memory ran out.
+static uint32_t StatusOfMissingContent(xmlNode* node, QmsNode* schemaNode) {
+  const char* text = RawText(node);
+  const char* colon = text == nullptr ? nullptr : RTK_StrChr(text, ':');
+  if (text == nullptr || schemaNode->module == nullptr) return QM_OK;
+  if (colon == nullptr || QMD_MDL_IsIdentityref(schemaNode) == 0) {
+    return QM_NO_MEMORY;
+  }
+  const auto length = static_cast<size_t>(colon - text);
+  const QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
+  if (!prefix) return QM_NO_MEMORY;
+  std::memcpy(prefix.Get(), text, length);
+  const xmlNs* ns = xmlSearchNs(node->doc, node, XmlChars(prefix.Get()));
+  if (ns == nullptr || ns->href == nullptr) return QM_OK;
+  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, XmlText(ns->href));
+  return module == nullptr ? QM_OK : QM_NO_MEMORY;
+}
+
+uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out) {
+  *out = QMD_NODE_GetValueContent(node, schemaNode);
+  return *out != nullptr ? static_cast<uint32_t>(QM_OK) : StatusOfMissingContent(node, schemaNode);
+}
+
+// NULL only without memory. No text, or an identity whose prefix leads nowhere,
+// counts as empty.
 char* QM_XPATH_CopyElementNodeContent(xmlNode* node) {
   if (RawText(node) == nullptr || node->_private == nullptr) return QM_UTL_CreateEmptyString();
-  auto* schemaNode = static_cast<QmsNode*>(node->_private);
-  char* content = QMD_NODE_GetValueContent(node, schemaNode);
-  if (content != nullptr) return content;
-  return QMD_MDL_IsIdentityref(schemaNode) != 0 ? QM_UTL_CreateEmptyString() : nullptr;
+  char* content = nullptr;
+  if (CopyBoundValue(node, static_cast<QmsNode*>(node->_private), &content) != QM_OK) {
+    return nullptr;
+  }
+  return content != nullptr ? content : QM_UTL_CreateEmptyString();
 }
 
 static char* CopyAsString(const QmXpathObject* object) {

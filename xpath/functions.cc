@@ -108,23 +108,28 @@ static uint32_t IsDerived(const QmsNode* schemaNode, const char* value, const ch
   return QM_OK;
 }
 
-static uint32_t EvalDerivedFrom(QmXpathEvalCtx* ctx, bool orSelf) {
-  QmOwn<QM_XPATH_FreeObject> text(
-      QM_XPATH_GetArgumentByType(ctx->objStack, QM_XPATH_OBJECT_STRING));
-  if (!text) return QM_XPATH_BAD_ARGUMENTS;
-  QmOwn<QM_XPATH_FreeObject> object(
-      QM_XPATH_GetArgumentByType(ctx->objStack, QM_XPATH_OBJECT_NODE));
-  if (!object || object->value.node == nullptr) return QM_XPATH_BAD_ARGUMENTS;
-  const char* argument = text->value.string;
-  if (*argument == '\0') return QM_XPATH_BAD_ARGUMENTS;
-  xmlNode* node = object->value.node;
+static uint32_t TestIdentity(QmXpathEvalCtx* ctx, xmlNode* node, const char* argument,
+                             bool orSelf) {
   QmsNode* schemaNode = SchemaNodeOf(node);
   if (schemaNode == nullptr) return QM_XPATH_UNBOUND_NODE;
   if (QMD_MDL_IsIdentityref(schemaNode) == 0) return QM_INVALID;
-  QmHeld<char> value(QMD_NODE_GetValueContent(node, schemaNode));
+  char* content = nullptr;
+  uint32_t ret = CopyBoundValue(node, schemaNode, &content);
+  if (ret != QM_OK) return ret;
+  const QmHeld<char> value(content);
   uint32_t result = 0;
-  const uint32_t ret = IsDerived(schemaNode, value.Get(), argument, orSelf, &result);
+  ret = IsDerived(schemaNode, value.Get(), argument, orSelf, &result);
   return ret != QM_OK ? ret : QM_XPATH_PushBooleanToObjStack(ctx->objStack, result);
+}
+
+static uint32_t EvalDerivedFrom(QmXpathEvalCtx* ctx, bool orSelf) {
+  const QmOwn<QM_XPATH_FreeObject> text(
+      QM_XPATH_GetArgumentByType(ctx->objStack, QM_XPATH_OBJECT_STRING));
+  if (!text || *text->value.string == '\0') return QM_XPATH_BAD_ARGUMENTS;
+  const QmOwn<QM_XPATH_FreeObject> object(
+      QM_XPATH_GetArgumentByType(ctx->objStack, QM_XPATH_OBJECT_NODE));
+  if (!object || object->value.node == nullptr) return QM_XPATH_BAD_ARGUMENTS;
+  return TestIdentity(ctx, object->value.node, text->value.string, orSelf);
 }
 
 uint32_t QM_XPATH_FuncDerivedFrom(QmXpathEvalCtx* ctx) {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include <qmodel/context.h>
+
 #include "context/internal.h"
 #include "xpath/records.h"
 
@@ -13,6 +15,11 @@ using QmXpathFunc = uint32_t (*)(QmXpathEvalCtx* ctx);
 
 // The function of that name, or NULL.
 QmXpathFunc FindXpathFunction(const char* name, uint32_t length);
+
+// The value of a bound element as a new text: an identity with its module's name
+// in front. *out is NULL, with 0, for an element without text and for an identity
+// whose prefix leads nowhere. 12 without memory.
+uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out);
 
 QM_BEGIN_INTERNAL_DECLS
 
