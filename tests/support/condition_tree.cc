@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/support/condition_tree.h"
+
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+
+#include <sstream>
+
+#include "context/xml_tree.h"
+#include "schema/module.h"
+#include "schema/node_walk.h"
+
+namespace condition_tree {
+namespace {
+
+constexpr const char* kModuleC = R"(<module name="c" xmlns="urn:ietf:params:xml:ns:yang:yin:1">
+  <namespace uri="urn:c"/><prefix value="c"/>
+  <identity name="animal"/>
+  <identity name="mammal"><base name="animal"/></identity>
+  <identity name="dog"><base name="mammal"/></identity>
+  <typedef name="kind"><type name="identityref"><base name="animal"/></type></typedef>
+  <container name="top">
+    <leaf name="a"><type name="string"/></leaf>
+    <leaf name="n"><type name="int32"/></leaf>
+    <leaf name="e"><type name="string"/></leaf>
+    <leaf name="id"><type name="identityref"><base name="animal"/></type></leaf>
+    <leaf name="did"><type name="kind"/></leaf>
+    <container name="sub">
+      <leaf name="x"><type name="string"/></leaf>
+      <list name="l"><key value="k m"/><leaf name="k"><type name="string"/></leaf>
+        <leaf name="m"><type name="string"/></leaf><leaf name="v"><type name="string"/></leaf></list>
+    </container>
+  </container>
+</module>)";
+
+constexpr const char* kModuleD = R"(<module name="d" xmlns="urn:ietf:params:xml:ns:yang:yin:1">
+  <namespace uri="urn:d"/><prefix value="d"/>
+  <import module="c"><prefix value="c"/></import>
+  <identity name="cat"><base name="c:mammal"/></identity>
+</module>)";
+
+xmlNode* Child(xmlNode* parent, const std::string& name) {
+  for (xmlNode* child = parent->children; child != nullptr; child = child->next) {
+    if (child->type == XML_ELEMENT_NODE && name == XmlText(child->name)) return child;
+  }
+  return nullptr;
+}
+
+void BindChildren(xmlNode* element) {
+  for (xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE) continue;
+    child->_private = QMS_NODE_FindChildDataTreeNodeByName(static_cast<QmsNode*>(element->_private),
+                                                           "c", XmlText(child->name));
+    if (child->_private != nullptr) BindChildren(child);
+  }
+}
+
+}  // namespace
+
+Tree::Tree(const std::string& children, const std::string& prologue) : ctx_(QM_CTX_Create(0)) {
+  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, kModuleC));
+  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, kModuleD));
+  const std::string xml =
+      prologue + "<top xmlns='urn:c' xmlns:c='urn:c' xmlns:dd='urn:d'>" + children + "</top>";
+  doc_ = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
+  EXPECT_NE(nullptr, doc_) << xml;
+  xmlNode* root = xmlDocGetRootElement(doc_);
+  root->_private = QMS_MOD_FindTopLevelSchemaNode(QM_CTX_GetModuleByModName(ctx_, "c"), "top");
+  EXPECT_NE(nullptr, root->_private);
+  BindChildren(root);
+}
+
+Tree::~Tree() {
+  xmlFreeDoc(doc_);
+  QM_CTX_Delete(ctx_);
+}
+
+xmlNode* Tree::Document() {
+  return static_cast<xmlNode*>(static_cast<void*>(doc_));
+}
+
+xmlNode* Tree::Element(const std::string& path) {
+  xmlNode* element = xmlDocGetRootElement(doc_);
+  std::istringstream names(path);
+  for (std::string name; element != nullptr && std::getline(names, name, '/');) {
+    element = Child(element, name);
+  }
+  EXPECT_NE(nullptr, element) << path;
+  return element;
+}
+
+uint32_t Tree::Eval(const std::string& path, const std::string& condition) {
+  return QM_XPATH_EvalCondition(Document(), Element(path), condition.c_str());
+}
+
+}  // namespace condition_tree

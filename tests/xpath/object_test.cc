@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "xpath/object.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "context/guard.h"
+#include "context/xml_tree.h"
+#include "tests/support/counting_memory.h"
+#include "xpath/compare.h"
+#include "xpath/functions.h"
+
+namespace {
+
+using Stack = QmOwn<RTK_DeleteStack>;
+using Object = QmOwn<QM_XPATH_FreeObject>;
+
+TEST(ObjectStack, GivesBackWhatWasPushed) {
+  Stack stack(RTK_CreateStack());
+  xmlNode node = {};
+  EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), &node));
+  EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), "abcd", 3));
+  EXPECT_EQ(nullptr, QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_NODE));
+  EXPECT_EQ(2u, RTK_GetSize(stack.Get()));
+  Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
+  ASSERT_TRUE(text);
+  EXPECT_STREQ("abc", text->value.string);
+  Object popped(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_NODE));
+  ASSERT_TRUE(popped);
+  EXPECT_EQ(&node, popped->value.node);
+  EXPECT_EQ(nullptr, QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_NODE));
+}
+
+TEST(ObjectStack, AnEmptyStringIsAString) {
+  Stack stack(RTK_CreateStack());
+  EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), "abc", 0));
+  Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
+  ASSERT_TRUE(text);
+  EXPECT_STREQ("", text->value.string);
+}
+
+TEST(ObjectStack, OnlyANodeOnTopIsReplaced) {
+  Stack stack(RTK_CreateStack());
+  xmlNode node = {};
+  EXPECT_EQ(22u, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), &node));
+  EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), nullptr));
+  EXPECT_EQ(nullptr, QM_XPATH_GetStackTopObjNode(stack.Get()));
+  EXPECT_EQ(0u, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), &node));
+  EXPECT_EQ(&node, QM_XPATH_GetStackTopObjNode(stack.Get()));
+  EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(stack.Get(), 1));
+  EXPECT_EQ(nullptr, QM_XPATH_GetStackTopObjNode(stack.Get()));
+  EXPECT_EQ(22u, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), nullptr));
+  Object boolean(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_BOOLEAN));
+  Object replaced(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_NODE));
+  EXPECT_TRUE(boolean && replaced);
+}
+
+TEST(ObjectStack, AFailedPushLeavesNothing) {
+  const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
+    Stack stack(RTK_CreateStack());
+    if (!stack) return;
+    const uint32_t ret = QM_XPATH_PushStringToObjStack(stack.Get(), "abc", 3);
+    Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
+    EXPECT_EQ(ret == 0, static_cast<bool>(text));
+    EXPECT_TRUE(ret == 0 || (refusing && ret == 12)) << ret;
+  });
+  EXPECT_EQ(8u, injected);  // stack, text, object and slots, in both modes
+}
+
+TEST(FreeObject, NullIsAccepted) {
+  QM_XPATH_FreeObject(nullptr);
+}
+
+// An operand of each type.
+struct Operand {
+  explicit Operand(double number) : Operand() {
+    EXPECT_EQ(0u, QM_XPATH_PushNumberToObjStack(stack.Get(), number));
+  }
+  explicit Operand(bool boolean) : Operand() {
+    EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(stack.Get(), boolean ? 1 : 0));
+  }
+  explicit Operand(const std::string& text) : Operand() {
+    EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), text.c_str(),
+                                                static_cast<uint32_t>(text.size())));
+  }
+  explicit Operand(xmlNode* node) : Operand() {
+    EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), node));
+  }
+  ~Operand() { QM_XPATH_FreeObject(static_cast<QmXpathObject*>(RTK_Pop(stack.Get()))); }
+  QmXpathObject* Get() { return static_cast<QmXpathObject*>(RTK_Peep(stack.Get())); }
+
+ private:
+  Operand() = default;
+  Stack stack{RTK_CreateStack()};
+};
+
+double NumberOf(Operand&& operand) {
+  EXPECT_EQ(0u, QM_XPATH_FuncNumberInner(operand.Get()));
+  EXPECT_EQ(QM_XPATH_OBJECT_NUMBER, operand.Get()->type);
+  return operand.Get()->value.number;
+}
+
+uint32_t BooleanOf(Operand&& operand) {
+  EXPECT_EQ(0u, QM_XPATH_FuncBooleanInner(operand.Get()));
+  EXPECT_EQ(QM_XPATH_OBJECT_BOOLEAN, operand.Get()->type);
+  return operand.Get()->value.boolean;
+}
+
+std::string StringOf(Operand&& operand) {
+  const uint32_t ret = QM_XPATH_FuncStringInner(operand.Get());
+  if (ret != 0) return "status " + std::to_string(ret);
+  EXPECT_EQ(QM_XPATH_OBJECT_STRING, operand.Get()->type);
+  return operand.Get()->value.string;
+}
+
+TEST(FuncNumberInner, ConvertsEachType) {
+  EXPECT_EQ(1.0, NumberOf(Operand(true)));
+  EXPECT_EQ(0.0, NumberOf(Operand(false)));
+  EXPECT_EQ(-1.5, NumberOf(Operand(std::string(" -1.5 "))));
+  EXPECT_TRUE(std::isnan(NumberOf(Operand(std::string("x")))));
+  EXPECT_TRUE(std::isnan(NumberOf(Operand(std::string()))));
+  EXPECT_EQ(2.5, NumberOf(Operand(2.5)));
+  EXPECT_EQ(0.0, NumberOf(Operand(static_cast<xmlNode*>(nullptr))));
+}
+
+TEST(FuncNumberInner, ANodeIsTheNumberOfItsRawText) {
+  xmlNode* element = xmlNewNode(nullptr, XmlChars("n"));
+  EXPECT_EQ(0.0, NumberOf(Operand(element)));  // without text
+  xmlNodeAddContent(element, XmlChars("42"));
+  EXPECT_EQ(42.0, NumberOf(Operand(element)));
+  xmlNodeAddContent(element, XmlChars("x"));
+  EXPECT_TRUE(std::isnan(NumberOf(Operand(element))));
+  xmlFreeNode(element);
+}
+
+TEST(FuncBooleanInner, ConvertsEachType) {
+  xmlNode node = {};
+  EXPECT_EQ(1u, BooleanOf(Operand(true)));
+  EXPECT_EQ(0u, BooleanOf(Operand(false)));
+  EXPECT_EQ(1u, BooleanOf(Operand(std::string("0"))));
+  EXPECT_EQ(0u, BooleanOf(Operand(std::string())));
+  EXPECT_EQ(1u, BooleanOf(Operand(&node)));
+  EXPECT_EQ(0u, BooleanOf(Operand(static_cast<xmlNode*>(nullptr))));
+  EXPECT_EQ(1u, BooleanOf(Operand(-0.5)));
+  EXPECT_EQ(1u, BooleanOf(Operand(2.220446049250313e-16)));
+  EXPECT_EQ(0u, BooleanOf(Operand(2.2e-16)));
+  EXPECT_EQ(0u, BooleanOf(Operand(-2.2e-16)));
+  EXPECT_EQ(0u, BooleanOf(Operand(0.0)));
+  EXPECT_EQ(0u, BooleanOf(Operand(std::numeric_limits<double>::quiet_NaN())));
+}
+
+TEST(FuncStringInner, ConvertsEachTypeButNumbers) {
+  EXPECT_EQ("true", StringOf(Operand(true)));
+  EXPECT_EQ("false", StringOf(Operand(false)));
+  EXPECT_EQ("abc", StringOf(Operand(std::string("abc"))));
+  EXPECT_EQ("", StringOf(Operand(static_cast<xmlNode*>(nullptr))));
+  EXPECT_EQ("status 22", StringOf(Operand(1.0)));
+}
+
+TEST(FuncNotInner, NegatesEachType) {
+  for (bool value : {true, false}) {
+    Operand operand(value);
+    EXPECT_EQ(0u, QM_XPATH_FuncNotInner(operand.Get()));
+    EXPECT_EQ(value ? 0u : 1u, operand.Get()->value.boolean);
+  }
+  Operand text(std::string("x"));
+  EXPECT_EQ(0u, QM_XPATH_FuncNotInner(text.Get()));
+  EXPECT_EQ(QM_XPATH_OBJECT_BOOLEAN, text.Get()->type);
+  EXPECT_EQ(0u, text.Get()->value.boolean);
+}
+
+TEST(GetExprEvalFunc, OnlyFourClassesHaveOne) {
+  EXPECT_EQ(&QM_XPATH_EvalOrExpr, QM_XPATH_GetExprEvalFunc(0));
+  EXPECT_EQ(&QM_XPATH_EvalAndExpr, QM_XPATH_GetExprEvalFunc(1));
+  EXPECT_EQ(&QM_XPATH_EvalEqualityExpr, QM_XPATH_GetExprEvalFunc(2));
+  EXPECT_EQ(&QM_XPATH_EvalRelationalExpr, QM_XPATH_GetExprEvalFunc(3));
+  for (uint32_t type : {4u, 5u, 6u, 7u, 8u, 9u, UINT32_MAX}) {
+    EXPECT_EQ(nullptr, QM_XPATH_GetExprEvalFunc(type)) << type;
+  }
+}
+
+TEST(EqualityCompare, TheTypeOfEitherSideDecides) {
+  struct {
+    Operand left;
+    Operand right;
+    bool equal;
+  } rows[] = {
+      {Operand(true), Operand(std::string("x")), true},
+      {Operand(7.0), Operand(true), true},
+      {Operand(1.0), Operand(std::string("1.0")), true},
+      {Operand(std::string("1")), Operand(std::string("1.0")), false},
+      {Operand(std::numeric_limits<double>::quiet_NaN()), Operand(1.0), false},
+      {Operand(1.0), Operand(1.0 + 1e-16), true},
+      {Operand(1.0), Operand(1.0 + 4e-16), false},
+  };
+  for (auto& row : rows) {
+    uint32_t equal = 9;
+    uint32_t different = 9;
+    EXPECT_EQ(0u, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
+                                                    QM_XPATH_OP_EQUAL, &equal));
+    EXPECT_EQ(0u, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
+                                                    QM_XPATH_OP_NOT_EQUAL, &different));
+    EXPECT_EQ(row.equal ? 1u : 0u, equal);
+    EXPECT_EQ(row.equal ? 0u : 1u, different);
+  }
+}
+
+TEST(RelationalCompare, NanIsNeitherBelowNorAbove) {
+  for (uint32_t operation = QM_XPATH_OP_GREATER; operation <= QM_XPATH_OP_LESS_EQUAL; ++operation) {
+    Operand nan(std::string("x"));
+    Operand one(1.0);
+    uint32_t result = 9;
+    EXPECT_EQ(0u, QM_XPATH_RelationalCompareTwoObject(nan.Get(), one.Get(), operation, &result));
+    EXPECT_EQ(0u, result);
+  }
+}
+
+}  // namespace
