@@ -6,6 +6,7 @@
 
 #include "tests/support/counting_memory.h"
 #include "tests/support/leaf_module.h"
+#include "tests/support/type_builder.h"
 #include "types/type.h"
 
 namespace {
@@ -112,6 +113,16 @@ TEST(Identityref, AnyOfTheBasesOfAnIdentityLeadsOn) {
 TEST(Identityref, TypeWithoutBasesIsNotChecked) {
   LeafModule module("<leaf name='x'><type name='identityref'/></leaf>");
   EXPECT_EQ(0u, module.CheckText("x", "anything")) << "only base statements check";
+}
+
+TEST(Identityref, EmptyListOfBasesAcceptsNothing) {
+  LeafModule module(kTransport);
+  type_builder::Dict dict;
+  type_builder::Type type(&dict, QMT_BASE_IDENTITYREF);
+  type_builder::AddBases(dict.Get(), type.Get(), {});
+  QmtCheckCtx checkCtx{};
+  checkCtx.ctx = module.ctx();
+  EXPECT_EQ(28674u, QMT_TYPE_ValidateValueNodeAgainstRealType(type.Get(), 1, "m:tcp", &checkCtx));
 }
 
 TEST(Identityref, CircleOfIdentitiesEnds) {
