@@ -56,31 +56,29 @@ static void FreeNodeList(QmsNode** list) {
   }
 }
 
-void QMS_MOD_DestroyNodeMember(QmsModule* mod) {
-  if (mod == nullptr) return;
-  FreeNodeList(&mod->dataNodes);
-  FreeNodeList(&mod->rpcNodes);
-  FreeNodeList(&mod->notifNodes);
-  FreeNodeList(&mod->augmentNodes);
+static void FreeNodeListWithoutTexts(QmsNode** list) {
+  FreeNodesWithoutTexts(*list);
+  *list = nullptr;
 }
 
-static void FreeWithoutTexts(QmsModule* mod) {
-  FreeNodesWithoutTexts(mod->dataNodes);
-  FreeNodesWithoutTexts(mod->rpcNodes);
-  FreeNodesWithoutTexts(mod->notifNodes);
-  FreeNodesWithoutTexts(mod->augmentNodes);
-  // A dictionary without buckets holds nothing, so nothing is released.
-  QmDict noTexts = {};
-  FreeDefinitions(&noTexts, mod);
+void QMS_MOD_DestroyNodeMember(QmsModule* mod) {
+  if (mod == nullptr) return;
+  const auto freeList = mod->ctx != nullptr ? FreeNodeList : FreeNodeListWithoutTexts;
+  freeList(&mod->dataNodes);
+  freeList(&mod->rpcNodes);
+  freeList(&mod->notifNodes);
+  freeList(&mod->augmentNodes);
 }
 
 void QMS_MOD_Free(QmsModule* mod) {
   if (mod == nullptr) return;
   if (mod->ctx != nullptr) {
     QMS_MOD_DestroyNonNodeMember(mod);
-    QMS_MOD_DestroyNodeMember(mod);
   } else {
-    FreeWithoutTexts(mod);
+    // A dictionary without buckets holds nothing, so no text is released.
+    QmDict noTexts = {};
+    FreeDefinitions(&noTexts, mod);
   }
+  QMS_MOD_DestroyNodeMember(mod);
   g_qmMemFreeFunc(mod);
 }
