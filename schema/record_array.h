@@ -51,20 +51,25 @@ void DropArrayOf(QmDict* dict, Elem** array, Count* count,
 }
 
 // Appends one element that `fill(element)` fills; a failed fill must leave its
-// element clear. The count is raised last.
+// element clear. The old block lives on until then, since `fill` may copy from an
+// element of it, and stays in place when anything fails.
 template <typename Elem, typename Fill>
 uint32_t AppendElem(Elem** array, uint16_t* count, Fill fill) {
-  if (*array == nullptr) *count = 0;
-  uint32_t ret = GrowByOne(array, *count);
+  const uint32_t used = *array == nullptr ? 0 : *count;
+  if (used >= kMaxArrayCount) return QM_INVALID;
+  Elem* grown = nullptr;
+  uint32_t ret = NewArrayOf(&grown, used + 1);
   if (ret != QM_OK) return ret;
-  ret = fill(&(*array)[*count]);
-  if (ret == QM_OK) {
-    ++*count;
-  } else if (*count == 0) {
-    // A block beside a count of 0 would be refused by the next growth.
-    FreeAndNull(array);
+  for (uint32_t i = 0; i < used; ++i) grown[i] = (*array)[i];
+  ret = fill(&grown[used]);
+  if (ret != QM_OK) {
+    g_qmMemFreeFunc(grown);
+    return ret;
   }
-  return ret;
+  g_qmMemFreeFunc(*array);
+  *array = grown;
+  *count = static_cast<uint16_t>(used + 1);
+  return QM_OK;
 }
 
 // A new array of deep copies; NULL for an empty one, and on failure.

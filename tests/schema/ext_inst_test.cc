@@ -172,6 +172,13 @@ TEST_F(ExtInst, MergeOfOneAppendsACopyWithItsChildren) {
   QMS_EXT_FreeExtInsts(dict_, target, targetCount);
 }
 
+TEST_F(ExtInst, MergeOfAnElementIntoItsOwnArrayCopiesIt) {
+  Append("x", "outer", nullptr);
+  Nest("x", "inner");
+  EXPECT_EQ(0u, QMS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &array_[0]));
+  EXPECT_EQ("x:outer(x:inner) x:outer(x:inner)", Text());
+}
+
 TEST_F(ExtInst, MergeOfOneWithoutMemoryForChildrenKeepsTheCount) {
   Append("x", "outer", nullptr);
   Nest("x", "inner");

@@ -446,6 +446,17 @@ TEST_F(FreeModule, WithoutContextNodesAndRecordGoButTextsStay) {
   // the context takes along.
 }
 
+TEST_F(FreeModule, NodesOfAModuleWithoutContextAreFreedOnTheirOwn) {
+  const size_t before = counting_memory::LiveBlocks();
+  ASSERT_NE(nullptr, AddChild(AddTop(module_, QMS_NODE_CONTAINER, "c"), QMS_NODE_LEAF, "l"));
+  const size_t texts = 2 * 2;  // an entry and its text each, which stay
+  module_->ctx = nullptr;
+  QMS_MOD_DestroyNodeMember(module_);
+  module_->ctx = ctx_;
+  EXPECT_EQ(nullptr, module_->dataNodes);
+  EXPECT_EQ(before + texts, counting_memory::LiveBlocks());
+}
+
 std::string g_freed;
 
 void NotePrivateData(QmsNode* node, void*) {
