@@ -186,22 +186,20 @@ static uint32_t PrepareRecord(QmsModule* module, QmtType* type, uint32_t baseTyp
   return QM_OK;
 }
 
-uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest) {
-  static_cast<void>(parentStmt);
-  auto* type = static_cast<QmtType*>(dest);
-  if (type == nullptr) return QM_INVALID;
-  const char* name = QM_XML_GetFirstPropertyValue(element);
-  if (name == nullptr) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "Failed to get value of statement \"%s\".", "typeName");
-    return QM_INVALID;
+static uint32_t CountAllKinds(xmlNode* element, uint32_t baseType, QmtTypeCounters* counters) {
+  if (baseType == QMT_BASE_TYPEDEF) {
+    const uint32_t ret = CountKind(counters, QMT_CONS_DERIVED);
+    if (ret != QM_OK) return ret;
   }
+  return QMT_LOADER_CountAndMarkTypeSubElem(element, counters);
+}
+
+// A record that cannot take the type is refused without a message; the message of
+// the statement above it tells.
+static uint32_t LoadType(QmsModule* module, xmlNode* element, const char* name, QmtType* type) {
   QmtTypeCounters counters = {};
   const uint32_t baseType = QMT_LOADER_GetBaseTypeFromTypeName(name);
-  uint32_t ret = baseType == QMT_BASE_TYPEDEF ? CountKind(&counters, QMT_CONS_DERIVED)
-                                              : static_cast<uint32_t>(QM_OK);
-  if (ret == QM_OK) ret = QMT_LOADER_CountAndMarkTypeSubElem(element, &counters);
+  uint32_t ret = CountAllKinds(element, baseType, &counters);
   if (ret == QM_OK) ret = PrepareRecord(module, type, baseType, &counters);
   if (ret != QM_OK || counters.distinct == 0) return ret;
   ret = QMT_LOADER_FillAllTypeConstraint(module, element, type, &counters);
@@ -210,4 +208,15 @@ uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t 
                        "Failed to parse value \"%s\" of statement \"%s\".", name, "type");
   }
   return ret;
+}
+
+uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                  void* dest) {
+  static_cast<void>(parentStmt);
+  if (dest == nullptr) return QM_INVALID;
+  const char* name = QM_XML_GetFirstPropertyValue(element);
+  if (name != nullptr) return LoadType(module, element, name, static_cast<QmtType*>(dest));
+  QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
+                     "Failed to get value of statement \"%s\".", "typeName");
+  return QM_INVALID;
 }

@@ -121,17 +121,13 @@ uint32_t QM_XPATH_EvalExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* ind
   return QM_XPATH_CalculateRemainExpr(ctx, expr, 0);
 }
 
-static bool TokenIs(const QmXpathExpr* expr, uint32_t index, uint32_t kind) {
-  return index < expr->count && expr->tokens[index].kind == kind;
-}
-
-static bool IsParenOrComma(const QmXpathExpr* expr, uint32_t index, uint32_t paren) {
-  return TokenIs(expr, index, paren) || TokenIs(expr, index, QM_XPATH_TOKEN_COMMA);
+static bool IsParenOrComma(uint32_t kind, uint32_t paren) {
+  return kind == paren || kind == QM_XPATH_TOKEN_COMMA;
 }
 
 // The closing token is left for the caller.
 uint32_t QM_XPATH_EvalSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  if (!IsParenOrComma(expr, *index, QM_XPATH_TOKEN_LPAREN)) return QM_XPATH_NOT_OPENED;
+  if (!IsParenOrComma(KindAt(expr, *index), QM_XPATH_TOKEN_LPAREN)) return QM_XPATH_NOT_OPENED;
   // Each level recurses, and conditions come from files.
   if (ctx->depth >= kQmXpathMaxDepth) return QM_XPATH_BAD_PAREN;
   uint32_t ret = QM_XPATH_PushExprTypeToStack(ctx, QM_XPATH_EXPR_BARRIER, *index);
@@ -141,7 +137,7 @@ uint32_t QM_XPATH_EvalSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* 
   ret = QM_XPATH_EvalExpr(ctx, expr, index);
   --ctx->depth;
   if (ret != QM_OK) return ret;
-  return IsParenOrComma(expr, *index, QM_XPATH_TOKEN_RPAREN) ? QM_OK : QM_XPATH_NOT_CLOSED;
+  return IsParenOrComma(KindAt(expr, *index), QM_XPATH_TOKEN_RPAREN) ? QM_OK : QM_XPATH_NOT_CLOSED;
 }
 
 uint32_t QM_XPATH_GetEvalResult(QmXpathEvalCtx* ctx) {

@@ -7,6 +7,11 @@
 #include "context/internal.h"
 #include "xpath/records.h"
 
+// The kind of a token; QM_XPATH_TOKEN_INVALID past the end.
+inline uint32_t KindAt(const QmXpathExpr* expr, uint32_t index) {
+  return index < expr->count ? expr->tokens[index].kind : uint32_t{QM_XPATH_TOKEN_INVALID};
+}
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Makes both stacks, 12 without memory; frees them with whatever they still hold.

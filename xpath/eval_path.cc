@@ -20,11 +20,6 @@ constexpr uint32_t kMaxNameTest = 2 * 64 + 1;  // prefix, ":" and name
 
 }  // namespace
 
-static uint32_t KindAt(const QmXpathExpr* expr, uint32_t index) {
-  return index < expr->count ? expr->tokens[index].kind
-                             : static_cast<uint32_t>(QM_XPATH_TOKEN_INVALID);
-}
-
 uint32_t QM_XPATH_EvalPathExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
   const uint32_t kind = KindAt(expr, *index);
   if (QM_XPATH_IsPrimaryExprBeginToken(kind) != 0)

@@ -9,12 +9,8 @@
 // Primary expressions, XPath 1.0 sections 3.1 and 3.2: literals, numbers, function
 // calls and parentheses. Each leaves one operand, a function call its result.
 
-static bool TokenIs(const QmXpathExpr* expr, uint32_t index, uint32_t kind) {
-  return index < expr->count && expr->tokens[index].kind == kind;
-}
-
 static uint32_t ConsumeClosingParen(const QmXpathExpr* expr, uint32_t* index) {
-  if (!TokenIs(expr, *index, QM_XPATH_TOKEN_RPAREN)) return QM_XPATH_BAD_PAREN;
+  if (KindAt(expr, *index) != QM_XPATH_TOKEN_RPAREN) return QM_XPATH_BAD_PAREN;
   ++*index;
   return QM_OK;
 }
@@ -25,8 +21,7 @@ static uint32_t EvalParentheses(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t
 }
 
 uint32_t QM_XPATH_EvalPrimaryExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  if (*index >= expr->count) return QM_XPATH_BAD_PRIMARY;
-  switch (expr->tokens[*index].kind) {
+  switch (KindAt(expr, *index)) {
     case QM_XPATH_TOKEN_LITERAL:
       return QM_XPATH_EvalLiteral(ctx, expr, index);
     case QM_XPATH_TOKEN_NUMBER:
@@ -59,7 +54,7 @@ uint32_t QM_XPATH_EvalFunctionCall(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint3
   const QmXpathFunc function = FindXpathFunction(expr->text + token->start, token->length);
   if (function == nullptr) return QM_XPATH_UNKNOWN_FUNCTION;
   ++*index;
-  if (!TokenIs(expr, *index, QM_XPATH_TOKEN_LPAREN)) return QM_XPATH_BAD_PAREN;
+  if (KindAt(expr, *index) != QM_XPATH_TOKEN_LPAREN) return QM_XPATH_BAD_PAREN;
   uint32_t ret = QM_XPATH_EvalFunctionCallArguments(ctx, expr, index);
   if (ret == QM_OK) ret = ConsumeClosingParen(expr, index);
   return ret != QM_OK ? ret : function(ctx);
@@ -72,6 +67,6 @@ uint32_t QM_XPATH_EvalFunctionCallArguments(QmXpathEvalCtx* ctx, QmXpathExpr* ex
   do {
     const uint32_t ret = QM_XPATH_EvalSubExpr(ctx, expr, index);
     if (ret != QM_OK) return ret;
-  } while (TokenIs(expr, *index, QM_XPATH_TOKEN_COMMA));
+  } while (KindAt(expr, *index) == QM_XPATH_TOKEN_COMMA);
   return QM_OK;
 }

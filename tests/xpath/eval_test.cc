@@ -440,10 +440,16 @@ TEST_F(Steps, ASubExpressionMustBeOpened) {
   EXPECT_EQ(28939u, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
 }
 
+TEST_F(Steps, ASubExpressionLeavesItsClosingTokenToTheCaller) {
+  Start("(1)");
+  EXPECT_EQ(0u, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(2u, index_);
+  EXPECT_EQ(0u, RTK_GetSize(ctx_.opStack));
+}
+
 TEST_F(Steps, ASubExpressionMustBeClosed) {
   Start("(1)");
-  // A barrier too many lets the inner expression end at the end of the input.
-  expr_->count = 2;
+  expr_->count = 2;  // the input ends before the ")"
   EXPECT_EQ(28930u, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
 }
 
