@@ -6,6 +6,7 @@
 
 #include <cstring>
 
+#include "context/array.h"
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/memory.h"
@@ -58,13 +59,17 @@ int32_t QM_CTX_FindSearchDirInTbl(QmCtx* ctx, const char* dir) {
 
 // Deliberate: one slot at a time, since a context has a handful of directories.
 uint32_t QM_CTX_AllocSearchDirBufferIfNeed(QmCtx* ctx) {
-  if (ctx->searchDirs != nullptr && ctx->searchDirCount < ctx->searchDirCap) return QM_OK;
-  const uint32_t capacity = ctx->searchDirs != nullptr ? ctx->searchDirCap + 1 : 1;
-  void* block = g_qmMemReAllocFunc(ctx->searchDirs, size_t{capacity} * sizeof(const char*));
+  if (ctx->searchDirs == nullptr) {
+    const uint32_t ret = NewArrayOf(&ctx->searchDirs, 1);
+    ctx->searchDirCap = ret == QM_OK ? 1 : 0;
+    return ret;
+  }
+  if (ctx->searchDirCount < ctx->searchDirCap) return QM_OK;
+  const size_t capacity = size_t{ctx->searchDirCap} + 1;
+  void* block = g_qmMemReAllocFunc(ctx->searchDirs, capacity * sizeof(const char*));
   if (block == nullptr) return QM_NO_MEMORY;
   ctx->searchDirs = static_cast<const char**>(block);
-  ctx->searchDirs[capacity - 1] = nullptr;
-  ctx->searchDirCap = capacity;
+  ctx->searchDirs[ctx->searchDirCap++] = nullptr;
   return QM_OK;
 }
 

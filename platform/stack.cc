@@ -20,7 +20,9 @@ constexpr uint32_t kFirstCapacity = 16;
 static bool GrowSlots(RtkStack* stack) {
   if (stack->capacity > UINT32_MAX / 2) return false;
   const uint32_t capacity = stack->capacity == 0 ? kFirstCapacity : stack->capacity * 2;
-  void* slots = g_qmMemReAllocFunc(stack->slots, size_t{capacity} * sizeof(void*));
+  const size_t size = size_t{capacity} * sizeof(void*);
+  void* slots =
+      stack->slots == nullptr ? g_qmMemMallocFunc(size) : g_qmMemReAllocFunc(stack->slots, size);
   if (slots == nullptr) return false;
   stack->slots = static_cast<void**>(slots);
   stack->capacity = capacity;

@@ -69,7 +69,7 @@ TEST_F(AddModError, NothingIsRecordedForNullArgumentsOrAFailedFormat) {
   QM_CTX_AddModError(nullptr, "m", "x");
   QM_CTX_AddModError(ctx_, nullptr, "x");
   const char* noFormat = nullptr;
-  QM_CTX_AddModError(ctx_, "m", noFormat);
+  QM_CTX_AddModError(ctx_, "m", noFormat, 1);
   const wchar_t unprintable[] = {0x20AC, 0};
   QM_CTX_AddModError(ctx_, "m", "%ls", unprintable);
   EXPECT_EQ(Texts{}, Recorded());
