@@ -400,6 +400,20 @@ TEST(LoadSubModule, AChainOf256IsFollowedAndALongerOneRefused) {
   }
 }
 
+// The depth of the XML bounds the depth of the statements: libxml2 parses 256
+// levels below the root.
+TEST(LoadModuleByModName, NestingIsAsDeepAsTheDocumentMayBe) {
+  for (size_t depth : {256, 257}) {
+    SCOPED_TRACE(depth);
+    Loader loader;
+    std::string body;
+    for (size_t i = 0; i < depth; ++i) body += "<container name='c'>";
+    for (size_t i = 0; i < depth; ++i) body += "</container>";
+    loader.Write("m.yin", yin::Module("m", body));
+    EXPECT_EQ(depth == 256 ? 0u : 22u, loader.Load("m"));
+  }
+}
+
 TEST(LoadModuleByModName, SurvivesRefusedMemory) {
   yin::Folder folder;
   static const yin::Folder* dir;
