@@ -406,12 +406,12 @@ TEST(RemoveAugments, AModuleThatIsNotAugmentedHasNothingToRemove) {
 static void DeviateAway(bool refusing) {
   yin::Context ctx;
   if (ctx.Get() == nullptr) return;
-  IgnoreStatus(QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x", Leaf("l"))).c_str()));
-  IgnoreStatus(QM_CTX_LoadMemory(
+  static_cast<void>(QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x", Leaf("l"))).c_str()));
+  static_cast<void>(QM_CTX_LoadMemory(
       ctx, yin::Module("a", Imports({"t"}) + Augment("/t:x", Container("y"))).c_str()));
-  IgnoreStatus(QM_CTX_LoadMemory(
+  static_cast<void>(QM_CTX_LoadMemory(
       ctx, yin::Module("b", Imports({"t", "a"}) + Augment("/t:x/a:y", Leaf("z"))).c_str()));
-  IgnoreStatus(QM_CTX_LoadMemory(
+  static_cast<void>(QM_CTX_LoadMemory(
       ctx, yin::Module("d", Imports({"t"}) + Deviation("/t:x/t:l", Deviate("add", Default("v"))) +
                                 Deviation("/t:x", NotSupported()))
                .c_str()));

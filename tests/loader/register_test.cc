@@ -234,8 +234,8 @@ static void LoadAndCouple(bool refusing) {
   const std::string body = Imports({"t"}) + Typedef("mine", "string") + LeafOfType("l", "mine") +
                            Augment("/t:x", LeafOfType("y", "mine")) +
                            Deviation("/t:k", Deviate("add", "<default value=\"v\"/>"));
-  IgnoreStatus(QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x") + Leaf("k")).c_str()));
-  IgnoreStatus(QM_CTX_LoadMemory(ctx, yin::Module("m", body).c_str()));
+  static_cast<void>(QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x") + Leaf("k")).c_str()));
+  static_cast<void>(QM_CTX_LoadMemory(ctx, yin::Module("m", body).c_str()));
   coupling::CheckLinks(ctx);
   if (refusing) return;
   EXPECT_EQ("x{y:m} k", coupling::Tree(QM_CTX_GetModuleByModName(ctx, "t")));

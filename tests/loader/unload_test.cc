@@ -444,9 +444,9 @@ static const char* g_dir = nullptr;
 static void UnloadAndReload(bool refusing) {
   yin::Context ctx;
   if (ctx.Get() == nullptr || QM_CTX_SetSearchDir(ctx, g_dir) != 0) return;
-  for (const char* name : {"t", "a", "b", "r"}) IgnoreStatus(QM_CTX_LoadModule(ctx, name));
+  for (const char* name : {"t", "a", "b", "r"}) static_cast<void>(QM_CTX_LoadModule(ctx, name));
   QmsModule* t = QM_CTX_GetModuleByModName(ctx, "t");
-  if (t != nullptr) IgnoreStatus(QM_MOD_EnableFeature(t, "*"));
+  if (t != nullptr) static_cast<void>(QM_MOD_EnableFeature(t, "*"));
   const uint32_t ret = QM_CTX_UnloadModule(ctx, "r");
   coupling::CheckLinks(ctx);
   if (!refusing) {
@@ -454,7 +454,7 @@ static void UnloadAndReload(bool refusing) {
     EXPECT_EQ("x{y:a{z:b}} l", coupling::Tree(QM_CTX_GetModuleByModName(ctx, "t")));
     EXPECT_EQ(1u, QM_CTX_IsModFeatureEnable(ctx, "t", "f2"));
   }
-  IgnoreStatus(QM_CTX_UnloadModule(ctx, "a"));
+  static_cast<void>(QM_CTX_UnloadModule(ctx, "a"));
   coupling::CheckLinks(ctx);
 }
 
