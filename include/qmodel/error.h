@@ -110,22 +110,128 @@ typedef enum QmErrTag {
   QM_ERR_TAG_MALFORMED_MESSAGE = 20
 } QmErrTag;
 
+/**
+ * @brief Gives the error-type of a record.
+ *
+ * @param[in] err  The record; NULL gives 0.
+ *
+ * @return A #QmErrType; #QM_ERR_TYPE_APPLICATION in every record that the library makes.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ *
+ * @see RFC 6241 section 4.3
+ */
 QM_API uint32_t QM_GetErrorType(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the error-severity of a record.
+ *
+ * @param[in] err  The record; NULL gives 0.
+ *
+ * @return A #QmErrSeverity; #QM_ERR_SEVERITY_ERROR in every record that the library makes.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ */
 QM_API uint32_t QM_GetErrorSeverity(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the error-tag of a record.
+ *
+ * @param[in] err  The record; NULL gives 0.
+ *
+ * @return A #QmErrTag.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ *
+ * @see RFC 6241 appendix A
+ */
 QM_API uint32_t QM_GetErrorTag(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the error-app-tag of a record.
+ *
+ * @param[in] err  The record; NULL gives NULL.
+ *
+ * @return "missing-choice", "must-violation" or the error-app-tag of the must
+ *         statement that failed; NULL for other failures, and when there was no
+ *         memory for it. Valid until the record is freed.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ *
+ * @see RFC 7950 section 15
+ */
 QM_API const char *QM_GetErrorAppTag(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the error-path of a record.
+ *
+ * Steps carry a module name where it differs from that of the step before,
+ * and predicates for list keys and leaf-list values, as in
+ * /modA:top/entry[name='x']/modB:leaf. Failures without an element have "/".
+ *
+ * @param[in] err  The record; NULL gives NULL.
+ *
+ * @return The path; NULL when it would be longer than 10239 characters or there
+ *         was no memory for it. Valid until the record is freed.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ */
 QM_API const char *QM_GetErrorPath(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the error-message of a record.
+ *
+ * @param[in] err  The record; NULL gives NULL.
+ *
+ * @return A text of at most 10240 characters; NULL in the general record, for a
+ *         must whose error-message is empty, and when there was no memory for
+ *         it. Valid until the record is freed.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ */
 QM_API const char *QM_GetErrorMessage(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the bad-element of a record.
+ *
+ * @param[in] err  The record; NULL gives NULL.
+ *
+ * @return The name of the element; NULL in the general record and when there was
+ *         no memory for it. Valid until the record is freed.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ */
 QM_API const char *QM_GetBadElement(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Gives the bad-attribute of a record.
+ *
+ * @param[in] err  The record; NULL gives NULL.
+ *
+ * @return NULL in every record that the library makes.
+ *
+ * @par Thread safety
+ * Reads the record only.
+ */
 QM_API const char *QM_GetBadAttribute(const QmErrNode *err) QM_NOEXCEPT;
 
+/**
+ * @brief Frees an error record with its texts.
+ *
+ * @param[in] err  The record; NULL is accepted.
+ *
+ * @par Thread safety
+ * The record belongs to the calling thread.
+ *
+ * @see QM_CTX_ValidateRpcDataTree()
+ */
 QM_API void QM_FreeErrNode(QmErrNode *err) QM_NOEXCEPT;
 
 QM_END_DECLS
