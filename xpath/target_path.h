@@ -9,8 +9,8 @@
 QM_BEGIN_INTERNAL_DECLS
 
 // Rewrites the prefixes of a schema-node path, as `module` declares them, to module
-// names; predicates are dropped. The first gives a new text, or NULL; the second
-// writes into `out`, 0 or 22. A converted path has at most 3095 characters.
+// names; predicates are dropped. The first gives a new text of 3095 characters at
+// most, or NULL; the second writes into `out`: 0, or 22 with a part of the path there.
 char* QM_XPATH_TransformToJsonFormat(QmsModule* module, const char* path);
 uint32_t QM_XPATH_GetJsonFormatXpath(QmsModule* module, const char* path, char* out,
                                      uint32_t outSize);

@@ -98,6 +98,12 @@ TEST_F(ExpandArray, FailureLeavesTheOldArray) {
   EXPECT_EQ(11u, Numbers()[0]);
 }
 
+TEST_F(ExpandArray, ASizeThatDoesNotFitGives12) {
+  // 5522622740 elements of 3340214413 bytes are 2^64 + 4 bytes, which wraps to 4.
+  EXPECT_EQ(12u, QM_UTL_ExpandArray(&block_, 4294967295u, 1227655445u, 3340214413u));
+  EXPECT_EQ(nullptr, block_);
+}
+
 TEST_F(ExpandArray, ACountBesideANullArrayCountsEmptyElements) {
   ASSERT_EQ(0u, QM_UTL_ExpandArray(&block_, 2, 1, sizeof(uint32_t)));
   for (int i = 0; i < 3; ++i) EXPECT_EQ(0u, Numbers()[i]);

@@ -63,6 +63,8 @@ TEST(ExprTokenize, EachSymbolHasItsKind) {
       {".", "4:."},
       {"/ /", "13:/ 13:/"},
       {"> =", "17:> 18:="},
+      {"a!=b", "8:a 18:!= 8:b"},
+      {"a>=b", "8:a 17:>= 8:b"},
   };
   ExpectTokens(kRows);
 }
