@@ -264,7 +264,9 @@ QM_API uint32_t QM_XPATH_IsRelativeLocationPathBeginToken(uint32_t kind) QM_NOEX
  * @brief Evaluates a condition over a bound data tree.
  *
  * The `_private` word of each element must be its schema node or NULL, as a
- * validation run sets it. A path selects the first child of each name; "and" and
+ * validation run sets it. That includes @p rootNode and all its children, which an
+ * absolute path can reach: a client who keeps data of its own in `_private` there
+ * must take it away before. A path selects the first child of each name; "and" and
  * "or" always evaluate both sides. Comparisons take the text of a node, with the
  * prefix of an identityref value replaced by its module name; a node that does
  * not exist compares as the empty text. Nothing is written to the tree.
