@@ -55,7 +55,6 @@ static bool IsTextSet(const char* const& text) {
 
 uint32_t QMS_NODE_SubtractLeaflistDefaults(QmDict* dict, QmsLeafList* payload, uint32_t newCount) {
   if (dict == nullptr || payload == nullptr || newCount > payload->defaultCount) return QM_INVALID;
-  if (payload->defaults == nullptr) newCount = 0;
   const uint32_t ret = CompactArrayOf(dict, &payload->defaults, payload->defaultCount, newCount,
                                       IsTextSet, ReleaseText);
   payload->defaultCount = payload->defaults == nullptr ? 0 : static_cast<uint16_t>(newCount);

@@ -100,14 +100,16 @@ bool CopyCounted(QmDict* dict, Elem** dst, uint16_t* dstCount, const Elem* src, 
 }
 
 // Replaces an array by one of the `newCount` elements in it that are still set.
-// When that cannot be made, nothing is left: *array is NULL then.
+// When that cannot be made, nothing is left: *array is NULL then. A count without
+// an array stays without one.
 template <typename Elem>
 uint32_t CompactArrayOf(QmDict* dict, Elem** array, uint32_t oldCount, uint32_t newCount,
                         bool (*isSet)(const Elem&), void (*clear)(QmDict*, Elem*)) {
   Elem* old = *array;
+  if (old == nullptr) return QM_OK;
   Elem* kept = nullptr;
   const uint32_t ret = NewArrayOf(&kept, newCount);
-  const uint32_t room = old != nullptr && ret == QM_OK ? newCount : 0;
+  const uint32_t room = ret == QM_OK ? newCount : 0;
   for (uint32_t i = 0, used = 0; i < oldCount && used < room; ++i) {
     if (isSet(old[i])) MoveElem(&kept[used++], &old[i]);
   }

@@ -242,6 +242,11 @@ TEST_F(Musts, SubtractToNothingFreesTheArray) {
   mustCount_ = 0;
 }
 
+TEST_F(Musts, SubtractMakesNoMustsOfACountWithoutArray) {
+  EXPECT_EQ(0u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 3, 2));
+  EXPECT_EQ(nullptr, musts_);
+}
+
 TEST_F(Musts, SubtractWithoutMemoryFreesBothArrays) {
   AppendMust("a", nullptr, nullptr);
   AppendMust("b", nullptr, nullptr);
