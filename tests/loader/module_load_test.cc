@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "context/dict.h"
 #include "context/upcalls.h"
 #include "loader/header.h"
 #include "loader/linkage.h"
@@ -264,6 +265,56 @@ TEST(LoadModuleByModName, CoupledAugmentsAreTakenOutBeforeAPartIsMergedAndPutBac
   }
   EXPECT_EQ("own a b ", names);
   EXPECT_EQ(uint32_t{QMS_NODE_COUPLED}, loader.Module("m")->augmentNodes->flags & 1u);
+}
+
+TEST(LoadModuleByModName, NodesOfOtherModulesInTheTreeMakeAMergeFail) {
+  Loader loader;
+  loader.Write("m@@x.yin", yin::Module("m", "<container name='c'/>"));
+  loader.Write("b.yin", yin::Module("b",
+                                    "<import module='m'><prefix value='m'/></import>"
+                                    "<augment target-node='/m:c'>" +
+                                        Leaf("f") + "</augment>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(0u, loader.Load("b"));
+  loader.Write("m@@y.yin", yin::Module("m", "<container name='c'>" + Leaf("g") + "</container>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m@@y.yin: Failed to merge node \"f\" under \"c\" with diff reason "
+                          "\"name\".",
+                          "m m@@y.yin: Failed to merge schema tree."));
+  EXPECT_NE(nullptr, yin::Find(loader.Module("m"), "c/f"));
+}
+
+TEST(LoadModuleByModName, AnAugmentWhosePathLeadsNowhereIsTakenOutBeforeAMergeAndOthersStay) {
+  Loader loader;
+  const std::string head = "<import module='t'><prefix value='t'/></import>";
+  loader.Write("t.yin", yin::Module("t", "<container name='c'/>"));
+  loader.Write("m@@x.yin",
+               yin::Module("m", head + "<container name='own'/><augment target-node='/t:c'>" +
+                                    Leaf("a") + "</augment>"));
+  loader.Write("b.yin", yin::Module("b",
+                                    "<import module='m'><prefix value='m'/></import>"
+                                    "<augment target-node='/m:own'>" +
+                                        Leaf("f") + "</augment>"));
+  for (const char* name : {"t", "m", "b"}) EXPECT_EQ(0u, loader.Load(name));
+  QmsNode* target = loader.Module("t")->dataNodes;
+  ASSERT_NE(nullptr, target->firstChild);
+  ASSERT_TRUE(InternText(&loader.Ctx()->dict, &target->name, "renamed"));
+  // The augment itself agrees, the tree does not: the foreign node is still there.
+  loader.Write("m@@y.yin", yin::Module("m", head + "<container name='own'>" + Leaf("g") +
+                                                "</container><augment target-node='/t:c'>" +
+                                                Leaf("a") + "</augment>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m@@y.yin: Failed to merge node \"f\" under \"own\" with diff reason "
+                          "\"name\".",
+                          "m m@@y.yin: Failed to merge schema tree."));
+  EXPECT_EQ(nullptr, target->firstChild);
+  const QmsNode* augment = loader.Module("m")->augmentNodes;
+  EXPECT_EQ(0u, augment->flags & QMS_NODE_COUPLED);
+  ASSERT_NE(nullptr, augment->firstChild);
+  EXPECT_EQ(augment, augment->firstChild->parent);
+  EXPECT_NE(nullptr, yin::Find(loader.Module("m"), "own/f"));
 }
 
 TEST(LoadModuleByPath, TheFirstFileBecomesTheModule) {
