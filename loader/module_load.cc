@@ -10,10 +10,12 @@
 #include "context/context.h"
 #include "context/guard.h"
 #include "context/load_error.h"
+#include "loader/detach.h"
 #include "loader/file_lookup.h"
 #include "loader/header.h"
 #include "loader/reader.h"
 #include "schema/merge_definitions.h"
+#include "schema/node.h"
 
 static constexpr uint8_t kFilesPerLoad = 10;
 
@@ -25,22 +27,21 @@ QmsModule* QMS_LOADER_ReadFilePathToQmMod(QmCtx* ctx, const char* path, const ch
   return nullptr;
 }
 
-// Whether a regular uncoupling left an augment of the module in its target.
-static bool UncoupleEach(QmsModule* module) {
-  bool anyLeft = false;
+// An augment whose path no longer leads to its target is taken out by its links.
+static void UncoupleAll(QmsModule* module) {
   for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
-    if ((augment->flags & QMS_NODE_COUPLED) == 0) continue;
+    if (!IsCoupledAugment(augment)) continue;
     static_cast<void>(QMS_NODE_UnCoupleAugmentNode(augment));
-    anyLeft = anyLeft || (augment->flags & QMS_NODE_COUPLED) != 0;
+    if (IsCoupledAugment(augment)) ForceDetach(augment);
   }
-  return anyLeft;
 }
 
 // A merge moves nodes under the augments of the destination. Under a coupled one
 // that would cut the child list of its target, so the augments are taken out
-// first; the registration couples them again.
+// first; the registration couples them again. Those of other modules stay: their
+// nodes in the trees of the destination belong to the comparison.
 static uint32_t MergeInto(QmCtx* ctx, QmsModule* module, QmsModule* part, const char* modName) {
-  if (UncoupleEach(module)) DetachModuleAugments(ctx, module);
+  UncoupleAll(module);
   const uint32_t ret = QMS_MOD_MergeTwoModuleInSameCtx(module, part);
   if (ret != QM_OK) QM_CTX_AddModError(ctx, modName, "Failed to merge module \"%s\".", modName);
   return ret;
