@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Messages come from the network and may be long. A run must cost no more than
+// their length: each of these has so many siblings that a search through them
+// for each entry, 10^10 steps, would keep the test going for minutes.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "data/child_lookup.h"
+#include "data/data_node.h"
+#include "data/validate.h"
+#include "tests/support/message_fixture.h"
+
+namespace {
+
+using message_fixture::Document;
+using message_fixture::Schema;
+using message_fixture::ValidateRpc;
+
+constexpr int kEntries = 100000;
+
+std::string Repeat(const std::string& text, int times) {
+  std::string all;
+  all.reserve(text.size() * static_cast<size_t>(times));
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+std::string Leaf(const std::string& name, const std::string& before = "",
+                 const std::string& after = "") {
+  return "<leaf name=\"" + name + "\">" + before + "<type name=\"string\"/>" + after + "</leaf>";
+}
+
+std::string Rpc(const std::string& input) {
+  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
+}
+
+std::string Message(const std::string& content) {
+  return "<r xmlns='urn:m'>" + content + "</r>";
+}
+
+class LargeMessage : public testing::Test {
+ protected:
+  Schema schema_;
+};
+
+TEST_F(LargeMessage, EntriesBelowOneCase) {
+  schema_.Load("m",
+               Rpc("<choice name=\"ch\"><case name=\"x\"><list name=\"li\"><key value=\"k\"/>" +
+                   Leaf("k") + "</list></case><case name=\"y\">" + Leaf("y") + "</case></choice>"));
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), Message(Repeat("<li><k>1</k></li>", kEntries))));
+  EXPECT_EQ("8|/m:r/y|Data for more than one case branch of a choice is present.|y|-",
+            ValidateRpc(schema_.ctx(), Message(Repeat("<li><k>1</k></li>", kEntries) + "<y/>")));
+}
+
+TEST_F(LargeMessage, EntriesOfANestedChoiceBetweenForeignOnes) {
+  schema_.Load("m", Rpc("<choice name=\"ch\"><case name=\"x\"><choice name=\"in\"><case name=\"p\">"
+                        "<list name=\"li\"/></case></choice></case></choice>"));
+  const std::string import = "<import module=\"m\"><prefix value=\"m\"/></import>";
+  schema_.Load("k", import + "<augment target-node=\"/m:r/m:input\"><list name=\"fo\"/></augment>");
+  schema_.Load(
+      "l", import + "<augment target-node=\"/m:r/m:input/m:ch/m:x\"><list name=\"fx\"/></augment>");
+  EXPECT_EQ("valid",
+            ValidateRpc(schema_.ctx(), Message(Repeat("<li/><fo xmlns='urn:k'/><fx xmlns='urn:l'/>",
+                                                      kEntries / 3))));
+}
+
+TEST_F(LargeMessage, EveryEntryIsCompletedConditionedAndChecked) {
+  schema_.Load("m",
+               Rpc("<list name=\"li\"><key value=\"k\"/><when condition=\"not(../nothing)\"/>"
+                   "<must condition=\"../limit = '5'\"/>" +
+                   Leaf("k") + Leaf("a", "", "<default value=\"1\"/>") +
+                   Leaf("b", "<when condition=\"../../nothing\"/>", "<default value=\"1\"/>") +
+                   Leaf("c", "<when condition=\"../../nothing\"/>", "<mandatory value=\"true\"/>") +
+                   "</list>" + Leaf("limit")));
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), Message(Repeat("<li><k>1</k></li>", kEntries) +
+                                                        "<limit>5</limit>")));
+}
+
+TEST_F(LargeMessage, DefaultsAmongLongRunsOfForeignSiblings) {
+  std::string input;
+  for (int i = 0; i < 20; ++i) {
+    const std::string number = std::to_string(i);
+    input += Leaf("d" + number, "", "<default value=\"1\"/>") + "<container name=\"c" + number +
+             "\">" + Leaf("x", "", "<default value=\"1\"/>") + "</container>";
+  }
+  schema_.Load("m", Rpc(input + "<leaf-list name=\"z\"><type name=\"string\"/></leaf-list>"));
+  schema_.Load("k",
+               "<import module=\"m\"><prefix value=\"m\"/></import>"
+               "<augment target-node=\"/m:r/m:input\"><leaf-list name=\"f\">"
+               "<type name=\"string\"/></leaf-list></augment>");
+  EXPECT_EQ("valid",
+            ValidateRpc(schema_.ctx(), Message(Repeat("<f xmlns='urn:k'>1</f>", kEntries / 2) +
+                                               Repeat("<z>1</z>", kEntries / 2))));
+}
+
+// Added first to all entries of one list and then to those of the other, they are
+// taken away in the order of the document, where the entries alternate.
+TEST_F(LargeMessage, DefaultsAreTakenAwayInAnotherOrderThanAdded) {
+  const std::string gone =
+      Leaf("gone", "<when condition=\"../nothing\"/>", "<default value=\"1\"/>");
+  schema_.Load("m", Rpc("<list name=\"li\">" + gone + "</list>"));
+  schema_.Load("k",
+               "<import module=\"m\"><prefix value=\"m\"/></import>"
+               "<augment target-node=\"/m:r/m:input\"><list name=\"lj\">" +
+                   gone + "</list></augment>");
+  Document doc(Message(Repeat("<li/><lj xmlns='urn:k'/>", kEntries)));
+  const std::string before = doc.Dump();
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), doc));
+  EXPECT_EQ(before, doc.Dump());
+}
+
+TEST_F(LargeMessage, NotificationLosesAllEntriesBehindALongRun) {
+  schema_.Load("m",
+               "<notification name=\"n\"><leaf-list name=\"f\"><type name=\"string\"/></leaf-list>"
+               "<list name=\"li\"><when condition=\"../nothing or ../li/x\"/>" +
+                   Leaf("x") +
+                   "</list><list name=\"lm\"><must condition=\"../last = '1'\"/></list>" +
+                   Leaf("last") + "</notification>");
+  const std::string run = Repeat("<f>1</f>", kEntries);
+  EXPECT_EQ("<n xmlns=\"urn:m\">" + run + "<last>2</last></n>",
+            message_fixture::ValidateNotif(schema_.ctx(),
+                                           "<n xmlns='urn:m'>" + run + Repeat("<li/>", kEntries) +
+                                               Repeat("<lm/>", kEntries) + "<last>2</last></n>"));
+}
+
+TEST_F(LargeMessage, CommentsAndTextBetweenEntries) {
+  schema_.Load("m", Rpc("<list name=\"li\"/>" + Leaf("a")));
+  EXPECT_EQ("valid",
+            ValidateRpc(schema_.ctx(), Message(Repeat("<!--x--><li/>", kEntries) + "<a/>")));
+}
+
+// What a run keeps of its searches must give the same answers as the tree.
+class KeptAnswers : public testing::Test {
+ protected:
+  KeptAnswers() : doc_("<r>" + Repeat("<f/>", 100) + "<a n='1'/><a n='2'><x/></a><b/></r>") {}
+  xmlNode* Find(const char* name) { return QMD_PAS_FindChildDataNode(doc_.root(), name); }
+  Document doc_;
+};
+
+TEST_F(KeptAnswers, AreTheFirstChildOfTheName) {
+  const ChildLookup lookup;
+  xmlNode* first = Find("a");
+  EXPECT_EQ(doc_.Find("a"), first);
+  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "a"));
+  EXPECT_EQ(first, Find("a"));
+  EXPECT_EQ(nullptr, Find("none"));
+  EXPECT_EQ(nullptr, Find("none"));
+}
+
+TEST_F(KeptAnswers, FollowRemovals) {
+  const ChildLookup lookup;
+  xmlNode* first = Find("a");
+  xmlNode* second = first->next;
+  EXPECT_EQ(nullptr, lookup.Find(second, "x"));
+  NoteChildLeaves(first);
+  xmlUnlinkNode(first);
+  xmlFreeNode(first);
+  EXPECT_EQ(second, Find("a"));
+  NoteChildLeaves(second);
+  xmlUnlinkNode(second);
+  xmlFreeNode(second);
+  EXPECT_EQ(nullptr, Find("a"));
+}
+
+TEST_F(KeptAnswers, FollowAdditions) {
+  const ChildLookup lookup;
+  EXPECT_EQ(nullptr, Find("none"));
+  xmlNode* added =
+      xmlNewDocNode(doc_.doc(), nullptr, reinterpret_cast<const xmlChar*>("none"), nullptr);
+  ASSERT_EQ(added, xmlAddChild(doc_.root(), added));
+  NoteChildAdded(added);
+  EXPECT_EQ(added, Find("none"));
+}
+
+TEST_F(KeptAnswers, OfAParentThatLeavesAreDropped) {
+  Document doc("<r><c>" + Repeat("<f/>", 100) + "</c></r>");
+  const ChildLookup lookup;
+  xmlNode* container = doc.Find("c");
+  EXPECT_EQ(nullptr, QMD_PAS_FindChildDataNode(container, "none"));
+  EXPECT_NE(nullptr, lookup.Find(container, "none"));
+  NoteChildLeaves(container);
+  EXPECT_EQ(nullptr, lookup.Find(container, "none"));
+}
+
+TEST_F(KeptAnswers, EndWithTheirRun) {
+  {
+    const ChildLookup outer;
+    {
+      const ChildLookup inner;
+      EXPECT_EQ(&inner, ActiveChildLookup());
+    }
+    EXPECT_EQ(&outer, ActiveChildLookup());
+  }
+  EXPECT_EQ(nullptr, ActiveChildLookup());
+}
+
+TEST_F(KeptAnswers, AreReplacedWhenTheTableIsFull) {
+  const ChildLookup lookup;
+  for (int i = 0; i < 1000; ++i) {
+    EXPECT_EQ(nullptr, Find(("none" + std::to_string(i)).c_str()));
+  }
+  EXPECT_EQ(doc_.Find("a"), Find("a"));
+  EXPECT_EQ(doc_.Find("b"), Find("b"));
+  EXPECT_EQ(nullptr, lookup.Find(doc_.root(), "none1"));
+  EXPECT_EQ(nullptr, Find(std::string(80, 'x').c_str())) << "too long to be kept";
+}
+
+}  // namespace
