@@ -67,7 +67,6 @@ void QMS_MDL_ClearIdentBase(QmDict* dict, QmsIdentBase* base);
 void QMS_MDL_ClearExtension(QmDict* dict, QmsExtension* ext);
 void QMS_MOD_ClearDeviate(QmDict* dict, QmsDeviate* deviate);
 void QMS_MOD_ClearDeviation(QmDict* dict, QmsDeviation* deviation);
-void QMS_TYPE_DestroyTypDefInner(QmDict* dict, QmsTypedef* td);
 void QMS_MOD_FreeImports(QmDict* dict, QmsImport* imports, uint32_t count);
 void QMS_MOD_FreeIncludes(QmDict* dict, QmsInclude* includes, uint32_t count);
 void QMS_MOD_FreeFeatures(QmDict* dict, QmsFeature* features, uint32_t count);

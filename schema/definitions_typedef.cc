@@ -81,15 +81,6 @@ QmsTypedef* QMS_MOD_FindQmsTypDefByName(QmsModule* mod, const char* name) {
   return QMS_MOD_FindTypDefObjByName(mod->typedefs, mod->typedefCount, name);
 }
 
-void QMS_TYPE_DestroyTypDefInner(QmDict* dict, QmsTypedef* td) {
-  if (td == nullptr) return;
-  ReleaseText(dict, &td->name);
-  ReleaseText(dict, &td->defaultValue);
-  ReleaseText(dict, &td->units);
-  QMT_TYPE_DestroyQmtRealTypeInner(dict, &td->type);
-  td->type = QmtType{};
-}
-
 void QMS_TYPE_FreeTypDefArray(QmDict* dict, QmsTypedef* typedefs, uint32_t count) {
   FreeArrayOf(dict, typedefs, count, QMS_TYPE_DestroyTypDefInner);
 }

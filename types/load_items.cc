@@ -77,18 +77,20 @@ uint32_t FillBases(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConst
                                           static_cast<QmtConsBase*>(entry->body)->items);
 }
 
+uint32_t InternPart(QmsModule* module, const char* text, size_t length, const char** field) {
+  QmHeld<char> part(static_cast<char*>(AllocZeroed(length + 1)));
+  if (!part) return QM_NO_MEMORY;
+  std::memcpy(part.Get(), text, length);
+  return InternText(DictOfModule(module), field, part.Get()) ? QM_OK : QM_NO_MEMORY;
+}
+
 // Patterns match whole values anyway, so "^" and "$" around one are dropped; the
 // pattern language would take them as characters (RFC 7950 section 9.4.5).
 static uint32_t InternPattern(QmsModule* module, const char* argument, const char** pattern) {
   const size_t length = RTK_StrLen(argument);
   const bool anchored = length > 1 && argument[0] == '^' && argument[length - 1] == '$';
-  if (!anchored) {
-    return InternText(DictOfModule(module), pattern, argument) ? QM_OK : QM_NO_MEMORY;
-  }
-  QmHeld<char> inner(static_cast<char*>(AllocZeroed(length - 1)));
-  if (!inner) return QM_NO_MEMORY;
-  std::memcpy(inner.Get(), argument + 1, length - 2);
-  return InternText(DictOfModule(module), pattern, inner.Get()) ? QM_OK : QM_NO_MEMORY;
+  if (anchored) return InternPart(module, argument + 1, length - 2, pattern);
+  return InternPart(module, argument, length, pattern);
 }
 
 static uint32_t FillOnePattern(QmsModule* module, xmlNode* element, void* item,

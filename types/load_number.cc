@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <cstring>
 #include <limits>
 
 #include <qmodel/error.h>
@@ -138,14 +137,8 @@ static const xmlNode* FirstChildElement(const xmlNode* element) {
 static uint32_t InternFirstSentence(QmsModule* module, const char* text, const char** out) {
   const char* stop = RTK_StrChr(text, '.');
   if (stop == text) return QM_OK;
-  if (stop == nullptr) {
-    return InternText(DictOfModule(module), out, text) ? QM_OK : QM_NO_MEMORY;
-  }
-  const size_t length = static_cast<size_t>(stop - text);
-  QmHeld<char> sentence(static_cast<char*>(AllocZeroed(length + 1)));
-  if (!sentence) return QM_NO_MEMORY;
-  std::memcpy(sentence.Get(), text, length);
-  return InternText(DictOfModule(module), out, sentence.Get()) ? QM_OK : QM_NO_MEMORY;
+  return InternPart(module, text,
+                    stop == nullptr ? RTK_StrLen(text) : static_cast<size_t>(stop - text), out);
 }
 
 uint32_t QM_LOADER_FillDescWithOneEnum(QmsModule* module, xmlNode* enumElem,

@@ -2,6 +2,7 @@
 #pragma once
 #include <libxml/tree.h>
 
+#include <cstddef>
 #include <cstdint>
 
 #include "context/internal.h"
@@ -55,6 +56,9 @@ xmlNode* FirstChildElementNamed(const xmlNode* element, const char* name);
 // to, the module's own without a prefix, and the name itself. 22 or 12 on failure.
 uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** moduleName,
                            const char** name);
+
+// Interns the first `length` characters of `text`, also none; 12 without memory.
+uint32_t InternPart(QmsModule* module, const char* text, size_t length, const char** field);
 
 // The fill functions of the ten kinds; reached through the table below.
 uint32_t FillDerived(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,

@@ -15,14 +15,6 @@
 // The typedef statement, RFC 7950 section 7.3: its name, then type, default and
 // units. Its base need not exist yet; nothing is resolved while parsing.
 
-static void DestroyTypedef(QmDict* dict, QmsTypedef* td) {
-  ReleaseText(dict, &td->name);
-  ReleaseText(dict, &td->defaultValue);
-  ReleaseText(dict, &td->units);
-  QMT_TYPE_DestroyQmtRealTypeInner(dict, &td->type);
-  td->type.rangeFlags = 0;
-}
-
 static uint32_t ParseTypedefBody(QmsModule* module, xmlNode* element, QmsTypedef* td,
                                  const char* name) {
   QmsSubStmtDesc table[] = {
@@ -42,7 +34,6 @@ static uint32_t ParseTypedefBody(QmsModule* module, xmlNode* element, QmsTypedef
                        "typedef \"%s\" must define with type statement.", name);
     return QM_INVALID;
   }
-  if (td->defaultValue == nullptr) return QM_OK;
   return QMS_LOADER_RefreshTypeDefDefaultValue(module, td);
 }
 
@@ -59,6 +50,6 @@ uint32_t QMT_LOADER_ParseTypeDefStmt(QmsModule* module, xmlNode* element, uint32
   }
   if (!InternText(DictOfModule(module), &td->name, name)) return QM_NO_MEMORY;
   const uint32_t ret = ParseTypedefBody(module, element, td, name);
-  if (ret != QM_OK) DestroyTypedef(DictOfModule(module), td);
+  if (ret != QM_OK) QMS_TYPE_DestroyTypDefInner(DictOfModule(module), td);
   return ret;
 }

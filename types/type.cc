@@ -10,6 +10,7 @@
 #include <qmodel/schema.h>
 
 #include "context/array.h"
+#include "context/dict.h"
 #include "context/guard.h"
 #include "types/constraint.h"
 
@@ -39,6 +40,15 @@ void QMT_TYPE_DestroyQmtRealType(QmDict* dict, QmtType* type) {
   if (type == nullptr) return;
   QMT_TYPE_DestroyQmtRealTypeInner(dict, type);
   g_qmMemFreeFunc(type);
+}
+
+void QMS_TYPE_DestroyTypDefInner(QmDict* dict, QmsTypedef* td) {
+  if (td == nullptr) return;
+  ReleaseText(dict, &td->name);
+  ReleaseText(dict, &td->defaultValue);
+  ReleaseText(dict, &td->units);
+  QMT_TYPE_DestroyQmtRealTypeInner(dict, &td->type);
+  td->type = QmtType{};
 }
 
 static bool CopyConstraint(QmDict* dict, QmtConstraint* dst, const QmtConstraint* src) {

@@ -24,6 +24,8 @@ QmtType* QMT_TYPE_CopyQmtRealType(QmDict* dict, const QmtType* src);
 void QMT_TYPE_DestroyTypeConstraintArray(QmDict* dict, QmtType* type);
 void QMT_TYPE_DestroyQmtRealTypeInner(QmDict* dict, QmtType* type);
 void QMT_TYPE_DestroyQmtRealType(QmDict* dict, QmtType* type);
+// Releases what a typedef record holds; the record is zero afterwards.
+void QMS_TYPE_DestroyTypDefInner(QmDict* dict, QmsTypedef* td);
 
 // Look-ups in the record itself; none follows the chain of typedefs.
 void* QMT_TYPE_GetTypeConsDataByConsType(const QmtType* type, uint32_t kind);

@@ -863,12 +863,14 @@ QM_API QM_NODISCARD uint32_t QM_NODE_ScanDerivedType(QmsNode *node, QmDerivedTyp
  * @param[in] input      the value; stays the caller's
  *
  * @retval 0      The value is valid.
+ * @retval 12     Memory ran out while the bases of an identity were followed.
  * @retval 22     @p node is NULL, has no type or belongs to no context, or the
  *                type cannot be used.
  * @retval 28672  A restriction of the type has no content.
  * @retval 28673  A typedef is not loaded, or more than 128 links were followed.
  * @retval 28674  The value is no identity derived from the bases of the type.
- * @retval 28675  The value is no list of the type's bits.
+ * @retval 28675  The value is no list of the type's bits, or memory ran out
+ *                while it was read.
  * @retval 28676  The value is no enum of the type.
  * @retval 28677  The length is outside the length restriction.
  * @retval 28678  The leaf of a leafref, or its type, is not found.
@@ -890,8 +892,9 @@ QM_API QM_NODISCARD uint32_t QM_NODE_ValidateValue(QmsNode *node, uint32_t input
 /**
  * @brief Gives the type that accepts a value of a leaf or leaf-list.
  *
- * For a union this is the member that accepts the value. Otherwise it is the
- * type of the node or the first one recorded along its typedefs.
+ * For a union this is the member that accepts the value, and for a leafref the
+ * type of the leaf to which it refers. Where that type derives from a typedef it
+ * is the type of the innermost typedef; otherwise it is that type itself.
  *
  * @param[in] node       a leaf or leaf-list; NULL is refused
  * @param[in] inputKind  how @p input is given, as for QM_NODE_ValidateValue()

@@ -27,8 +27,9 @@
  * back and forth. The matcher gives up after a fixed amount of work, and the
  * value then counts as one that does not match; with a pattern such as
  * "(a|aa|aaa)*b" that can take a third of a second for each value. Nested
- * unions are tried member by member; a check that has tried 65536 members, or
- * has unions nested more than 128 deep, refuses the value with 28681.
+ * unions are tried member by member; a union that is nested more than 128 deep
+ * accepts nothing, and neither does any other once a check has tried 65536
+ * members. Both count as 28681.
  *
  * Thread safety: all functions only read the schema. They may run side by side
  * while no module is loaded or unloaded in the same context.

@@ -387,7 +387,10 @@ TEST(FillPath, PrefixesBecomeModuleNames) {
   constexpr Row kRows[] = {
       {"<type name='leafref'><path value='/p:a/o:b/c'/></type>", "leafref path{/m:a/other:b/c 1}"},
       {"<type name='leafref'><path value='../x'/></type>", "leafref path{../m:x 1}"},
+      {"<type name='leafref'><path value='../o:x/y'/></type>", "leafref path{../other:x/y 1}"},
       {"<type name='leafref'><path value=\"/a[k='1']/b\"/></type>", "leafref path{/m:a/b 1}"},
+      {"<type name='leafref'><path value='/a[k=current()/../o:k]/b'/></type>",
+       "leafref path{/m:a/b 1}"},
       {"<type name='leafref'><path value='a/b'/></type>", "status 22"},
       {"<type name='leafref'><path value=' /a'/></type>", "status 22"},
       {"<type name='leafref'><path value='/a /b'/></type>", "status 22"},

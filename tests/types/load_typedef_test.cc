@@ -33,10 +33,7 @@ uint32_t Parse(Module* module, const std::string& xml, QmsTypedef* td) {
 }
 
 void Destroy(Module* module, QmsTypedef* td) {
-  ReleaseText(module->Dict(), &td->name);
-  ReleaseText(module->Dict(), &td->defaultValue);
-  ReleaseText(module->Dict(), &td->units);
-  QMT_TYPE_DestroyQmtRealTypeInner(module->Dict(), &td->type);
+  QMS_TYPE_DestroyTypDefInner(module->Dict(), td);
 }
 
 void ExpectZero(const QmsTypedef& td) {
@@ -45,6 +42,7 @@ void ExpectZero(const QmsTypedef& td) {
   EXPECT_EQ(nullptr, td.units);
   EXPECT_EQ("typedef", DumpType(&td.type));
   EXPECT_EQ(nullptr, td.type.cons);
+  EXPECT_EQ(0, td.type.rangeFlags);
 }
 
 TEST(ParseTypeDefStmt, KeepsNameTypeDefaultAndUnits) {
