@@ -110,16 +110,25 @@ uint32_t QMS_LOADER_FillFullNameWithRevision(QmsPathCollection* collection, cons
   return ret;
 }
 
+// Adds the candidates of one directory. Only missing memory is a failure: a
+// listing that was cut short deliberately does not end the search.
+static bool FillFromDir(QmsPathCollection* collection, const char* dir, const char* name,
+                        bool* isPlain) {
+  uint32_t ret = QMS_LOADER_FillFullNameWithNoRevision(collection, dir, name);
+  *isPlain = ret != QM_NOT_FOUND;
+  if (!*isPlain) ret = QMS_LOADER_FillFullNameWithRevision(collection, dir, name);
+  return ret != QM_NO_MEMORY;
+}
+
 QmsPathCollection* QMS_LOADER_CollectFilePathMatchedInAllDir(QmCtx* ctx, const char* name) {
   if (ctx == nullptr || !IsFileNameSafe(name)) return nullptr;
   QmOwn<FreePathCollection> collection(NewRecord<QmsPathCollection>());
   if (!collection) return nullptr;
   collection->maxTries = kTriesByDefault;
-  for (uint32_t i = 0; i < ctx->searchDirCount; ++i) {
-    const char* dir = ctx->searchDirs[i];
-    if (QMS_LOADER_FillFullNameWithNoRevision(collection.Get(), dir, name) != QM_NOT_FOUND) break;
-    // Deliberate: a listing that was cut short does not end the search.
-    static_cast<void>(QMS_LOADER_FillFullNameWithRevision(collection.Get(), dir, name));
+  bool isPlain = false;
+  for (uint32_t i = 0; i < ctx->searchDirCount && !isPlain; ++i) {
+    // With gaps in the list, a part of a module would be loaded for the whole.
+    if (!FillFromDir(collection.Get(), ctx->searchDirs[i], name, &isPlain)) return nullptr;
   }
   return collection->count > 0 ? collection.Release() : nullptr;
 }

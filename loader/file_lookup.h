@@ -17,8 +17,9 @@ void ClearLoadAssister(QmsLoadAssister* assister);
 QM_BEGIN_INTERNAL_DECLS
 
 // All files of a module or submodule: a new list, freed by the caller with
-// FreePathCollection(), or NULL when there is none. The plain file "name.yin" of
-// a directory ends the search; files "name@….yin" let it go on to the next one.
+// FreePathCollection(), or NULL when there is none or memory ran out. The plain
+// file "name.yin" of a directory ends the search; files "name@….yin" let it go on
+// to the next one.
 QmsPathCollection* QMS_LOADER_CollectFilePathMatchedInAllDir(QmCtx* ctx, const char* name);
 
 // Adds the plain file; 0 when the directory has it, 2 when it has not.
