@@ -71,6 +71,8 @@ typedef uint32_t (*QmExtInstFilterCbFunc)(const char *modName, const char *keywo
  *
  * Memory hooks, if the client has any, are registered before the first context is
  * created. The call also initialises libxml2, so it comes before any thread parses.
+ * When there is memory for the context but not for its load errors, the context is
+ * made all the same; no load error is recorded then.
  *
  * @param[in] loadFlags  Bits of #QmLoadFlag; other bits are kept and not used. They
  *                       hold for the life of the context.

@@ -53,7 +53,8 @@ typedef uint32_t (*QmLoadFailScanFunc)(const char *modName, const char *yinFile,
  *             A part of a split module, an augment or a deviation may have failed
  *             all the same; a message then tells so.
  * @retval 1   The name or the namespace belongs to another module.
- * @retval 2   There is no file for the module, or for an import.
+ * @retval 2   There is no file for the module, or for an import; or memory ran out
+ *             while files were looked for.
  * @retval 12  Out of memory.
  * @retval 22  An argument is NULL; or a file could not be read, is not a valid
  *             module, or is one of another name; or memory ran out on the way.
@@ -70,9 +71,11 @@ QM_API QM_NODISCARD uint32_t QM_CTX_LoadModule(QmCtx *ctx, const char *modName) 
  *
  * Deliberate: when a module of that name is loaded already, that one stays, the new
  * one is dropped, and the call succeeds. Imports of the module are not loaded,
- * whatever the load flags. Messages are recorded under the module's name, without a
- * file name; those of an earlier attempt are not forgotten first. When the module
- * is refused because of its namespace, no message is left.
+ * whatever the load flags. Submodules are read from the search directories, of a
+ * split one only the first file found. Messages are recorded under the module's
+ * name, with a file name only for those about a submodule; those of an earlier
+ * attempt are not forgotten first. When the module is refused because of its
+ * namespace, no message is left.
  *
  * @param[in,out] ctx      Context to load into. NULL is refused.
  * @param[in]     yinText  The whole text, NUL-terminated, not kept. NULL is
@@ -80,10 +83,8 @@ QM_API QM_NODISCARD uint32_t QM_CTX_LoadModule(QmCtx *ctx, const char *modName) 
  *
  * @retval 0   A module of that name is loaded.
  * @retval 1   The text is no valid module, its namespace belongs to another
- *             module, or memory ran out while it was parsed.
- * @retval 12  Out of memory while the module was registered.
- * @retval 22  An argument is NULL, the text is not well-formed XML, or the module
- *             could not be registered; it is not loaded then.
+ *             module, or memory ran out while the module was built.
+ * @retval 22  An argument is NULL, or the text is not well-formed XML.
  *
  * @par Thread safety
  * The caller serialises this with every other call on the same context.
