@@ -145,15 +145,28 @@ TEST_F(DestroyModuleNode, ModuleWithACoupledAugmentTakesItsNodesAlong) {
 TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
   ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
   ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
-  // An augment into the nodes of an augment.
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(
-                    ctx_, YinModule("b",
-                                    "<import module='t'><prefix value='t'/></import>"
-                                    "<import module='a'><prefix value='a'/></import>"
-                                    "<augment target-node='/t:x'><container name='z'/></augment>")
-                              .c_str()));
+  // An augment into the nodes of another augment of the same module.
+  ASSERT_EQ(0u,
+            QM_CTX_LoadMemory(
+                ctx_, YinModule("b",
+                                "<import module='t'><prefix value='t'/></import>"
+                                "<augment target-node='/t:x'><container name='z'/></augment>"
+                                "<augment target-node='/t:x/b:z'><container name='w'/></augment>")
+                          .c_str()));
+  // And into those of another module.
+  ASSERT_EQ(0u,
+            QM_CTX_LoadMemory(
+                ctx_, YinModule("a2",
+                                "<import module='t'><prefix value='t'/></import>"
+                                "<import module='b'><prefix value='b'/></import>"
+                                "<augment target-node='/t:x/b:z'><container name='v'/></augment>")
+                          .c_str()));
+  const QmsNode* z = QM_CTX_GetTargetNode(ctx_, "/t:x/b:z", nullptr);
+  ASSERT_NE(nullptr, z);
+  ASSERT_STREQ("w", z->firstChild->name);
+  ASSERT_STREQ("v", z->lastChild->name);
   QM_CTX_DeInitModuleTree(ctx_);
-  for (const char* name : {"t", "a", "b"}) {
+  for (const char* name : {"t", "a", "a2", "b"}) {
     EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx_, name));
   }
   QM_CTX_DeInitModuleTree(nullptr);

@@ -17,10 +17,13 @@ using testing::ElementsAre;
 
 namespace {
 
-// A context that searches one folder.
+// A context that searches one folder, and after it others.
 class Loader {
  public:
-  Loader() { EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir())); }
+  Loader() { Search(folder_); }
+  void Search(const yin::Folder& folder) const {
+    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder.Dir()));
+  }
   void Write(const std::string& file, const std::string& text) const { folder_.Write(file, text); }
   uint32_t Load(const char* name) const { return QM_CTX_LoadModule(ctx_, name); }
   QmsModule* Module(const char* name) const { return QM_CTX_GetModuleByModName(ctx_, name); }
@@ -118,15 +121,38 @@ TEST(LoadModuleByModName, BrokenFilesAre22) {
   }
 }
 
-TEST(LoadModuleByModName, AFailureDeepInTheTreeKeepsItsTwoInnermostMessages) {
-  Loader loader;
-  loader.Write("m.yin", yin::Module("m",
-                                    "<container name='c'><container name='d'><leaf name='x'>"
-                                    "<type name='p:t'/></leaf></container></container>"));
-  EXPECT_EQ(22u, loader.Load("m"));
-  EXPECT_THAT(loader.Errors(),
-              ElementsAre("m m.yin: Failed to parse value \"p:t\" of statement \"type\".",
-                          "m m.yin: Failed to parse \"leaf\" statement \"x\"."));
+TEST(LoadModuleByModName, AFailureInTheBodyKeepsItsTwoInnermostMessages) {
+  const BrokenRow rows[] = {
+      {"<container name='c'><container name='d'><leaf name='x'><type name='p:t'/></leaf>"
+       "</container></container>",
+       {"m m.yin: Failed to parse value \"p:t\" of statement \"type\".",
+        "m m.yin: Failed to parse \"leaf\" statement \"x\"."}},
+      {"<container name='c'><container name='d'><leaf name='x'/></container></container>",
+       {"m m.yin: leaf \"x\" must define with type statement.",
+        "m m.yin: Failed to parse \"container\" statement \"d\"."}},
+      {"<leaf name='x'/>",
+       {"m m.yin: leaf \"x\" must define with type statement.",
+        "m m.yin: Failed to parse module \"m\" from the yin file."}},
+      {"<container name='c'><container name='d'><if-feature name='p:f'/></container></container>",
+       {"m m.yin: Failed to find module by prefix \"p\".",
+        "m m.yin: Failed to parse value \"p:f\" of statement \"if-feature\"."}},
+      {"<container name='c'><container name='d'><list name='l'><key value='k'/>"
+       "<container name='k'/></list></container></container>",
+       {"m m.yin: Failed to parse statement \"list\" under statement \"container\".",
+        "m m.yin: Failed to parse \"container\" statement \"d\"."}},
+      {"<list name='l'><key value='k'/><container name='k'/></list>",
+       {"m m.yin: Failed to parse statement \"list\" under statement \"module\".",
+        "m m.yin: Failed to parse module \"m\" from the yin file."}},
+  };
+  for (const BrokenRow& row : rows) {
+    SCOPED_TRACE(row.text);
+    Loader loader;
+    loader.Write("m.yin", yin::Module("m", row.text));
+    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(nullptr, loader.Module("m"));
+    EXPECT_EQ(row.errors, loader.Errors());
+    EXPECT_STREQ("", loader.Ctx()->curYinFile);
+  }
 }
 
 TEST(LoadModuleByModName, ANewLoadForgetsTheOldMessages) {
@@ -175,6 +201,54 @@ TEST(LoadModuleByModName, SplitFilesAreMergedAndTheirSuffixesRemembered) {
   EXPECT_EQ(2u, m->featureCount);
   EXPECT_NE(nullptr, yin::Find(m, "c/a"));
   EXPECT_EQ(2u, m->mergeSourceCount);
+}
+
+// Two directories, since the order within one is that of its listing.
+TEST(LoadModuleByModName, PartsAreReadInTheOrderOfTheDirectories) {
+  Loader loader;
+  yin::Folder later;
+  loader.Search(later);
+  later.Write("m@@a.yin", yin::Module("m", "<container name='c'>" + Leaf("a") + "</container>"));
+  loader.Write("m@@x.yin", yin::Module("m", "<container name='c'>" + Leaf("x") + "</container>"));
+  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_THAT(loader.Errors(), ElementsAre());
+  ASSERT_NE(nullptr, loader.Module("m"));
+  EXPECT_EQ("c ", TopNodes(loader.Module("m")));
+  const QmsNode* c = yin::Find(loader.Module("m"), "c");
+  EXPECT_STREQ("x", c->firstChild->name);
+  EXPECT_STREQ("a", c->lastChild->name);
+  EXPECT_EQ("x a ", Suffixes(loader.Module("m")));
+}
+
+TEST(LoadModuleByModName, WhenTheSecondPartFailsTheFirstIsRegisteredAlone) {
+  Loader loader;
+  yin::Folder later;
+  yin::Folder last;
+  loader.Search(later);
+  loader.Search(last);
+  loader.Write("m@@x.yin", yin::Module("m", Leaf("x")));
+  later.Write("m@@y.yin", yin::Module("m", "<leaf name='l'/>"));
+  last.Write("m@@z.yin", yin::Module("m", Leaf("z")));
+  EXPECT_EQ(0u, loader.Load("m"));
+  ASSERT_NE(nullptr, loader.Module("m"));
+  EXPECT_EQ("x ", TopNodes(loader.Module("m"))) << "nothing after the failure is read";
+  EXPECT_EQ("x y z ", Suffixes(loader.Module("m"))) << "but all suffixes are remembered";
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m@@y.yin: leaf \"l\" must define with type statement.",
+                          "m m@@y.yin: Failed to parse module \"m\" from the yin file."));
+}
+
+TEST(LoadModuleByModName, WhenTheFirstPartFailsTheOthersAreNotRead) {
+  Loader loader;
+  yin::Folder later;
+  loader.Search(later);
+  loader.Write("m@@x.yin", yin::Module("m", "<leaf name='l'/>"));
+  later.Write("m@@y.yin", yin::Module("m", Leaf("y")));
+  EXPECT_EQ(22u, loader.Load("m"));
+  EXPECT_EQ(nullptr, loader.Module("m"));
+  EXPECT_THAT(loader.Errors(),
+              ElementsAre("m m@@x.yin: leaf \"l\" must define with type statement.",
+                          "m m@@x.yin: Failed to parse module \"m\" from the yin file."));
 }
 
 TEST(LoadModuleByModName, ALaterLoadReadsOnlyNewParts) {
@@ -380,6 +454,10 @@ TEST(ParseInclude, RefusedSubmodules) {
        "</submodule>",
        {"m s.yin: leaf \"l\" must define with type statement.",
         "m m.yin: Failed to load submodule \"s\"."}},
+      {"<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><container name='c'>"
+       "<leaf name='x'><type name='p:t'/></leaf></container></submodule>",
+       {"m s.yin: Failed to parse value \"p:t\" of statement \"type\".",
+        "m s.yin: Failed to parse \"leaf\" statement \"x\"."}},
   };
   for (const IncludeRow& row : rows) {
     SCOPED_TRACE(row.file == nullptr ? "no file" : row.file);

@@ -6,6 +6,7 @@
 
 #include "context/dict.h"
 #include "context/xml_parse.h"
+#include "context/xml_tree.h"
 #include "loader/statements.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
@@ -51,6 +52,23 @@ TEST(ParseDescription, IsKeptOnlyWithItsLoadFlag) {
   const std::string element = "<description><text>d</text></description>";
   EXPECT_EQ("(none)", Stored(without, QMS_LOADER_ParseDescription, 13, element));
   EXPECT_EQ("d", Stored(with, QMS_LOADER_ParseDescription, 13, element));
+}
+
+TEST(ParseDescription, WithoutItsLoadFlagTheChildrenAreNotLookedAt) {
+  yin::Context without;
+  yin::Context with(QM_LOAD_DESCRIPTIONS);
+  xmlDoc* doc = yin::Xml(
+      "<description xmlns='urn:ietf:params:xml:ns:yang:yin:1'><text><b/></text></description>");
+  xmlNode* description = xmlDocGetRootElement(doc);
+  const char* stored = nullptr;
+  yin::Parsed dropping(without, yin::Module("m", ""));
+  EXPECT_EQ(0u, QMS_LOADER_ParseDescription(dropping.Get(), description, 13, &stored));
+  EXPECT_EQ(0u, PrivateMark(description->children));
+  yin::Parsed keeping(with, yin::Module("m", ""));
+  EXPECT_EQ(0u, QMS_LOADER_ParseDescription(keeping.Get(), description, 13, &stored));
+  EXPECT_EQ(uintptr_t{QMS_STMT_TEXT}, PrivateMark(description->children));
+  EXPECT_EQ(nullptr, stored);
+  xmlFreeDoc(doc);
 }
 
 TEST(ParseDescription, WithoutTextChildNothingIsStored) {
