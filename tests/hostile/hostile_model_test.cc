@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Models as an enemy would write them, through the public interface.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/hostile/hostile_text.h"
+
+namespace {
+
+std::string Numbered(const std::string& before, const std::string& after, size_t count) {
+  std::string out;
+  for (size_t i = 0; i < count; ++i) out += before + std::to_string(i) + after;
+  return out;
+}
+
+// One kind of item that is counted with 16 bits: 65535 of them load, one more fails.
+struct CountedKind {
+  const char* name;
+  std::string (*body)(size_t count);
+};
+
+const CountedKind kCountedKinds[] = {
+    {"typedef",
+     [](size_t n) { return Numbered("<typedef name='t", "'><type name='int8'/></typedef>", n); }},
+    {"feature", [](size_t n) { return Numbered("<feature name='f", "'/>", n); }},
+    {"identity", [](size_t n) { return Numbered("<identity name='i", "'/>", n); }},
+    {"extension", [](size_t n) { return Numbered("<extension name='e", "'/>", n); }},
+    {"deviation", [](size_t n) { return Numbered("<deviation target-node='/x:y", "'/>", n); }},
+    {"module-level extension instance",
+     [](size_t n) { return Repeat("<m:e xmlns:m='urn:m'/>", n); }},
+    {"must",
+     [](size_t n) {
+       return "<container name='c'>" + Repeat("<must condition='a'/>", n) + "</container>";
+     }},
+    {"if-feature of a node",
+     [](size_t n) {
+       return "<container name='c'>" + Repeat("<if-feature name='a'/>", n) + "</container>";
+     }},
+    {"extension instance of a node",
+     [](size_t n) {
+       return "<container name='c'>" + Repeat("<m:e xmlns:m='urn:m'/>", n) + "</container>";
+     }},
+    {"child of an extension instance",
+     [](size_t n) { return "<m:e xmlns:m='urn:m'>" + Repeat("<m:e/>", n) + "</m:e>"; }},
+    {"default of a leaf-list",
+     [](size_t n) {
+       return "<leaf-list name='l'><type name='string'/>" + Repeat("<default value='d'/>", n) +
+              "</leaf-list>";
+     }},
+    {"base",
+     [](size_t n) {
+       return "<identity name='i'>" + Repeat("<base name='b'/>", n) + "</identity>";
+     }},
+    {"enum",
+     [](size_t n) {
+       return "<leaf name='l'><type name='enumeration'>" + Numbered("<enum name='e", "'/>", n) +
+              "</type></leaf>";
+     }},
+    {"bit",
+     [](size_t n) {
+       return "<leaf name='l'><type name='bits'>" + Numbered("<bit name='b", "'/>", n) +
+              "</type></leaf>";
+     }},
+    {"pattern",
+     [](size_t n) {
+       return "<leaf name='l'><type name='string'>" + Repeat("<pattern value='a'/>", n) +
+              "</type></leaf>";
+     }},
+    {"union member",
+     [](size_t n) {
+       return "<leaf name='l'><type name='union'>" + Repeat("<type name='int8'/>", n) +
+              "</type></leaf>";
+     }},
+    {"base of an identityref",
+     [](size_t n) {
+       return "<leaf name='l'><type name='identityref'>" + Repeat("<base name='b'/>", n) +
+              "</type></leaf>";
+     }},
+    {"deviate",
+     [](size_t n) {
+       return "<deviation target-node='/x:y'>" + Repeat("<deviate value='add'/>", n) +
+              "</deviation>";
+     }},
+};
+
+TEST(HostileModel, CountersOf16BitsRefuseTheItemTooMany) {
+  for (const CountedKind& kind : kCountedKinds) {
+    SCOPED_TRACE(kind.name);
+    EXPECT_EQ(0u, LoadBesideOther(ModuleText(kind.body(65535))));
+    EXPECT_NE(0u, LoadBesideOther(ModuleText(kind.body(65536))));
+    EXPECT_NE(0u, LoadBesideOther(ModuleText(kind.body(65536 * 2))));
+  }
+}
+
+TEST(HostileModel, ListTakes255KeysAndNoMore) {
+  const auto list = [](size_t keys) {
+    std::string names;
+    for (size_t i = 0; i < keys; ++i) names += "k" + std::to_string(i) + " ";
+    return ModuleText("<list name='l'><key value='" + names + "'/>" +
+                      Numbered("<leaf name='k", "'><type name='int8'/></leaf>", keys) + "</list>");
+  };
+  EXPECT_EQ(0u, LoadBesideOther(list(255)));
+  EXPECT_NE(0u, LoadBesideOther(list(256)));
+}
+
+// Names in every place that copies them into a buffer of 64 characters and a NUL.
+TEST(HostileModel, NamesOf64CharactersFitAndOf65DoNot) {
+  const std::function<std::string(const std::string&)> places[] = {
+      [](const std::string& n) {
+        return "<typedef name='" + n +
+               "'><type name='int8'/></typedef><leaf name='l'><type name='" + n + "'/></leaf>";
+      },
+      [](const std::string& n) {
+        return "<feature name='" + n + "'/><leaf name='l'><if-feature name='" + n +
+               "'/><type name='int8'/></leaf>";
+      },
+      [](const std::string& n) {
+        return "<identity name='" + n + "'/><identity name='i'><base name='" + n + "'/></identity>";
+      },
+      [](const std::string& n) {
+        return "<list name='l'><key value='" + n + "'/><leaf name='" + n +
+               "'><type name='int8'/></leaf></list>";
+      },
+      [](const std::string& n) {
+        return "<container name='" + n + "'/><augment target-node='/m:" + n +
+               "'><leaf name='l'><type name='int8'/></leaf></augment>";
+      },
+      [](const std::string& n) {
+        return "<leaf name='" + n +
+               "'><type name='int8'/></leaf><leaf name='r'><type name='leafref'>"
+               "<path value='/m:" +
+               n + "'/></type></leaf>";
+      },
+  };
+  for (const auto& place : places) {
+    const std::string fits = ModuleText(place(std::string(64, 'n')));
+    SCOPED_TRACE(fits.substr(fits.find("value='m'/>") + 11, 40));
+    std::string errors;
+    EXPECT_EQ(0u, LoadBesideOther(fits, &errors));
+    EXPECT_EQ("", errors);
+    EXPECT_NE(0u, LoadBesideOther(ModuleText(place(std::string(65, 'n')))));
+    EXPECT_NE(0u, LoadBesideOther(ModuleText(place(std::string(100000, 'n')))));
+  }
+}
+
+TEST(HostileModel, CyclesOfTypedefsEnd) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(
+      0u, QM_CTX_LoadMemory(ctx, ModuleText("<typedef name='a'><type name='b'/></typedef>"
+                                            "<typedef name='b'><type name='a'/></typedef>"
+                                            "<typedef name='u'><type name='union'><type name='u'/>"
+                                            "<type name='u'/></type></typedef>"
+                                            "<leaf name='x'><type name='a'/></leaf>"
+                                            "<leaf name='y'><type name='u'/></leaf>")
+                                     .c_str()));
+  QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
+  QmsNode* y = QM_CTX_GetTargetNode(ctx, "/m:y", nullptr);
+  EXPECT_EQ(28673u, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "1"));
+  EXPECT_EQ(28681u, QM_NODE_ValidateValue(y, QM_INPUT_TEXT, "1"));
+  EXPECT_EQ(nullptr, QM_NODE_GetDefaultValueStr(x));
+  QM_CTX_Delete(ctx);
+}
+
+TEST(HostileModel, CyclesOfIdentitiesAndLeafrefsEnd) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(
+      0u,
+      QM_CTX_LoadMemory(
+          ctx, ModuleText("<identity name='a'><base name='b'/><base name='b'/></identity>"
+                          "<identity name='b'><base name='a'/><base name='a'/></identity>"
+                          "<identity name='c'/>"
+                          "<leaf name='x'><type name='identityref'><base name='c'/></type></leaf>"
+                          "<leaf name='y'><type name='leafref'><path value='../z'/></type></leaf>"
+                          "<leaf name='z'><type name='leafref'><path value='../y'/></type></leaf>")
+                   .c_str()));
+  QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
+  QmsNode* y = QM_CTX_GetTargetNode(ctx, "/m:y", nullptr);
+  EXPECT_EQ(28674u, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "m:a"));
+  EXPECT_EQ(28678u, QM_NODE_ValidateValue(y, QM_INPUT_TEXT, "1"));
+  EXPECT_EQ(nullptr, QM_NODE_GetLeafrefTargetNode(y, 1));
+  QM_CTX_Delete(ctx);
+}
+
+TEST(HostileModel, AugmentsThatFormARingStayApart) {
+  std::string errors;
+  EXPECT_EQ(0u, LoadBesideOther(ModuleText("<import module='m2'><prefix value='n'/></import>"
+                                           "<augment target-node='/n:a/m:b'><container name='c'/>"
+                                           "</augment><augment target-node='/n:a/m:b/m:c'>"
+                                           "<container name='b'/></augment>"),
+                                &errors));
+  EXPECT_EQ("", errors);
+}
+
+TEST(HostileModel, NumbersAtAndOverTheirLimits) {
+  const auto enums = [](const std::string& value) {
+    return ModuleText("<leaf name='l'><type name='enumeration'><enum name='a'><value value='" +
+                      value + "'/></enum><enum name='b'/></type></leaf>");
+  };
+  EXPECT_EQ(0u, LoadBesideOther(enums("2147483646")));
+  EXPECT_NE(0u, LoadBesideOther(enums("2147483647"))) << "b would be 2147483648";
+  EXPECT_EQ(0u, LoadBesideOther(enums("-2147483648")));
+  EXPECT_NE(0u, LoadBesideOther(enums("-2147483649")));
+  EXPECT_NE(0u, LoadBesideOther(enums("99999999999999999999999")));
+  const auto bits = [](const std::string& position) {
+    return ModuleText("<leaf name='l'><type name='bits'><bit name='a'><position value='" +
+                      position + "'/></bit><bit name='b'/></type></leaf>");
+  };
+  EXPECT_EQ(0u, LoadBesideOther(bits("4294967294")));
+  EXPECT_NE(0u, LoadBesideOther(bits("4294967295")));
+  EXPECT_NE(0u, LoadBesideOther(bits("-1")));
+  const auto range = [](const std::string& text) {
+    return ModuleText("<leaf name='l'><type name='uint64'><range value='" + text +
+                      "'/></type></leaf>");
+  };
+  EXPECT_EQ(0u, LoadBesideOther(range("0..18446744073709551615")));
+  EXPECT_NE(0u, LoadBesideOther(range("0..18446744073709551616")));
+  EXPECT_EQ(0u, LoadBesideOther(range(Repeat("1|", 127) + "1")));
+  EXPECT_NE(0u, LoadBesideOther(range(Repeat("1|", 1000) + "1")));
+}
+
+TEST(HostileModel, WhatIsNoModuleIsRefused) {
+  const std::string texts[] = {
+      "",
+      " ",
+      "no xml",
+      "<module",
+      "<submodule name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>",
+      "<module xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>",
+      "<html/>",
+      ModuleText("") + "x",
+      ModuleText("<leaf name='l'/>"),
+      ModuleText("<leaf/>"),
+      ModuleText("<leaf name='l'><type/></leaf>"),
+      ModuleText("<yang-version value='2'/>"),
+      ModuleText("<rpc name='a'><input><leaf name='x'><type name='p:t'/></leaf></input></rpc>"),
+      ModuleText("<container name='c'><config value='maybe'/></container>"),
+      ModuleText("<list name='l'><key value='k'/></list>"),
+      ModuleText("<augment target-node='relative'/>"),
+      ModuleText("<augment target-node='/p:x'/>"),
+      ModuleText("<deviation target-node='/m:x'><deviate value='Add'/></deviation>"),
+      ModuleText("<include module='../../etc/passwd'/>"),
+      ModuleText("<container name='c'>" + Repeat("<container name='c'>", 300) +
+                 Repeat("</container>", 300) + "</container>"),
+  };
+  for (const std::string& text : texts) {
+    SCOPED_TRACE(text.substr(0, 200));
+    EXPECT_NE(0u, LoadBesideOther(text));
+  }
+}
+
+TEST(HostileModel, NestingUpToTheParsersLimitLoads) {
+  // The module is one level, so 256 containers reach the limit of 257 open elements.
+  const auto nested = [](size_t levels) {
+    return ModuleText(Repeat("<container name='c'>", levels) + Repeat("</container>", levels));
+  };
+  EXPECT_EQ(0u, LoadBesideOther(nested(256)));
+  EXPECT_NE(0u, LoadBesideOther(nested(257)));
+}
+
+TEST(HostileModel, CommentsInstructionsAndCdataEverywhereAreHarmless) {
+  const std::string noise = "<!-- c --><?pi x?>";
+  std::string errors;
+  EXPECT_EQ(0u, LoadBesideOther(
+                    noise + "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" + noise +
+                        "<namespace uri='urn:m'/>" + noise + "<prefix value='m'>" + noise +
+                        "</prefix><container name='c'>" + noise + "<![CDATA[ x ]]><leaf name='l'>" +
+                        noise + "<type name='string'>" + noise + "<length value='1'/>" + noise +
+                        "</type></leaf></container></module>" + noise,
+                    &errors));
+  EXPECT_EQ("", errors);
+}
+
+TEST(HostileModel, EntitiesReadNothing) {
+  const std::string dtd =
+      "<!DOCTYPE module [<!ENTITY e SYSTEM 'file:///etc/passwd'><!ENTITY t 'string'>]>";
+  EXPECT_EQ(0u,
+            LoadBesideOther(dtd + ModuleText("&e;<leaf name='l'><type name='string'/></leaf>")));
+  EXPECT_NE(0u, LoadBesideOther(dtd + ModuleText("<leaf name='l'><type name='x&e;'/></leaf>")));
+}
+
+TEST(HostileModel, TextsWithoutEndAreCutOrRefused) {
+  const std::string longText(5 * 1024 * 1024, 'x');
+  EXPECT_EQ(
+      0u, LoadBesideOther(ModuleText("<description><text>" + longText + "</text></description>")));
+  EXPECT_EQ(0u, LoadBesideOther(ModuleText("<leaf name='l'><type name='string'/><default value='" +
+                                           longText + "'/></leaf>")));
+  std::string errors;
+  EXPECT_NE(0u, LoadBesideOther(ModuleText("<container name='c'><config value='" + longText +
+                                           "'/></container>"),
+                                &errors));
+  EXPECT_NE(std::string::npos, errors.find("Failed to parse value \"xxx"));
+  EXPECT_LT(errors.size(), 2000u) << "messages are cut at 511 characters";
+}
+
+TEST(HostileModel, PatternsThatDoNotCompileRejectEveryValue) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(0u, QM_CTX_LoadMemory(
+                    ctx, ModuleText("<leaf name='l'><type name='string'><pattern value='" +
+                                    Repeat("(", 1000) + Repeat(")", 1000) + "'/></type></leaf>")
+                             .c_str()));
+  EXPECT_EQ(28679u,
+            QM_NODE_ValidateValue(QM_CTX_GetTargetNode(ctx, "/m:l", nullptr), QM_INPUT_TEXT, "x"));
+  QM_CTX_Delete(ctx);
+}
+
+}  // namespace

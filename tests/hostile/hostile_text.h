@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <string>
+
+#include <qmodel/qmodel.h>
+
+// Builders of hostile modules and messages.
+
+// A module "m" (namespace urn:m, prefix m) with this body.
+std::string ModuleText(const std::string& body);
+
+std::string Repeat(const std::string& text, size_t times);
+
+// All recorded load errors, a line each.
+std::string LoadErrorLines(QmCtx* ctx);
+
+// The status of loading `text` into a context of its own that holds a module "ok",
+// which must still work afterwards.
+uint32_t LoadBesideOther(const std::string& text, std::string* errors = nullptr);
+
+// True when the request is valid for the module text.
+bool IsValidRequest(const std::string& module, const std::string& request);
+bool IsValidNotification(const std::string& module, const std::string& text);
