@@ -24,12 +24,13 @@ XmlSilence::~XmlSilence() {
 
 namespace {
 
-// The thread's parser defaults for the time of one parse.
+// The thread's parser defaults for the time of one parse. Dropping blanks turns
+// the indentation of output on, and that stays: what is parsed here may be
+// written again, indented.
 class ParserDefaults {
  public:
   ParserDefaults()
-      : indent_(xmlIndentTreeOutput),
-        keepBlanks_(xmlKeepBlanksDefault(0)),
+      : keepBlanks_(xmlKeepBlanksDefault(0)),
         substitute_(xmlSubstituteEntitiesDefault(0)),
         loadDtd_(xmlLoadExtDtdDefaultValue),
         validate_(xmlDoValidityCheckingDefaultValue) {
@@ -41,14 +42,11 @@ class ParserDefaults {
     xmlLoadExtDtdDefaultValue = loadDtd_;
     xmlSubstituteEntitiesDefault(substitute_);
     xmlKeepBlanksDefault(keepBlanks_);
-    // Dropping blanks turns indentation on as a side effect.
-    xmlIndentTreeOutput = indent_;
   }
   ParserDefaults(const ParserDefaults&) = delete;
   ParserDefaults& operator=(const ParserDefaults&) = delete;
 
  private:
-  int indent_;
   int keepBlanks_;
   int substitute_;
   int loadDtd_;
