@@ -84,12 +84,14 @@ const CountedKind kCountedKinds[] = {
      }},
 };
 
+// The module that deviations name; it is never loaded, so they stay pending.
+const char kImport[] = "<import module='x'><prefix value='x'/></import>";
+
 TEST(HostileModel, CountersOf16BitsRefuseTheItemTooMany) {
   for (const CountedKind& kind : kCountedKinds) {
     SCOPED_TRACE(kind.name);
-    EXPECT_EQ(0u, LoadBesideOther(ModuleText(kind.body(65535))));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(kind.body(65536))));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(kind.body(65536 * 2))));
+    EXPECT_EQ(0u, LoadBesideOther(ModuleText(kImport + kind.body(65535))));
+    EXPECT_NE(0u, LoadBesideOther(ModuleText(kImport + kind.body(65536))));
   }
 }
 
