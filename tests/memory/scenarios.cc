@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/memory/scenarios.h"
+
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+
+#include <fstream>
+#include <iterator>
+
+#include <qmodel/qmodel.h>
+
+namespace {
+
+const std::string kModels = QMODEL_EXAMPLES "/models";
+const std::string kMessages = QMODEL_EXAMPLES "/messages/";
+
+uint32_t Drop(const char* /*text*/, uint32_t /*length*/, void* /*arg*/) {
+  return 0;
+}
+
+uint32_t DropError(const char* /*module*/, const char* /*file*/, const char* /*message*/,
+                   void* /*arg*/) {
+  return 0;
+}
+
+uint32_t TryValues(QmsNode* node, uint32_t travType, void* /*arg*/) {
+  if (travType == QMS_TRAV_PARENT) return 0;
+  for (const char* value : {"1", "true", "router-types:ethernet", "192.0.2.1", "timestamp", "x"}) {
+    static_cast<void>(QM_NODE_ValidateValue(node, QM_INPUT_TEXT, value));
+  }
+  static_cast<void>(QM_NODE_GetDefaultValueStr(node));
+  static_cast<void>(QM_NODE_PrintNodesTree(node, Drop, nullptr));
+  return 0;
+}
+
+uint32_t TryTree(QmsNode* node, uint32_t /*travType*/, void* /*arg*/) {
+  return QM_NODE_TreeScanAllNode(node, TryValues, nullptr);
+}
+
+void LookAround(QmCtx* ctx, const char* name) {
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, name);
+  static_cast<void>(QM_MOD_EnableFeature(module, "*"));
+  static_cast<void>(QM_MOD_PrintModelTree(module, Drop, nullptr));
+  static_cast<void>(QM_MOD_IterScanTopmostNode(module, TryTree, nullptr));
+  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, DropError, nullptr));
+}
+
+QmCtx* Open(uint32_t flags) {
+  QmCtx* ctx = QM_CTX_Create(flags);
+  static_cast<void>(QM_CTX_SetSearchDir(ctx, kModels.c_str()));
+  return ctx;
+}
+
+std::string ReadMessage(const std::string& name) {
+  std::ifstream file(kMessages + name);
+  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+}
+
+// The same call works once memory is back.
+void ExpectUsable(QmCtx* ctx, bool refusing, const char* module) {
+  if (refusing || ctx == nullptr) return;
+  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, module));
+}
+
+void LoadAndLook(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS | QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
+  for (const char* name : {"router-interfaces", "router-alarms"}) {
+    static_cast<void>(QM_CTX_LoadModule(ctx, name));
+    LookAround(ctx, name);
+  }
+  ExpectUsable(ctx, refusing, "router-types");
+  QM_CTX_Delete(ctx);
+}
+
+void LoadSplit(bool refusing) {
+  QmCtx* ctx = Open(0);
+  static_cast<void>(QM_CTX_LoadModule(ctx, "router-qos"));
+  static_cast<void>(QM_CTX_UnloadModule(ctx, "router-qos"));
+  LookAround(ctx, "router-qos");
+  ExpectUsable(ctx, refusing, "router-qos");
+  QM_CTX_Delete(ctx);
+}
+
+void CoupleAndUnload(bool refusing) {
+  QmCtx* ctx = Open(0);
+  for (const char* name : {"router-vlans", "router-lite", "router-system", "router-interfaces"}) {
+    static_cast<void>(QM_CTX_LoadModule(ctx, name));
+  }
+  LookAround(ctx, "router-vlans");
+  for (const char* name : {"router-lite", "router-interfaces", "router-vlans", "none"}) {
+    static_cast<void>(QM_CTX_UnloadModule(ctx, name));
+  }
+  ExpectUsable(ctx, refusing, "router-lite");
+  static_cast<void>(QM_CTX_UnSetSearchDir(ctx, kModels.c_str()));
+  QM_CTX_Delete(ctx);
+}
+
+void ValidateTexts(QmCtx* ctx) {
+  for (const char* name : {"restart.xml", "restart-no-reason.xml", "restart-bad-delay.xml",
+                           "install-image.xml", "install-image-unverified.xml", "ping.xml"}) {
+    std::string text = ReadMessage(name);
+    QM_FreeErrNode(QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, text.data(), nullptr, nullptr));
+  }
+}
+
+void ValidateTree(QmCtx* ctx, const char* name) {
+  const std::string text = ReadMessage(name);
+  xmlDoc* doc = xmlParseMemory(text.data(), static_cast<int>(text.size()));
+  if (doc == nullptr) return;
+  for (int round = 0; round < 2; ++round) {
+    QM_FreeErrNode(QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_ELEMENT, xmlDocGetRootElement(doc),
+                                              nullptr, nullptr));
+  }
+  xmlFreeDoc(doc);
+}
+
+void Validate(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS);
+  static_cast<void>(QM_CTX_LoadModule(ctx, "router-system"));
+  static_cast<void>(QM_CTX_LoadModule(ctx, "router-alarms"));
+  ValidateTexts(ctx);
+  ValidateTree(ctx, "ping.xml");
+  ValidateTree(ctx, "reset-counters.xml");
+  for (const char* name : {"alarm-link-down.xml", "alarm-no-severity.xml"}) {
+    static_cast<void>(
+        QM_CTX_ValidateNotifDataTree(ctx, ReadMessage(name).c_str(), nullptr, nullptr));
+  }
+  ExpectUsable(ctx, refusing, "router-types");
+  QM_CTX_Delete(ctx);
+}
+
+}  // namespace
+
+const std::vector<Scenario>& ExampleScenarios() {
+  static const std::vector<Scenario> scenarios = {{"load and look", LoadAndLook},
+                                                  {"load a split module", LoadSplit},
+                                                  {"couple and unload", CoupleAndUnload},
+                                                  {"validate", Validate}};
+  return scenarios;
+}
+
+void RunModuleLife(const std::string& dir, const std::string& module) {
+  QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS | QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
+  static_cast<void>(QM_CTX_SetSearchDir(ctx, dir.c_str()));
+  static_cast<void>(QM_CTX_LoadModule(ctx, module.c_str()));
+  static_cast<void>(
+      QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx, module.c_str()), Drop, nullptr));
+  static_cast<void>(QM_CTX_UnloadModule(ctx, module.c_str()));
+  QM_CTX_Delete(ctx);
+}

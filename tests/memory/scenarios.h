@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <string>
+#include <vector>
+
+// Whole lives of a context through the public interface: what a client does, from
+// creation to deletion, with every result looked at but none relied on, since any
+// allocation in them may be refused.
+
+struct Scenario {
+  const char* name;
+  void (*run)(bool refusing);
+};
+
+// Scenarios on the models of examples/.
+const std::vector<Scenario>& ExampleScenarios();
+
+// Loads these modules of the folder one after another, each in a context of its own.
+void RunModuleLife(const std::string& dir, const std::string& module);
