@@ -125,7 +125,9 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux *aux, xmlNo
  *
  * Default values of leaf-lists and containers with presence are never added.
  * An added element is placed where the schema has it, so that a completed tree
- * can be validated again. When the run fails, the tree is as it was given.
+ * can be validated again. When the run fails, the tree is as it was given. A
+ * schema that nests more than 4096 levels below the rpc or action is refused with
+ * the general error record.
  *
  * Element input has two conditions:
  * - The element must have a parent, for example the document that it is the
