@@ -68,22 +68,17 @@ static bool IsCallOfCurrent(const QmXpathExpr* expr, uint32_t index, const Token
          TokenAt(expr, index + 2).kind == QM_XPATH_TOKEN_RPAREN;
 }
 
-// Puts the step of the path that begins with this token, if one does.
+// What goes before a token that begins a location path; NULL for one that begins none.
+static const char* StepBefore(uint32_t kind) {
+  if (kind == QM_XPATH_TOKEN_DOT) return ".";
+  if (kind == QM_XPATH_TOKEN_DDOT || kind == QM_XPATH_TOKEN_NAMETEST) return "../";
+  return kind == QM_XPATH_TOKEN_SLASH ? "" : nullptr;
+}
+
 static void PutStepAtPathStart(ConditionText* out, RewriteState* state, uint32_t kind) {
-  if (!state->atPathStart) return;
-  switch (kind) {
-    case QM_XPATH_TOKEN_DOT:
-      Put(out, ".", 1);
-      break;
-    case QM_XPATH_TOKEN_DDOT:
-    case QM_XPATH_TOKEN_NAMETEST:
-      Put(out, "../", 3);
-      break;
-    case QM_XPATH_TOKEN_SLASH:
-      break;
-    default:
-      return;
-  }
+  const char* step = state->atPathStart ? StepBefore(kind) : nullptr;
+  if (step == nullptr) return;
+  Put(out, step, strlen(step));
   state->atPathStart = false;
 }
 

@@ -4,8 +4,6 @@
 // payload), not its conditions, flags, musts and if-features.
 #include "schema/node_copy.h"
 
-#include <iterator>
-
 #include <qmodel/error.h>
 
 #include "context/dict.h"
@@ -20,6 +18,11 @@
 using PayloadCopyFunc = void* (*)(QmDict* dict, const void* payload);
 
 namespace {
+struct PayloadCopyRow {
+  uint32_t kind;
+  PayloadCopyFunc copy;
+};
+
 // The copy as far as it is made. `parent` takes the next node.
 struct CopyState {
   QmsModule* module;
@@ -28,6 +31,13 @@ struct CopyState {
   QmsNode* last;  // node made last
 };
 }  // namespace
+
+// The kinds that have a payload.
+static constexpr PayloadCopyRow kPayloadCopies[] = {
+    {QMS_NODE_LEAF, QMS_NODE_CopySchemaLeaf},
+    {QMS_NODE_LEAF_LIST, QMS_NODE_CopySchemaLeaflist},
+    {QMS_NODE_CHOICE, QMS_NODE_CopySchemaChoice},
+};
 
 // A text that may be missing. False when there is one and it cannot be interned.
 static bool CopyText(QmDict* dict, const char** dst, const char* src) {
@@ -82,22 +92,11 @@ void* QMS_NODE_CopySchemaChoice(QmDict* dict, const void* payload) {
   return nullptr;
 }
 
-static PayloadCopyFunc CopyFuncOfKind(uint32_t kind) {
-  switch (kind) {
-    case QMS_NODE_LEAF:
-      return QMS_NODE_CopySchemaLeaf;
-    case QMS_NODE_LEAF_LIST:
-      return QMS_NODE_CopySchemaLeaflist;
-    case QMS_NODE_CHOICE:
-      return QMS_NODE_CopySchemaChoice;
-    default:
-      return nullptr;
-  }
-}
-
 void* QMS_NODE_CopySchemaByType(QmDict* dict, uint32_t kind, const void* payload) {
-  const PayloadCopyFunc copy = CopyFuncOfKind(kind);
-  return copy == nullptr ? nullptr : copy(dict, payload);
+  for (const PayloadCopyRow& row : kPayloadCopies) {
+    if (row.kind == kind) return row.copy(dict, payload);
+  }
+  return nullptr;
 }
 
 static bool CopyExtInsts(QmDict* dict, QmsNode* dst, const QmsNode* src) {

@@ -54,29 +54,27 @@ uint32_t QMS_NODE_PrintGetRetract(const QmsNode* node, const QmsPrintPara* para)
   return follows ? para->connectors | bit : para->connectors & ~bit;
 }
 
+// The access that a node gives to all below it, or `inherited`.
+static uint32_t AccessSetBy(const QmsNode* node, uint32_t inherited) {
+  if (node->kind == QMS_NODE_INPUT) return QMS_PRINT_ACCESS_WRITE;
+  if (node->kind == QMS_NODE_OUTPUT) return QMS_PRINT_ACCESS_READ;
+  return node->kind == QMS_NODE_NOTIFICATION ? QMS_PRINT_ACCESS_READ : inherited;
+}
+
 // The access of nodes that stand below `parent`.
 static uint32_t AccessBelow(const QmsNode* parent) {
-  for (; parent != nullptr; parent = parent->parent) {
-    if (parent->kind == QMS_NODE_INPUT) return QMS_PRINT_ACCESS_WRITE;
-    if (parent->kind == QMS_NODE_OUTPUT || parent->kind == QMS_NODE_NOTIFICATION) {
-      return QMS_PRINT_ACCESS_READ;
-    }
+  uint32_t access = QMS_PRINT_ACCESS_CONFIG;
+  while (parent != nullptr && access == QMS_PRINT_ACCESS_CONFIG) {
+    access = AccessSetBy(parent, access);
+    parent = parent->parent;
   }
-  return QMS_PRINT_ACCESS_CONFIG;
+  return access;
 }
 
 static uint32_t AccessOfChildren(const QmsNode* node, uint32_t access) {
-  switch (node->kind) {
-    case QMS_NODE_INPUT:
-      return QMS_PRINT_ACCESS_WRITE;
-    case QMS_NODE_OUTPUT:
-    case QMS_NODE_NOTIFICATION:
-      return QMS_PRINT_ACCESS_READ;
-    case QMS_NODE_AUGMENT:
-      return node->firstChild == nullptr ? access : AccessBelow(node->firstChild->parent);
-    default:
-      return access;
-  }
+  // What an augment adds stands below the target, once it is attached there.
+  if (node->kind == QMS_NODE_AUGMENT) return AccessBelow(node->firstChild->parent);
+  return AccessSetBy(node, access);
 }
 
 static uint32_t PushLevel(PrintStack* stack, const PrintLevel& level) {

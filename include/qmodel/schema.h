@@ -11,6 +11,21 @@
 /**
  * @file
  * @brief Modules and schema nodes: accessors, scans, extension instances, the tree printer.
+ *
+ * A module holds four lists of top-level nodes (data nodes, rpcs, notifications
+ * and augments), and each node its children. Choices, cases, input and output
+ * are nodes of their own. What an augment adds stands among the children of its
+ * target once that is loaded, and names the augmenting module as its own.
+ *
+ * Modules, nodes and texts that a function gives are borrowed: they live until
+ * their module is unloaded or a deviation changes them, and are not freed by the
+ * client. Accessors and lookups take NULL and answer 0 or NULL. The scans hand
+ * each item to a callback, in the order of the model, and stop at the first
+ * result that is not 0; they refuse a NULL callback with 22.
+ *
+ * Thread safety: functions that only read may run side by side while no module
+ * is loaded or unloaded in the same context; the others are serialised by the
+ * caller.
  */
 
 QM_BEGIN_DECLS
@@ -386,8 +401,8 @@ QM_API QM_NODISCARD uint32_t QM_MOD_IterScanAugmentNode(QmsModule *mod, QmNodeSc
  * @brief Walks a node and its whole subtree in pre-order.
  *
  * The root comes first, with travel type #QMS_TRAV_TOP; a first child with
- * #QMS_TRAV_CHILD and a next sibling with #QMS_TRAV_SIBLING. A node that has
- * children comes a second time, with #QMS_TRAV_PARENT, when the walk goes up
+ * #QMS_TRAV_CHILD and a next sibling with #QMS_TRAV_SIBLING. A node whose
+ * children were visited comes a second time, with #QMS_TRAV_PARENT, when the walk goes up
  * past it, except the root, with which the walk ends. A callback that returns
  * #QMS_SCAN_SKIP_SUBTREE keeps the walk from the children of that node.
  *
