@@ -12,6 +12,12 @@
 // the next refresh the typedefs are looked up by name, with the same result.
 void ClearResolvedTypedefs(QmsModule* module);
 
+// The same as QMS_MOD_AppendOneTypeDef() for one of many appends in a row: only the
+// typedefs may have been resolved since the last ClearResolvedTypedefs(), so that
+// the trees need not be walked for each.
+uint32_t AppendNextTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
+                           const char* defaultValue);
+
 // The global definitions of a module. Each family has the same operations:
 // Append grows the module's array by one and raises its count last (22 when the
 // counter is full); Fill interns the texts of one element and leaves it clear

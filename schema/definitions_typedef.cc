@@ -33,12 +33,16 @@ static void ForgetResolvedInDeviates(const QmsModule* module, const QmsDeviation
   }
 }
 
+static void ForgetResolvedInTypedefs(QmsModule* module) {
+  for (uint32_t i = 0; module->typedefs != nullptr && i < module->typedefCount; ++i) {
+    ClearResolvedInType(&module->typedefs[i].type, module->name);
+  }
+}
+
 void ClearResolvedTypedefs(QmsModule* module) {
   if (module == nullptr || module->name == nullptr) return;
   if (module->typedefs == nullptr || module->typedefCount == 0) return;
-  for (uint32_t i = 0; i < module->typedefCount; ++i) {
-    ClearResolvedInType(&module->typedefs[i].type, module->name);
-  }
+  ForgetResolvedInTypedefs(module);
   ForgetResolvedInTrees(module, module->dataNodes);
   ForgetResolvedInTrees(module, module->rpcNodes);
   ForgetResolvedInTrees(module, module->notifNodes);
@@ -65,8 +69,14 @@ uint32_t QMS_MOD_FillTypeDef(QmDict* dict, QmsTypedef* td, const char* name,
 
 uint32_t QMS_MOD_AppendOneTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
                                   const char* defaultValue) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
   ClearResolvedTypedefs(mod);
+  return AppendNextTypeDef(mod, name, realType, defaultValue);
+}
+
+uint32_t AppendNextTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
+                           const char* defaultValue) {
+  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
+  ForgetResolvedInTypedefs(mod);
   return AppendElem(&mod->typedefs, &mod->typedefCount, [&](QmsTypedef* td) {
     return QMS_MOD_FillTypeDef(ModuleDict(mod), td, name, realType, defaultValue);
   });

@@ -164,7 +164,7 @@ static uint32_t MergeDeviation(QmsModule* dst, const QmsDeviation* src) {
 
 static uint32_t MergeTypeDef(QmsModule* dst, const QmsTypedef* src) {
   if (QMS_MOD_FindQmsTypDefByName(dst, src->name) != nullptr) return QM_OK;
-  uint32_t ret = QMS_MOD_AppendOneTypeDef(dst, src->name, &src->type, src->defaultValue);
+  uint32_t ret = AppendNextTypeDef(dst, src->name, &src->type, src->defaultValue);
   if (ret != QM_OK) {
     QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge typedef \"%s\".", src->name);
     return ret;
@@ -202,6 +202,8 @@ uint32_t QMS_MOD_MergeNonNodeMemberDeviation(QmsModule* dst, QmsModule* src) {
 }
 
 uint32_t QMS_MOD_MergeNonNodeMemberTypeDef(QmsModule* dst, QmsModule* src) {
+  // Once for all that are merged; the registration resolves them again.
+  if (CanMerge(dst, src) && src->typedefCount != 0) ClearResolvedTypedefs(dst);
   return MergeEach(dst, src, &QmsModule::typedefs, &QmsModule::typedefCount, MergeTypeDef);
 }
 
