@@ -5,9 +5,12 @@
 
 #include <string>
 
+#include "context/array.h"
 #include "loader/statements.h"
 #include "loader/stmt_deviation.h"
 #include "loader/stmt_extension.h"
+#include "schema/definitions.h"
+#include "schema/node.h"
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
@@ -36,6 +39,128 @@ static void ExpectRefused(const Refused& row) {
   std::vector<std::string> expected = {std::string("m -: ") + row.first};
   if (row.second != nullptr) expected.push_back(std::string("m -: ") + row.second);
   EXPECT_EQ(expected, ctx.Errors());
+}
+
+using ParseFunc = uint32_t (*)(QmsModule*, xmlNode*, uint32_t, void*);
+
+// Parses one YIN element as the module would. `refuseNth`, unless 0, is the
+// allocation that is refused meanwhile.
+static uint32_t ParseOne(QmCtx* ctx, ParseFunc parse, const std::string& element, uint32_t parent,
+                         void* dest, uint64_t refuseNth = 0) {
+  yin::Parsed module(ctx, Model(""));
+  EXPECT_TRUE(module);
+  xmlDoc* doc =
+      yin::Xml("<r xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:m='urn:m'>" + element + "</r>");
+  if (refuseNth > 0) counting_memory::RefuseNth(refuseNth, counting_memory::Refuse::kOnce);
+  const uint32_t ret = parse(module.Get(), xmlDocGetRootElement(doc)->children, parent, dest);
+  if (refuseNth > 0) {
+    EXPECT_EQ(1u, counting_memory::StopRefusing());
+  }
+  xmlFreeDoc(doc);
+  return ret;
+}
+
+// Room for one record of any kind.
+union AnyDefinition {
+  char bytes[sizeof(QmsDeviate)];
+  QmsFeature feature;
+  QmsIdentity identity;
+  QmsIdentBase base;
+  QmsExtension extension;
+  QmsDeviation deviation;
+  QmsDeviate deviate;
+  QmsExtInst instance;
+};
+
+static bool IsZero(const AnyDefinition& record) {
+  for (const char byte : record.bytes)
+    if (byte != 0) return false;
+  return true;
+}
+
+TEST(Definitions, AFailedOneIsClearedAndItsCodePassedOn) {
+  struct {
+    ParseFunc parse;
+    const char* element;
+    uint32_t status;
+  } const rows[] = {
+      {QMS_LOADER_ParseFeature, "<feature/>", 22},
+      {QMS_LOADER_ParseFeature,
+       "<feature name='a'><if-feature name='b'/><if-feature name=''/></feature>", 1},
+      {QMS_LOADER_ParseIdentity, "<identity/>", 22},
+      {QMS_LOADER_ParseIdentity,
+       "<identity name='i'><if-feature name='f'/><base name='x'/><base name='p:x'/></identity>",
+       22},
+      {QMS_LOADER_ParseExtension, "<extension/>", 22},
+      {QMS_LOADER_ParseExtension,
+       "<extension name='e'><argument name='a'><yin-element value='yes'/></argument></extension>",
+       22},
+      {QMS_LOADER_ParseDeviation, "<deviation/>", 22},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='o:a'/>", 22},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='/p:a'/>", 22},
+      {QMS_LOADER_ParseDeviation,
+       "<deviation target-node='/o:a'><deviate value='delete'><must condition='x'/></deviate>"
+       "<deviate value='Add'/></deviation>",
+       UINT32_MAX},
+      {QMS_LOADER_ParseDeviate,
+       "<deviate value='add'><must condition='x'/><default value='1'/><units name='u'/>"
+       "<m:e a='1'/><config value='bad'/></deviate>",
+       22},
+      {QMS_LOADER_ParseDeviate, "<deviate value='delete'><must condition='x'/><default/></deviate>",
+       22},
+      {QMS_LOADER_ParseDeviate,
+       "<deviate value='replace'><type name='int8'/><mandatory value='bad'/></deviate>", 22},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.element);
+    yin::Context ctx(QM_LOAD_UNITS);
+    AnyDefinition record = {};
+    EXPECT_EQ(row.status, ParseOne(ctx, row.parse, row.element, 39, &record));
+    EXPECT_TRUE(IsZero(record));
+  }
+}
+
+TEST(Definitions, AFailedInternIs22AndOfAReferenceOrAnInstance12) {
+  struct {
+    ParseFunc parse;
+    const char* element;
+    uint64_t refuseNth;
+    uint32_t status;
+    std::vector<std::string> errors;
+  } const rows[] = {
+      {QMS_LOADER_ParseFeature, "<feature name='new'/>", 1, 22, {}},
+      {QMS_LOADER_ParseIdentity, "<identity name='new'/>", 1, 22, {}},
+      {QMS_LOADER_ParseExtension, "<extension name='new'/>", 1, 22, {}},
+      {QMS_LOADER_ParseArgument, "<argument name='new'/>", 1, 22, {}},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='/o:new'/>", 2, 22, {}},
+      {QMS_LOADER_ParseIdentBase,
+       "<base name='new'/>",
+       1,
+       12,
+       {"m -: Failed to parse value \"new\" of statement \"base\"."}},
+      {QMS_LOADER_ParseExtInst,
+       "<m:new/>",
+       1,
+       12,
+       {"m -: Failed to parse extension instance \"m:new\""}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.element);
+    yin::Context ctx;
+    AnyDefinition record = {};
+    EXPECT_EQ(row.status, ParseOne(ctx, row.parse, row.element, 39, &record, row.refuseNth));
+    EXPECT_TRUE(IsZero(record));
+    EXPECT_EQ(row.errors, ctx.Errors());
+  }
+}
+
+TEST(ParseDeviation, ATargetThatCannotBeConvertedForLackOfMemoryIsTold) {
+  yin::Context ctx;
+  AnyDefinition record = {};
+  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseDeviation, "<deviation target-node='/o:new'/>", 39,
+                          &record, 1));
+  EXPECT_THAT(ctx.Errors(),
+              ElementsAre("m -: Failed to parse \"deviation\" statement \"/o:new\"."));
 }
 
 TEST(ParseFeature, KeepsNameAndConditions) {
@@ -93,6 +218,48 @@ TEST(ParseIdentity, RefusedOnes) {
        "Failed to parse value \"i\" of statement \"identity\"."},
   };
   for (const Refused& row : rows) ExpectRefused(row);
+}
+
+TEST(ParseIdentBase, StatusesAndMessages) {
+  const std::string tooLong(65, 'x');
+  struct {
+    std::string argument;
+    uint32_t status;
+    std::string error;
+  } const rows[] = {
+      {"x", 0, ""},
+      {"o:x", 0, ""},
+      {"", 1, "Failed to parse xpath \"\"."},
+      {"a b", 22, "Failed to parse xpath \"a b\"."},
+      {tooLong, 126, "Failed to parse xpath \"" + tooLong + "\"."},
+      {tooLong + ":x", 126, "Failed to parse xpath \"" + tooLong + ":x\"."},
+      {"p:x", 22, "Failed to find module by prefix \"p\"."},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.argument);
+    yin::Context ctx;
+    QmsIdentBase base = {};
+    EXPECT_EQ(row.status, ParseOne(ctx, QMS_LOADER_ParseIdentBase,
+                                   "<base name='" + row.argument + "'/>", 25, &base));
+    if (row.status == 0)
+      EXPECT_THAT(ctx.Errors(), ElementsAre());
+    else
+      EXPECT_THAT(ctx.Errors(), ElementsAre("m -: " + row.error));
+    QMS_MDL_ClearIdentBase(&ctx.Get()->dict, &base);
+  }
+}
+
+TEST(ParseYinElement, OnlyTwoWordsAreKnown) {
+  yin::Context ctx;
+  uint32_t value = 7;
+  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='true'/>", 4, &value));
+  EXPECT_EQ(1u, value);
+  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='false'/>", 4, &value));
+  EXPECT_EQ(0u, value);
+  value = 7;
+  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='1'/>", 4, &value));
+  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y/>", 4, &value));
+  EXPECT_EQ(7u, value);
 }
 
 TEST(ParseExtension, KeepsArgumentAndYinElement) {
@@ -321,6 +488,42 @@ TEST(ParseExtInst, AccessControlMarksGoToTheNodeAndBelow) {
   EXPECT_EQ(uint32_t{QMS_NODE_DENY_WRITE}, yin::Find(module.Get(), "c/l")->flags);
   EXPECT_EQ(uint32_t{QMS_NODE_DENY_ALL}, yin::Find(module.Get(), "d")->flags);
   EXPECT_EQ(0u, yin::Find(module.Get(), "e")->flags);
+}
+
+TEST(IsExtInstNeedParse, PrefixNameAndModuleAreNeeded) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, Model(""));
+  xmlNs ns = {};
+  xmlNode element = {};
+  element.type = XML_ELEMENT_NODE;
+  element.ns = &ns;
+  xmlChar name[] = "e";
+  xmlChar known[] = "o";
+  xmlChar unknown[] = "z";
+  element.name = name;
+  EXPECT_EQ(0u, QMS_LOADER_IsExtInstNeedParse(module.Get(), &element)) << "no prefix";
+  ns.prefix = unknown;
+  EXPECT_EQ(0u, QMS_LOADER_IsExtInstNeedParse(module.Get(), &element));
+  ns.prefix = known;
+  EXPECT_EQ(1u, QMS_LOADER_IsExtInstNeedParse(module.Get(), &element));
+  element.name = nullptr;
+  EXPECT_EQ(0u, QMS_LOADER_IsExtInstNeedParse(module.Get(), &element)) << "no name";
+}
+
+TEST(ParseExtInst, AFailureSetsTheCounterOfItsNodeToZero) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, Model(""));
+  QmsNode* node = QMS_NODE_New(QMS_NODE_CONTAINER);
+  ASSERT_NE(nullptr, node);
+  node->module = module.Get();
+  ASSERT_EQ(0u, NewArrayOf(&node->extInsts, 2));
+  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:a><m:n/></m:a>", 13, node));
+  EXPECT_EQ(1u, node->extInstCount);
+  EXPECT_EQ(12u, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:b/>", 13, node, 1));
+  EXPECT_EQ(0u, node->extInstCount);
+  EXPECT_EQ(nullptr, node->extInsts[0].name);
+  EXPECT_EQ(nullptr, node->extInsts[0].children);
+  QMS_NODE_Free(node);
 }
 
 static uint32_t g_refuseAfter;

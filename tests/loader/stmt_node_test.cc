@@ -157,6 +157,25 @@ TEST(NodeStatements, DescriptionsAndInstancesAreKeptWhereTheyMay) {
   }
 }
 
+TEST(NodeStatements, AFailedSubStatementIsToldWithKeywordAndName) {
+  size_t count = 0;
+  const Holder* holders = Holders(&count);
+  for (size_t i = 0; i < count; ++i) {
+    const std::string key = holders[i].keyword;
+    SCOPED_TRACE(key);
+    const std::string child = *holders[i].accepted.begin();  // fails without an argument
+    yin::Context ctx;
+    yin::Parsed module(
+        ctx, Model(std::string(holders[i].before) + "<" + child + "/>" + holders[i].after));
+    EXPECT_FALSE(module);
+    const bool isNamedByKeyword = key == "input" || key == "output";
+    const std::string name = key == "augment" ? "/other:t" : isNamedByKeyword ? key : "n";
+    EXPECT_THAT(ctx.Errors(),
+                ElementsAre("m -: Failed to get value of statement \"" + child + "\".",
+                            "m -: Failed to parse \"" + key + "\" statement \"" + name + "\"."));
+  }
+}
+
 TEST(NodeStatements, AMissingNameIsTold) {
   for (const char* keyword : {"container", "leaf", "leaf-list", "list", "choice", "anydata",
                               "anyxml", "rpc", "notification", "augment"}) {
@@ -175,6 +194,20 @@ TEST(ParseNodeCommon, NullWhenTheNodeCannotBeNamed) {
   xmlDoc* doc = yin::Xml("<leaf/>");
   EXPECT_EQ(nullptr,
             QMS_LOADER_ParseNodeCommon(module.Get(), xmlDocGetRootElement(doc), QMS_NODE_LEAF));
+  xmlFreeDoc(doc);
+}
+
+TEST(ParseNodeCommon, NullWithoutMemory) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, Model(""));
+  xmlDoc* doc = yin::Xml("<leaf name='x'/>");
+  for (uint64_t n = 1; n <= 4; ++n) {  // node, payload, dictionary entry, its text
+    SCOPED_TRACE(n);
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    EXPECT_EQ(nullptr,
+              QMS_LOADER_ParseNodeCommon(module.Get(), xmlDocGetRootElement(doc), QMS_NODE_LEAF));
+    EXPECT_EQ(1u, counting_memory::StopRefusing());
+  }
   xmlFreeDoc(doc);
 }
 
@@ -412,6 +445,27 @@ TEST(ParseAugmentTargetNode, APathThatCannotBeInternedIsMinusOne) {
   xmlFreeDoc(doc);
 }
 
+TEST(ParseAugment, OneThatFailsIsNotLinkedAndOneThatIsLinkedIsWhole) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, Model(""));
+  xmlDoc* doc = yin::Xml(
+      "<augment target-node='/o:a' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+      "<if-feature name='f'/><leaf name='x'><type name='string'/></leaf></augment>");
+  uint64_t refused = 1;
+  for (uint64_t n = 1; refused > 0; ++n) {
+    SCOPED_TRACE(n);
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    const uint32_t ret =
+        QMS_LOADER_ParseAugment(module.Get(), xmlDocGetRootElement(doc), 39, module.Get());
+    refused = counting_memory::StopRefusing();
+    EXPECT_EQ(refused == 0, ret == 0);
+    QmsNode* augment = module.Get()->augmentNodes;
+    ASSERT_EQ(ret == 0, augment != nullptr);
+  }
+  EXPECT_EQ(1u, module.Get()->augmentNodes->firstChild->ifFeatureCount);
+  xmlFreeDoc(doc);
+}
+
 TEST(NodeDefaults, OfIdentityrefTypesGetModuleNames) {
   yin::Context ctx;
   yin::Parsed module(ctx,
@@ -454,6 +508,29 @@ TEST(NodeDefaults, AnUnknownPrefixRefusesTheNodeAndTakesItOutOfTheTree) {
     EXPECT_EQ(nullptr, module.Get()->dataNodes);
     xmlFreeDoc(doc);
   }
+}
+
+TEST(NodeDefaults, AFailedOneHasNoMessageOfItsOwn) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, Model("<container name='c'><leaf name='a'><type name='identityref'>"
+                                "<base name='b'/></type><default value='p:i'/></leaf>"
+                                "</container>"));
+  EXPECT_FALSE(module);
+  EXPECT_THAT(ctx.Errors(),
+              ElementsAre("m -: Failed to parse statement \"leaf\" under statement \"container\".",
+                          "m -: Failed to parse \"container\" statement \"c\"."));
+}
+
+TEST(NodeStatements, AWhenOfMoreThan3096CharactersIsKeptAndTheLoadGoesOn) {
+  yin::Context ctx;
+  const std::string when = "a = 'o:i' or " + std::string(3096, 'b');
+  yin::Parsed module(ctx, Model("<container name='c'><when condition=\"" + when +
+                                "\"/></container><container name='d'/>"));
+  ASSERT_TRUE(module);
+  EXPECT_EQ(when, yin::Find(module.Get(), "c")->when) << "nothing in it is rewritten";
+  EXPECT_NE(nullptr, yin::Find(module.Get(), "d"));
+  EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to transfer prefix to module name in "
+                                        "statement \"when\"."));
 }
 
 TEST(NodeStatements, ManyInstancesOverflowNoCounter) {

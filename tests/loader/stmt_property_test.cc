@@ -183,6 +183,27 @@ TEST(PropertyStatements, AFailedInternGives22AndForUnits12) {
   EXPECT_EQ(nullptr, must.condition);
 }
 
+TEST(ParseDefault, AFailedInternNamesTheValue) {
+  yin::Context ctx;
+  yin::Parsed module(ctx, yin::Module("m", ""));
+  xmlDoc* doc = yin::Xml("<default value='d'/>");
+  const char* text = nullptr;
+  counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
+  EXPECT_EQ(22u, QMS_LOADER_ParseDefault(module.Get(), xmlDocGetRootElement(doc), 31, &text));
+  EXPECT_EQ(1u, counting_memory::StopRefusing());
+  EXPECT_THAT(ctx.Errors(),
+              ElementsAre("m -: Failed to parse value \"d\" of statement \"default\"."));
+  xmlFreeDoc(doc);
+}
+
+TEST(ParseIfFeature, AFailedInternIs12) {
+  yin::Context ctx;
+  QmsIfFeature ref = {};
+  EXPECT_EQ(12u, ParseWithoutMemory(ctx, QMS_LOADER_ParseIfFeature, "<i name='f'/>", &ref));
+  EXPECT_EQ(nullptr, ref.module);
+  EXPECT_EQ(nullptr, ref.feature);
+}
+
 TEST(ParseWhen, ASecondConditionReplacesTheFirst) {
   yin::Context ctx;
   const char* when = nullptr;
