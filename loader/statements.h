@@ -17,8 +17,9 @@
 //   records                  one zero-filled array element
 //   argument, yin-element    the QmsExtension, its uint32_t
 //   extension instances      the QmsNode, or one QmsExtInst elsewhere
-// 0 on success. On failure the place is as it was or zero-filled, and a message
-// is recorded for the module as a rule.
+// 0 on success. On failure what lies at the place can still be cleared by its
+// owner, array elements of a module are zero-filled, and a message is recorded
+// for the module as a rule.
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
-// Extension instances: elements of foreign namespaces (RFC 7950 section 13.3).
+// Extension instances: elements of foreign namespaces (RFC 7950 section 13.1).
 // One is kept on its schema node, in the array that its parent's descriptor
 // sized, or inside another instance. Nesting is as deep as the document at most.
 #include <cstdint>

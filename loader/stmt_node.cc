@@ -9,7 +9,6 @@
 #include "loader/stmt_node.h"
 
 #include <cstdint>
-#include <iterator>
 
 #include "context/load_error.h"
 #include "loader/argument.h"

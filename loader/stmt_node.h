@@ -42,11 +42,13 @@ uint32_t ParseNodeBody(const QmsNodeStmt& stmt, QmsModule* module, xmlNode* elem
 
 QM_BEGIN_INTERNAL_DECLS
 
-// A new node of the module, named by its statement; NULL when it cannot be named.
+// A new node of the module, named by its statement; NULL when it cannot be made or
+// named.
 QmsNode* QMS_LOADER_ParseNodeCommon(QmsModule* module, xmlNode* element, uint32_t nodeKind);
 
 // Links a parsed node under its parent, or under the module for a top-level one.
-// "input" comes before "output" whatever the order in the document.
+// "input" comes before "output" whatever the order in the document. 22 when the
+// node cannot be linked; it stays the caller's then.
 uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, QmsNode* node,
                                         uint32_t parentStmt);
 

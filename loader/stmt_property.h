@@ -20,12 +20,13 @@ uint32_t QMS_LOADER_RefreshLeafListDefaultValue(QmsModule* module, QmsNode* leaf
 // literals: a new text, or NULL when it cannot be tokenized or gets too long.
 char* QMS_LOADER_TransPrefix2ModNameInLiteral(QmsModule* module, const char* text);
 
-// Writes the rewritten condition into `out`; 22 when it does not fit whole.
+// Writes the rewritten condition into `out`; 22 when it cannot be tokenized or does
+// not fit whole, 12 without memory.
 uint32_t QMS_LOADER_CopyTokenIntoOutCondition(QmsModule* module, const char* text, char* out,
                                               uint32_t outSize);
 
 // Appends one string literal that contains ":" at out[*used], its prefix
-// replaced when the module knows it.
+// replaced when the module knows it; 22 when it does not fit, 12 without memory.
 uint32_t QMS_LOADER_AddModuleNameIntoCondition(QmsModule* module, const char* token,
                                                uint32_t tokenLength, char* out, uint32_t outSize,
                                                uint32_t* used);

@@ -18,6 +18,18 @@ inline QmDict* ModuleDict(const QmsModule* module) {
 // Destroy functions release the parts of a record, which stays valid and empty;
 // QMS_MOD_Free() does both and frees it.
 
+// A top-level list of a module.
+struct QmsTopList {
+  QmsNode* QmsModule::*head;
+  QmsNode* QmsModule::*tail;
+};
+
+constexpr QmsTopList kDataList = {&QmsModule::dataNodes, &QmsModule::dataTail};
+constexpr QmsTopList kRpcList = {&QmsModule::rpcNodes, &QmsModule::rpcTail};
+constexpr QmsTopList kNotifList = {&QmsModule::notifNodes, &QmsModule::notifTail};
+constexpr QmsTopList kAugmentList = {&QmsModule::augmentNodes, &QmsModule::augmentTail};
+constexpr QmsTopList kTopLists[] = {kDataList, kRpcList, kNotifList, kAugmentList};
+
 QM_BEGIN_INTERNAL_DECLS
 
 const char* QMS_MOD_GetImportModNameByPrefix(const QmsModule* mod, const char* prefix);

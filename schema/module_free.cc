@@ -64,10 +64,10 @@ static void FreeNodeListWithoutTexts(QmsNode** list) {
 void QMS_MOD_DestroyNodeMember(QmsModule* mod) {
   if (mod == nullptr) return;
   const auto freeList = mod->ctx != nullptr ? FreeNodeList : FreeNodeListWithoutTexts;
-  freeList(&mod->dataNodes);
-  freeList(&mod->rpcNodes);
-  freeList(&mod->notifNodes);
-  freeList(&mod->augmentNodes);
+  for (const QmsTopList& list : kTopLists) {
+    mod->*list.tail = nullptr;
+    freeList(&(mod->*list.head));
+  }
 }
 
 void QMS_MOD_Free(QmsModule* mod) {

@@ -9,32 +9,23 @@
 #include "schema/module.h"
 #include "schema/node_link.h"
 
-using ListHead = QmsNode* QmsModule::*;
-
 namespace {
 // The list that takes the nodes of a kind; NULL for kinds that always have a parent.
 struct KindList {
   uint32_t kind;
-  ListHead head;
+  const QmsTopList* list;
 };
 }  // namespace
 
 static constexpr KindList kListOfKind[] = {
-    {QMS_NODE_NONE, nullptr},
-    {QMS_NODE_CONTAINER, &QmsModule::dataNodes},
-    {QMS_NODE_LEAF, &QmsModule::dataNodes},
-    {QMS_NODE_LEAF_LIST, &QmsModule::dataNodes},
-    {QMS_NODE_LIST, &QmsModule::dataNodes},
-    {QMS_NODE_CHOICE, &QmsModule::dataNodes},
-    {QMS_NODE_CASE, nullptr},
-    {QMS_NODE_ANYDATA, &QmsModule::dataNodes},
-    {QMS_NODE_ANYXML, &QmsModule::dataNodes},
-    {QMS_NODE_ACTION, nullptr},
-    {QMS_NODE_RPC, &QmsModule::rpcNodes},
-    {QMS_NODE_NOTIFICATION, &QmsModule::notifNodes},
-    {QMS_NODE_INPUT, nullptr},
-    {QMS_NODE_OUTPUT, nullptr},
-    {QMS_NODE_AUGMENT, &QmsModule::augmentNodes},
+    {QMS_NODE_NONE, nullptr},          {QMS_NODE_CONTAINER, &kDataList},
+    {QMS_NODE_LEAF, &kDataList},       {QMS_NODE_LEAF_LIST, &kDataList},
+    {QMS_NODE_LIST, &kDataList},       {QMS_NODE_CHOICE, &kDataList},
+    {QMS_NODE_CASE, nullptr},          {QMS_NODE_ANYDATA, &kDataList},
+    {QMS_NODE_ANYXML, &kDataList},     {QMS_NODE_ACTION, nullptr},
+    {QMS_NODE_RPC, &kRpcList},         {QMS_NODE_NOTIFICATION, &kNotifList},
+    {QMS_NODE_INPUT, nullptr},         {QMS_NODE_OUTPUT, nullptr},
+    {QMS_NODE_AUGMENT, &kAugmentList},
 };
 
 static consteval bool RowsStandAtTheirKind() {
@@ -47,21 +38,28 @@ static_assert(std::size(kListOfKind) == QMS_NODE_KIND_COUNT, "one row per node k
 static_assert(RowsStandAtTheirKind(), "a row's index is its node kind");
 
 // What a client sees as the contents of a module, in the order of scans.
-static constexpr ListHead kOwnLists[] = {&QmsModule::dataNodes, &QmsModule::rpcNodes,
-                                         &QmsModule::notifNodes};
+static constexpr QmsNode* QmsModule::*kOwnLists[] = {&QmsModule::dataNodes, &QmsModule::rpcNodes,
+                                                     &QmsModule::notifNodes};
 
+// From the head on, each append would cost the length of the list.
 uint32_t QMS_MOD_AddTopNodeToSchemaTree(QmsModule* mod, QmsNode* node) {
   if (mod == nullptr || node == nullptr || node->kind >= std::size(kListOfKind)) return QM_INVALID;
-  const ListHead head = kListOfKind[node->kind].head;
-  if (head == nullptr) return QM_INVALID;
-  if (mod->*head != nullptr) return QMS_NODE_AddSibling(mod->*head, node);
-  mod->*head = node;
+  const QmsTopList* list = kListOfKind[node->kind].list;
+  if (list == nullptr) return QM_INVALID;
+  if (mod->*list->head == nullptr) {
+    mod->*list->head = node;
+  } else {
+    QmsNode* start = mod->*list->tail != nullptr ? mod->*list->tail : mod->*list->head;
+    const uint32_t ret = QMS_NODE_AddSibling(start, node);
+    if (ret != QM_OK) return ret;
+  }
+  mod->*list->tail = node;
   return QM_OK;
 }
 
 QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name) {
   if (mod == nullptr || name == nullptr) return nullptr;
-  for (const ListHead head : kOwnLists) {
+  for (QmsNode* QmsModule::*head : kOwnLists) {
     for (QmsNode* node = mod->*head; node != nullptr; node = node->next) {
       if (node->name != nullptr && RTK_StrCmp(node->name, name) == 0) return node;
     }
@@ -82,7 +80,7 @@ static uint32_t ScanList(QmsNode* list, QmNodeScanFunc cb, void* arg) {
 
 uint32_t QM_MOD_IterScanTopmostNode(QmsModule* mod, QmNodeScanFunc cb, void* arg) noexcept {
   if (mod == nullptr || cb == nullptr) return QM_INVALID;
-  for (const ListHead head : kOwnLists) {
+  for (QmsNode* QmsModule::*head : kOwnLists) {
     const uint32_t ret = ScanList(mod->*head, cb, arg);
     if (ret != QM_OK) return ret;
   }

@@ -6,6 +6,7 @@
 
 #include <qmodel/error.h>
 
+#include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
 
@@ -76,10 +77,9 @@ uint32_t QMS_NODE_Unlink(QmsNode* node) {
 void QM_NODE_CalibrateTopNodeAddress(QmsNode* node, QmsNode* next) {
   if (node == nullptr || node->module == nullptr) return;
   QmsModule* module = node->module;
-  QmsNode** const heads[] = {&module->dataNodes, &module->rpcNodes, &module->notifNodes,
-                             &module->augmentNodes};
-  for (QmsNode** head : heads) {
-    if (*head == node) *head = next;
+  for (const QmsTopList& list : kTopLists) {
+    if (module->*list.head == node) module->*list.head = next;
+    if (module->*list.tail == node) module->*list.tail = node->prev;
   }
 }
 

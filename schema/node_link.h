@@ -17,7 +17,8 @@ uint32_t QMS_NODE_LinkTreeNode(QmsNode* a, QmsNode* node, uint32_t how);
 
 // Takes a node with its subtree out of its list; the node is the caller's then.
 uint32_t QMS_NODE_Unlink(QmsNode* node);
-// Where `node` heads a top-level list of its module, `next` becomes the head.
+// Where `node` heads a top-level list of its module, `next` becomes the head; where
+// a list is appended to from `node` on, that begins with the node before it.
 void QM_NODE_CalibrateTopNodeAddress(QmsNode* node, QmsNode* next);
 
 QmsNode* QMS_NODE_GetLastSibling(QmsNode* node);

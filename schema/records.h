@@ -135,6 +135,10 @@ struct QmsModule {
   QmsNode* rpcNodes;
   QmsNode* notifNodes;
   QmsNode* augmentNodes;
+  QmsNode* dataTail;  // where appending starts: a node of the chain, or NULL for its head
+  QmsNode* rpcTail;
+  QmsNode* notifTail;
+  QmsNode* augmentTail;
   uint32_t mergeSourceCount;
   const char** mergeSources;  // suffixes of the split files it came from
   void* privateData;          // the client's

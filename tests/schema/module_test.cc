@@ -12,6 +12,7 @@
 #include "context/module_registry.h"
 #include "schema/definitions.h"
 #include "schema/node.h"
+#include "schema/node_link.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 
@@ -267,6 +268,35 @@ TEST_F(TopLevelNodes, KindDecidesTheList) {
   EXPECT_EQ("/x:y", ListText(module_->augmentNodes));
   EXPECT_EQ(module_->rpcNodes, module_->rpcNodes->next->prev);
   EXPECT_EQ(nullptr, module_->rpcNodes->next->parent);
+}
+
+TEST_F(TopLevelNodes, AreAppendedBehindTheLastOneThatIsLeft) {
+  QmsNode* a = AddTop(module_, QMS_NODE_CONTAINER, "a");
+  QmsNode* b = AddTop(module_, QMS_NODE_LEAF, "b");
+  QmsNode* c = AddTop(module_, QMS_NODE_LEAF, "c");
+  for (QmsNode* last : {c, b}) {
+    ASSERT_EQ(0u, QMS_NODE_Unlink(last));
+    QMS_NODE_Free(last);
+  }
+  QmsNode* d = AddTop(module_, QMS_NODE_LIST, "d");
+  EXPECT_EQ("a d", ListText(module_->dataNodes));
+  EXPECT_EQ(a, d->prev);
+  for (QmsNode* first : {a, d}) {
+    ASSERT_EQ(0u, QMS_NODE_Unlink(first));
+    QMS_NODE_Free(first);
+  }
+  EXPECT_EQ(nullptr, module_->dataNodes);
+  ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_LIST, "e"));
+  EXPECT_EQ("e", ListText(module_->dataNodes));
+}
+
+TEST_F(TopLevelNodes, AreAppendedBehindSiblingsThatWereLinkedOtherwise) {
+  QmsNode* a = AddTop(module_, QMS_NODE_CONTAINER, "a");
+  QmsNode* b = AddTop(module_, QMS_NODE_CONTAINER, "b");
+  ASSERT_EQ(0u, QMS_NODE_Unlink(b));
+  ASSERT_EQ(0u, QMS_NODE_AddSibling(a, b));
+  ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_LEAF, "c"));
+  EXPECT_EQ("a b c", ListText(module_->dataNodes));
 }
 
 TEST_F(TopLevelNodes, OtherKindsAreRefusedWith22AndChangeNothing) {
