@@ -13,6 +13,11 @@
 
 static void DropError(void* /*context*/, xmlErrorPtr /*error*/) {}
 
+// Out of memory libxml2 may still hand out a document, with parts missing.
+static void NoteLostMemory(void* lostMemory, xmlErrorPtr error) {
+  if (error != nullptr && error->code == XML_ERR_NO_MEMORY) *static_cast<bool*>(lostMemory) = true;
+}
+
 XmlSilence::XmlSilence()
     : savedContext_(xmlStructuredErrorContext), savedFunc_(xmlStructuredError) {
   xmlSetStructuredErrorFunc(nullptr, DropError);
@@ -59,5 +64,10 @@ xmlDoc* ParseXmlText(const char* text, size_t size) {
   if (text == nullptr || size == 0 || size > INT_MAX) return nullptr;
   const XmlSilence silence;
   const ParserDefaults defaults;
-  return xmlParseMemory(text, static_cast<int>(size));
+  bool lostMemory = false;
+  xmlSetStructuredErrorFunc(&lostMemory, NoteLostMemory);
+  xmlDoc* doc = xmlParseMemory(text, static_cast<int>(size));
+  if (!lostMemory) return doc;
+  xmlFreeDoc(doc);
+  return nullptr;
 }

@@ -8,8 +8,9 @@
 // Parses `size` bytes of XML with blanks between elements dropped. Silent:
 // nothing is written to standard error. No external subset, entity or network
 // address is followed, whatever the client has set, and the calling thread's
-// libxml2 settings are as before afterwards. NULL when the text is not
-// well-formed, empty, or too long for libxml2.
+// libxml2 settings are as before afterwards, but for the indentation of output.
+// NULL when the text is not well-formed, empty, too long for libxml2, or when
+// libxml2 ran out of memory.
 xmlDoc* ParseXmlText(const char* text, size_t size);
 
 // While alive, libxml2 reports nothing for the calling thread.

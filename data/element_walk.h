@@ -27,7 +27,8 @@ inline bool IsElement(const xmlNode* node) {
 }
 
 inline const char* ElementName(const xmlNode* element) {
-  return XmlText(element->name);
+  // libxml2 leaves an element without name when it ran out of memory on it.
+  return element->name == nullptr ? "" : XmlText(element->name);
 }
 
 // The schema node that an element is bound to; NULL for everything else.
