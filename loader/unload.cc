@@ -93,6 +93,9 @@ uint32_t QMS_LOADER_UpdateIndirectDeviatedMod(QmCtx* ctx, QmsModule* module, Qms
   for (const QmListLink* link = rel->items.next; link != &rel->items; link = link->next) {
     const QmCtxModRelItem* item = ItemOf(link);
     if (item->relType != QM_RELATION_AUGMENT) continue;
+    // The relation of a module that lost its augment to a deviation outlives the
+    // module; what is not loaded must not come back from an unload.
+    if (QM_CTX_GetModuleByModName(ctx, item->srcModName) == nullptr) continue;
     if (QMS_LOADER_IsAugAndRmvModShareSameDevaition(ctx, item->srcModName, module) != 1) continue;
     const uint32_t ret = AppendUnlessPending(tbl, item->srcModName);
     if (ret != QM_OK) return ret;
