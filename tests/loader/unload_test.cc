@@ -158,6 +158,20 @@ TEST(UnloadModule, AnAugmentLostToADeviationComesBackOnlyWhenItsTargetIsUnloaded
   }
 }
 
+TEST(UnloadModule, AModuleThatWasUnloadedBeforeIsNotBroughtBack) {
+  coupling::World world;
+  world.Add("t", Container("x"));
+  world.Add("a", Imports({"t"}) + Augment("/t:x", Container("y")));
+  world.Add("c", Imports({"t", "a"}) + Augment("/t:x/a:y", Leaf("z")));
+  world.Add("d", Imports({"t"}) + Deviation("/t:x", NotSupported()));
+  ASSERT_EQ(0u, world.Unload("c"));
+  // Its augment was gone, so the relation is still there; and d deviates both.
+  ASSERT_EQ("deviation:d augment:c", world.Relations("a"));
+  ASSERT_EQ("deviation:d", world.Relations("c"));
+  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_FALSE(world.IsLoaded("c"));
+}
+
 TEST(UnloadModule, AnAugmentingModuleTakesItsNodesWithIt) {
   coupling::World world;
   world.Add("t", Container("x", Leaf("own")));
