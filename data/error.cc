@@ -70,9 +70,9 @@ void ReportUnexpectedElement(QmCheckAux* aux, xmlNode* element) {
   QMD_ERR_SetBadElement(err, ElementName(element));
 }
 
-void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* statement) {
+void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* format) {
   QmErrNode* err = RunError(aux, QM_ERR_TAG_OPERATION_FAILED, element);
-  QMD_ERR_SetErrorMsg(err, "Failed to check %s condition of %s.", statement, ElementName(element));
+  QMD_ERR_SetErrorMsg(err, format, ElementName(element));
   QMD_ERR_SetBadElement(err, ElementName(element));
 }
 

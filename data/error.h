@@ -15,8 +15,8 @@
 QmErrNode* RunError(QmCheckAux* aux, uint32_t tag, xmlNode* dataNode);
 // "Unexpected element: %s." with the element's name.
 void ReportUnexpectedElement(QmCheckAux* aux, xmlNode* element);
-// "Failed to check %s condition of %s." for a condition that could not be evaluated.
-void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* statement);
+// A condition of the element could not be evaluated; `format` takes its name.
+void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* format) QM_PRINTF(3, 0);
 
 QM_BEGIN_INTERNAL_DECLS
 

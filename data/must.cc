@@ -30,7 +30,7 @@ static uint32_t EvalOneMust(QmCheckAux* aux, xmlNode* node, const QmsMust* must)
   const uint32_t ret = QM_XPATH_EvalCondition(aux->topNode, node, must->condition);
   if (ret == QM_OK) return QM_OK;
   if (ret != QM_XPATH_FALSE) {
-    ReportConditionFailure(aux, node, "must");
+    ReportConditionFailure(aux, node, "Failed to check must condition of %s.");
   } else if ((aux->flags & QMD_MODE_NOTIF) == 0) {
     ReportMustViolation(aux, node, must);
   }

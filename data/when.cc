@@ -35,7 +35,7 @@ uint32_t QMD_PAS_EvalDataNodeOneWhenCond(QmCheckAux* aux, xmlNode* node, xmlNode
   if (ret == QM_OK) return QM_OK;
   *outPass = 0;
   if (ret == QM_XPATH_FALSE) return QM_OK;
-  ReportConditionFailure(aux, node, "when");
+  ReportConditionFailure(aux, node, "Failed to check when condition of %s.");
   return ret;
 }
 
