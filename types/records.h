@@ -109,14 +109,6 @@ static_assert(sizeof(QmtSeg<int8_t>) == 2 && sizeof(QmtSeg<uint8_t>) == 2);
 static_assert(sizeof(QmtSeg<int16_t>) == 4 && sizeof(QmtSeg<uint16_t>) == 4);
 static_assert(sizeof(QmtSeg<int32_t>) == 8 && sizeof(QmtSeg<uint32_t>) == 8);
 
-enum QmtSegFlag : uint32_t {
-  QMT_SEG_SIGNED = 0x1,
-  QMT_SEG_UNSIGNED = 0x2,
-  QMT_SEG_START_MIN = 0x4,
-  QMT_SEG_START_MAX = 0x8,
-  QMT_SEG_END_MIN = 0x10,
-  QMT_SEG_END_MAX = 0x20
-};
 constexpr uint32_t kQmtSegSignMask = QMT_SEG_SIGNED | QMT_SEG_UNSIGNED;
 constexpr uint32_t kQmtSegMinMaxMask =
     QMT_SEG_START_MIN | QMT_SEG_START_MAX | QMT_SEG_END_MIN | QMT_SEG_END_MAX;

@@ -20,7 +20,7 @@ QmtGenericSeg ResolveMinMax(const QmtGenericSeg& seg, const QmtGenericSeg& limit
   if ((flags & QMT_SEG_END_MIN) != 0) out.end = limits.start;
   if ((flags & QMT_SEG_END_MAX) != 0) out.end = limits.end;
   const uint32_t signs = (flags | limits.segFlags) & kQmtSegSignMask;
-  out.segFlags = (signs & QMT_SEG_SIGNED) != 0 ? QMT_SEG_SIGNED : signs;
+  out.segFlags = (signs & QMT_SEG_SIGNED) != 0 ? uint32_t{QMT_SEG_SIGNED} : signs;
   return out;
 }
 

@@ -43,30 +43,6 @@ struct QmXpathObject {
   } value;
 };
 
-enum QmXpathExprType : uint32_t {
-  QM_XPATH_EXPR_OR = 0,
-  QM_XPATH_EXPR_AND = 1,
-  QM_XPATH_EXPR_EQUALITY = 2,
-  QM_XPATH_EXPR_RELATIONAL = 3,
-  QM_XPATH_EXPR_ADDITIVE = 4,
-  QM_XPATH_EXPR_MULTIPLICATIVE = 5,
-  QM_XPATH_EXPR_UNION = 7,  // 6 is left free
-  QM_XPATH_EXPR_OPERAND = 8,
-  QM_XPATH_EXPR_BARRIER = 9
-};
-
-enum QmXpathOperation : uint32_t {
-  QM_XPATH_OP_OR = 0,
-  QM_XPATH_OP_AND = 1,
-  QM_XPATH_OP_EQUAL = 2,
-  QM_XPATH_OP_NOT_EQUAL = 3,
-  QM_XPATH_OP_GREATER = 4,
-  QM_XPATH_OP_LESS = 5,
-  QM_XPATH_OP_GREATER_EQUAL = 6,
-  QM_XPATH_OP_LESS_EQUAL = 7,
-  QM_XPATH_OP_UNKNOWN = 8
-};
-
 // One operator that waits for its right operand, or a sub-expression barrier.
 struct QmXpathOpEntry {
   uint32_t exprType;    // QmXpathExprType

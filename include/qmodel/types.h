@@ -72,7 +72,21 @@ typedef uint32_t (*QmDerivedTypeScanFunc)(const char *moduleName, const char *ty
 /** Receives one enum or bit. @p description may be NULL. */
 typedef uint32_t (*QmNameValueScanFunc)(const char *name, int64_t value, const char *description,
                                         void *arg);
-/** Receives one segment of a range or length, widened to 64 bits; @p segFlags tells the sign. */
+/** Flags of a segment of a range or length. The first two tell the sign. */
+typedef enum QmtSegFlag {
+  QMT_SEG_SIGNED = 0x1,    /**< Start and end are signed numbers. */
+  QMT_SEG_UNSIGNED = 0x2,  /**< Start and end are unsigned numbers. */
+  QMT_SEG_START_MIN = 0x4, /**< The start is written "min", over a typedef. */
+  QMT_SEG_START_MAX = 0x8, /**< The start is written "max", over a typedef. */
+  QMT_SEG_END_MIN = 0x10,  /**< The end is written "min", over a typedef. */
+  QMT_SEG_END_MAX = 0x20   /**< The end is written "max", over a typedef. */
+} QmtSegFlag;
+
+/**
+ * @brief Receives one segment of a range or length, widened to 64 bits.
+ *
+ * @p segFlags holds #QmtSegFlag bits, which tell how to read the numbers.
+ */
 typedef uint32_t (*QmStartEndScanFunc)(uint64_t start, uint64_t end, uint32_t segFlags, void *arg);
 /** Receives one pattern; @p invertMatch is 1 when it must not match. */
 typedef uint32_t (*QmPatternScanFunc)(const char *pattern, uint32_t invertMatch, void *arg);

@@ -55,6 +55,32 @@ typedef enum QmXpathTokenKind {
   QM_XPATH_TOKEN_INVALID = 21         /**< A failed token; also: no token. */
 } QmXpathTokenKind;
 
+/** Expression types of tokens; of operators also their binding strength. */
+typedef enum QmXpathExprType {
+  QM_XPATH_EXPR_OR = 0,             /**< "or". */
+  QM_XPATH_EXPR_AND = 1,            /**< "and". */
+  QM_XPATH_EXPR_EQUALITY = 2,       /**< "=" and "!=". */
+  QM_XPATH_EXPR_RELATIONAL = 3,     /**< The four comparisons by size. */
+  QM_XPATH_EXPR_ADDITIVE = 4,       /**< "+" and "-". */
+  QM_XPATH_EXPR_MULTIPLICATIVE = 5, /**< "*", "div" and "mod". */
+  QM_XPATH_EXPR_UNION = 7,          /**< "|"; 6 is left free. */
+  QM_XPATH_EXPR_OPERAND = 8,        /**< Not an operator. */
+  QM_XPATH_EXPR_BARRIER = 9         /**< Never that of a token; the evaluator's own. */
+} QmXpathExprType;
+
+/** Operations of operator tokens. */
+typedef enum QmXpathOperation {
+  QM_XPATH_OP_OR = 0,
+  QM_XPATH_OP_AND = 1,
+  QM_XPATH_OP_EQUAL = 2,
+  QM_XPATH_OP_NOT_EQUAL = 3,
+  QM_XPATH_OP_GREATER = 4,
+  QM_XPATH_OP_LESS = 5,
+  QM_XPATH_OP_GREATER_EQUAL = 6,
+  QM_XPATH_OP_LESS_EQUAL = 7,
+  QM_XPATH_OP_UNKNOWN = 8 /**< Any other token. */
+} QmXpathOperation;
+
 /* Tokenizing. */
 
 /**
@@ -141,8 +167,7 @@ QM_API char *QM_XPATH_CopyTokenContent(const QmXpathExpr *expr, uint32_t index) 
  *
  * @param[in] kind  A #QmXpathTokenKind; any other number counts as an operand.
  *
- * @return 0 or, 1 and, 2 equality, 3 relational, 4 additive, 5 multiplicative,
- *         7 union, 8 for anything that is not an operator.
+ * @return A #QmXpathExprType.
  *
  * @par Thread safety
  * Safe to call from any thread.
@@ -155,8 +180,7 @@ QM_API uint32_t QM_XPATH_GetTokenExprType(uint32_t kind) QM_NOEXCEPT;
  * @param[in] expr   Expression to read. NULL gives 8.
  * @param[in] index  Number of the token, from 0.
  *
- * @return 0 or, 1 and, 2 "=", 3 "!=", 4 ">", 5 "<", 6 ">=", 7 "<="; 8 for any
- *         other token and when there is no such token.
+ * @return A #QmXpathOperation; 8 also when there is no such token.
  *
  * @par Thread safety
  * Safe as long as nobody frees @p expr.
