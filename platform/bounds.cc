@@ -14,11 +14,11 @@ static bool IsUsableDest(const void* dest, size_t destSize) {
 }
 
 // std::less orders the addresses of different objects too.
-static bool Overlap(const void* a, const void* b, size_t count) {
+static bool Overlap(const void* a, size_t sizeA, const void* b, size_t sizeB) {
   const std::less<const char*> isBefore;
   const auto* posA = static_cast<const char*>(a);
   const auto* posB = static_cast<const char*>(b);
-  return isBefore(posA, posB + count) && isBefore(posB, posA + count);
+  return isBefore(posA, posB + sizeB) && isBefore(posB, posA + sizeA);
 }
 
 static int32_t RefuseText(char* dest, int32_t status) {
@@ -34,7 +34,7 @@ int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count) {
     status = EINVAL;
   } else if (count > destSize) {
     status = ERANGE;
-  } else if (Overlap(dest, src, count)) {
+  } else if (Overlap(dest, count, src, count)) {
     status = EINVAL;
   }
   if (status == 0) {
@@ -61,7 +61,7 @@ int32_t strncpy_s(char* dest, size_t destSize, const char* src, size_t count) {
   // Never looks further than the copy could reach, as the source need not end.
   const size_t length = strnlen(src, count < destSize ? count : destSize);
   if (length >= destSize) return RefuseText(dest, ERANGE);
-  if (Overlap(dest, src, length + 1)) return RefuseText(dest, EINVAL);
+  if (Overlap(dest, length + 1, src, length)) return RefuseText(dest, EINVAL);
   std::memcpy(dest, src, length);
   dest[length] = '\0';
   return 0;

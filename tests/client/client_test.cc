@@ -2,6 +2,8 @@
 // The program qmodel, end to end: standard output, standard error, exit status.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 #include <set>
@@ -25,7 +27,7 @@ class ModelDir {
     char name[] = "/tmp/qmodel-test-XXXXXX";
     path_ = mkdtemp(name);
   }
-  ~ModelDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
+  ~ModelDir() { std::filesystem::remove_all(path_); }
   void Write(const std::string& file, const std::string& text) const {
     std::ofstream(path_ + "/" + file) << text;
   }

@@ -102,6 +102,12 @@ TEST(StrncpyS, SourceNeedNotBeTerminatedWithinTheCount) {
   EXPECT_STREQ("abc", dest);
 }
 
+TEST(StrncpyS, SourceMayEndWhereTheTargetBegins) {
+  char text[7] = "abcxyz";
+  EXPECT_EQ(0, strncpy_s(text + 3, 4, text, 3));
+  EXPECT_STREQ("abcabc", text);
+}
+
 TEST(StrcatS, AppendsWhatFits) {
   char dest[6] = "ab";
   EXPECT_EQ(0, strcat_s(dest, sizeof dest, "cde"));
