@@ -23,6 +23,7 @@
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
+#include "schema/node_walk.h"
 
 static QmsNode* FindCouplingTarget(const QmsNode* augment) {
   QmCtx* ctx = NodeCtx(augment);
@@ -93,6 +94,9 @@ QmsNode* QMS_NODE_ConstructInputOutputNodeIfMatch(QmCtx* ctx, const char* parent
   uint32_t kind = QMS_NODE_NONE;
   QmsNode* parent = QMS_NODE_GetAugRpcParentNodeAndChildType(ctx, parentPath, lastStep, &kind);
   if (parent == nullptr) return nullptr;
+  // A lookup without memory finds nothing either, and a second input must not be made.
+  QmsNode* declared = QMS_NODE_FindChildNodeByName(parent, nullptr, lastStep);
+  if (declared != nullptr) return declared;
   QmOwn<QMS_NODE_Free> node(QMS_NODE_New(kind));
   if (!node) return nullptr;
   node->module = parent->module;

@@ -23,7 +23,8 @@ uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* ta
 void QMS_NODE_NotifyAugmentFirstChildNodeRelink(QmsNode* firstChild);
 
 // Makes the input or output that an rpc or action does not declare, when that
-// is what the last step of `path` names. NULL when it is not, or without memory.
+// is what the last step of `path` names; one that is there is given as it is.
+// NULL when the step names something else, or without memory.
 QmsNode* QMS_NODE_UpdateTargetPathWithInputOutput(QmCtx* ctx, const char* path);
 QmsNode* QMS_NODE_ConstructInputOutputNodeIfMatch(QmCtx* ctx, const char* parentPath,
                                                   const char* lastStep);

@@ -214,6 +214,24 @@ TEST(CoupleAugmentNode, AMadeInputTakesTheAccessControlMarksOfItsRpc) {
   EXPECT_EQ(1u, QM_NODE_IsNacmDefaultDenyAll(m->rpcNodes->firstChild));
 }
 
+TEST(CoupleAugmentNode, WithoutMemoryForTheLookupNoSecondInputIsMade) {
+  coupling::World world;
+  world.Add("m", "<rpc name=\"r\"><input>" + Leaf("i") + "</input></rpc>");
+  QmsNode* augment =
+      world.Add("a", Imports({"m"}) + Augment("/m:r/m:input", Leaf("late")))->augmentNodes;
+  uint64_t refused = 1;
+  for (uint64_t n = 1; refused != 0; ++n) {
+    SCOPED_TRACE(n);
+    ASSERT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(augment));
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
+    refused = counting_memory::StopRefusing();
+    ASSERT_EQ(nullptr, world.Module("m")->rpcNodes->firstChild->next);
+    ASSERT_EQ(0u, QMS_NODE_CoupleAugmentNode(augment));
+    ASSERT_EQ("r{input{i late:a}}", world.Tree("m"));
+  }
+}
+
 TEST(ConstructInputOutputNode, IsMadeOnlyForABareStepBelowAnRpcOrAction) {
   coupling::World world;
   world.Add("m", "<rpc name=\"r\"/>" + Container("c"));
