@@ -53,6 +53,19 @@ static uint32_t LinkInputOutput(QmsNode* parent, QmsNode* node) {
                                       : QMS_NODE_AddChild(parent, node);
 }
 
+// Ends the augment of its own module after the attempt to couple it. A target that
+// is there was not found for want of memory: destroyed then, the augment would
+// take its children out of the schema without a word.
+static uint32_t EndSelfAugment(QmsModule* module, QmsNode* augment) {
+  if (!IsCoupledAugment(augment)) {
+    QmsNode* target = nullptr;
+    const uint32_t ret = QMS_MOD_FindAugNodeTargetInSelfMod(module, augment, &target);
+    if (ret != QM_OK || target != nullptr) return QM_NO_MEMORY;
+  }
+  QMS_LOADER_DestroySelfAugNode(augment);
+  return QM_OK;
+}
+
 // Couples one augment of a module that is being registered, and records its relation.
 static uint32_t CoupleAndRelate(QmCtx* ctx, QmsModule* module, QmsNode* augment) {
   char target[kQmsNameSize] = "";
@@ -60,8 +73,7 @@ static uint32_t CoupleAndRelate(QmCtx* ctx, QmsModule* module, QmsNode* augment)
   static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
   if (RTK_StrCmp(target, module->name) != 0)
     return QM_CTX_AddTwoModRelation(ctx, target, module->name, QM_RELATION_AUGMENT);
-  QMS_LOADER_DestroySelfAugNode(augment);
-  return QM_OK;
+  return EndSelfAugment(module, augment);
 }
 
 extern "C" {

@@ -38,7 +38,8 @@ void QMS_NODE_RemoveCoupledAugmentNodeChildLink(QmsNode* augment, QmsNode* node)
 
 // Couples the augments of a module that was added to the context and records
 // the modules that they act on. 22 for a path that cannot be split, 12 without
-// memory for a relation; a target that is not there is no failure.
+// memory for a relation or for the target of an augment of the module itself,
+// which stays pending; a target that is not there is no failure.
 uint32_t QMS_LOADER_CoupleAugmentAndGenRelation(QmCtx* ctx, QmsModule* module);
 
 // Moves the children of augments of the module itself to their targets. For

@@ -285,6 +285,29 @@ TEST(SelfAugment, WithoutTargetItsChildrenAreFreedWithIt) {
   EXPECT_THAT(world.Errors(), IsEmpty());
 }
 
+TEST(SelfAugment, WithoutMemoryForTheLookupItIsReportedAndItsChildrenAreKept) {
+  const std::string text = yin::Module("m", Container("x") + Augment("/m:x", Leaf("y")));
+  uint64_t refused = 1;
+  for (uint64_t n = 1; refused != 0; ++n) {
+    SCOPED_TRACE(n);
+    yin::Context ctx;
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    const uint32_t ret = QM_CTX_LoadMemory(ctx, text.c_str());
+    refused = counting_memory::StopRefusing();
+    if (ret != 0 || ctx.Errors().empty()) {
+      QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
+      EXPECT_EQ(ret == 0 ? "x{y}" : "", m == nullptr ? "" : coupling::Tree(m));
+      continue;
+    }
+    EXPECT_THAT(ctx.Errors(), testing::ElementsAre("m -: Failed to couple augment statements."));
+    QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
+    EXPECT_EQ("/m:x pending{y}", coupling::Augments(m));
+    EXPECT_EQ(0u, QMS_LOADER_CoupleAugmentAndGenRelation(ctx, m));
+    EXPECT_EQ("x{y}", coupling::Tree(m));
+    EXPECT_EQ("", coupling::Augments(m));
+  }
+}
+
 TEST(SelfAugment, TheOnesAroundItStay) {
   coupling::World world;
   world.Add("t", Container("x"));
