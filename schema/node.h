@@ -30,6 +30,11 @@ inline bool IsLeafOrLeafList(const QmsNode* node) {
   return node->kind == QMS_NODE_LEAF || node->kind == QMS_NODE_LEAF_LIST;
 }
 
+// A node whose children are input and output.
+inline bool IsOperation(const QmsNode* node) {
+  return node->kind == QMS_NODE_RPC || node->kind == QMS_NODE_ACTION;
+}
+
 // The context of the node's module, or NULL.
 inline QmCtx* NodeCtx(const QmsNode* node) {
   return node->module == nullptr ? nullptr : node->module->ctx;

@@ -131,21 +131,16 @@ static QmsNode* FindDataChildBelow(QmsNode* root, const char* moduleName, const 
   return nullptr;
 }
 
-static QmsNode* FindChildOfKind(const QmsNode* parent, uint32_t kind) {
-  QmsNode* child = parent->firstChild;
-  while (child != nullptr && child->kind != kind) child = NextChild(parent, child);
-  return child;
-}
-
-// The children of an operation are input and output, in the order in which the
-// module gives them. A name that both define is that of the input.
-static QmsNode* FindDataChildOfOperation(QmsNode* node, const char* moduleName, const char* name) {
-  for (uint32_t kind : {QMS_NODE_INPUT, QMS_NODE_OUTPUT}) {
-    QmsNode* part = FindChildOfKind(node, kind);
-    QmsNode* found = part == nullptr ? nullptr : FindDataChildBelow(part, moduleName, name);
-    if (found != nullptr) return found;
+// The output of a split module may stand before an input that came later. A name
+// that both define is that of the input.
+static QmsNode* FindDataChildOfInputs(QmsNode* operation, const char* moduleName,
+                                      const char* name) {
+  QmsNode* found = nullptr;
+  QmsNode* part = operation->firstChild;
+  for (; part != nullptr && found == nullptr; part = NextChild(operation, part)) {
+    if (part->kind == QMS_NODE_INPUT) found = FindDataChildBelow(part, moduleName, name);
   }
-  return nullptr;
+  return found;
 }
 
 QmsNode* QMS_NODE_FindChildDataTreeNodeByName(QmsNode* node, const char* moduleName,
@@ -155,8 +150,6 @@ QmsNode* QMS_NODE_FindChildDataTreeNodeByName(QmsNode* node, const char* moduleN
     if (node->module == nullptr) return nullptr;
     moduleName = node->module->name;
   }
-  if (node->kind == QMS_NODE_RPC || node->kind == QMS_NODE_ACTION) {
-    return FindDataChildOfOperation(node, moduleName, name);
-  }
-  return FindDataChildBelow(node, moduleName, name);
+  QmsNode* found = IsOperation(node) ? FindDataChildOfInputs(node, moduleName, name) : nullptr;
+  return found != nullptr ? found : FindDataChildBelow(node, moduleName, name);
 }

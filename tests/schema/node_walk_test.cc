@@ -340,3 +340,12 @@ TEST(FindChildDataTreeNodeByName, OfAnOperationLooksIntoTheInputFirst) {
   EXPECT_EQ(only, QMS_NODE_FindChildDataTreeNodeByName(rpc, nullptr, "only"));
   EXPECT_EQ(nullptr, QMS_NODE_FindChildDataTreeNodeByName(rpc, nullptr, "input"));
 }
+
+TEST(FindChildDataTreeNodeByName, OfAnOperationLooksIntoEveryInput) {
+  Schema schema;
+  QmsNode* rpc = Top(schema.Module("m"), QMS_NODE_RPC, "r");
+  Child(Child(rpc, QMS_NODE_INPUT, "input"), QMS_NODE_LEAF, "a");
+  QmsNode* b = Child(Child(rpc, QMS_NODE_INPUT, "input"), QMS_NODE_LEAF, "b");
+  Child(Child(rpc, QMS_NODE_OUTPUT, "output"), QMS_NODE_LEAF, "b");
+  EXPECT_EQ(b, QMS_NODE_FindChildDataTreeNodeByName(rpc, nullptr, "b"));
+}
