@@ -22,7 +22,7 @@ namespace {
 struct PrintLevel {
   QmsPrintPara para;
   QmsNode* next;        // to be printed next; NULL: the level is done
-  const QmsNode* stop;  // the last node to print
+  const QmsNode* stop;  // the last node to print; NULL: the level ends with its list
   bool inCase;          // the case around the node is printed
 };
 
@@ -41,8 +41,27 @@ void QMS_NODE_InheritPrintPara(QmsPrintPara* child, const QmsPrintPara* parent) 
   child->last = nullptr;
 }
 
+// The first of `node` and its following siblings that is an input, or is none.
+static QmsNode* FirstPart(QmsNode* node, bool input) {
+  while (node != nullptr && (node->kind == QMS_NODE_INPUT) != input) node = node->next;
+  return node;
+}
+
+// An operation shows its input first, wherever the files of a split module left it.
+static QmsNode* FirstToPrint(const QmsNode* parent) {
+  QmsNode* input = IsOperation(parent) ? FirstPart(parent->firstChild, true) : nullptr;
+  return input != nullptr ? input : parent->firstChild;
+}
+
+static QmsNode* NextToPrint(const QmsNode* node) {
+  if (node->parent == nullptr || !IsOperation(node->parent)) return node->next;
+  const bool input = node->kind == QMS_NODE_INPUT;
+  QmsNode* next = FirstPart(node->next, input);
+  return next == nullptr && input ? FirstPart(node->parent->firstChild, false) : next;
+}
+
 uint32_t QMS_NODE_PrintCheckNextCase(const QmsNode* node) {
-  return node->next != nullptr ? 1 : 0;
+  return NextToPrint(node) != nullptr ? 1 : 0;
 }
 
 uint32_t QMS_NODE_PrintGetRetract(const QmsNode* node, const QmsPrintPara* para) {
@@ -87,13 +106,24 @@ static uint32_t PushLevel(PrintStack* stack, const PrintLevel& level) {
   return QM_OK;
 }
 
+// The width of the names below `node`. In a choice only nodes that stand for a
+// case have a column; all cases share that of the whole choice, also where an
+// augment shows a part of them.
+static uint32_t WidthBelow(const QmsModule* module, const QmsNode* node) {
+  const QmsNode* first = node->firstChild;
+  const QmsNode* holder = first->parent->kind == QMS_NODE_CHOICE ? first->parent : node;
+  return LongestName(module, holder->firstChild, holder->lastChild);
+}
+
 static uint32_t PushChildren(PrintStack* stack, const QmsNode* node, const QmsPrintPara& para) {
-  PrintLevel level{para, node->firstChild, node->lastChild, false};
+  // Only the run of an augment ends before its list does.
+  const QmsNode* last = node->kind == QMS_NODE_AUGMENT ? node->lastChild : nullptr;
+  PrintLevel level{para, FirstToPrint(node), last, false};
   QMS_NODE_InheritPrintPara(&level.para, &para);
   level.para.connectors = QMS_NODE_PrintGetRetract(node, &para);
   level.para.access = AccessOfChildren(node, para.access);
-  level.para.last = node->lastChild;
-  level.para.nameWidth = LongestName(para.module, node->firstChild, node->lastChild);
+  level.para.last = last;
+  level.para.nameWidth = WidthBelow(para.module, node);
   return PushLevel(stack, level);
 }
 
@@ -106,8 +136,7 @@ static uint32_t PrintCaseAround(PrintStack* stack, QmsNode* node, QmsPrintPara* 
   QMS_NODE_InheritPrintPara(&level.para, para);
   level.para.connectors = QMS_NODE_PrintGetRetract(node, para);
   level.para.last = node;
-  const QmsNode* choice = node->parent;
-  level.para.nameWidth = LongestName(para->module, choice->firstChild, choice->lastChild);
+  level.para.nameWidth = para->nameWidth;
   return PushLevel(stack, level);
 }
 
@@ -134,7 +163,7 @@ static uint32_t PrintLevels(PrintStack* stack) {
       --stack->count;
       continue;
     }
-    top->next = node == top->stop ? nullptr : node->next;
+    top->next = node == top->stop ? nullptr : NextToPrint(node);
     // A copy: the stack may move while the node is printed.
     QmsPrintPara para = top->para;
     const uint32_t ret = PrintNode(stack, node, &para, top->inCase);

@@ -73,8 +73,8 @@ uint32_t QMS_NODE_PrintGetMaxLen(const QmsModule* module, const QmsNode* first);
 uint32_t QMS_NODE_PrintRetractStatus(const QmsNode* node, QmsPrintPara* para);
 // The connectors for the children of `node`.
 uint32_t QMS_NODE_PrintGetRetract(const QmsNode* node, const QmsPrintPara* para);
-// 1 when another case follows the one of `node`; for a node outside a choice,
-// when another sibling follows.
+// 1 when another case is printed after the one of `node`; for a node outside a
+// choice, when another sibling is.
 uint32_t QMS_NODE_PrintCheckNextCase(const QmsNode* node);
 // Blanks up to the type column; 22 for a name longer than the name column.
 uint32_t QMS_NODE_PrintNodeNameAlignSpace(uint32_t nameLength, QmsPrintPara* para);

@@ -334,6 +334,35 @@ TEST(PrintAccess, UnderOperationsAndNotificationsIgnoresConfig) {
       built.BelowC());
 }
 
+// A split module may bring the output in one file and the input in a later one.
+TEST(PrintOperation, ShowsTheInputBeforeTheOutputWhereverTheyStand) {
+  Built built;
+  QmsNode* action = Child(built.c, QMS_NODE_ACTION, "a");
+  LeafOf(Child(action, QMS_NODE_OUTPUT, "output"), "o", QMT_BASE_INT8);
+  LeafOf(Child(action, QMS_NODE_INPUT, "input"), "i", QMT_BASE_INT8);
+  EXPECT_EQ(
+      "   +---x a\n"
+      "      +---w input\n"
+      "      |  +---w i?   int8\n"
+      "      +--ro output\n"
+      "         +--ro o?   int8\n",
+      built.BelowC());
+}
+
+TEST(PrintOperation, ShowsBothOfTwoInputs) {
+  Built built;
+  QmsNode* action = Child(built.c, QMS_NODE_ACTION, "a");
+  LeafOf(Child(action, QMS_NODE_INPUT, "input"), "i", QMT_BASE_INT8);
+  LeafOf(Child(action, QMS_NODE_INPUT, "input"), "j", QMT_BASE_INT8);
+  EXPECT_EQ(
+      "   +---x a\n"
+      "      +---w input\n"
+      "      |  +---w i?   int8\n"
+      "      +---w input\n"
+      "         +---w j?   int8\n",
+      built.BelowC());
+}
+
 TEST(PrintAccess, OfAnAugmentIsThatOfThePlaceOfItsRun) {
   Schema schema;
   QmsModule* m = schema.Module("m");
@@ -387,6 +416,25 @@ TEST(PrintAugment, EndsAtItsRunWithoutConnectorAndWithItsOwnColumn) {
       "   +--rw in?   int8\n"
       "augment /m:c:\n"
       "+--rw a-long-name?   int8\n",
+      Printed(n));
+}
+
+TEST(PrintAugment, OfAChoiceShowsShorthandCasesWithTheColumnOfTheChoice) {
+  Schema schema;
+  QmsModule* n = schema.Module("n");
+  QmsNode* choice = Child(Top(schema.Module("m"), QMS_NODE_CONTAINER, "c"), QMS_NODE_CHOICE, "ch");
+  LeafOf(choice, "own-one", QMT_BASE_INT8);  // "m:own-one" in the tree of n
+  QmsNode* augment = Top(n, QMS_NODE_AUGMENT, "/m:c/ch");
+  LeafOf(augment, "x", QMT_BASE_INT8);
+  LeafOf(augment, "y", QMT_BASE_INT8);
+  schema_tree::Couple(augment, choice);
+  EXPECT_EQ(
+      "module: n\n"
+      "augment /m:c/ch:\n"
+      "+--:(x)\n"
+      "|  +--rw x?           int8\n"
+      "+--:(y)\n"
+      "   +--rw y?           int8\n",
       Printed(n));
 }
 
