@@ -13,6 +13,7 @@
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
+#include "schema/record_array.h"
 #include "types/type.h"
 
 using PayloadCopyFunc = void* (*)(QmDict* dict, const void* payload);
@@ -39,15 +40,10 @@ static constexpr PayloadCopyRow kPayloadCopies[] = {
     {QMS_NODE_CHOICE, QMS_NODE_CopySchemaChoice},
 };
 
-// A text that may be missing. False when there is one and it cannot be interned.
-static bool CopyText(QmDict* dict, const char** dst, const char* src) {
-  return src == nullptr || InternText(dict, dst, src);
-}
-
 static bool FillLeaf(QmDict* dict, QmsLeaf* dst, const QmsLeaf* src) {
   return QMT_TYPE_CopyQmtRealTypeInner(dict, &dst->type, &src->type) == QM_OK &&
-         CopyText(dict, &dst->defaultValue, src->defaultValue) &&
-         CopyText(dict, &dst->units, src->units);
+         InternOptional(dict, &dst->defaultValue, src->defaultValue) &&
+         InternOptional(dict, &dst->units, src->units);
 }
 
 void* QMS_NODE_CopySchemaLeaf(QmDict* dict, const void* payload) {
@@ -59,18 +55,11 @@ void* QMS_NODE_CopySchemaLeaf(QmDict* dict, const void* payload) {
   return nullptr;
 }
 
-static bool CopyDefaultsOf(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src) {
-  // A count may stand beside a NULL array after a failed change of the defaults.
-  if (src->defaults == nullptr || src->defaultCount == 0) return true;
-  dst->defaults = QMS_NODE_CopyDefaults(dict, src->defaults, src->defaultCount);
-  if (dst->defaults == nullptr) return false;
-  dst->defaultCount = src->defaultCount;
-  return true;
-}
-
 static bool FillLeafList(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src) {
   return QMT_TYPE_CopyQmtRealTypeInner(dict, &dst->type, &src->type) == QM_OK &&
-         CopyDefaultsOf(dict, dst, src) && CopyText(dict, &dst->units, src->units);
+         CopyCounted(dict, &dst->defaults, &dst->defaultCount, src->defaults, src->defaultCount,
+                     QMS_NODE_CopyDefaults) &&
+         InternOptional(dict, &dst->units, src->units);
 }
 
 void* QMS_NODE_CopySchemaLeaflist(QmDict* dict, const void* payload) {
@@ -87,7 +76,7 @@ void* QMS_NODE_CopySchemaChoice(QmDict* dict, const void* payload) {
   QmsChoice* copy = NewRecord<QmsChoice>();
   if (copy == nullptr) return nullptr;
   const char* defaultCase = static_cast<const QmsChoice*>(payload)->defaultCase;
-  if (CopyText(dict, &copy->defaultCase, defaultCase)) return copy;
+  if (InternOptional(dict, &copy->defaultCase, defaultCase)) return copy;
   QMS_NODE_DestroySchemaChoice(dict, copy);
   return nullptr;
 }
@@ -97,14 +86,6 @@ void* QMS_NODE_CopySchemaByType(QmDict* dict, uint32_t kind, const void* payload
     if (row.kind == kind) return row.copy(dict, payload);
   }
   return nullptr;
-}
-
-static bool CopyExtInsts(QmDict* dict, QmsNode* dst, const QmsNode* src) {
-  if (src->extInsts == nullptr || src->extInstCount == 0) return true;
-  dst->extInsts = QMS_EXT_CopyExtInsts(dict, src->extInsts, src->extInstCount);
-  if (dst->extInsts == nullptr) return false;
-  dst->extInstCount = src->extInstCount;
-  return true;
 }
 
 static bool CopyPayload(QmDict* dict, QmsNode* dst, const QmsNode* src) {
@@ -118,8 +99,10 @@ static bool CopyPayload(QmDict* dict, QmsNode* dst, const QmsNode* src) {
 static bool FillCopy(QmsNode* dst, const QmsNode* src) {
   QmDict* dict = ModuleDict(dst->module);
   if (src->kind == QMS_NODE_LIST) dst->keyCount = src->keyCount;
-  return CopyText(dict, &dst->name, src->name) &&
-         CopyText(dict, &dst->description, src->description) && CopyExtInsts(dict, dst, src) &&
+  return InternOptional(dict, &dst->name, src->name) &&
+         InternOptional(dict, &dst->description, src->description) &&
+         CopyCounted(dict, &dst->extInsts, &dst->extInstCount, src->extInsts, src->extInstCount,
+                     QMS_EXT_CopyExtInsts) &&
          CopyPayload(dict, dst, src);
 }
 
