@@ -845,7 +845,8 @@ QM_API const char *QM_NODE_GetUnitsValueStr(const QmsNode *node) QM_NOEXCEPT;
  * @brief Hands the typedefs from which the type of a node derives to a callback.
  *
  * The nearest typedef comes first. A built-in type is handed over once, without
- * names.
+ * names. A typedef that is not loaded is handed over by its names, with NULL for
+ * its type, and is the last one.
  *
  * @param[in]     node  a leaf or leaf-list; NULL is refused
  * @param[in]     cb    receives the module and name of each typedef, its type and
@@ -1151,7 +1152,8 @@ QM_API QM_NODISCARD uint32_t QM_NODE_PrintNodesTree(QmsNode *node, QmPrintOutput
  *
  * These are "module: NAME" with the module of the tree, then "rpcs:" or
  * "notifications:" when the node stands in one, then one line for each ancestor
- * from the top down. The node itself is not printed.
+ * from the top down. The node itself is not printed. An ancestor with an
+ * if-feature that is not enabled has no line.
  *
  * @param[in]     node    the node; NULL is refused. A node below an augment that
  *                        is not attached to its target has no place in a tree and
