@@ -55,8 +55,7 @@ static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, co
   const QmsModule* module = QM_CTX_GetModuleByModName(schemaNode->module->ctx, prefix.Get());
   const char* ns = QM_MOD_GetModuleNs(module);
   if (ns == nullptr) return QM_OK;
-  const xmlNs* declared = xmlNewNs(added, XmlChars(ns), XmlChars(prefix.Get()));
-  return declared == nullptr ? QM_NO_MEMORY : QM_OK;
+  return DeclareNamespace(added, ns, prefix.Get()) == nullptr ? QM_NO_MEMORY : QM_OK;
 }
 
 static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,

@@ -47,6 +47,14 @@ xmlNode* NextBoundSibling(xmlNode* node, const QmsNode* schemaNode) {
   return node;
 }
 
+// Out of memory libxml2 may make a namespace without its texts, and one without
+// prefix would be the default; such a one goes with its element.
+xmlNs* DeclareNamespace(xmlNode* element, const char* href, const char* prefix) {
+  xmlNs* ns = xmlNewNs(element, XmlChars(href), prefix == nullptr ? nullptr : XmlChars(prefix));
+  if (ns == nullptr || ns->href == nullptr) return nullptr;
+  return prefix == nullptr || ns->prefix != nullptr ? ns : nullptr;
+}
+
 // A new element inherits its parent's namespace. Under a parent of another
 // module it declares its own as the default namespace, which is also what an
 // attribute "xmlns" would say in the written text, but counts in memory too:
@@ -59,7 +67,7 @@ static bool SetNamespace(xmlNode* child, const xmlNode* parent, const QmsNode* s
   }
   const char* href = QM_MOD_GetModuleNs(schemaNode->module);
   if (href == nullptr) return false;
-  xmlNs* ns = xmlNewNs(child, XmlChars(href), nullptr);
+  xmlNs* ns = DeclareNamespace(child, href, nullptr);
   if (ns == nullptr) return false;
   xmlSetNs(child, ns);
   return true;
@@ -73,7 +81,8 @@ xmlNode* QMD_NODE_CreateNewChildNode(xmlNode* parentElement, QmsNode* schemaNode
   if (child == nullptr) return nullptr;
   child->_private = schemaNode;
   static_cast<void>(xmlAddChild(parentElement, child));
-  if (SetNamespace(child, parentElement, schemaNode)) return child;
+  // Out of memory libxml2 may leave the name out.
+  if (child->name != nullptr && SetNamespace(child, parentElement, schemaNode)) return child;
   RemoveNode(child);
   return nullptr;
 }
@@ -84,12 +93,11 @@ xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, 
   xmlNode* child = QMD_NODE_CreateNewChildNode(parent, schemaNode);
   if (child == nullptr || text == nullptr) return child;
   xmlNode* content = xmlNewDocText(child->doc, XmlChars(text));
-  if (content == nullptr) {
-    RemoveNode(child);
-    return nullptr;
-  }
-  static_cast<void>(xmlAddChild(child, content));
-  return child;
+  if (content != nullptr) static_cast<void>(xmlAddChild(child, content));
+  // Out of memory libxml2 may make a text node without the text.
+  if (content != nullptr && content->content != nullptr) return child;
+  RemoveNode(child);
+  return nullptr;
 }
 
 // The name of the module that the prefix of `length` characters stands for at

@@ -16,6 +16,9 @@ xmlNode* NextBoundSibling(xmlNode* node, const QmsNode* schemaNode);
 // The case, or shorthand child, of `choice` that `schemaNode` lies in; NULL when
 // it does not lie in the choice.
 QmsNode* BranchOfChoice(QmsNode* schemaNode, const QmsNode* choice);
+// Declares a namespace at the element, the default one without `prefix`. NULL
+// without memory: the element is then of no use any more.
+xmlNs* DeclareNamespace(xmlNode* element, const char* href, const char* prefix);
 
 QM_BEGIN_INTERNAL_DECLS
 
