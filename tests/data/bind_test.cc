@@ -187,10 +187,35 @@ TEST_F(Bind, DataOfASwitchedOffNodeIsAccepted) {
             ValidateRpc(schema.ctx(), "<r xmlns='urn:f'><a>x</a></r>"));
 }
 
-TEST_F(Bind, ChecksRunInTheirOrder) {
-  // A second instance with a bad value, out of order: the instance is reported.
-  EXPECT_EQ("9|/m:r/c|Unexpected element: c.|c|-",
-            Rpc("<r xmlns='urn:m'><c/><ll>1</ll><c><b><q/></b></c></r>"));
+// Of several faults of one element the first that is looked for is reported.
+TEST(BindChecks, RunInTheirOrder) {
+  Schema schema;
+  schema.Load("k", R"(<rpc name="r"><input>
+    <choice name="ch"><leaf name="a"><type name="int8"/></leaf>
+      <leaf name="b"><type name="string"/></leaf></choice>
+    <leaf name="z"><type name="string"/></leaf></input></rpc>)");
+  struct Row {
+    const char* content;
+    const char* verdict;
+  };
+  const Row rows[] = {
+      // A second instance with a bad value, out of order.
+      {"<a>1</a><z/><a>x</a>", "9|/k:r/a|Unexpected element: a.|a|-"},
+      // A bad value out of order.
+      {"<z/><a>x</a>", "8|/k:r/a|a has invalid value x.|a|-"},
+      // Out of order, and in another case.
+      {"<b/><a>1</a>", "7|/k:r/a|Invalid element order between a and b.|a|-"},
+      // A bad value with an element inside, which is looked at last.
+      {"<a><q/></a>", "8|/k:r/a|a has invalid value .|a|-"},
+      // A second case with an element inside.
+      {"<a>1</a><b><q/></b>",
+       "8|/k:r/b|Data for more than one case branch of a choice is present.|b|-"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.content);
+    const std::string text = std::string("<r xmlns='urn:k'>") + row.content + "</r>";
+    EXPECT_EQ(row.verdict, ValidateRpc(schema.ctx(), text));
+  }
 }
 
 constexpr char kMounts[] = R"(

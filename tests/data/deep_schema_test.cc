@@ -98,8 +98,9 @@ TEST_F(DeepRun, TreesOfAnyDepthAreBoundAndEvaluated) {
   QMD_PAS_ClearXmlTreePrivate(tree.root());
 }
 
+// The rpc, its input and the leaf are levels too.
 TEST_F(DeepRun, DefaultsAndMandatoryNodesAreFollowedTo4096Levels) {
-  DeepSchema schema(schema_.ctx(), 2000);
+  DeepSchema schema(schema_.ctx(), 4093);
   const DeepTree tree(schema.rpc(), 0);
   aux_.topNode = tree.root()->parent;
   EXPECT_EQ(0u, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
@@ -108,6 +109,14 @@ TEST_F(DeepRun, DefaultsAndMandatoryNodesAreFollowedTo4096Levels) {
   EXPECT_STREQ("Missing element: x.", QM_GetErrorMessage(aux_.err));
   EXPECT_EQ(nullptr, tree.root()->children);
   QM_FreeErrNode(aux_.err);
+}
+
+TEST_F(DeepRun, OneLevelMoreIsRefused) {
+  DeepSchema schema(schema_.ctx(), 4094);
+  const DeepTree tree(schema.rpc(), 0);
+  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
+  EXPECT_EQ(nullptr, tree.root()->children);
+  EXPECT_EQ(0u, aux_.nesting);
 }
 
 TEST_F(DeepRun, DeeperSchemasAreRefusedWithoutRecord) {
