@@ -67,8 +67,8 @@ typedef uint32_t (*QmNotifOutputFunc)(const char *dumpedText, void *callbackArg)
  * @retval 0      Nothing is missing.
  * @retval 22     An argument was refused, the run is neither one of a request
  *                nor of a notification, a node is missing (the run then holds
- *                the error record), or there was no memory for a temporary
- *                element.
+ *                the error record), there was no memory for a temporary
+ *                element, or the schema nests more than 4096 levels deep.
  * @return Otherwise the status of a when condition that could not be evaluated
  *         (12, 22 or 28929 to 28941); the run then holds the error record.
  *

@@ -189,8 +189,9 @@ QM_API const char *QM_GetErrorPath(const QmErrNode *err) QM_NOEXCEPT;
  * @param[in] err  The record; NULL gives NULL.
  *
  * @return A text of at most 10240 characters; NULL in the general record, for a
- *         must whose error-message is empty, and when there was no memory for
- *         it. Valid until the record is freed.
+ *         must whose error-message is an empty CDATA section, and when there was
+ *         no memory for it. An error-message without any text counts as none, and
+ *         the general text is given. Valid until the record is freed.
  *
  * @par Thread safety
  * Reads the record only.
