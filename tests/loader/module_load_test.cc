@@ -532,7 +532,7 @@ TEST(LoadSubModule, AChainOf256IsFollowedAndALongerOneRefused) {
 // The depth of the XML bounds the depth of the statements: libxml2 parses 256
 // levels below the root.
 TEST(LoadModuleByModName, NestingIsAsDeepAsTheDocumentMayBe) {
-  for (size_t depth : {256, 257}) {
+  for (size_t depth : {size_t{256}, size_t{257}}) {
     SCOPED_TRACE(depth);
     Loader loader;
     std::string body;
