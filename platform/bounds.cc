@@ -30,11 +30,9 @@ int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count) {
   if (!IsUsableDest(dest, destSize)) return EINVAL;
   if (count == 0) return 0;
   int32_t status = 0;
-  if (src == nullptr) {
-    status = EINVAL;
-  } else if (count > destSize) {
+  if (src != nullptr && count > destSize) {
     status = ERANGE;
-  } else if (Overlap(dest, count, src, count)) {
+  } else if (src == nullptr || Overlap(dest, count, src, count)) {
     status = EINVAL;
   }
   if (status == 0) {

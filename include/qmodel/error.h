@@ -64,7 +64,7 @@ typedef struct QmErrNode QmErrNode;
   X(QM_XPATH_NOT_CLOSED, 28940, "sub-expression not closed by \")\" or \",\"")         \
   X(QM_XPATH_BAD_PREDICATE, 28941, "\"[\" without \"]\"")
 
-#define QM_STATUS_ENUMERATOR_(name, number, text) name = number,
+#define QM_STATUS_ENUMERATOR_(name, number, text) name = (number),
 /** Statuses; see #QM_STATUS_LIST for the meaning of each. */
 typedef enum QmStatus
 #if defined(__cplusplus)
