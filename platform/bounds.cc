@@ -26,21 +26,22 @@ static int32_t RefuseText(char* dest, int32_t status) {
   return status;
 }
 
+static int32_t FaultOfCopy(const void* dest, size_t destSize, const void* src, size_t count) {
+  if (src == nullptr) return EINVAL;
+  if (count > destSize) return ERANGE;
+  return Overlap(dest, count, src, count) ? EINVAL : 0;
+}
+
 int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count) {
   if (!IsUsableDest(dest, destSize)) return EINVAL;
   if (count == 0) return 0;
-  int32_t status = 0;
-  if (src != nullptr && count > destSize) {
-    status = ERANGE;
-  } else if (src == nullptr || Overlap(dest, count, src, count)) {
-    status = EINVAL;
-  }
-  if (status == 0) {
-    std::memcpy(dest, src, count);
-  } else {
+  const int32_t fault = FaultOfCopy(dest, destSize, src, count);
+  if (fault != 0) {
     std::memset(dest, 0, destSize);
+    return fault;
   }
-  return status;
+  std::memcpy(dest, src, count);
+  return 0;
 }
 
 int32_t memset_s(void* dest, size_t destSize, int value, size_t count) {
