@@ -115,7 +115,7 @@ typedef enum QmErrTag {
  *
  * @param[in] err  The record; NULL gives 0.
  *
- * @return A #QmErrType; #QM_ERR_TYPE_APPLICATION in every record that the library makes.
+ * @return A #QmErrType; QM_ERR_TYPE_APPLICATION in every record that the library makes.
  *
  * @par Thread safety
  * Reads the record only.
@@ -129,7 +129,7 @@ QM_API uint32_t QM_GetErrorType(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @param[in] err  The record; NULL gives 0.
  *
- * @return A #QmErrSeverity; #QM_ERR_SEVERITY_ERROR in every record that the library makes.
+ * @return A #QmErrSeverity; QM_ERR_SEVERITY_ERROR in every record that the library makes.
  *
  * @par Thread safety
  * Reads the record only.
