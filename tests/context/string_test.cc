@@ -92,6 +92,13 @@ TEST(Strnchr, AlwaysExaminesPosition0) {
   EXPECT_EQ(nullptr, QM_UTL_Strnchr(text, 'b', 0));
 }
 
+TEST(MatchStrWithPattern, BytesThatAreNoUtf8NeverMatch) {
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("x", "[a\xFF\xFF\xFF\xFF"));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("\xFF", ".*"));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("\xC3", ".*"));
+  EXPECT_EQ(0u, QM_UTL_MatchStrWithPattern("\xC3\xA9", "."));
+}
+
 TEST(MatchStrWithPattern, MatchesTheWholeText) {
   EXPECT_EQ(0u, QM_UTL_MatchStrWithPattern("abc", "[a-c]+"));
   EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("abcd", "[a-c]+"));
