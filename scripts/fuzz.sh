@@ -7,6 +7,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
+seed=${QMODEL_FUZZ_SEED:-0} # 0: another one each time
 [ $# -eq 0 ] || shift
 scripts/install-packages.sh build test check
 cmake --preset fuzz >/dev/null
@@ -18,7 +19,7 @@ for target in "$@"; do
   echo "--- $target, $seconds s"
   dict=fuzz/dict/$target.dict
   [ -f "$dict" ] || dict=fuzz/dict/yin.dict
-  build/fuzz/fuzz/"$target"_fuzz -max_total_time="$seconds" -max_len=8195 -timeout=20 \
+  build/fuzz/fuzz/"$target"_fuzz -seed="$seed" -max_total_time="$seconds" -max_len=8195 -timeout=20 \
     -rss_limit_mb=2048 -dict="$dict" -artifact_prefix="build/fuzz/crash-$target-" \
     -print_final_stats=1 -verbosity=0 "$found" "fuzz/corpus/$target" "fuzz/regressions/$target" 2>&1 |
     { grep -E 'ERROR|SUMMARY|number_of_executed_units|crash-|timeout-|oom-|blocks of the library' || true; }
