@@ -1,8 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: BSD-3-Clause
 # Measures line and branch coverage of the library by its tests. The report is
-# build/coverage/report/index.html; docs/coverage.md says why what is not covered
-# is not.
+# build/coverage/report/index.html.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-packages.sh build test check
