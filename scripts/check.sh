@@ -41,7 +41,7 @@ QMODEL_FUZZ_SEED=1 scripts/fuzz.sh 6
 
 step 'threads under the thread sanitizer'
 cmake --preset tsan >/dev/null
-cmake --build --preset tsan --target data_tests context_tests
+cmake --build --preset tsan --target data_tests context_tests threads_tests
 ctest --preset tsan -R 'Thread' --no-tests=error
 
 step 'no warning with g++, test suite under the address and undefined-behaviour sanitizers'
