@@ -436,6 +436,26 @@ TEST_F(Deviates, ArrayCopyHoldsTheExtensionInstancesToo) {
   EXPECT_EQ(0u, References(dict_, "inner"));
 }
 
+// The texts are literals, so that each copy of one needs memory of its own.
+TEST_F(Deviates, FailedArrayCopyGivesNullAndHoldsNothing) {
+  const QmsDeviate sources[2] = {source_, source_};
+  uint64_t n = 1;
+  for (bool refused = true; refused; ++n) {
+    SCOPED_TRACE(n);
+    const size_t before = counting_memory::LiveBlocks();
+    counting_memory::RefuseNth(n, Refuse::kOnce);
+    QmsDeviate* copy = QMS_MOD_CopyDeviateArray(dict_, sources, 2);
+    refused = counting_memory::StopRefusing() != 0;
+    EXPECT_EQ(refused, copy == nullptr);
+    QMS_MOD_FreeDeviate(dict_, copy, 2);
+    EXPECT_EQ(before, counting_memory::LiveBlocks());
+    for (const char* text : {"c1", "msg", "d2", "u", "outer", "inner"}) {
+      EXPECT_EQ(0u, References(dict_, text)) << text;
+    }
+  }
+  EXPECT_GT(n, 20u);
+}
+
 TEST_F(Deviates, FailedFillGives12AndLeavesTheElementClear) {
   uint64_t failures = 0;
   for (uint64_t n = 1;; ++n) {

@@ -257,6 +257,10 @@ TEST(GetParentCond, PutsAStepBeforeEachPath) {
       {"current() = 1", "current() = 1"},
       {"current() = aa/b", "current() = ../aa/../b"},  // the mark stays until the next "/"
       {"/a | bb", "/a | ../bb"},
+      {"boolean()/abc", "boolean()/abc"},  // as long as "current", but another function
+      {"curren()/abc", "curren()/abc"},
+      {"current(aa)/bbb", "current(../aa)/bbb"},  // with an argument it is another function too
+      {"current(", "current("},
   };
   for (const auto& row : rows) EXPECT_EQ(row.rewritten, Rewritten(row.when)) << row.when;
 }
