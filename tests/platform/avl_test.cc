@@ -63,9 +63,12 @@ TEST_F(Avl, EmptyTreeHasNoFirstRecord) {
 }
 
 TEST_F(Avl, ZeroFilledTreeReadsAsEmpty) {
-  const RtkAvl3Tree tree = {};
+  RtkAvl3Tree tree = {};
   EXPECT_EQ(nullptr, RTK_AVL3_First(&tree));
   EXPECT_EQ(nullptr, RTK_AVL3_Find(&tree, "a"));
+  Record record = MakeRecord("a");
+  RTK_AVL3_Delete(&tree, &record);
+  EXPECT_EQ(nullptr, RTK_AVL3_First(&tree));
 }
 
 TEST_F(Avl, RecordsComeInAscendingOrderOfTheirKeys) {

@@ -118,6 +118,8 @@ TEST(StrcatS, AppendsWhatFits) {
   EXPECT_STREQ("", dest);
   char unterminated[2] = {'a', 'b'};
   EXPECT_EQ(22, strcat_s(unterminated, sizeof unterminated, "c"));
+  EXPECT_EQ(22, strcat_s(nullptr, 6, "c"));
+  EXPECT_EQ(22, strcat_s(dest, 0, "c"));
 }
 
 TEST(SprintfS, TextMustFitWhole) {

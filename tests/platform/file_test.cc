@@ -95,6 +95,16 @@ TEST_F(File, NullHandleGivesTheFailureValue) {
   EXPECT_EQ(0u, RTK_VFS_FRead(&c, 1, 1, nullptr));
   EXPECT_EQ(-1, RTK_VFS_FClose(nullptr));
   EXPECT_EQ(22u, RTK_VFS_FindNext(nullptr, &c, 1));
+  Write("m.yin", "hello");
+  RtkVfsFile* file = RTK_VFS_FOpen(Path("m.yin").c_str(), "r");
+  ASSERT_NE(nullptr, file);
+  EXPECT_EQ(0u, RTK_VFS_FRead(nullptr, 1, 1, file));
+  EXPECT_EQ(0, RTK_VFS_FClose(file));
+  char name[8] = "";
+  RtkVfsFind* find = RTK_VFS_FindFirst(Path("*").c_str(), name, sizeof name);
+  ASSERT_NE(nullptr, find);
+  EXPECT_EQ(22u, RTK_VFS_FindNext(find, nullptr, 8));
+  RTK_VFS_FindClose(find);
   EXPECT_EQ(nullptr, RTK_VFS_FindFirst(nullptr, &c, 1));
   RTK_VFS_FindClose(nullptr);
 }

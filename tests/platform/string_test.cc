@@ -78,7 +78,9 @@ TEST(StrToFloat, NumberOutsideTheRangeBecomesInfinityOrZero) {
     double value;
   } rows[] = {{"1e999", HUGE_VAL},
               {"-1e999", -HUGE_VAL},
+              {"1e+999", HUGE_VAL},
               {"1e99999999999999999999", HUGE_VAL},
+              {"1e+99999999999999999999", HUGE_VAL},
               {"1e-999", 0},
               {"1e-99999999999999999999", 0},
               {manyDigits, HUGE_VAL},

@@ -459,6 +459,17 @@ TEST_F(Steps, AFunctionCallNeedsItsParenthesis) {
   EXPECT_EQ(28930u, QM_XPATH_EvalFunctionCall(&ctx_, expr_, &index_));
 }
 
+TEST_F(Steps, APathNeedsANodeAsItsBeginning) {
+  Start("/a");
+  EXPECT_EQ(22u, QM_XPATH_EvalAbsoluteLocationPath(&ctx_, expr_, &index_));
+  EXPECT_EQ(22u, QM_XPATH_EvalRelativeLocationPath(&ctx_, expr_, &index_));
+  index_ = 1;
+  EXPECT_EQ(22u, QM_XPATH_EvalNameTest(&ctx_, expr_, &index_));
+  EXPECT_EQ(22u, QM_XPATH_EvalStep(&ctx_, expr_, &index_));
+  EXPECT_EQ(1u, index_);
+  EXPECT_EQ(0u, RTK_GetSize(ctx_.objStack));
+}
+
 TEST_F(Steps, AnOperatorOfUnknownOperationIs28932) {
   Start("a = b");
   ASSERT_EQ(0u, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));

@@ -218,4 +218,19 @@ TEST(RelationalCompare, NanIsNeitherBelowNorAbove) {
   }
 }
 
+// No comparison of two strings holds a number: numbers are compared as numbers.
+TEST(EqualityCompare, ANumberIsNoString) {
+  QmXpathObject left = {};
+  QmXpathObject right = {};
+  left.type = right.type = QM_XPATH_OBJECT_NUMBER;
+  uint32_t result = 7;
+  EXPECT_EQ(22u, QM_XPATH_EqualityCompareAsString(&left, &right, QM_XPATH_OP_EQUAL, &result));
+  EXPECT_EQ(7u, result);
+}
+
+TEST(PlainConversions, ATextThatIsMissingIsNoNumberAndFalse) {
+  EXPECT_TRUE(std::isnan(QM_XPATH_ConvertStringToNumber(nullptr)));
+  EXPECT_EQ(0u, QM_XPATH_ConvertStringToBoolean(nullptr));
+}
+
 }  // namespace

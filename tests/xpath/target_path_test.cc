@@ -89,6 +89,18 @@ TEST(TransformToJsonFormat, AResultHasAtMost3095Characters) {
   EXPECT_EQ("NULL", Convert((path + "/y").c_str()));
 }
 
+TEST(GetJsonFormatXpath, ThePathFitsOrIsRefusedWhateverPieceComesLast) {
+  PathModule module;
+  const std::string whole = "/modA:x/modB:y";
+  char out[32];
+  for (uint32_t size = 0; size <= whole.size(); ++size) {
+    EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out, size)) << size;
+  }
+  EXPECT_EQ(0u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out,
+                                            static_cast<uint32_t>(whole.size()) + 1));
+  EXPECT_EQ(whole, out);
+}
+
 TEST(TransformToJsonFormat, AModuleWithoutPrefixCannotQualify) {
   QmsModule module = {};
   module.name = "modA";
