@@ -58,11 +58,4 @@ void ExpectEachGives(std::type_identity_t<Result> answer, Result (*function)(Par
                   [&](const auto& all) { EXPECT_EQ(answer, std::apply(function, all)); });
 }
 
-// Expects that the function returns.
-template <typename... Params>
-void ExpectEachIsIgnored(void (*function)(Params...), std::type_identity_t<Params>... args) {
-  WithEachLeftOut(std::tuple<Params...>(args...),
-                  [&](const auto& all) { std::apply(function, all); });
-}
-
 }  // namespace null_arguments
