@@ -199,6 +199,52 @@ TEST_F(DataArguments, ChoicesAndCasesAreAskedForBranchesOnly) {
   EXPECT_EQ(nullptr, BranchOfChoice(&inAlone, choice));
 }
 
+TEST_F(DataArguments, AConditionOfATopChoiceHasNoParentToSpeakOf) {
+  schema_.Load("t", R"(<choice name="c"><leaf name="l"><type name="string"/></leaf></choice>)");
+  Document doc("<l xmlns='urn:t'/>");
+  QmsNode* choice = QM_CTX_GetModuleByModName(schema_.ctx(), "t")->dataNodes;
+  doc.root()->_private = choice->firstChild;
+  uint32_t pass = 0;
+  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeWhenCond(&aux_, doc.root(), &pass));
+  EXPECT_EQ(1u, pass);
+}
+
+TEST_F(DataArguments, CommentsBeforeTheElementsOfACaseAreNoData) {
+  EXPECT_EQ("8|/m:r/y|Data for more than one case branch of a choice is present.|y|-",
+            ValidateRpc(schema_.ctx(), "<r xmlns='urn:m'><x/><!--c--><y/><need/></r>"));
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), "<r xmlns='urn:m'><!--c--><x/><need/></r>"));
+}
+
+TEST_F(DataArguments, AnElementThatIsBoundAlreadyIsLeftAloneWithAllBelowIt) {
+  Document doc("<r xmlns='urn:m'><a><nowhere/></a><x/></r>");
+  doc.Find("a")->_private = Node("a");
+  EXPECT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc.root()));
+  EXPECT_EQ(nullptr, doc.Find("nowhere")->_private);
+  EXPECT_NE(nullptr, doc.Find("x")->_private) << "the walk goes on behind it";
+  EXPECT_EQ(nullptr, aux_.err);
+}
+
+TEST_F(DataArguments, AnElementIsMadeWithoutTextToo) {
+  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
+  xmlNode* added = QMD_PAS_AddNewChildNodeWithValue(doc_.root(), Node("need"), nullptr);
+  ASSERT_NE(nullptr, added);
+  EXPECT_EQ("<r xmlns=\"urn:m\"><a>1</a><need/></r>", doc_.Dump());
+  EXPECT_EQ(nullptr, QMD_PAS_AddNewChildNodeWithValue(nullptr, Node("need"), "v"));
+}
+
+TEST_F(DataArguments, KeptAnswersOfOtherNamesStayWhenAChildIsAdded) {
+  const ChildLookup active;
+  ChildLookup lookup;
+  xmlNode* a = doc_.Find("a");
+  lookup.Keep(doc_.root(), "a", a);
+  lookup.Keep(doc_.root(), "b", nullptr);
+  lookup.ChildAdded(a);
+  EXPECT_EQ(nullptr, lookup.Find(doc_.root(), "a")) << "dropped, the new one may come first";
+  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "b"));
+  lookup.ChildLeaves(a);
+  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "b"));
+}
+
 // Only the mount points of RFC 8528 have content of another schema.
 TEST_F(DataArguments, OtherExtensionsLeaveTheContentOfAContainerToTheModel) {
   QmsExtInst insts[] = {{}, {}, {}, {}};
@@ -241,6 +287,23 @@ TEST_F(DataArguments, RecordsKeepTheirFirstMessageAndTakeNoneWithoutFormat) {
   QMD_ERR_SetErrorMsg(err, "%s", "second");
   EXPECT_STREQ("first", QM_GetErrorMessage(err));
   QM_FreeErrNode(err);
+}
+
+TEST_F(DataArguments, ARunHasOneRecord) {
+  QmErrNode* first = RunError(&aux_, QM_ERR_TAG_BAD_ELEMENT, doc_.Find("a"));
+  ASSERT_NE(nullptr, first);
+  EXPECT_EQ(first, RunError(&aux_, QM_ERR_TAG_MISSING_ELEMENT, doc_.root()));
+  EXPECT_EQ("8|/m:r/a|-|-|-", Describe(first));
+  aux_.err = nullptr;
+}
+
+TEST_F(DataArguments, AKeyTooLongForThePathLeavesTheRecordWithoutOne) {
+  schema_.Load("k", R"(<rpc name="r"><input><list name="l"><key value="k"/>
+    <leaf name="k"><type name="string"/></leaf><leaf name="v"><type name="int8"/></leaf>
+    </list></input></rpc>)");
+  const std::string rpc =
+      "<r xmlns='urn:k'><l><k>" + std::string(11000, 'k') + "</k><v>x</v></l></r>";
+  EXPECT_EQ("8|-|v has invalid value x.|v|-", ValidateRpc(schema_.ctx(), rpc));
 }
 
 TEST_F(DataArguments, APredicateFitsByEachOfItsParts) {

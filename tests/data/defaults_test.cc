@@ -162,6 +162,16 @@ TEST_F(Defaults, DefaultStandsWhereTheSchemaHasIt) {
             Complete("<r xmlns='urn:m'><b/><e/></r>"));
 }
 
+// The entries of a list stand in a run before the new element; what stands behind
+// it in the schema comes behind it in the message, too.
+TEST_F(Defaults, DefaultStandsBehindARunAndBeforeWhatFollows) {
+  schema_.Load("k", Rpc("<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>" +
+                        Default("d", "v") + Leaf("z")));
+  const Document doc("<r xmlns='urn:k'><ll>1</ll><ll>2</ll><ll>3</ll><z/></r>");
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), doc));
+  EXPECT_EQ("<r xmlns=\"urn:k\"><ll>1</ll><ll>2</ll><ll>3</ll><d>v</d><z/></r>", doc.Dump());
+}
+
 TEST_F(Defaults, AugmentedDefaultDeclaresItsNamespace) {
   schema_.Load("m", Rpc(Leaf("a") + "<container name=\"c\">" + Leaf("b") + "</container>"));
   schema_.Load("k",

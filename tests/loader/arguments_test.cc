@@ -334,13 +334,34 @@ TEST(LoaderArguments, FilesThatCannotBeMeasuredAreNotRead) {
   EXPECT_EQ(asked + 1, counting_memory::AllocationCount()) << "only the handle, no buffer";
 }
 
+TEST(LoaderArguments, AnEndedSelfAugmentLeavesTheRunsOfOthers) {
+  coupling::World world;
+  world.Add("t", Container("x"));
+  world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
+  QmsModule* b = world.Add("b", Imports({"gone"}) + Augment("/gone:x", Container("z")));
+  QMS_LOADER_DestroySelfAugNode(b->augmentNodes);
+  EXPECT_EQ(nullptr, b->augmentNodes);
+  EXPECT_EQ("/t:x coupled{y}", world.Augments("a"));
+}
+
+TEST(LoaderArguments, APathWithoutModuleLeadsIntoNone) {
+  char name[kQmsNameSize] = "";
+  EXPECT_FALSE(GetTargetModuleName("/x", name));
+  EXPECT_FALSE(GetTargetModuleName("", name));
+  EXPECT_TRUE(GetTargetModuleName("/t:x", name));
+  EXPECT_STREQ("t", name);
+}
+
 // A pending augment has no run in another tree: a merge leaves it where it is.
 TEST(LoaderArguments, AMergeKeepsAPendingAugment) {
   coupling::World world;
-  world.PutFile("m@@1.yin", "m", Imports({"t"}) + Augment("/t:x", Leaf("y")) + Leaf("a"));
-  world.PutFile("m@@2.yin", "m", Leaf("a") + Leaf("b"));
+  for (const char* file : {"m@@1.yin", "m@@2.yin"}) {
+    world.PutFile(file, "m", Imports({"t"}) + Augment("/t:x", Leaf("y")) + Leaf("a"));
+  }
   ASSERT_EQ(0u, world.Load("m"));
+  ASSERT_EQ(2, world.Module("m")->mergeSourceCount);
   EXPECT_EQ("/t:x pending{y}", world.Augments("m"));
+  EXPECT_EQ("a", world.Tree("m"));
 }
 
 }  // namespace

@@ -93,6 +93,9 @@ TEST(StrncpyS, CopiesAtMostTheCountAndEndsTheText) {
   EXPECT_STREQ("", dest);
   EXPECT_EQ(34, strncpy_s(dest, sizeof dest, "abcdef", 4));
   EXPECT_STREQ("", dest);
+  EXPECT_EQ(0, strncpy_s(dest, sizeof dest, "a", kBoundsMaxSize));
+  EXPECT_EQ(22, strncpy_s(dest, sizeof dest, "a", kBoundsMaxSize + 1));
+  EXPECT_STREQ("", dest);
 }
 
 TEST(StrncpyS, SourceNeedNotBeTerminatedWithinTheCount) {

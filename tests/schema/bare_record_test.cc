@@ -115,6 +115,15 @@ TEST(BareNode, WithoutNameIsNotFound) {
   EXPECT_NE(nullptr, QMS_MOD_FindTopLevelSchemaNode(tree.m, "d"));
 }
 
+TEST(BareNode, IsAppendedToAListThatHasNoTailYet) {
+  Tree tree;
+  Top(tree.m, QMS_NODE_CONTAINER, "d");
+  tree.m->dataTail = nullptr;
+  Top(tree.m, QMS_NODE_CONTAINER, "e");
+  EXPECT_STREQ("e", tree.m->dataTail->name);
+  EXPECT_EQ(tree.m->dataTail, tree.c->next->next);
+}
+
 TEST(BareNode, AListHeldByItsFirstChildAloneEndsWhereItsLinksEnd) {
   QmsNode parent = {};
   QmsNode nodes[2] = {};
@@ -128,6 +137,7 @@ TEST(BareNode, AMergeRefusesATargetOfNoModule) {
   Tree tree;
   QmsNode target = {};
   EXPECT_EQ(22u, QMS_NODE_MergeNodeListToTgtWithTravType(&target, tree.c, QMS_TRAV_CHILD));
+  EXPECT_EQ(22u, QMS_NODE_MergeDstNodeWithMimExtInst(&target, tree.c));
   EXPECT_EQ(tree.c, tree.m->dataNodes);
   QmsNode* leaf = LeafOf(tree.c, "l", QMT_BASE_INT8);
   leaf->module = nullptr;
@@ -203,19 +213,25 @@ TEST(BareDeviate, AMustWithoutConditionDeletesNothing) {
 TEST(BareDeviate, AddedUnitsAndExtensionInstancesNeedMemory) {
   Tree tree;
   QmsNode* leaf = LeafOf(tree.c, "l", QMT_BASE_INT8);
-  QmsExtInst inst = {};
-  inst.module = "fresh-module";
-  inst.name = "fresh-name";
-  inst.argument = "fresh-argument";
+  QmsExtInst insts[2] = {};
+  insts[0].module = insts[1].module = "fresh-module";
+  insts[0].name = "fresh-name";
+  insts[1].name = "fresh-other";
+  insts[1].argument = "fresh-argument";
   QmsDeviate deviate = {};
   deviate.units = "fresh-units";
-  deviate.extInsts = &inst;
-  deviate.extInstCount = 1;
+  deviate.extInsts = insts;
+  deviate.extInstCount = 2;
   ExpectLostMemoryIs12([&] { return QMS_MOD_CoupleDevAddUnits(tree.m, leaf, &deviate); });
   EXPECT_STREQ("fresh-units", QM_NODE_GetUnitsValueStr(leaf));
-  ExpectLostMemoryIs12([&] { return QMS_MOD_CoupleDevAddExtInsts(tree.m, leaf, &deviate); });
-  ASSERT_EQ(1, leaf->extInstCount);
-  EXPECT_STREQ("fresh-argument", leaf->extInsts[0].argument);
+  ExpectLostMemoryIs12([&] {
+    QM_NODE_CleanExtInsts(leaf);  // what was added before a failure stays
+    return QMS_MOD_CoupleDevAddExtInsts(tree.m, leaf, &deviate);
+  });
+  ASSERT_EQ(2, leaf->extInstCount);
+  EXPECT_STREQ("fresh-argument", leaf->extInsts[1].argument);
+  ExpectLostMemoryIs12([&] { return QM_NODE_AppendExtInst(tree.c, "other", "name", "argument"); });
+  EXPECT_EQ(1, tree.c->extInstCount);
 }
 
 // Copies whose texts the dictionary does not hold yet: each of them needs memory.

@@ -301,6 +301,8 @@ TEST(CheckSame, IdentitiesDifferByNameBasesInOrderAndIfFeatures) {
   EXPECT_EQ(0u, QMS_MOD_CheckTwoIdentitySame(&base, &conditional));
   EXPECT_EQ(1u, QMS_MOD_CheckTwoIdentBaseSame(&ab[0], &ba[1]));
   EXPECT_EQ(0u, QMS_MOD_CheckTwoIdentBaseSame(&ab[0], &ba[0]));
+  const QmsIdentBase namesake = {kA, kA};
+  EXPECT_EQ(0u, QMS_MOD_CheckTwoIdentBaseSame(&ab[0], &namesake)) << "only the prefix is shared";
 }
 
 TEST(CheckSame, ExtensionsDifferByEachField) {

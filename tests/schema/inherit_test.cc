@@ -130,6 +130,7 @@ TEST(UpdateNacmFlag, AnyMarkedParentOverwritesTheMarksOfAChild) {
               {0, kAll, kAll},
               {kAll, 0, kAll},
               {kWrite, kAll, kWrite},
+              {kAll, kAll, kAll},
               {kAll | kWrite, kAll, kAll | kWrite},
               {kAll, kOther, kAll | kOther}};
   for (const auto& row : rows) {

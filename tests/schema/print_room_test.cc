@@ -34,7 +34,7 @@ struct SmallPrint {
 
   SmallPrint(uint32_t size, const QmsModule* module)
       : block(size), text{block.data(), size, 0, CountChunks, &chunks} {
-    para.level = 1;
+    para.level = 2;
     para.nameWidth = 12;
     para.module = module;
     para.text = &text;

@@ -55,6 +55,26 @@ TEST(IdentityrefText, NamesModuleAndIdentity) {
   }
 }
 
+// Identities of one name are told apart by their modules.
+TEST(IdentityrefText, NamesakeInAnotherModuleIsNotTheBase) {
+  LeafModule module(kTransport);
+  module.Add(
+      "k", "",
+      "<identity name='transport'/><identity name='tcp'><base name='transport'/></identity>");
+  EXPECT_EQ(0u, module.CheckText("x", "m:tcp"));
+  EXPECT_EQ(28674u, module.CheckText("x", "k:transport"));
+  EXPECT_EQ(28674u, module.CheckText("x", "k:tcp"));
+}
+
+TEST(IdentityrefText, SecondBaseIsFoundBesideAFirstOneThatLeadsNowhere) {
+  LeafModule module(
+      "<identity name='other'/><identity name='wanted'/><identity name='far'/>"
+      "<identity name='both'><base name='other'/><base name='wanted'/></identity>"
+      "<leaf name='x'><type name='identityref'><base name='wanted'/></type></leaf>");
+  EXPECT_EQ(0u, module.CheckText("x", "m:both"));
+  EXPECT_EQ(28674u, module.CheckText("x", "m:far"));
+}
+
 TEST(IdentityrefText, ModuleNameMayHave64Characters) {
   const std::string name(64, 'm');
   LeafModule module(kTransport);

@@ -522,4 +522,20 @@ TEST(EvalCondition, FailsOrIsRightForEachRefusedAllocation) {
   EXPECT_GT(injected, 60u);
 }
 
+// A text with a colon is a name in an identityref only, and a prefix that stands for
+// nothing is an empty value; missing memory must be told from both.
+TEST(EvalCondition, ValuesWithColonsAreRightOrFailForEachRefusedAllocation) {
+  Tree tree("<a>x:y</a><id>nowhere:dog</id>");
+  g_tree = &tree;
+  const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
+    const uint32_t text =
+        QM_XPATH_EvalCondition(g_tree->Document(), g_tree->Element(""), "a = 'x:y'");
+    EXPECT_TRUE(text == 0 || (refusing && (text == 12 || text == 28929))) << text;
+    const uint32_t identity =
+        QM_XPATH_EvalCondition(g_tree->Document(), g_tree->Element(""), "id = ''");
+    EXPECT_TRUE(identity == 0 || (refusing && (identity == 12 || identity == 28929))) << identity;
+  });
+  EXPECT_GT(injected, 20u);
+}
+
 }  // namespace
