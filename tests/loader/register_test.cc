@@ -114,7 +114,9 @@ TEST(AppendModuleToCtx, TypesOfTheModuleArePointedAtItsTypedefs) {
 }
 
 TEST(AppendModuleToCtx, ATypedefThatDoesNotExistIsRecordedAndTheModuleStays) {
-  for (const std::string& body : {Typedef("mine", "none"), LeafOfType("l", "none")}) {
+  const std::string member =
+      "<leaf name=\"l\"><type name=\"union\"><type name=\"none\"/></type></leaf>";
+  for (const std::string& body : {Typedef("mine", "none"), LeafOfType("l", "none"), member}) {
     SCOPED_TRACE(body);
     coupling::World world;
     world.Add("m", body);

@@ -111,6 +111,8 @@ TEST(RangeExpression, AtMost256TokensAreRead) {
 TEST(RangeWriter, LimitsAreThoseOfTheType) {
   constexpr Row kRows[] = {
       {"int8", "min..max", "{-128..127} flags=3"},
+      {"int8", "min..min", "{-128..-128} flags=3"},
+      {"int8", "max..max", "{127..127} flags=3"},
       {"int16", "min..max", "{-32768..32767} flags=3"},
       {"int32", "min..max", "{-2147483648..2147483647} flags=3"},
       {"int64", "min..max", "{-9223372036854775808..9223372036854775807s} flags=3"},
@@ -173,6 +175,8 @@ TEST(RangeWriter, ATypedefKeepsMinAndMax) {
       {"t", "min..max", "{min..max} flags=5"},
       {"t", "min", "{min..min} flags=5"},
       {"t", "max", "{max..max} flags=5"},
+      {"t", "min..min", "{min..min} flags=5"},
+      {"t", "max..max", "{max..max} flags=5"},
       {"t", "1..2|5..max", "{1..2u|5..maxu} flags=5"},
       {"t", "1.5", "status 22"},
   };

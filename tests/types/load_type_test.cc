@@ -412,6 +412,9 @@ TEST(FillPath, RequireInstanceIsTrueUnlessItBeginsWithF) {
       {"<type name='leafref'><path value='/a'/><require-instance value='no'/></type>",
        "leafref path{/m:a 1}"},
       {"<type name='leafref'><path value='/a'/><require-instance/></type>", "leafref path{/m:a 1}"},
+      {"<type name='leafref'><path value='/a'/><!--r--><units/><require-instance value='false'/>"
+       "</type>",
+       "leafref path{/m:a 0}"},
       {"<type name='leafref'><path value='/a'/><require-instance value='true'/><require-instance "
        "value='false'/></type>",
        "leafref path{/m:a 1}"},

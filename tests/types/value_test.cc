@@ -118,6 +118,7 @@ TEST(BinaryValue, Base64Texts) {
                         {"", 0},
                         {" \t\n", 0},
                         {" \nQUJD\t ", 0},
+                        {"QUJD\n", 0},
                         {"a+/9", 0},
                         {"QUJDR", 28683},   // five characters
                         {"QUJ", 28683},     //
