@@ -119,6 +119,52 @@ TEST(EmptyRecords, ACountBesideNoArrayCountsNothing) {
   }
 }
 
+// As the create functions make them, before the loader fills in what the statement says.
+TEST(EmptyRecords, ABodyThatWasNotFilledAcceptsNoValue) {
+  const struct {
+    uint32_t kind;
+    uint32_t baseType;
+    uint32_t status;
+  } rows[] = {
+      {QMT_CONS_DERIVED, QMT_BASE_TYPEDEF, QM_VALUE_BAD_DERIVED},
+      {QMT_CONS_BASE, QMT_BASE_IDENTITYREF, QM_VALUE_BAD_IDENTITY},
+      {QMT_CONS_BIT, QMT_BASE_BITS, QM_VALUE_BAD_BITS},
+      {QMT_CONS_ENUM, QMT_BASE_ENUMERATION, QM_VALUE_BAD_ENUM},
+      {QMT_CONS_FRACTION, QMT_BASE_DECIMAL64, QM_VALUE_BAD_RANGE},
+      {QMT_CONS_LENGTH, QMT_BASE_STRING, QM_VALUE_BAD_LENGTH},
+      {QMT_CONS_PATH, QMT_BASE_LEAFREF, QM_VALUE_BAD_LEAFREF},
+      {QMT_CONS_PATTERN, QMT_BASE_STRING, QM_VALUE_BAD_PATTERN},
+      {QMT_CONS_RANGE, QMT_BASE_INT8, QM_VALUE_BAD_RANGE},
+  };
+  static_assert(std::size(rows) == QMT_CONS_UNION, "a row for each kind but unions");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.kind);
+    type_builder::Dict dict;
+    type_builder::Type type(&dict, row.baseType);
+    type_builder::AddBody(type.Get(), row.kind, 2);
+    EXPECT_EQ(row.status, Check(type.Get(), "1"));
+    QmtType* copy = QMT_TYPE_CopyQmtRealType(dict.Get(), type.Get());
+    ASSERT_NE(nullptr, copy);
+    EXPECT_EQ(row.status, Check(copy, "1"));
+    QMT_TYPE_DestroyQmtRealType(dict.Get(), copy);
+  }
+}
+
+// A member without a type would accept anything, so none may come out of a load.
+TEST(EmptyRecords, AUnionIsNotLoadedWithAMemberThatWasNotFilled) {
+  for (const char* member :
+       {"<type/>", "<type name=''/>", "<type name='int8'><range value='x'/></type>"}) {
+    SCOPED_TRACE(member);
+    LeafModule module("");
+    const std::string text =
+        "<module name='k' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:k'/>"
+        "<prefix value='k'/><leaf name='l'><type name='union'><type name='boolean'/>" +
+        std::string(member) + "</type></leaf></module>";
+    EXPECT_NE(0u, QM_CTX_LoadMemory(module.ctx(), text.c_str()));
+    EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(module.ctx(), "k"));
+  }
+}
+
 TEST(EmptyRecords, ItemsWithoutNamesMatchNoValue) {
   type_builder::Dict dict;
   type_builder::Type bits(&dict, QMT_BASE_BITS);
