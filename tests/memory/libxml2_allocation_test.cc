@@ -102,7 +102,7 @@ Report RefuseEach(const Scenario& scenario) {
 
 TEST(Libxml2Allocation, RefusalsNeverCrashTheLibrarysOwnCode) {
   Report total;
-  for (const Scenario& scenario : ExampleScenarios()) {
+  for (const Scenario& scenario : ContextLives()) {
     const Report report = RefuseEach(scenario);
     total.survived += report.survived;
     total.libxml2Crashed += report.libxml2Crashed;

@@ -13,6 +13,7 @@ namespace {
 
 const std::string kModels = QMODEL_EXAMPLES "/models";
 const std::string kMessages = QMODEL_EXAMPLES "/messages/";
+const std::string kStatements = QMODEL_TEST_MODELS "/statements";
 
 uint32_t Drop(const char* /*text*/, uint32_t /*length*/, void* /*arg*/) {
   return 0;
@@ -45,9 +46,9 @@ void LookAround(QmCtx* ctx, const char* name) {
   static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, DropError, nullptr));
 }
 
-QmCtx* Open(uint32_t flags) {
+QmCtx* Open(uint32_t flags, const std::string& dir = kModels) {
   QmCtx* ctx = QM_CTX_Create(flags);
-  static_cast<void>(QM_CTX_SetSearchDir(ctx, kModels.c_str()));
+  static_cast<void>(QM_CTX_SetSearchDir(ctx, dir.c_str()));
   return ctx;
 }
 
@@ -129,13 +130,63 @@ void Validate(bool refusing) {
   QM_CTX_Delete(ctx);
 }
 
+void AddExtInsts(QmCtx* ctx) {
+  QmsNode* marked = QM_CTX_GetTargetNode(ctx, "/st-all:one", nullptr);
+  QmsNode* plain = QM_CTX_GetTargetNode(ctx, "/st-base:top", nullptr);
+  static_cast<void>(QM_NODE_AppendExtInst(plain, "st-base", "mark", "of the client"));
+  static_cast<void>(QM_NODE_ReplaceDstExtInst(plain, marked));
+}
+
+// Every statement and type, once in a first and once in a second part of a module,
+// with augments and deviations before and behind.
+void LoadStatements(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS | QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS, kStatements);
+  for (const char* name : {"st-change", "st-all", "st-base", "st-add"}) {
+    static_cast<void>(QM_CTX_LoadModule(ctx, name));
+    LookAround(ctx, name);
+  }
+  AddExtInsts(ctx);
+  for (const char* name : {"st-change", "st-base", "st-all"}) {
+    static_cast<void>(QM_CTX_UnloadModule(ctx, name));
+  }
+  ExpectUsable(ctx, refusing, "st-all");
+  QM_CTX_Delete(ctx);
+}
+
+// Default and given values of every type, conditions that hold, fail and cannot be
+// evaluated, and each kind of error.
+void ValidateStatements(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS, kStatements);
+  static_cast<void>(QM_CTX_LoadModule(ctx, "st-all"));
+  for (const char* name : {"st-base", "st-add", "st-all"}) {
+    static_cast<void>(QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx, name), "*"));
+  }
+  for (const char* content :
+       {"<name>abc</name><set>r</set><ref>abc</ref><either>b:round</either><j/>"
+        "<row><id>1</id></row><row><id>2</id></row>",
+        "<name>bad</name><j/>", "<name>abc</name><set>w</set><j/>", "<g>1</g><j/>", "",
+        "<shape>b:none</shape><j/>", "<shape>q:round</shape><j/>", "<ref>1</ref><i/><j/>",
+        "<j/><name>late</name>", "<unknown/>", "<either>z</either><any><x y='1'>2</x></any><i/>"}) {
+    std::string text = "<op xmlns='urn:st-all' xmlns:b='urn:st-base'>" + std::string(content);
+    text += "</op>";
+    QM_FreeErrNode(QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, text.data(), nullptr, nullptr));
+  }
+  for (const char* content : {"<name>x</name>", "<shape>b:round</shape>", "<unknown/>"}) {
+    const std::string text =
+        "<event xmlns='urn:st-all' xmlns:b='urn:st-base'>" + std::string(content) + "</event>";
+    static_cast<void>(QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), nullptr, nullptr));
+  }
+  ExpectUsable(ctx, refusing, "st-change");
+  QM_CTX_Delete(ctx);
+}
+
 }  // namespace
 
-const std::vector<Scenario>& ExampleScenarios() {
-  static const std::vector<Scenario> scenarios = {{"load and look", LoadAndLook},
-                                                  {"load a split module", LoadSplit},
-                                                  {"couple and unload", CoupleAndUnload},
-                                                  {"validate", Validate}};
+const std::vector<Scenario>& ContextLives() {
+  static const std::vector<Scenario> scenarios = {
+      {"load and look", LoadAndLook},         {"load a split module", LoadSplit},
+      {"couple and unload", CoupleAndUnload}, {"validate", Validate},
+      {"load statements", LoadStatements},    {"validate statements", ValidateStatements}};
   return scenarios;
 }
 

@@ -12,8 +12,8 @@ struct Scenario {
   void (*run)(bool refusing);
 };
 
-// Scenarios on the models of examples/.
-const std::vector<Scenario>& ExampleScenarios();
+// Scenarios on the models of examples/ and tests/models/statements/.
+const std::vector<Scenario>& ContextLives();
 
 // Loads these modules of the folder one after another, each in a context of its own.
 void RunModuleLife(const std::string& dir, const std::string& module);
