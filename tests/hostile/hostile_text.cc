@@ -16,6 +16,12 @@ std::string Repeat(const std::string& text, size_t times) {
   return out;
 }
 
+std::string Numbered(const std::string& before, const std::string& after, size_t count) {
+  std::string out;
+  for (size_t i = 0; i < count; ++i) out += before + std::to_string(i) + after;
+  return out;
+}
+
 static uint32_t AddLine(const char* module, const char* /*file*/, const char* message, void* arg) {
   *static_cast<std::string*>(arg) += std::string(module) + ": " + message + "\n";
   return 0;

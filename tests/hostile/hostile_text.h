@@ -11,6 +11,9 @@ std::string ModuleText(const std::string& body);
 
 std::string Repeat(const std::string& text, size_t times);
 
+// `before` + a number + `after`, for the numbers from 0 on.
+std::string Numbered(const std::string& before, const std::string& after, size_t count);
+
 // All recorded load errors, a line each.
 std::string LoadErrorLines(QmCtx* ctx);
 
