@@ -74,10 +74,10 @@ uint64_t StopRefusing() {
   return g_refused.exchange(0);
 }
 
-uint64_t FailAllocations(void (*scenario)(bool refusing), uint64_t dense, uint64_t stride) {
+uint64_t FailEachAllocation(void (*scenario)(bool refusing)) {
   uint64_t injected = 0;
   for (Refuse mode : {Refuse::kOnce, Refuse::kFromThenOn}) {
-    for (uint64_t n = 1;; n += n < dense ? 1 : stride) {
+    for (uint64_t n = 1;; ++n) {
       SCOPED_TRACE(testing::Message()
                    << "allocation " << n << " refused"
                    << (mode == Refuse::kFromThenOn ? ", and all later ones" : ""));
@@ -93,10 +93,6 @@ uint64_t FailAllocations(void (*scenario)(bool refusing), uint64_t dense, uint64
   }
   scenario(false);
   return injected;
-}
-
-uint64_t FailEachAllocation(void (*scenario)(bool refusing)) {
-  return FailAllocations(scenario, UINT64_MAX, 1);
 }
 
 }  // namespace counting_memory

@@ -31,8 +31,4 @@ uint64_t StopRefusing();
 // `scenario(refusing)` checks its own results. Gives the number of injected failures.
 uint64_t FailEachAllocation(void (*scenario)(bool refusing));
 
-// The same for the first `dense` allocations and every `stride`-th one after them,
-// where a scenario allocates too much for all.
-uint64_t FailAllocations(void (*scenario)(bool refusing), uint64_t dense, uint64_t stride);
-
 }  // namespace counting_memory
