@@ -9,7 +9,7 @@
 #include "client/session.h"
 
 static uint32_t PrintText(const char* text, void* /*arg*/) {
-  std::fputs(text, stdout);
+  static_cast<void>(std::fputs(text, stdout));
   return 0;
 }
 

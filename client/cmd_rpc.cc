@@ -34,7 +34,7 @@ bool PrintDocument(xmlDoc* doc) {
   int length = 0;
   xmlDocDumpFormatMemoryEnc(doc, &text, &length, "UTF-8", 1);
   if (text == nullptr) return false;
-  std::fwrite(text, 1, static_cast<size_t>(length), stdout);
+  static_cast<void>(std::fwrite(text, 1, static_cast<size_t>(length), stdout));
   xmlFree(text);
   return true;
 }

@@ -20,6 +20,6 @@ bool ReadInput(const std::string& file, std::string* content) {
   FILE* stream = standardInput ? stdin : std::fopen(file.c_str(), "rb");
   const bool done = stream != nullptr && ReadAll(stream, content);
   if (!done) PrintError("%s: %s", file.c_str(), std::strerror(errno));
-  if (stream != nullptr && !standardInput) std::fclose(stream);
+  if (stream != nullptr && !standardInput) static_cast<void>(std::fclose(stream));
   return done;
 }

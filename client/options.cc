@@ -98,9 +98,9 @@ bool TakeOption(int code, char** argv, Options* options) {
 void PrintError(const char* format, ...) {
   va_list args;
   va_start(args, format);
-  std::fputs("qmodel: ", stderr);
-  std::vfprintf(stderr, format, args);
-  std::fputc('\n', stderr);
+  static_cast<void>(std::fputs("qmodel: ", stderr));
+  static_cast<void>(std::vfprintf(stderr, format, args));
+  static_cast<void>(std::fputc('\n', stderr));
   va_end(args);
 }
 

@@ -19,9 +19,9 @@ namespace {
 uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* printed) {
   *static_cast<bool*>(printed) = true;
   if (file == nullptr) {
-    std::fprintf(stderr, "%s: %s\n", module, message);
+    static_cast<void>(std::fprintf(stderr, "%s: %s\n", module, message));
   } else {
-    std::fprintf(stderr, "%s: %s: %s\n", module, file, message);
+    static_cast<void>(std::fprintf(stderr, "%s: %s: %s\n", module, file, message));
   }
   return 0;
 }

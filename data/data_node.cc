@@ -114,7 +114,7 @@ static const char* ResolvePrefix(xmlNode* element, QmCtx* ctx, const char* text,
 static char* JoinModuleAndName(const char* modName, const char* name) {
   const size_t size = std::strlen(modName) + std::strlen(name) + 2;
   char* joined = static_cast<char*>(AllocZeroed(size));
-  if (joined != nullptr) std::snprintf(joined, size, "%s:%s", modName, name);
+  if (joined != nullptr) static_cast<void>(std::snprintf(joined, size, "%s:%s", modName, name));
   return joined;
 }
 
