@@ -83,7 +83,10 @@ TEST(LoaderArguments, NodesOfNoContextAreNotReportedAndNotUncoupled) {
   EXPECT_EQ(0u, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
   EXPECT_EQ(22u, QMS_MOD_CoupleDevNotSup(&node, nullptr, "d", "/t:x"));
   EXPECT_EQ(22u, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(&bare, "d", "/t:x"));
+  node.flags = 0;
+  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(&node));
   node.module = nullptr;
+  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(&node));
   EXPECT_EQ(22u, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
 }
 

@@ -145,6 +145,18 @@ TEST(BareNode, AMergeRefusesATargetOfNoModule) {
   EXPECT_EQ(tree.m, leaf->module);
 }
 
+TEST(BareNode, AWalkOfACoupledAugmentWithoutRunEndsAtTheNodesOwnList) {
+  Tree tree;
+  QmsNode* child = Child(tree.c, QMS_NODE_LEAF, "l");
+  QmsNode* last = Child(tree.c, QMS_NODE_LEAF, "k");
+  QmsNode augment = {};
+  augment.kind = QMS_NODE_AUGMENT;
+  augment.flags = QMS_NODE_COUPLED;
+  uint32_t how = QMS_TRAV_TOP;
+  EXPECT_EQ(last, QMS_NODE_GetTreeNodeSibOrParent(&augment, child, &how));
+  EXPECT_EQ(nullptr, QMS_NODE_GetTreeNodeNextNode(&augment, &augment, &how));
+}
+
 TEST(BareNode, APathThatStartsBehindItsBufferIsRefused) {
   Tree tree;
   char text[4] = "abc";

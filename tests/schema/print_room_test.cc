@@ -137,6 +137,17 @@ TEST(PrintRoom, APieceThatIsMissingOrANodeOfNoKindIsRefusedWith22) {
   EXPECT_EQ(0u, print.text.used);
 }
 
+TEST(PrintRoom, AChoiceWithoutItsRecordHasNoDefault) {
+  Tree tree;
+  QmsNode node = {};
+  node.kind = QMS_NODE_CHOICE;
+  node.module = tree.m;
+  node.name = "ch";
+  SmallPrint print(100, tree.m);
+  EXPECT_EQ(0u, PrintNodeLine(&node, &print.para));
+  EXPECT_NE(std::string::npos, print.Written().find(" (ch)?\n"));
+}
+
 TEST(PrintRoom, AnEmptyBufferIsNotHandedOut) {
   Tree tree;
   SmallPrint print(100, tree.m);
