@@ -8,11 +8,14 @@
 #include <cstdint>
 
 #include "context/dict.h"
+#include "context/guard.h"
 #include "context/load_error.h"
 #include "context/path_scan.h"
 #include "context/xml_tree.h"
+#include "loader/couple.h"
 #include "loader/keyword.h"
 #include "schema/module.h"
+#include "xpath/target_path.h"
 
 static void RecordMissingValue(QmsModule* module, uint32_t stmt) {
   QM_CTX_AddModError(module->ctx, module->name, "Failed to get value of statement \"%s\".",
@@ -66,4 +69,10 @@ uint32_t ReadReference(QmsModule* module, const char* text, QmsReference* refere
   if (reference->module != nullptr) return QM_OK;
   QM_CTX_AddModError(module->ctx, module->name, "Failed to find module by prefix \"%s\".", prefix);
   return QM_INVALID;
+}
+
+char* QualifyTargetPath(QmsModule* module, const char* path) {
+  QmHeld<char> qualified(QM_XPATH_TransformToJsonFormat(module, path));
+  char target[kQmsNameSize] = "";
+  return qualified && GetTargetModuleName(qualified.Get(), target) ? qualified.Release() : nullptr;
 }

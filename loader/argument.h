@@ -40,3 +40,8 @@ void RecordBadStatement(QmsModule* module, uint32_t stmt);
 // Splits `text` and resolves its prefix; without one the module being parsed is
 // meant. Records what is wrong and gives 22 or the splitter's code.
 uint32_t ReadReference(QmsModule* module, const char* text, QmsReference* reference);
+
+// The target path of an augment or a deviation in module-name form, a block of the
+// caller. NULL also for a path that leads into no module with a name of at most 64
+// characters: nothing could be coupled to it, nor its module be unloaded.
+char* QualifyTargetPath(QmsModule* module, const char* path);

@@ -14,7 +14,6 @@
 #include "loader/stmt_node.h"
 #include "schema/inherit.h"
 #include "schema/module.h"
-#include "xpath/target_path.h"
 
 static constexpr QmsStmt kAugmentSubStmts[] = {
     QMS_STMT_WHEN,      QMS_STMT_IF_FEATURE,  QMS_STMT_STATUS,    QMS_STMT_DESCRIPTION,
@@ -27,7 +26,7 @@ static_assert(std::size(kAugmentSubStmts) == 14);
 uint32_t QMS_LOADER_ParseAugmentTargetNode(QmsModule* module, xmlNode* element, const char** name) {
   const char* path = ReadAbsolutePath(module, element, QMS_STMT_AUGMENT);
   if (path == nullptr) return QM_INVALID;
-  const QmHeld<char> target(QM_XPATH_TransformToJsonFormat(module, path));
+  const QmHeld<char> target(QualifyTargetPath(module, path));
   if (!target) {
     QM_CTX_AddModError(module->ctx, module->name, "Failed to parse xpath \"%s\".", path);
     RecordBadValue(module, path, QMS_STMT_AUGMENT);

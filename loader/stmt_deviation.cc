@@ -18,7 +18,6 @@
 #include "platform/string.h"
 #include "schema/definitions.h"
 #include "schema/module.h"
-#include "xpath/target_path.h"
 
 struct DeviateKindRow {
   const char* word;
@@ -116,7 +115,7 @@ static void RecordBadDeviation(QmsModule* module, const char* target) {
 }
 
 static uint32_t FillTargetPath(QmsModule* module, const char* target, QmsDeviation* deviation) {
-  const QmHeld<char> path(QM_XPATH_TransformToJsonFormat(module, target));
+  const QmHeld<char> path(QualifyTargetPath(module, target));
   if (path) return InternOrRefuse(module, &deviation->targetPath, path.Get());
   RecordBadDeviation(module, target);
   return QM_INVALID;

@@ -386,6 +386,8 @@ TEST(ParseDeviation, RefusedOnes) {
       {"<deviation/>", "Failed to get value of statement \"deviation\".", nullptr},
       {"<deviation target-node='o:a'/>", "Failed to get value of statement \"deviation\".",
        nullptr},
+      {"<deviation target-node='/..'/>", "Failed to parse \"deviation\" statement \"/..\".",
+       nullptr},
       {"<deviation target-node='/p:a'/>", "Failed to parse \"deviation\" statement \"/p:a\".",
        nullptr},
       {"<deviation target-node='/o:a'><deviate/></deviation>",

@@ -411,6 +411,12 @@ TEST(ParseAugment, RefusedTargets) {
       {"/",
        {"m -: Failed to parse xpath \"/\".",
         "m -: Failed to parse value \"/\" of statement \"augment\"."}},
+      {"/..",
+       {"m -: Failed to parse xpath \"/..\".",
+        "m -: Failed to parse value \"/..\" of statement \"augment\"."}},
+      {"/o:../..",
+       {"m -: Failed to parse xpath \"/o:../..\".",
+        "m -: Failed to parse value \"/o:../..\" of statement \"augment\"."}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.target);

@@ -341,6 +341,27 @@ TEST(UnloadModule, APathThatCannotBeSplitGives22AndRemovesNothing) {
   EXPECT_TRUE(world.IsLoaded("t"));
 }
 
+// A path that leads into no module would be met again at the unload, and refused there.
+TEST(UnloadModule, NoPathThatALoadTakesStandsInItsWay) {
+  const std::string imports = Imports({"t"}) + "<import module=\"" + std::string(65, 'n') +
+                              "\"><prefix value=\"p\"/></import>";
+  const std::string bodies[] = {
+      Augment("/..", Leaf("y")),        Augment("/t:../..", Leaf("y")),
+      Augment("/p:x", Leaf("y")),       Augment("/p:x/t:x", Leaf("y")),
+      Deviation("/..", NotSupported()), Deviation("/t:..", NotSupported()),
+      Deviation("/p:x", NotSupported())};
+  for (const std::string& body : bodies) {
+    SCOPED_TRACE(body);
+    coupling::World world;
+    world.Add("t", Leaf("l"));
+    const bool splits = body.find("/t:x") != std::string::npos;
+    EXPECT_EQ(splits ? 0u : 1u, world.LoadText("r", imports + body));
+    EXPECT_EQ(splits, world.IsLoaded("r"));
+    EXPECT_EQ(0u, world.Unload("r"));
+    EXPECT_FALSE(world.IsLoaded("r"));
+  }
+}
+
 TEST(UnloadModule, ANameOfMoreThan64CharactersGives12) {
   coupling::World world;
   const std::string name(65, 'n');
