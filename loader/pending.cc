@@ -102,6 +102,9 @@ uint32_t QMS_LOADER_SaveEnabledFeatureToPendNode(QmsModule* module, QmsModPendNo
   for (uint32_t i = 0; i < module->featureCount; ++i) {
     const QmsFeature* feature = &module->features[i];
     if (feature->name == nullptr || (feature->flags & QMS_FEATURE_ENABLED) == 0) continue;
+    // No if-feature can name a longer one. Refused here, it would end an unload that
+    // has taken other modules away already.
+    if (RTK_StrLen(feature->name) >= kQmsNameSize) continue;
     if (QMS_LOADER_AddModFeatPend(node, feature->name) == nullptr) return QM_NO_MEMORY;
   }
   return QM_OK;

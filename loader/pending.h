@@ -29,7 +29,8 @@ void QMS_LOADER_RemoveModPendNode(QmsModPendNode* node);
 QmsModFeatPend* QMS_LOADER_AddModFeatPend(QmsModPendNode* node, const char* featName);
 // Frees the features of a node.
 void QMS_LOADER_DestoryAllModFeatPend(QmsModPendNode* node);
-// Appends every enabled feature of `module`: 0, or 12 at the first that cannot be.
+// Appends every enabled feature of `module` whose name has at most 64 characters: 0,
+// or 12 at the first that cannot be.
 uint32_t QMS_LOADER_SaveEnabledFeatureToPendNode(QmsModule* module, QmsModPendNode* node);
 
 QM_END_INTERNAL_DECLS

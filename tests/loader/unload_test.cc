@@ -311,6 +311,20 @@ TEST(UnloadModule, AFeatureThatIsGoneAfterTheReloadGivesAFailure) {
   EXPECT_EQ("f1 f3", EnabledFeatures(world, "t"));
 }
 
+// Nothing can refer to such a feature, so that nothing is lost with its flag.
+TEST(UnloadModule, AnEnabledFeatureWithATooLongNameStandsInNoWay) {
+  coupling::World world;
+  const std::string longName(65, 'f');
+  world.Add("t", "<feature name=\"" + longName + "\"/>" + kFeatures + Leaf("l"));
+  world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
+  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "*"));
+  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ("l", world.Tree("t"));
+  EXPECT_EQ("f1 f2 f3", EnabledFeatures(world, "t"));
+  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_FALSE(world.IsLoaded("t"));
+}
+
 TEST(UnloadModule, AModuleMergedFromSplitFilesIsReadAgain) {
   coupling::World world;
   world.PutFile("m@@x.yin", "m", kFeatures + Container("c"));
