@@ -59,6 +59,53 @@ TEST(HostileModel, NamesOf64CharactersFitAndOf65DoNot) {
   }
 }
 
+// A module `name` that is imported with the prefix `prefix`, and what others say of it.
+std::string NamedModule(const std::string& name, const std::string& body) {
+  return "<module name='" + name +
+         "' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:n'/><prefix value='n'/>"
+         "<extension name='" +
+         name + "'/><typedef name='t'><type name='int8'/></typedef><identity name='i'/>" +
+         "<feature name='f'/><container name='" + name + "'/><rpc name='" + name + "'/>" + body +
+         "</module>";
+}
+
+std::string UserOf(const std::string& name, const std::string& prefix) {
+  return ModuleText("<import module='" + name + "'><prefix value='" + prefix +
+                    "'/></import><identity name='j'><base name='" + prefix +
+                    ":i'/></identity><leaf name='l'><if-feature name='" + prefix +
+                    ":f'/><when condition='" + prefix + ":x'/><type name='" + prefix +
+                    ":t'/></leaf><augment target-node='/" + prefix + ":" + name +
+                    "'><leaf name='a'><type name='int8'/></leaf></augment>"
+                    "<deviation target-node='/" +
+                    prefix + ":" + name +
+                    "'><deviate value='add'><must condition='1'/></deviate></deviation>");
+}
+
+std::string ErrorsOfUsing(size_t nameLength, size_t prefixLength) {
+  const std::string name(nameLength, 'n');
+  QmCtx* ctx = QM_CTX_Create(0);
+  static_cast<void>(QM_CTX_LoadMemory(ctx, NamedModule(name, "").c_str()));
+  const uint32_t status =
+      QM_CTX_LoadMemory(ctx, UserOf(name, std::string(prefixLength, 'p')).c_str());
+  std::string errors = LoadErrorLines(ctx);
+  EXPECT_EQ(status == 0, errors.empty()) << errors;
+  const bool augmented =
+      QM_CTX_GetTargetNode(ctx, ("/" + name + ":" + name + "/m:a").c_str(), nullptr) != nullptr;
+  EXPECT_EQ(errors.empty(), augmented);
+  static_cast<void>(QM_CTX_UnloadModule(ctx, name.c_str()));
+  static_cast<void>(QM_CTX_UnloadModule(ctx, "m"));
+  QM_CTX_Delete(ctx);
+  return errors;
+}
+
+TEST(HostileModel, ModuleNamesAndPrefixesOf64CharactersFitAndOf65DoNot) {
+  EXPECT_EQ("", ErrorsOfUsing(64, 64));
+  EXPECT_NE("", ErrorsOfUsing(65, 1));
+  EXPECT_NE("", ErrorsOfUsing(1, 65));
+  EXPECT_NE("", ErrorsOfUsing(65, 65));
+  EXPECT_NE("", ErrorsOfUsing(100000, 100000));
+}
+
 TEST(HostileModel, CyclesOfTypedefsEnd) {
   QmCtx* ctx = QM_CTX_Create(0);
   ASSERT_EQ(
