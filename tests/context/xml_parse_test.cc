@@ -102,6 +102,42 @@ TEST(ParseXmlText, EntitiesAreNotSubstitutedEvenForAClientWhoWantsIt) {
   xmlSubstituteEntitiesDefault(before);
 }
 
+TEST(ParseXmlText, AttributesThatADtdGivesToElementsAreRefused) {
+  for (const char* declaration :
+       {"<!ATTLIST a b CDATA 'x'>", "<!ATTLIST a b CDATA #FIXED 'x'>", "<!ATTLIST a b (x|y) 'x'>",
+        "<!ATTLIST a xmlns CDATA 'urn:a'>", "<!ATTLIST a c CDATA #IMPLIED b CDATA ''>",
+        "<!ENTITY % e \"<!ATTLIST a b CDATA 'x'>\"> %e;"}) {
+    SCOPED_TRACE(declaration);
+    EXPECT_EQ(nullptr, Parse("<!DOCTYPE a [" + std::string(declaration) + "]><a/>"));
+  }
+  for (const char* declaration :
+       {"<!ATTLIST a b CDATA #IMPLIED>", "<!ATTLIST a b (x|y) #REQUIRED>", "<!ELEMENT a ANY>"}) {
+    SCOPED_TRACE(declaration);
+    xmlDoc* doc = Parse("<!DOCTYPE a [" + std::string(declaration) + "]><a/>");
+    EXPECT_NE(nullptr, doc);
+    xmlFreeDoc(doc);
+  }
+}
+
+namespace {
+int g_markedNodes = 0;
+void MarkNode(xmlNode* node) {
+  ++g_markedNodes;
+  node->_private = &g_markedNodes;
+}
+}  // namespace
+
+TEST(ParseXmlText, ClientsFunctionForNewNodesIsNotCalledAndStays) {
+  xmlRegisterNodeDefault(MarkNode);
+  xmlDoc* doc = Parse("<a><b/>text</a>");
+  ASSERT_NE(nullptr, doc);
+  EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->_private);
+  EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->children->_private);
+  EXPECT_EQ(0, g_markedNodes);
+  xmlFreeDoc(doc);
+  EXPECT_EQ(MarkNode, xmlRegisterNodeDefault(nullptr));
+}
+
 TEST(ParseXmlText, ExternalEntitiesAndSubsetsAreNotLoaded) {
   const std::filesystem::path file =
       std::filesystem::temp_directory_path() / ("qmodel_dtd_" + std::to_string(getpid()));
