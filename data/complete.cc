@@ -58,13 +58,18 @@ uint32_t QMD_PAS_CompleteSubTree(QmCheckAux* aux, xmlNode* dataParent, QmsNode* 
   return ret;
 }
 
+// How far the defaults of a parent came is of no use for those of another one. What
+// has no element, as a case, completes its caller's parent and passes it on.
 uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
                                 uint32_t* outAdded) {
+  const QmdPlace outer = aux->place;
+  uint32_t ret = QM_OK;
   for (QmsNode* child = schemaNode->firstChild; child != nullptr; child = child->next) {
-    const uint32_t ret = QMD_PAS_CompleteSubTree(aux, dataParent, child, outAdded);
-    if (ret != QM_OK) return ret;
+    ret = QMD_PAS_CompleteSubTree(aux, dataParent, child, outAdded);
+    if (ret != QM_OK) break;
   }
-  return QM_OK;
+  if (QMD_MDL_IsSchemaNodeNeedSkipInDataTree(schemaNode) == 0) aux->place = outer;
+  return ret;
 }
 
 uint32_t QMD_PAS_CompleteDataTreeForRpc(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,

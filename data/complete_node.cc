@@ -19,11 +19,20 @@
 
 using NewElement = QmOwn<RemoveNode>;
 
+// The first sibling that can follow `added`: all of them, unless a default that
+// stands before it in the schema was placed under the same parent.
+static xmlNode* FirstCandidate(const QmdPlace* place, xmlNode* added, QmsNode* schemaNode) {
+  if (place->parent != added->parent || !FollowsInSchema(place->schemaNode, schemaNode)) {
+    return FirstElement(added->parent->children);
+  }
+  return place->follower != nullptr ? place->follower : added;
+}
+
 // The first sibling before `added` that follows it in the schema. Entries of one
 // list stand in runs, so what held for one entry is not asked again for the next.
-static xmlNode* FirstFollower(const xmlNode* added, QmsNode* schemaNode) {
+static xmlNode* FirstFollower(const QmdPlace* place, xmlNode* added, QmsNode* schemaNode) {
   const QmsNode* asked = nullptr;
-  xmlNode* sibling = FirstElement(added->parent->children);
+  xmlNode* sibling = FirstCandidate(place, added, schemaNode);
   for (; sibling != added; sibling = FirstElement(sibling->next)) {
     const QmsNode* siblingSchema = BoundSchema(sibling);
     if (siblingSchema == nullptr || siblingSchema == asked) continue;
@@ -35,9 +44,10 @@ static xmlNode* FirstFollower(const xmlNode* added, QmsNode* schemaNode) {
 }
 
 // A new element stands last until it is placed.
-static void MarkAndPlace(xmlNode* added, QmsNode* schemaNode) {
+static void MarkAndPlace(QmCheckAux* aux, xmlNode* added, QmsNode* schemaNode) {
   added->line = kQmdDefaultLine;
-  xmlNode* follower = FirstFollower(added, schemaNode);
+  xmlNode* follower = FirstFollower(&aux->place, added, schemaNode);
+  aux->place = {added->parent, schemaNode, follower};
   if (follower != nullptr) static_cast<void>(xmlAddPrevSibling(follower, added));
 }
 
@@ -62,7 +72,7 @@ static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* sc
                                const char* value) {
   NewElement leaf(QMD_PAS_AddNewChildNodeWithValue(dataParent, schemaNode, value));
   if (!leaf) return QM_NO_MEMORY;
-  MarkAndPlace(leaf.Get(), schemaNode);
+  MarkAndPlace(aux, leaf.Get(), schemaNode);
   if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
     const uint32_t ret = DeclareValuePrefix(leaf.Get(), schemaNode, value);
     if (ret != QM_OK) return ret;
@@ -86,7 +96,7 @@ static uint32_t AddDefaultContainer(QmCheckAux* aux, xmlNode* dataParent, QmsNod
                                     uint32_t* outAdded) {
   NewElement container(QMD_NODE_CreateNewChildNode(dataParent, schemaNode));
   if (!container) return QM_NO_MEMORY;
-  MarkAndPlace(container.Get(), schemaNode);
+  MarkAndPlace(aux, container.Get(), schemaNode);
   uint32_t addedBelow = 0;
   uint32_t ret = CompleteSchemaChildren(aux, container.Get(), schemaNode, &addedBelow);
   if (ret != QM_OK || addedBelow == 0) return ret;

@@ -94,6 +94,33 @@ TEST_F(LargeMessage, DefaultsAmongLongRunsOfForeignSiblings) {
                                                Repeat("<z>1</z>", kEntries / 2))));
 }
 
+// Half of the leaves are written, the others are placed between them. Asking every
+// sibling anew for each would take 10^10 steps of the schema.
+TEST_F(LargeMessage, DefaultsOfAWideSchema) {
+  constexpr int kPairs = 1500;
+  std::string input;
+  std::string content;
+  std::string completed;
+  for (int i = 0; i < kPairs; ++i) {
+    const std::string number = std::to_string(i);
+    const std::string written = "<w" + number + ">1</w" + number + ">";
+    input += Leaf("w" + number);
+    const std::string leaf = Leaf("d" + number, "", "<default value=\"2\"/>");
+    input += i % 3 == 0   ? leaf
+             : i % 3 == 1 ? "<choice name=\"c" + number + "\"><default value=\"d" + number +
+                                "\"/>" + leaf + "</choice>"
+                          : "<container name=\"e" + number + "\">" + leaf + "</container>";
+    const std::string added = "<d" + number + ">2</d" + number + ">";
+    content += written;
+    completed +=
+        written + (i % 3 == 2 ? "<e" + number + ">" + added + "</e" + number + ">" : added);
+  }
+  schema_.Load("m", Rpc(input));
+  Document doc(Message(content));
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), doc));
+  EXPECT_EQ("<r xmlns=\"urn:m\">" + completed + "</r>", doc.Dump());
+}
+
 // Added first to all entries of one list and then to those of the other, they are
 // taken away in the order of the document, where the entries alternate.
 TEST_F(LargeMessage, DefaultsAreTakenAwayInAnotherOrderThanAdded) {
