@@ -6,6 +6,7 @@
 #include <libxml/xmlregexp.h>
 #include <libxml/xmlstring.h>
 
+#include <climits>
 #include <cstring>
 
 #include "context/guard.h"
@@ -60,11 +61,15 @@ const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n) {
   return nullptr;
 }
 
+// libxml2 counts the characters of a text in an int.
+static bool CanBeMatched(const char* text) {
+  return text != nullptr && strnlen(text, INT_MAX) < INT_MAX && xmlCheckUTF8(XmlChars(text)) != 0;
+}
+
 uint32_t QM_UTL_MatchStrWithPattern(const char* str, const char* pattern) {
-  if (str == nullptr || pattern == nullptr) return QM_INVALID;
   // libxml2 reads on without end, and without bound on memory, in bytes that are no
   // UTF-8. A text from XML has none, but a client's value may.
-  if (xmlCheckUTF8(XmlChars(pattern)) == 0 || xmlCheckUTF8(XmlChars(str)) == 0) return QM_INVALID;
+  if (!CanBeMatched(pattern) || !CanBeMatched(str)) return QM_INVALID;
   const XmlSilence silence;
   const QmOwn<xmlRegFreeRegexp> compiled(xmlRegexpCompile(XmlChars(pattern)));
   if (!compiled) return QM_INVALID;

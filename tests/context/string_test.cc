@@ -2,6 +2,11 @@
 #include "context/string.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstring>
 
 #include "context/memory.h"
 #include "tests/support/counting_memory.h"
@@ -118,4 +123,44 @@ TEST(MatchStrWithPattern, BadPatternGives22AndPrintsNothing) {
   EXPECT_EQ("", testing::internal::GetCapturedStderr());
   EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("a", nullptr));
   EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern(nullptr, "a"));
+}
+
+namespace {
+
+// More than 2 GB of the letter "a" in the memory of one megabyte, which is mapped
+// again and again. Empty when the system gives no such room.
+class EndlessText {
+ public:
+  EndlessText() : room_(mmap(nullptr, kSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {
+    const int file = memfd_create("text", 0);
+    if (room_ == MAP_FAILED || ftruncate(file, kPiece) != 0) return;
+    complete_ = true;
+    for (size_t at = 0; at + kPiece < kSize; at += kPiece) complete_ = complete_ && Map(file, at);
+    if (complete_) std::memset(room_, 'a', kPiece);
+    void* end = static_cast<char*>(room_) + kSize - kPiece;
+    complete_ = complete_ && mprotect(end, kPiece, PROT_READ) == 0;
+    close(file);
+  }
+  ~EndlessText() { munmap(room_, kSize); }
+  EndlessText(const EndlessText&) = delete;
+  EndlessText& operator=(const EndlessText&) = delete;
+  const char* Get() const { return complete_ ? static_cast<const char*>(room_) : nullptr; }
+
+ private:
+  static constexpr size_t kPiece = size_t{1} << 20;
+  static constexpr size_t kSize = size_t{INT_MAX} + 1 + 2 * kPiece;
+  bool Map(int file, size_t at) {
+    return mmap(static_cast<char*>(room_) + at, kPiece, PROT_READ | PROT_WRITE,
+                MAP_SHARED | MAP_FIXED, file, 0) != MAP_FAILED;
+  }
+  void* room_;
+  bool complete_ = false;
+};
+
+}  // namespace
+
+TEST(MatchStrWithPattern, TextOfMoreCharactersThanAnIntCountsMatchesNothing) {
+  const EndlessText text;
+  if (text.Get() == nullptr) GTEST_SKIP() << "no room for it";
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern(text.Get(), "a*"));
 }
