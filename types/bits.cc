@@ -13,7 +13,7 @@
 #include "types/type.h"
 #include "types/value_check.h"
 
-constexpr uint32_t kMaxBitNames = 129;
+constexpr uint16_t kMaxBitNames = 129;
 constexpr uint32_t kBitNameSize = 65;
 
 namespace {
@@ -24,7 +24,7 @@ struct BitName {
 // The names of one value.
 struct BitNames {
   BitName* names;     // `capacity` zero-filled slots
-  uint16_t capacity;  // bits of the type
+  uint16_t capacity;  // bits of the type, as far as a value can name them
   uint16_t used;
 };
 }  // namespace
@@ -77,9 +77,11 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataBit(void* body, uint32_t inputKind
   const auto* own = static_cast<const QmtConsBit*>(body);
   const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
   BitName* slots = nullptr;
-  if (text == nullptr || NewArrayOf(&slots, own->count) != QM_OK) return QM_VALUE_BAD_BITS;
+  // A type may have thousands of bits; each value would clear room for all of them.
+  const uint16_t capacity = own->count < kMaxBitNames ? own->count : kMaxBitNames;
+  if (text == nullptr || NewArrayOf(&slots, capacity) != QM_OK) return QM_VALUE_BAD_BITS;
   const QmHeld<BitName> held(slots);
-  BitNames names = {slots, own->count, 0};
+  BitNames names = {slots, capacity, 0};
   const bool valid = CollectNames(&names, text) && AllAreBitsOfType(own, &names);
   return valid ? QM_OK : QM_VALUE_BAD_BITS;
 }
