@@ -38,6 +38,35 @@ const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element) {
   return XmlText(element->ns->href);
 }
 
+static bool HasPrefix(const xmlNs* ns, const char* prefix, size_t length) {
+  if (ns->prefix == nullptr) return false;
+  const char* own = XmlText(ns->prefix);
+  // The first character tells most of them apart without a call.
+  return own[0] == prefix[0] && std::strncmp(own, prefix, length) == 0 && own[length] == '\0';
+}
+
+static const xmlNs* FindDeclaration(const xmlNode* element, const char* prefix, size_t length) {
+  const xmlNs* ns = element->nsDef;
+  while (ns != nullptr && !HasPrefix(ns, prefix, length)) ns = ns->next;
+  return ns;
+}
+
+const char* FindNamespaceOfPrefix(const xmlNode* element, const char* prefix, size_t length) {
+  if (length == 0) return nullptr;
+  if (length == 3 && std::memcmp(prefix, "xml", 3) == 0) return XmlText(XML_XML_NAMESPACE);
+  for (const xmlNode* node = element; node != nullptr; node = node->parent) {
+    if (node->type != XML_ELEMENT_NODE) continue;
+    const xmlNs* ns = FindDeclaration(node, prefix, length);
+    // A tree made by hand may use a namespace that it declares nowhere.
+    if (ns == nullptr && node != element && node->ns != nullptr &&
+        HasPrefix(node->ns, prefix, length)) {
+      ns = node->ns;
+    }
+    if (ns != nullptr) return XmlText(ns->href);
+  }
+  return nullptr;
+}
+
 const char* QM_XML_GetElemNodeContent(const xmlNode* element) {
   if (element == nullptr || element->children == nullptr) return nullptr;
   const xmlNode* first = element->children;

@@ -2,6 +2,7 @@
 #pragma once
 #include <libxml/tree.h>
 
+#include <cstddef>
 #include <cstdint>
 
 #include "context/internal.h"
@@ -23,6 +24,11 @@ inline uintptr_t PrivateMark(const xmlNode* node) {
 inline void AddPrivateMark(xmlNode* node, uintptr_t bits) {
   node->_private = reinterpret_cast<void*>(PrivateMark(node) | bits);
 }
+
+// The namespace name that the prefix, the first `length` characters of a text, stands
+// for at the element; NULL for none. Only reads, as libxml2's own search does not: that
+// one adds the prefix "xml" to the document.
+const char* FindNamespaceOfPrefix(const xmlNode* element, const char* prefix, size_t length);
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -58,10 +58,10 @@ static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, co
   const char* colon = std::strchr(value, ':');
   if (colon == nullptr || colon == value) return QM_OK;
   const size_t length = static_cast<size_t>(colon - value);
+  if (FindNamespaceOfPrefix(added, value, length) != nullptr) return QM_OK;
   QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
   if (!prefix) return QM_NO_MEMORY;
   std::memcpy(prefix.Get(), value, length);
-  if (xmlSearchNs(added->doc, added, XmlChars(prefix.Get())) != nullptr) return QM_OK;
   const QmsModule* module = QM_CTX_GetModuleByModName(schemaNode->module->ctx, prefix.Get());
   const char* ns = QM_MOD_GetModuleNs(module);
   if (ns == nullptr) return QM_OK;

@@ -102,13 +102,10 @@ xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, 
 
 // The name of the module that the prefix of `length` characters stands for at
 // the element; NULL when it stands for none.
-static const char* ResolvePrefix(xmlNode* element, QmCtx* ctx, const char* text, size_t length) {
-  QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
-  if (!prefix) return nullptr;
-  std::memcpy(prefix.Get(), text, length);
-  const xmlNs* ns = xmlSearchNs(element->doc, element, XmlChars(prefix.Get()));
-  if (ns == nullptr || ns->href == nullptr) return nullptr;
-  return QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, XmlText(ns->href)));
+static const char* ResolvePrefix(const xmlNode* element, QmCtx* ctx, const char* text,
+                                 size_t length) {
+  const char* ns = FindNamespaceOfPrefix(element, text, length);
+  return ns == nullptr ? nullptr : QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, ns));
 }
 
 static char* JoinModuleAndName(const char* modName, const char* name) {

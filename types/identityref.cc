@@ -23,7 +23,7 @@
 
 constexpr uint32_t kMaxBaseDepth = 128;
 constexpr uint32_t kModuleNameSize = 65;
-constexpr uint32_t kPrefixSize = 1025;
+constexpr size_t kMaxPrefix = 1024;
 constexpr uint32_t kInlineVisits = 16;
 
 namespace {
@@ -55,13 +55,10 @@ static bool SplitPlainValue(const char* text, IdentityName* out) {
   return CopyUpTo(out->module, sizeof(out->module), text, colon);
 }
 
-// The namespace that the part before `colon` stands for at this element. The search
-// only reads the element, but libxml2 wants it mutable.
+// The namespace that the part before `colon` stands for at this element.
 static const char* NamespaceOfPrefix(const xmlNode* element, const char* text, const char* colon) {
-  char prefix[kPrefixSize];
-  if (!CopyUpTo(prefix, sizeof(prefix), text, colon)) return nullptr;
-  const xmlNs* ns = xmlSearchNs(element->doc, const_cast<xmlNode*>(element), XmlChars(prefix));
-  return ns == nullptr ? nullptr : XmlText(ns->href);
+  const size_t length = static_cast<size_t>(colon - text);
+  return length > kMaxPrefix ? nullptr : FindNamespaceOfPrefix(element, text, length);
 }
 
 static bool SplitElementValue(const xmlNode* element, const char* text, QmCtx* ctx,

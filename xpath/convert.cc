@@ -59,20 +59,15 @@ uint32_t QM_XPATH_ConvertNumberToBoolean(double value) {
 
 // Whether the prefix of an identity value stands for a loaded module at the
 // element, asked when its content could not be had: if it does, memory ran out.
-static uint32_t StatusOfMissingContent(xmlNode* node, QmsNode* schemaNode) {
+static uint32_t StatusOfMissingContent(const xmlNode* node, QmsNode* schemaNode) {
   const char* text = RawText(node);
   const char* colon = text == nullptr ? nullptr : RTK_StrChr(text, ':');
   if (text == nullptr || schemaNode->module == nullptr) return QM_OK;
   if (colon == nullptr || QMD_MDL_IsIdentityref(schemaNode) == 0) {
     return QM_NO_MEMORY;
   }
-  const auto length = static_cast<size_t>(colon - text);
-  const QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
-  if (!prefix) return QM_NO_MEMORY;
-  std::memcpy(prefix.Get(), text, length);
-  const xmlNs* ns = xmlSearchNs(node->doc, node, XmlChars(prefix.Get()));
-  if (ns == nullptr || ns->href == nullptr) return QM_OK;
-  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, XmlText(ns->href));
+  const char* ns = FindNamespaceOfPrefix(node, text, static_cast<size_t>(colon - text));
+  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, ns);
   return module == nullptr ? QM_OK : QM_NO_MEMORY;
 }
 

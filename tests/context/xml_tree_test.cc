@@ -25,6 +25,7 @@ class XmlTree : public testing::Test {
 using PropertyValue = XmlTree;
 using ElemNodeContent = XmlTree;
 using DomWalk = XmlTree;
+using NamespaceOfPrefix = XmlTree;
 
 }  // namespace
 
@@ -154,4 +155,32 @@ TEST_F(DomWalk, ParentOfTheNextNodeFollowsTheDirection) {
   EXPECT_EQ(nullptr, QM_XML_GetParentNodeByTraverse(b, 2));
   EXPECT_EQ(b, QM_XML_GetParentNodeByTraverse(b, 3));
   EXPECT_EQ(nullptr, QM_XML_GetParentNodeByTraverse(nullptr, 1));
+}
+
+TEST_F(NamespaceOfPrefix, IsThatOfTheNearestDeclaration) {
+  xmlNode* root =
+      Parse("<a xmlns='urn:d' xmlns:p='urn:1' xmlns:pp='urn:2'><b xmlns:p='urn:3'/></a>");
+  EXPECT_STREQ("urn:1", FindNamespaceOfPrefix(root, "p", 1));
+  EXPECT_STREQ("urn:3", FindNamespaceOfPrefix(root->children, "p:x", 1));
+  EXPECT_STREQ("urn:2", FindNamespaceOfPrefix(root->children, "pp", 2));
+  EXPECT_EQ(nullptr, FindNamespaceOfPrefix(root, "ppp", 3));
+  EXPECT_EQ(nullptr, FindNamespaceOfPrefix(root, "q", 1));
+  EXPECT_EQ(nullptr, FindNamespaceOfPrefix(root, ":x", 0)) << "the default one has no prefix";
+}
+
+TEST_F(NamespaceOfPrefix, MayBeThatOfAnElementAboveWhichDeclaresNone) {
+  xmlNode* root = Parse("<a><b/></a>");
+  xmlNs* ns = xmlNewNs(nullptr, XmlChars("urn:1"), XmlChars("p"));
+  root->ns = ns;
+  EXPECT_STREQ("urn:1", FindNamespaceOfPrefix(root->children, "p", 1));
+  root->ns = nullptr;
+  xmlFreeNs(ns);
+}
+
+// Several threads may look at one document.
+TEST_F(NamespaceOfPrefix, XmlIsFoundWithoutATouchOfTheDocument) {
+  xmlNode* root = Parse("<a/>");
+  EXPECT_STREQ("http://www.w3.org/XML/1998/namespace", FindNamespaceOfPrefix(root, "xml", 3));
+  EXPECT_EQ(nullptr, doc_->oldNs);
+  EXPECT_EQ(nullptr, root->nsDef);
 }
