@@ -10,6 +10,8 @@
 
 #include <cstring>
 
+#include "context/array.h"
+#include "context/memory.h"
 #include "data/data_node.h"
 #include "data/element_walk.h"
 
@@ -18,11 +20,19 @@ constexpr uint32_t kLongSearch = 64;  // shorter ones cost less than keeping the
 constinit thread_local ChildLookup* t_active = nullptr;
 }  // namespace
 
-ChildLookup::ChildLookup() : used_(0), next_(0), outer_(t_active) {
+ChildLookup::ChildLookup()
+    : answers_(firstAnswers_),
+      capacity_(kFirstSlots),
+      used_(0),
+      oldest_(0),
+      usedNumbers_(0),
+      oldestNumber_(0),
+      outer_(t_active) {
   t_active = this;
 }
 
 ChildLookup::~ChildLookup() {
+  if (answers_ != firstAnswers_) g_qmMemFreeFunc(answers_);
   t_active = outer_;
 }
 
@@ -46,15 +56,56 @@ const QmdChildAnswer* ChildLookup::Find(const xmlNode* parent, const char* name)
   return nullptr;
 }
 
+bool ChildLookup::Grow() {
+  QmdChildAnswer* grown = nullptr;
+  const size_t capacity = capacity_ * 2;
+  if (capacity > kMaxSlots || NewArrayOf(&grown, static_cast<uint32_t>(capacity)) != QM_OK) {
+    return false;
+  }
+  std::memcpy(grown, answers_, used_ * sizeof(QmdChildAnswer));
+  if (answers_ != firstAnswers_) g_qmMemFreeFunc(answers_);
+  answers_ = grown;
+  capacity_ = capacity;
+  return true;
+}
+
+// The slot to write to in a table of `capacity` slots.
+static size_t TakeSlot(size_t capacity, size_t* used, size_t* oldest) {
+  if (*used < capacity) return (*used)++;
+  const size_t slot = *oldest;
+  *oldest = (slot + 1) % capacity;
+  return slot;
+}
+
 void ChildLookup::Keep(const xmlNode* parent, const char* name, xmlNode* child) {
   const size_t length = std::strlen(name);
   if (length >= sizeof answers_[0].name) return;
-  QmdChildAnswer& answer = answers_[next_];
+  if (used_ == capacity_) static_cast<void>(Grow());
+  QmdChildAnswer& answer = answers_[TakeSlot(capacity_, &used_, &oldest_)];
   answer.parent = parent;
   answer.child = child;
   std::memcpy(answer.name, name, length + 1);
-  next_ = (next_ + 1) % kSlots;
-  if (used_ < kSlots) ++used_;
+}
+
+const QmdKeptNumber* ChildLookup::FindNumber(const xmlNode* element) const {
+  for (size_t i = 0; i < usedNumbers_; ++i) {
+    if (numbers_[i].element == element) return &numbers_[i];
+  }
+  return nullptr;
+}
+
+void ChildLookup::KeepNumber(const xmlNode* element, double number) {
+  numbers_[TakeSlot(kNumberSlots, &usedNumbers_, &oldestNumber_)] = {element, number};
+}
+
+bool FindKeptNumber(const xmlNode* element, double* number) {
+  const QmdKeptNumber* kept = t_active == nullptr ? nullptr : t_active->FindNumber(element);
+  if (kept != nullptr) *number = kept->number;
+  return kept != nullptr;
+}
+
+void KeepNumber(const xmlNode* element, double number) {
+  if (t_active != nullptr) t_active->KeepNumber(element, number);
 }
 
 void ChildLookup::ChildAdded(const xmlNode* child) {
@@ -95,11 +146,18 @@ static bool LiesIn(const xmlNode* node, const xmlNode* ancestor) {
   return node != nullptr;
 }
 
+void ChildLookup::NumbersLeave(const xmlNode* child) {
+  for (size_t i = 0; i < usedNumbers_; ++i) {
+    if (LiesIn(numbers_[i].element, child)) numbers_[i].element = nullptr;
+  }
+}
+
 // The first child of its name is followed by the next one of that name, wherever
 // it stands; answers about parents that go with it are dropped, since another
 // element may get their place in memory.
 void ChildLookup::ChildLeaves(const xmlNode* child) {
   uint32_t passed = 0;
+  NumbersLeave(child);
   for (size_t i = 0; i < used_; ++i) {
     QmdChildAnswer& answer = answers_[i];
     if (answer.parent == nullptr) continue;

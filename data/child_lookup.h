@@ -8,7 +8,8 @@
 // Conditions name children ("../limit"), and each lookup goes through the
 // siblings from the first one. A list whose 100,000 entries all ask their parent
 // for one leaf would make a run quadratic, so a run keeps the answers of long
-// searches. They belong to the run and its thread; nothing outlives the run.
+// searches, and the numbers that long texts stand for. They belong to the run and
+// its thread; nothing outlives the run.
 
 // One kept answer. A free slot has no parent.
 struct QmdChildAnswer {
@@ -17,7 +18,14 @@ struct QmdChildAnswer {
   char name[65];   // longer names are not kept
 };
 
-// The answers of one run, the oldest replaced first.
+// The number of one element's text. A free slot has no element.
+struct QmdKeptNumber {
+  const xmlNode* element;
+  double number;
+};
+
+// The answers of one run, the oldest replaced first. Their table grows with the
+// number of children that conditions ask for; without memory it stays as it is.
 class ChildLookup {
  public:
   ChildLookup();
@@ -28,15 +36,28 @@ class ChildLookup {
   // The kept answer, or NULL when there is none.
   const QmdChildAnswer* Find(const xmlNode* parent, const char* name) const;
   void Keep(const xmlNode* parent, const char* name, xmlNode* child);
+  // The same for numbers.
+  const QmdKeptNumber* FindNumber(const xmlNode* element) const;
+  void KeepNumber(const xmlNode* element, double number);
   // `child` was added under its parent, or is about to leave it for good.
   void ChildAdded(const xmlNode* child);
   void ChildLeaves(const xmlNode* child);
 
  private:
-  static constexpr size_t kSlots = 128;
-  QmdChildAnswer answers_[kSlots];
+  static constexpr size_t kFirstSlots = 128;
+  static constexpr size_t kMaxSlots = 1024;
+  static constexpr size_t kNumberSlots = 128;
+  bool Grow();
+  void NumbersLeave(const xmlNode* child);
+
+  QmdChildAnswer firstAnswers_[kFirstSlots];
+  QmdChildAnswer* answers_;  // firstAnswers_, or a block of its own
+  size_t capacity_;
   size_t used_;
-  size_t next_;
+  size_t oldest_;  // once the table is full
+  QmdKeptNumber numbers_[kNumberSlots];
+  size_t usedNumbers_;
+  size_t oldestNumber_;
   ChildLookup* outer_;  // of a run that this one interrupts
 };
 

@@ -25,7 +25,7 @@ void QMD_PAS_InitCheckAux(QmCheckAux* aux, QmCtx* ctx, uint32_t flags, QmDefault
 static uint32_t CheckBoundTree(QmCheckAux* aux, xmlNode* startNode) {
   uint32_t ret = QMD_PAS_CompleteTree(aux, startNode, aux->flags);
   if (ret != QM_OK) return ret;
-  const ChildLookup lookup;
+  ChildLookup lookup;
   ret = QMD_PAS_EvalDataTreeWhenMust(aux, startNode);
   return ret == QM_OK ? QM_PAS_CheckTreeMandatory(aux, startNode) : ret;
 }

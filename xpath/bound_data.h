@@ -11,6 +11,12 @@
 
 // What the evaluator asks of the bound data tree above it.
 
+// A run keeps the numbers that long texts stand for: a hundred thousand entries may
+// all compare themselves with one leaf of megabytes. False when none is kept; outside
+// of a run none is.
+bool FindKeptNumber(const xmlNode* element, double* number);
+void KeepNumber(const xmlNode* element, double number);
+
 QM_BEGIN_INTERNAL_DECLS
 
 xmlNode* QMD_PAS_FindChildDataNode(const xmlNode* element, const char* name);

@@ -72,9 +72,11 @@ uint32_t QM_XPATH_EvalRelationalExpr(QmXpathEvalCtx* ctx, uint32_t operation, Qm
   return QM_XPATH_EvalCompareExpr(ctx, operation, left, right);
 }
 
+// A long text is not copied for each comparison with it: its node stands for it, and
+// means the same as the copy to what comes after.
 static uint32_t StringOfNode(QmXpathObject* object) {
-  return object->type == QM_XPATH_OBJECT_NODE ? QM_XPATH_FuncStringInner(object)
-                                              : static_cast<uint32_t>(QM_OK);
+  if (object->type != QM_XPATH_OBJECT_NODE || LongTextOf(object) != nullptr) return QM_OK;
+  return QM_XPATH_FuncStringInner(object);
 }
 
 uint32_t QM_XPATH_ProcessArgumentsWithNodeSet(QmXpathObject* left, QmXpathObject* right) {
@@ -131,11 +133,20 @@ uint32_t QM_XPATH_EqualityCompareAsNumber(QmXpathObject* left, QmXpathObject* ri
   return QM_OK;
 }
 
+static uint32_t StringUnlessLong(QmXpathObject* object) {
+  return LongTextOf(object) != nullptr ? static_cast<uint32_t>(QM_OK)
+                                       : QM_XPATH_FuncStringInner(object);
+}
+
+static const char* TextOf(const QmXpathObject* object) {
+  return object->type == QM_XPATH_OBJECT_STRING ? object->value.string : LongTextOf(object);
+}
+
 uint32_t QM_XPATH_EqualityCompareAsString(QmXpathObject* left, QmXpathObject* right,
                                           uint32_t operation, uint32_t* result) {
-  const uint32_t ret = ConvertBoth(left, right, QM_XPATH_FuncStringInner);
+  const uint32_t ret = ConvertBoth(left, right, StringUnlessLong);
   if (ret != QM_OK) return ret;
-  *result = EqualityResult(RTK_StrCmp(left->value.string, right->value.string) == 0, operation);
+  *result = EqualityResult(RTK_StrCmp(TextOf(left), TextOf(right)) == 0, operation);
   return QM_OK;
 }
 

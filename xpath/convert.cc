@@ -43,10 +43,28 @@ static const char* RawText(const xmlNode* node) {
   return QM_XML_GetElemNodeContent(node);
 }
 
+constexpr size_t kLongText = 1024;
+
+static bool IsLong(const char* text) {
+  return text != nullptr && strnlen(text, kLongText) == kLongText;
+}
+
 // Deliberate: a node without text is 0, not NaN.
 double QM_XPATH_ConvertNodeToNumber(const xmlNode* node) {
   const char* text = RawText(node);
-  return text == nullptr ? 0.0 : QM_XPATH_ConvertStringToNumber(text);
+  double number = 0.0;
+  if (text == nullptr || FindKeptNumber(node, &number)) return number;
+  number = QM_XPATH_ConvertStringToNumber(text);
+  if (IsLong(text)) KeepNumber(node, number);
+  return number;
+}
+
+const char* LongTextOf(const QmXpathObject* object) {
+  if (object->type != QM_XPATH_OBJECT_NODE) return nullptr;
+  const xmlNode* node = object->value.node;
+  const char* text = RawText(node);
+  if (!IsLong(text) || node->_private == nullptr) return nullptr;
+  return QMD_MDL_IsIdentityref(static_cast<QmsNode*>(node->_private)) == 0 ? text : nullptr;
 }
 
 uint32_t QM_XPATH_ConvertStringToBoolean(const char* text) {

@@ -21,6 +21,10 @@ QmXpathFunc FindXpathFunction(const char* name, uint32_t length);
 // whose prefix leads nowhere. 12 without memory.
 uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out);
 
+// The text of a node operand, as QM_XPATH_FuncStringInner() would copy it, when it is
+// so long that it should not be copied; else NULL.
+const char* LongTextOf(const QmXpathObject* object);
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QM_XPATH_FuncNot(QmXpathEvalCtx* ctx);

@@ -10,6 +10,7 @@
 #include "data/data_node.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "xpath/bound_data.h"
 
 namespace {
 
@@ -94,6 +95,24 @@ TEST_F(LargeMessage, DefaultsAmongLongRunsOfForeignSiblings) {
                                                Repeat("<z>1</z>", kEntries / 2))));
 }
 
+// Every entry compares the text, megabytes of it, and reads it as a number.
+TEST_F(LargeMessage, ConditionsOnALongText) {
+  schema_.Load("m", Rpc(Leaf("text") + "<leaf name=\"number\"><type name=\"uint32\"/></leaf>" +
+                        "<list name=\"li\">" +
+                        Leaf("k",
+                             "<must condition=\"../../text != 'x' and ../../number &lt; 10 and "
+                             "../../number = 5 and not(../../text &gt; 1)\"/>") +
+                        "</list>"));
+  const std::string text = "<text>" + std::string(8 << 20, 'x') + "</text>";
+  const std::string blanks(8 << 20, ' ');
+  const std::string entries = Repeat("<li><k>1</k></li>", kEntries);
+  EXPECT_EQ("valid", ValidateRpc(schema_.ctx(),
+                                 Message(text + "<number>" + blanks + "5</number>" + entries)));
+  EXPECT_EQ(
+      "18|/m:r/li/k|k is not satisfied must condition.|k|must-violation",
+      ValidateRpc(schema_.ctx(), Message(text + "<number>" + blanks + "6</number>" + entries)));
+}
+
 // Half of the leaves are written, the others are placed between them. Asking every
 // sibling anew for each would take 10^10 steps of the schema.
 TEST_F(LargeMessage, DefaultsOfAWideSchema) {
@@ -166,7 +185,7 @@ class KeptAnswers : public testing::Test {
 };
 
 TEST_F(KeptAnswers, AreTheFirstChildOfTheName) {
-  const ChildLookup lookup;
+  ChildLookup lookup;
   xmlNode* first = Find("a");
   EXPECT_EQ(doc_.Find("a"), first);
   EXPECT_NE(nullptr, lookup.Find(doc_.root(), "a"));
@@ -176,7 +195,7 @@ TEST_F(KeptAnswers, AreTheFirstChildOfTheName) {
 }
 
 TEST_F(KeptAnswers, FollowRemovals) {
-  const ChildLookup lookup;
+  ChildLookup lookup;
   xmlNode* first = Find("a");
   xmlNode* second = first->next;
   EXPECT_EQ(nullptr, lookup.Find(second, "x"));
@@ -191,7 +210,7 @@ TEST_F(KeptAnswers, FollowRemovals) {
 }
 
 TEST_F(KeptAnswers, FollowAdditions) {
-  const ChildLookup lookup;
+  ChildLookup lookup;
   EXPECT_EQ(nullptr, Find("none"));
   xmlNode* added =
       xmlNewDocNode(doc_.doc(), nullptr, reinterpret_cast<const xmlChar*>("none"), nullptr);
@@ -202,7 +221,7 @@ TEST_F(KeptAnswers, FollowAdditions) {
 
 TEST_F(KeptAnswers, OfAParentThatLeavesAreDropped) {
   Document doc("<r><c>" + Repeat("<f/>", 100) + "</c></r>");
-  const ChildLookup lookup;
+  ChildLookup lookup;
   xmlNode* container = doc.Find("c");
   EXPECT_EQ(nullptr, QMD_PAS_FindChildDataNode(container, "none"));
   EXPECT_NE(nullptr, lookup.Find(container, "none"));
@@ -210,11 +229,27 @@ TEST_F(KeptAnswers, OfAParentThatLeavesAreDropped) {
   EXPECT_EQ(nullptr, lookup.Find(container, "none"));
 }
 
+TEST_F(KeptAnswers, NumbersEndWithTheirElement) {
+  Document doc("<r><c><a/></c><b/></r>");
+  double number = 0;
+  KeepNumber(doc.Find("a"), 1);
+  EXPECT_FALSE(FindKeptNumber(doc.Find("a"), &number)) << "outside of a run none is kept";
+  ChildLookup lookup;
+  KeepNumber(doc.Find("a"), 1);
+  KeepNumber(doc.Find("b"), 2);
+  EXPECT_TRUE(FindKeptNumber(doc.Find("a"), &number));
+  EXPECT_EQ(1, number);
+  NoteChildLeaves(doc.Find("c"));
+  EXPECT_FALSE(FindKeptNumber(doc.Find("a"), &number));
+  EXPECT_TRUE(FindKeptNumber(doc.Find("b"), &number));
+  EXPECT_EQ(2, number);
+}
+
 TEST_F(KeptAnswers, EndWithTheirRun) {
   {
-    const ChildLookup outer;
+    ChildLookup outer;
     {
-      const ChildLookup inner;
+      ChildLookup inner;
       EXPECT_EQ(&inner, ActiveChildLookup());
     }
     EXPECT_EQ(&outer, ActiveChildLookup());
@@ -222,9 +257,18 @@ TEST_F(KeptAnswers, EndWithTheirRun) {
   EXPECT_EQ(nullptr, ActiveChildLookup());
 }
 
-TEST_F(KeptAnswers, AreReplacedWhenTheTableIsFull) {
-  const ChildLookup lookup;
+TEST_F(KeptAnswers, AreKeptForAsManyNamesAsASchemaAsksFor) {
+  ChildLookup lookup;
   for (int i = 0; i < 1000; ++i) {
+    EXPECT_EQ(nullptr, Find(("none" + std::to_string(i)).c_str()));
+  }
+  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "none0"));
+  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "none999"));
+}
+
+TEST_F(KeptAnswers, AreReplacedWhenTheTableIsFull) {
+  ChildLookup lookup;
+  for (int i = 0; i < 3000; ++i) {
     EXPECT_EQ(nullptr, Find(("none" + std::to_string(i)).c_str()));
   }
   EXPECT_EQ(doc_.Find("a"), Find("a"));
