@@ -38,6 +38,9 @@ const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element) {
   return XmlText(element->ns->href);
 }
 
+// Bound to "xml" everywhere, without a declaration.
+static constexpr char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
+
 static bool HasPrefix(const xmlNs* ns, const char* prefix, size_t length) {
   if (ns->prefix == nullptr) return false;
   const char* own = XmlText(ns->prefix);
@@ -53,7 +56,7 @@ static const xmlNs* FindDeclaration(const xmlNode* element, const char* prefix, 
 
 const char* FindNamespaceOfPrefix(const xmlNode* element, const char* prefix, size_t length) {
   if (length == 0) return nullptr;
-  if (length == 3 && std::memcmp(prefix, "xml", 3) == 0) return XmlText(XML_XML_NAMESPACE);
+  if (length == 3 && std::memcmp(prefix, "xml", 3) == 0) return kXmlNamespace;
   for (const xmlNode* node = element; node != nullptr; node = node->parent) {
     if (node->type != XML_ELEMENT_NODE) continue;
     const xmlNs* ns = FindDeclaration(node, prefix, length);
