@@ -73,7 +73,7 @@ bool ChildLookup::Grow() {
 static size_t TakeSlot(size_t capacity, size_t* used, size_t* oldest) {
   if (*used < capacity) return (*used)++;
   const size_t slot = *oldest;
-  *oldest = (slot + 1) % capacity;
+  *oldest = slot + 1 < capacity ? slot + 1 : 0;
   return slot;
 }
 
