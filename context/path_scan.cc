@@ -27,7 +27,7 @@ static bool CopyName(char* out, uint32_t outSize, const char* name, uint32_t len
 
 uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str) {
   uint32_t length = 0;
-  while (IsIdentChar(str[length])) ++length;
+  while (length < UINT32_MAX && IsIdentChar(str[length])) ++length;
   return length;
 }
 
