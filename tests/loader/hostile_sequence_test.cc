@@ -271,11 +271,56 @@ uint32_t ReadTree(QmsNode* top, uint32_t, void* arg) {
   return QM_NODE_TreeScanAllNode(top, Read, arg);
 }
 
+void ReadModule(QmCtx* ctx, const std::string& name) {
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
+  if (module == nullptr) return;
+  static_cast<void>(QM_MOD_PrintModelTree(module, DropText, nullptr));
+  EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(module, ReadTree, ctx));
+  EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(module, ReadTree, ctx));
+  std::string request = "<n0 xmlns='urn:" + name + "'><n1>1</n1><n2/></n0>";
+  QM_FreeErrNode(QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, request.data(), nullptr, nullptr));
+  static_cast<void>(QM_CTX_ValidateNotifDataTree(ctx, request.c_str(), nullptr, nullptr));
+}
+
+void ReadModules(QmCtx* ctx) {
+  for (uint32_t m = 0; m < kModules; ++m) ReadModule(ctx, "m" + std::to_string(m));
+}
+
+// The hooks read, as they may, in the middle of what raises them; not each time,
+// since that takes long.
+uint32_t g_hookCalls = 0;
+
+void ReadInHook(QmCtx* ctx) {
+  if (++g_hookCalls % 7 == 0) ReadModules(ctx);
+}
+
+void OnRelink(QmCtx* ctx, QmsNode*) {
+  ReadInHook(ctx);
+}
+
+uint32_t OnNotSupported(QmCtx* ctx, QmsNode*, const char*, const char*) {
+  ReadInHook(ctx);
+  return 1;
+}
+
+uint32_t OnExtInsts(QmCtx* ctx, QmsNode*) {
+  ReadInHook(ctx);
+  return 1;
+}
+
+void OnReload(QmCtx* ctx, const char*) {
+  ReadInHook(ctx);
+}
+
 class Operator {
  public:
   explicit Operator(uint32_t seed) : random_(seed), ctx_(seed % 3 == 0 ? QM_LOAD_IMPORTS : 0) {
     EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
     QM_CTX_SetPridataFreeFunc(ctx_, FreePrivate);
+    QM_CTX_SetFirstAugChildRelinkFunc(ctx_, OnRelink);
+    QM_CTX_SetBeforeDeviateNotSupportFunc(ctx_, OnNotSupported);
+    QM_CTX_SetBeforeDeviateExtInstFunc(ctx_, OnExtInsts);
+    QM_CTX_SetReloadModuleCbFunc(ctx_, OnReload);
     for (uint32_t i = 0; i < kNames; ++i) WriteSubmodule(i);
     for (uint32_t i = 0; i < kModules; ++i) WriteModule(i);
   }
@@ -292,7 +337,7 @@ class Operator {
     Act(i, name);
     if (refuse) counting_memory::StopRefusing();
     coupling::CheckLinks(ctx_);
-    for (uint32_t m = 0; m < kModules; ++m) ReadModule("m" + std::to_string(m));
+    ReadModules(ctx_);
   }
 
   const std::string& Log() const { return log_; }
@@ -354,18 +399,6 @@ class Operator {
     folder_.Write(name + "@@c.yin", Text(i, rest.Imports() + rest.Rest()));
   }
 
-  void ReadModule(const std::string& name) {
-    QmsModule* module = QM_CTX_GetModuleByModName(ctx_, name.c_str());
-    if (module == nullptr) return;
-    static_cast<void>(QM_MOD_PrintModelTree(module, DropText, nullptr));
-    EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(module, ReadTree, ctx_.Get()));
-    EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(module, ReadTree, ctx_.Get()));
-    std::string request = "<n0 xmlns='urn:" + name + "'><n1>1</n1><n2/></n0>";
-    QM_FreeErrNode(
-        QM_CTX_ValidateRpcDataTree(ctx_, QM_INPUT_TEXT, request.data(), nullptr, nullptr));
-    static_cast<void>(QM_CTX_ValidateNotifDataTree(ctx_, request.c_str(), nullptr, nullptr));
-  }
-
   yin::Folder folder_;
   Random random_;
   yin::Context ctx_;
@@ -380,6 +413,7 @@ uint32_t FirstSeed() {
 TEST(HostileSequence, LeavesNoPointerIntoWhatIsGone) {
   for (uint32_t seed = FirstSeed(); seed < FirstSeed() + kSeeds && !HasFailure(); ++seed) {
     g_privates = 0;
+    g_hookCalls = 0;
     {
       Operator op(seed);
       for (int step = 0; step < kSteps && !HasFailure(); ++step) op.Step();
