@@ -9,6 +9,9 @@
 
 #include <qmodel/qmodel.h>
 
+#include "schema/node.h"
+#include "schema/node_copy.h"
+
 namespace {
 
 const std::string kModels = QMODEL_EXAMPLES "/models";
@@ -26,7 +29,8 @@ uint32_t DropError(const char* /*module*/, const char* /*file*/, const char* /*m
 
 uint32_t TryValues(QmsNode* node, uint32_t travType, void* /*arg*/) {
   if (travType == QMS_TRAV_PARENT) return 0;
-  for (const char* value : {"1", "true", "router-types:ethernet", "192.0.2.1", "timestamp", "x"}) {
+  for (const char* value :
+       {"1", "true", "router-types:ethernet", "192.0.2.1", "timestamp", "st-base:step19", "x"}) {
     static_cast<void>(QM_NODE_ValidateValue(node, QM_INPUT_TEXT, value));
   }
   static_cast<void>(QM_NODE_GetDefaultValueStr(node));
@@ -69,6 +73,20 @@ void LoadAndLook(bool refusing) {
     static_cast<void>(QM_CTX_LoadModule(ctx, name));
     LookAround(ctx, name);
   }
+  ExpectUsable(ctx, refusing, "router-types");
+  QM_CTX_Delete(ctx);
+}
+
+void LoadText(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS);
+  const std::string text =
+      "<module name='t' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:t'/>"
+      "<prefix value='t'/><import module='router-types'><prefix value='rt'/></import>"
+      "<container name='c'><must condition='t:l'/><leaf name='l'><type name='rt:percent'/></leaf>"
+      "<leaf name='a'><type name='rt:ip-address'/></leaf></container></module>";
+  static_cast<void>(QM_CTX_LoadMemory(ctx, text.c_str()));
+  LookAround(ctx, "t");
+  static_cast<void>(QM_CTX_UnloadModule(ctx, "t"));
   ExpectUsable(ctx, refusing, "router-types");
   QM_CTX_Delete(ctx);
 }
@@ -130,6 +148,12 @@ void Validate(bool refusing) {
   QM_CTX_Delete(ctx);
 }
 
+void CopyTree(QmCtx* ctx) {
+  QmsNode* node = QM_CTX_GetTargetNode(ctx, "/st-all:one", nullptr);
+  QmsNode* copy = QMS_NODE_CopyNodeTreeToModule(node, QM_NODE_GetModule(node));
+  if (copy != nullptr) QMS_NODE_Free(copy);
+}
+
 void AddExtInsts(QmCtx* ctx) {
   QmsNode* marked = QM_CTX_GetTargetNode(ctx, "/st-all:one", nullptr);
   QmsNode* plain = QM_CTX_GetTargetNode(ctx, "/st-base:top", nullptr);
@@ -146,6 +170,7 @@ void LoadStatements(bool refusing) {
     LookAround(ctx, name);
   }
   AddExtInsts(ctx);
+  CopyTree(ctx);
   for (const char* name : {"st-change", "st-base", "st-all"}) {
     static_cast<void>(QM_CTX_UnloadModule(ctx, name));
   }
@@ -183,10 +208,13 @@ void ValidateStatements(bool refusing) {
 }  // namespace
 
 const std::vector<Scenario>& ContextLives() {
-  static const std::vector<Scenario> scenarios = {
-      {"load and look", LoadAndLook},         {"load a split module", LoadSplit},
-      {"couple and unload", CoupleAndUnload}, {"validate", Validate},
-      {"load statements", LoadStatements},    {"validate statements", ValidateStatements}};
+  static const std::vector<Scenario> scenarios = {{"load and look", LoadAndLook},
+                                                  {"load a text", LoadText},
+                                                  {"load a split module", LoadSplit},
+                                                  {"couple and unload", CoupleAndUnload},
+                                                  {"validate", Validate},
+                                                  {"load statements", LoadStatements},
+                                                  {"validate statements", ValidateStatements}};
   return scenarios;
 }
 
