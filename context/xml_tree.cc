@@ -42,10 +42,11 @@ const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element) {
 static constexpr char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
 
 static bool HasPrefix(const xmlNs* ns, const char* prefix, size_t length) {
-  if (ns->prefix == nullptr) return false;
+  if (ns->prefix == nullptr || ns->href == nullptr) return false;
   const char* own = XmlText(ns->prefix);
   // The first character tells most of them apart without a call.
-  return own[0] == prefix[0] && std::strncmp(own, prefix, length) == 0 && own[length] == '\0';
+  if (length != 0 && own[0] != prefix[0]) return false;
+  return std::strncmp(own, prefix, length) == 0 && own[length] == '\0';
 }
 
 static const xmlNs* FindDeclaration(const xmlNode* element, const char* prefix, size_t length) {
@@ -55,7 +56,6 @@ static const xmlNs* FindDeclaration(const xmlNode* element, const char* prefix, 
 }
 
 const char* FindNamespaceOfPrefix(const xmlNode* element, const char* prefix, size_t length) {
-  if (length == 0) return nullptr;
   if (length == 3 && std::memcmp(prefix, "xml", 3) == 0) return kXmlNamespace;
   for (const xmlNode* node = element; node != nullptr; node = node->parent) {
     if (node->type != XML_ELEMENT_NODE) continue;

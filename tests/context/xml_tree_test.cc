@@ -177,6 +177,20 @@ TEST_F(NamespaceOfPrefix, MayBeThatOfAnElementAboveWhichDeclaresNone) {
   xmlFreeNs(ns);
 }
 
+// As in trees made by hand.
+TEST_F(NamespaceOfPrefix, PassesADeclarationWithoutANameBy) {
+  xmlNode* root = Parse("<a xmlns:p='urn:1'><b/></a>");
+  xmlNewNs(root->children, nullptr, XmlChars("p"));
+  EXPECT_STREQ("urn:1", FindNamespaceOfPrefix(root->children, "p", 1));
+}
+
+TEST_F(NamespaceOfPrefix, MayBeThatOfAnEmptyPrefix) {
+  xmlNode* root = Parse("<a><b/></a>");
+  xmlNewNs(root, XmlChars("urn:1"), XmlChars(""));
+  EXPECT_STREQ("urn:1", FindNamespaceOfPrefix(root->children, ":x", 0));
+  EXPECT_EQ(nullptr, FindNamespaceOfPrefix(root->children, "p:x", 1));
+}
+
 // Several threads may look at one document.
 TEST_F(NamespaceOfPrefix, XmlIsFoundWithoutATouchOfTheDocument) {
   xmlNode* root = Parse("<a/>");
