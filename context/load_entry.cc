@@ -47,7 +47,7 @@ static uint32_t RegisterModule(QmCtx* ctx, QmsModule* module) {
 }
 
 static QmsModule* BuildModule(QmCtx* ctx, xmlDoc* doc) {
-  const QmOwn<xmlFreeDoc> owned(doc);
+  const QmOwn<FreeParsedDocument> owned(doc);
   return QMS_LOADER_ParseYinContent(ctx, doc, nullptr);
 }
 

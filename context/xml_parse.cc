@@ -6,9 +6,9 @@
 // client who has turned them on, because the text may come from the network.
 //
 // libxml2 compares the attributes of an element with each other, those included
-// that the internal subset of a DTD gives to every element of a name. A few
-// kilobytes of such declarations cost minutes, so a text with one is refused;
-// RFC 6241 section 3 allows no DTD in a message at all.
+// that the internal subset of a DTD gives to every element of a name. Some tens of
+// kilobytes of such declarations cost most of a minute, so a text with more than a few
+// is refused; RFC 6241 section 3 allows no DTD in a message at all.
 #include "context/xml_parse.h"
 
 #include <libxml/SAX2.h>
@@ -17,25 +17,37 @@
 #include <libxml/parserInternals.h>
 
 #include <climits>
+#include <cstdint>
 
 #include "context/guard.h"
 
 static void DropError(void* /*context*/, xmlErrorPtr /*error*/) {}
 
+constexpr uint32_t kMaxAttributeDefaults = 16;
+
+namespace {
+// What came up during one parse.
+struct ParseNotes {
+  bool lostMemory;
+  uint32_t attributeDefaults;
+};
+}  // namespace
+
 // Out of memory libxml2 may still hand out a document, with parts missing.
-static void NoteLostMemory(void* unusable, xmlErrorPtr error) {
-  if (error != nullptr && error->code == XML_ERR_NO_MEMORY) *static_cast<bool*>(unusable) = true;
+static void NoteLostMemory(void* notes, xmlErrorPtr error) {
+  if (error == nullptr || error->code != XML_ERR_NO_MEMORY) return;
+  static_cast<ParseNotes*>(notes)->lostMemory = true;
 }
 
 // In place of libxml2's handler of attribute declarations, which it calls.
-static void RefuseAttributeDefault(void* parser, const xmlChar* element, const xmlChar* name,
-                                   int type, int use, const xmlChar* value,
-                                   xmlEnumerationPtr choices) {
+static void CountAttributeDefault(void* parser, const xmlChar* element, const xmlChar* name,
+                                  int type, int use, const xmlChar* value,
+                                  xmlEnumerationPtr choices) {
   auto* context = static_cast<xmlParserCtxt*>(parser);
+  auto* notes = static_cast<ParseNotes*>(context->_private);
   xmlSAX2AttributeDecl(parser, element, name, type, use, value, choices);
   if (value == nullptr) return;
-  *static_cast<bool*>(context->_private) = true;
-  xmlStopParser(context);
+  if (++notes->attributeDefaults > kMaxAttributeDefaults) xmlStopParser(context);
 }
 
 XmlSilence::XmlSilence()
@@ -49,24 +61,40 @@ XmlSilence::~XmlSilence() {
 
 namespace {
 
+// While alive, a client's functions that are called for each new and each freed node
+// are not told of ours: they might set or read `_private`, which has a meaning of our own.
+class NodeFunctions {
+ public:
+  NodeFunctions() : made_(xmlRegisterNodeDefaultValue), freed_(xmlDeregisterNodeDefaultValue) {
+    xmlRegisterNodeDefaultValue = nullptr;
+    xmlDeregisterNodeDefaultValue = nullptr;
+  }
+  ~NodeFunctions() {
+    xmlDeregisterNodeDefaultValue = freed_;
+    xmlRegisterNodeDefaultValue = made_;
+  }
+  NodeFunctions(const NodeFunctions&) = delete;
+  NodeFunctions& operator=(const NodeFunctions&) = delete;
+
+ private:
+  xmlRegisterNodeFunc made_;
+  xmlDeregisterNodeFunc freed_;
+};
+
 // The thread's parser defaults for the time of one parse. Dropping blanks turns
 // the indentation of output on, and that stays: what is parsed here may be
-// written again, indented. A client's function that is called for each new node
-// is not told of ours: it might set `_private`, which has a meaning of our own.
+// written again, indented.
 class ParserDefaults {
  public:
   ParserDefaults()
       : keepBlanks_(xmlKeepBlanksDefault(0)),
         substitute_(xmlSubstituteEntitiesDefault(0)),
         loadDtd_(xmlLoadExtDtdDefaultValue),
-        validate_(xmlDoValidityCheckingDefaultValue),
-        newNode_(xmlRegisterNodeDefaultValue) {
-    xmlRegisterNodeDefaultValue = nullptr;
+        validate_(xmlDoValidityCheckingDefaultValue) {
     xmlLoadExtDtdDefaultValue = 0;
     xmlDoValidityCheckingDefaultValue = 0;
   }
   ~ParserDefaults() {
-    xmlRegisterNodeDefaultValue = newNode_;
     xmlDoValidityCheckingDefaultValue = validate_;
     xmlLoadExtDtdDefaultValue = loadDtd_;
     xmlSubstituteEntitiesDefault(substitute_);
@@ -80,7 +108,7 @@ class ParserDefaults {
   int substitute_;
   int loadDtd_;
   int validate_;
-  xmlRegisterNodeFunc newNode_;
+  NodeFunctions none_;
 };
 
 }  // namespace
@@ -98,15 +126,20 @@ xmlDoc* ParseXmlText(const char* text, size_t size) {
   if (text == nullptr || size == 0 || size > INT_MAX) return nullptr;
   const XmlSilence silence;
   const ParserDefaults defaults;
-  bool unusable = false;
-  xmlSetStructuredErrorFunc(&unusable, NoteLostMemory);
+  ParseNotes notes = {};
+  xmlSetStructuredErrorFunc(&notes, NoteLostMemory);
   const QmOwn<xmlFreeParserCtxt> context(xmlCreateMemoryParserCtxt(text, static_cast<int>(size)));
   if (!context) return nullptr;
-  context->_private = &unusable;
-  context->sax->attributeDecl = RefuseAttributeDefault;
+  context->_private = &notes;
+  context->sax->attributeDecl = CountAttributeDefault;
   static_cast<void>(xmlParseDocument(context.Get()));
   xmlDoc* doc = TakeDocument(context.Get());
-  if (!unusable) return doc;
+  if (!notes.lostMemory && notes.attributeDefaults <= kMaxAttributeDefaults) return doc;
   xmlFreeDoc(doc);
   return nullptr;
+}
+
+void FreeParsedDocument(xmlDoc* doc) {
+  const NodeFunctions none;
+  xmlFreeDoc(doc);
 }

@@ -39,7 +39,7 @@ static QmErrNode* ValidateElement(QmCheckAux* aux, xmlNode* root) {
 }
 
 static QmErrNode* ValidateText(QmCheckAux* aux, const char* text) {
-  const QmOwn<xmlFreeDoc> doc(ParseXmlText(text, std::strlen(text)));
+  const QmOwn<FreeParsedDocument> doc(ParseXmlText(text, std::strlen(text)));
   if (!doc) return SettleRun(aux, QM_INVALID);
   const uint32_t ret = QMD_PAS_ValidateDataTree(aux, xmlDocGetRootElement(doc.Get()));
   return SettleRun(aux, ret);

@@ -15,6 +15,7 @@
 #include "context/guard.h"
 #include "context/load_error.h"
 #include "context/string.h"
+#include "context/xml_parse.h"
 #include "context/xml_tree.h"
 #include "loader/argument.h"
 #include "loader/file_lookup.h"
@@ -43,7 +44,7 @@ class CurrentFileScope {
 static uint32_t ParseSubmoduleFile(QmCtx* ctx, QmsModule* module, const char* path,
                                    QmsLoadAssister* assister) {
   const CurrentFileScope file(ctx, path);
-  const QmOwn<xmlFreeDoc> doc(QMS_LOADER_ReadYinFileToXmlDoc(path));
+  const QmOwn<FreeParsedDocument> doc(QMS_LOADER_ReadYinFileToXmlDoc(path));
   xmlNode* root = doc ? xmlDocGetRootElement(doc.Get()) : nullptr;
   if (root == nullptr) return QM_INVALID;
   if (QMS_LOADER_GetStmtByKeyword(XmlText(root->name)) != QMS_STMT_SUBMODULE) return QM_INVALID;

@@ -10,6 +10,7 @@
 #include "context/context.h"
 #include "context/guard.h"
 #include "context/load_error.h"
+#include "context/xml_parse.h"
 #include "loader/detach.h"
 #include "loader/file_lookup.h"
 #include "loader/header.h"
@@ -21,7 +22,7 @@ static constexpr uint8_t kFilesPerLoad = 10;
 
 QmsModule* QMS_LOADER_ReadFilePathToQmMod(QmCtx* ctx, const char* path, const char* modName,
                                           QmsLoadAssister* assister) {
-  const QmOwn<xmlFreeDoc> doc(QMS_LOADER_ReadYinFileToXmlDoc(path));
+  const QmOwn<FreeParsedDocument> doc(QMS_LOADER_ReadYinFileToXmlDoc(path));
   if (doc) return QMS_LOADER_ParseYinContent(ctx, doc.Get(), assister);
   QM_CTX_AddModError(ctx, modName, "Failed to read content from the yin file.");
   return nullptr;

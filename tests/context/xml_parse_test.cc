@@ -102,39 +102,60 @@ TEST(ParseXmlText, EntitiesAreNotSubstitutedEvenForAClientWhoWantsIt) {
   xmlSubstituteEntitiesDefault(before);
 }
 
-TEST(ParseXmlText, AttributesThatADtdGivesToElementsAreRefused) {
-  for (const char* declaration :
-       {"<!ATTLIST a b CDATA 'x'>", "<!ATTLIST a b CDATA #FIXED 'x'>", "<!ATTLIST a b (x|y) 'x'>",
-        "<!ATTLIST a xmlns CDATA 'urn:a'>", "<!ATTLIST a c CDATA #IMPLIED b CDATA ''>",
-        "<!ENTITY % e \"<!ATTLIST a b CDATA 'x'>\"> %e;"}) {
-    SCOPED_TRACE(declaration);
-    EXPECT_EQ(nullptr, Parse("<!DOCTYPE a [" + std::string(declaration) + "]><a/>"));
-  }
-  for (const char* declaration :
-       {"<!ATTLIST a b CDATA #IMPLIED>", "<!ATTLIST a b (x|y) #REQUIRED>", "<!ELEMENT a ANY>"}) {
-    SCOPED_TRACE(declaration);
-    xmlDoc* doc = Parse("<!DOCTYPE a [" + std::string(declaration) + "]><a/>");
-    EXPECT_NE(nullptr, doc);
-    xmlFreeDoc(doc);
-  }
-}
-
 namespace {
-int g_markedNodes = 0;
-void MarkNode(xmlNode* node) {
-  ++g_markedNodes;
-  node->_private = &g_markedNodes;
+// `before` and `after` around the numbers below `count`, in a DTD.
+bool ParsesWithDeclarations(const std::string& before, const std::string& after, int count) {
+  std::string text = "<!DOCTYPE a [";
+  for (int i = 0; i < count; ++i) text += before + std::to_string(i) + after;
+  xmlDoc* doc = Parse(text + "]><a/>");
+  FreeParsedDocument(doc);
+  return doc != nullptr;
 }
 }  // namespace
 
-TEST(ParseXmlText, ClientsFunctionForNewNodesIsNotCalledAndStays) {
+TEST(ParseXmlText, MoreThan16AttributesThatADtdGivesToElementsAreRefused) {
+  const std::pair<const char*, const char*> declarations[] = {
+      {"<!ATTLIST a b", " CDATA 'x'>"},
+      {"<!ATTLIST a b", " CDATA #FIXED 'x'>"},
+      {"<!ATTLIST a b", " (x|y) 'x'>"},
+      {"<!ATTLIST a xmlns:b", " CDATA 'urn:a'>"},
+      {"<!ATTLIST a c CDATA #IMPLIED b", " CDATA ''>"},
+      {"<!ENTITY % e \"<!ATTLIST a b", " CDATA 'x'>\"> %e;"},
+  };
+  for (const auto& [before, after] : declarations) {
+    SCOPED_TRACE(before);
+    EXPECT_TRUE(ParsesWithDeclarations(before, after, 1));
+    // A parameter entity that is declared again keeps its first text.
+    EXPECT_TRUE(ParsesWithDeclarations(before, after, 16));
+    EXPECT_FALSE(ParsesWithDeclarations(before, after, 17));
+  }
+  EXPECT_TRUE(ParsesWithDeclarations("<!ATTLIST a b", " CDATA #IMPLIED>", 1000));
+  EXPECT_TRUE(ParsesWithDeclarations("<!ATTLIST a b", " (x|y) #REQUIRED>", 1000));
+  EXPECT_TRUE(ParsesWithDeclarations("<!ELEMENT a", " ANY>", 1000));
+}
+
+namespace {
+int g_toldNodes = 0;
+void MarkNode(xmlNode* node) {
+  ++g_toldNodes;
+  node->_private = &g_toldNodes;
+}
+void ReadMark(xmlNode* /*node*/) {
+  ++g_toldNodes;
+}
+}  // namespace
+
+TEST(ParseXmlText, ClientsFunctionsForNodesAreNotCalledAndStay) {
   xmlRegisterNodeDefault(MarkNode);
+  xmlDeregisterNodeDefault(ReadMark);
   xmlDoc* doc = Parse("<a><b/>text</a>");
   ASSERT_NE(nullptr, doc);
   EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->_private);
   EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->children->_private);
-  EXPECT_EQ(0, g_markedNodes);
-  xmlFreeDoc(doc);
+  FreeParsedDocument(doc);
+  EXPECT_EQ(nullptr, Parse("<a><b/></c>"));
+  EXPECT_EQ(0, g_toldNodes);
+  EXPECT_EQ(ReadMark, xmlDeregisterNodeDefault(nullptr));
   EXPECT_EQ(MarkNode, xmlRegisterNodeDefault(nullptr));
 }
 
