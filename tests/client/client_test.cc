@@ -24,8 +24,8 @@ ClientRun Qmodel(const Args& args, const std::string& input = "") {
 class ModelDir {
  public:
   ModelDir() {
-    char name[] = "/tmp/qmodel-test-XXXXXX";
-    path_ = mkdtemp(name);
+    path_ = testing::TempDir() + "qmodel-test-XXXXXX";
+    EXPECT_NE(nullptr, mkdtemp(path_.data()));
   }
   ~ModelDir() { std::filesystem::remove_all(path_); }
   void Write(const std::string& file, const std::string& text) const {

@@ -33,12 +33,6 @@ class LeafOf {
   QmCtx* ctx_;
 };
 
-std::string Numbered(const std::string& before, const std::string& after, size_t count) {
-  std::string out;
-  for (size_t i = 0; i < count; ++i) out += before + std::to_string(i) + after;
-  return out;
-}
-
 TEST(HostileValue, IntegersAtAndOverTheirLimits) {
   const std::array<const char*, 5> rows[] = {
       {"int8", "-128", "127", "-129", "128"},
@@ -147,7 +141,7 @@ TEST(HostileValue, PrefixesOfIdentitiesAreReadUpTo1024Characters) {
   EXPECT_FALSE(IsValidRequest(module, "<op xmlns='urn:m' xmlns:p='urn:n'><l>p:b</l></op>"));
 }
 
-TEST(HostileValue, ThousandsOfNamespacesBelongToTheParser) {
+TEST(HostileValue, PrefixIsFoundBehindThousandsOfOthers) {
   EXPECT_TRUE(IsValidRequest(ModuleText(kIdentityBody),
                              "<op xmlns='urn:m' " + Numbered("xmlns:p", "='urn:n' ", 5000) +
                                  "xmlns:q='urn:m'>" + Repeat("<l>q:b</l>", 20000) + "</op>"));

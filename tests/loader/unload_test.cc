@@ -311,7 +311,7 @@ TEST(UnloadModule, AFeatureThatIsGoneAfterTheReloadGivesAFailure) {
   EXPECT_EQ("f1 f3", EnabledFeatures(world, "t"));
 }
 
-// Nothing can refer to such a feature, so that nothing is lost with its flag.
+// No if-feature can refer to such a feature; it is the one that is not enabled again.
 TEST(UnloadModule, AnEnabledFeatureWithATooLongNameStandsInNoWay) {
   coupling::World world;
   const std::string longName(65, 'f');
@@ -321,6 +321,7 @@ TEST(UnloadModule, AnEnabledFeatureWithATooLongNameStandsInNoWay) {
   EXPECT_EQ(0u, world.Unload("r"));
   EXPECT_EQ("l", world.Tree("t"));
   EXPECT_EQ("f1 f2 f3", EnabledFeatures(world, "t"));
+  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(world.ctx(), "t", longName.c_str()));
   EXPECT_EQ(0u, world.Unload("t"));
   EXPECT_FALSE(world.IsLoaded("t"));
 }
