@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 #include <libxml/xmlmemory.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include <qmodel/qmodel.h>
@@ -14,47 +12,31 @@
 #include "context/xml_parse.h"
 #include "data/data_node.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/xml_memory.h"
 
 namespace {
 
 using message_fixture::Document;
 using message_fixture::Schema;
 
-uint64_t g_countdown = 0;  // 0: nothing is refused
-
-bool RefuseThis() {
-  return g_countdown != 0 && --g_countdown == 0;
-}
-void* Malloc(size_t size) {
-  return RefuseThis() ? nullptr : std::malloc(size);
-}
-void* Realloc(void* block, size_t size) {
-  return RefuseThis() ? nullptr : std::realloc(block, size);
-}
-char* Duplicate(const char* text) {
-  const size_t size = std::strlen(text) + 1;
-  auto* copy = static_cast<char*>(Malloc(size));
-  return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
-}
-
 class LostMemory : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(0, xmlMemGet(&free_, &malloc_, &realloc_, &duplicate_));
-    ASSERT_EQ(0, xmlMemSetup(std::free, Malloc, Realloc, Duplicate));
+    ASSERT_TRUE(xml_memory::Install());
   }
   void TearDown() override {
-    g_countdown = 0;
+    xml_memory::RefuseNth(0);
     EXPECT_EQ(0, xmlMemSetup(free_, malloc_, realloc_, duplicate_));
   }
   // Runs with libxml2's n-th allocation refused; tells whether one was.
   template <typename Run>
   static bool Refuse(uint64_t n, const Run& run) {
     const XmlSilence silence;
-    g_countdown = n;
+    xml_memory::RefuseNth(n);
     run();
-    const bool refused = g_countdown == 0;
-    g_countdown = 0;
+    const bool refused = xml_memory::Left() == 0;
+    xml_memory::RefuseNth(0);
     return refused;
   }
 
@@ -133,7 +115,7 @@ TEST_F(LostMemory, NotificationIsHandedOverWhole) {
   uint64_t all = 0;
   Refuse(UINT64_MAX, [&] {
     EXPECT_EQ(0u, QM_CTX_ValidateNotifDataTree(schema.ctx(), text.c_str(), nullptr, nullptr));
-    all = UINT64_MAX - g_countdown;
+    all = UINT64_MAX - xml_memory::Left();
   });
   for (uint64_t n = all; n > all - 40 && !HasFailure(); --n) {
     SCOPED_TRACE(testing::Message() << "allocation " << n << " of " << all);

@@ -6,39 +6,20 @@
 #include <execinfo.h>
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
-#include <libxml/xmlmemory.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <map>
 #include <string>
 
 #include "tests/memory/scenarios.h"
+#include "tests/support/xml_memory.h"
 
 namespace {
-
-uint64_t g_countdown = 0;  // 0: nothing is refused
-
-bool RefuseThis() {
-  return g_countdown != 0 && --g_countdown == 0;
-}
-
-void* Malloc(size_t size) {
-  return RefuseThis() ? nullptr : std::malloc(size);
-}
-void* Realloc(void* block, size_t size) {
-  return RefuseThis() ? nullptr : std::realloc(block, size);
-}
-char* Duplicate(const char* text) {
-  const size_t size = std::strlen(text) + 1;
-  auto* copy = static_cast<char*>(Malloc(size));
-  return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
-}
 
 // Exit statuses of a child.
 constexpr int kNothingRefused = 10;
@@ -73,11 +54,11 @@ void NameTheCulprit(int /*signal*/) {
   void* warmUp[2];
   backtrace(warmUp, 2);  // loads what the handler needs
   std::signal(SIGSEGV, NameTheCulprit);
-  xmlMemSetup(std::free, Malloc, Realloc, Duplicate);
+  if (!xml_memory::Install()) _exit(1);
   xmlInitParser();
-  g_countdown = n;
+  xml_memory::RefuseNth(n);
   scenario.run(true);
-  _exit(g_countdown != 0 ? kNothingRefused : kSurvived);
+  _exit(xml_memory::Left() != 0 ? kNothingRefused : kSurvived);
 }
 
 struct Report {
