@@ -287,7 +287,7 @@ TEST(HostileTree, ValuesAndPathsInErrorsAreCutOrLeftOut) {
     std::string text = "<op xmlns='urn:m'>" + content + "</op>";
     return QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, text.data(), nullptr, nullptr);
   };
-  for (size_t length : {256, 257, 1000000}) {
+  for (size_t length : {size_t{256}, size_t{257}, size_t{1000000}}) {
     SCOPED_TRACE(length);
     QmErrNode* err = validate("<n>" + std::string(length, 'v') + "</n>");
     const std::string quoted =
@@ -296,7 +296,7 @@ TEST(HostileTree, ValuesAndPathsInErrorsAreCutOrLeftOut) {
     QM_FreeErrNode(err);
   }
   // "/m:op/l[k='…']/v" has 15 characters beside the key.
-  for (size_t length : {10239 - 15, 10240 - 15, 1000000}) {
+  for (size_t length : {size_t{10239 - 15}, size_t{10240 - 15}, size_t{1000000}}) {
     SCOPED_TRACE(length);
     const std::string key(length, 'k');
     QmErrNode* err = validate("<l><k>" + key + "</k><v>x</v></l>");
