@@ -216,6 +216,7 @@ static const QmsNode* TopAncestor(const QmsNode* node) {
 }
 
 static uint32_t PrintHeadlines(const QmsNode* top, QmsPrintPara* para) {
+  if (para->module == nullptr) return QM_INVALID;
   const uint32_t ret = PrintAll(para, {"module: ", para->module->name, "\n"});
   if (ret != QM_OK) return ret;
   if (top->kind == QMS_NODE_RPC) return PrintPiece(para, "rpcs:\n");
