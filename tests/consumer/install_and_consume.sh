@@ -17,7 +17,7 @@ export LD_LIBRARY_PATH="$prefix/lib:$prefix/lib/$("$cc" -dumpmachine)"
 request='<restart xmlns="urn:example:router-system"><reason>test</reason></restart>'
 check() { [ "$("$1" "$source/examples/models" router-system "$request")" = valid ]; }
 
-cmake -S "$source/tests/consumer" -B "$work/build" -DCMAKE_C_COMPILER="$cc" \
+cmake -S "$source/tests/consumer" -B "$work/build" -G Ninja -DCMAKE_C_COMPILER="$cc" \
   -DCMAKE_PREFIX_PATH="$prefix" -DEXAMPLE_SOURCE="$source/examples/validate_rpc.c" >/dev/null
 cmake --build "$work/build" >/dev/null
 check "$work/build/consumer"
