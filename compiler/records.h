@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// What all of the compiler works on.
+//
+// A model file, YANG text or YIN alike, becomes one libxml2 tree in the YIN form
+// of RFC 7950, section 13, each statement an element. What libxml2's element cannot
+// hold stands in a record of ours that the element's `_private` points to: which
+// statement it is, where it was written, and in whose words its argument is to be
+// read. A copy that `uses` brings into another place keeps the record of the
+// original's place and says by `usedAt` what brought it there.
+//
+// Everything lives in a Session and goes with it: trees share one dictionary, the
+// records lie in its arena. Refused memory is thrown by the standard library and by
+// Need(), and caught once, at the compiler's entries; nothing else is thrown.
+#include <libxml/tree.h>  // before dict.h, which does not declare what it needs
+
+#include <libxml/dict.h>
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "compiler/keyword.h"
+
+namespace compiler {
+
+// A file that was read, by the path that messages name.
+struct SourceFile {
+  std::string path;
+  bool isText = false;  // YANG text, else YIN
+};
+
+// Where a statement was written. Lines and columns count from 1; 32 bits, since
+// libxml2 keeps 16 for the line and none for the column.
+struct Place {
+  const SourceFile* file = nullptr;
+  uint32_t line = 0;
+  uint32_t column = 0;
+};
+
+struct Module;
+
+// What stands behind the `_private` of each element.
+struct Statement {
+  Place place;
+  const Place* usedAt = nullptr;     // the statement that brought this copy here; NULL: none
+  Module* words = nullptr;           // the file (module or submodule) whose prefixes and
+                                     // unprefixed names the argument is written in
+  Keyword keyword = Keyword::kNone;  // kNone: an extension instance, or not known
+};
+
+// One import of a file, as it stands there.
+struct Import {
+  std::string prefix;
+  std::string module;
+  std::string revision;  // empty: any
+  xmlNode* statement = nullptr;
+  Module* target = nullptr;  // NULL until it is found
+};
+
+// One include of a file.
+struct Include {
+  std::string submodule;
+  std::string revision;  // empty: any
+  xmlNode* statement = nullptr;
+  Module* target = nullptr;  // NULL until it is found
+};
+
+struct FreeDocument {
+  void operator()(xmlDoc* doc) const noexcept { xmlFreeDoc(doc); }
+};
+using Document = std::unique_ptr<xmlDoc, FreeDocument>;
+
+// A module or submodule: one file that was read.
+struct Module {
+  const SourceFile* file = nullptr;
+  Document document;
+  xmlNode* root = nullptr;  // the statement `module` or `submodule`
+  std::string name;
+  std::string prefix;      // its own; of a submodule that of belongs-to
+  std::string nameSpace;   // of a submodule that of its module once it is known
+  std::string revision;    // the newest by its own statements; empty: none
+  std::string belongsTo;   // empty: a module
+  bool version11 = false;  // yang-version 1.1
+  std::vector<Import> imports;
+  std::vector<Include> includes;
+};
+
+struct FreeDictionary {
+  void operator()(xmlDict* dict) const noexcept { xmlDictFree(dict); }
+};
+
+// Everything that one call of the compiler holds. Addresses of its elements stay
+// for its life. The order matters: trees go before the records and the dictionary
+// that they point to.
+struct Session {
+  std::unique_ptr<xmlDict, FreeDictionary> dictionary;
+  std::deque<SourceFile> files;
+  std::deque<Statement> statements;
+  std::deque<Place> places;
+  std::deque<Module> modules;
+};
+
+// What libxml2 has made, or the exception of refused memory.
+template <typename T>
+T* Need(T* made) {
+  if (made == nullptr) throw std::bad_alloc();
+  return made;
+}
+
+inline Statement* StatementOf(const xmlNode* element) noexcept {
+  return static_cast<Statement*>(element->_private);
+}
+
+}  // namespace compiler
