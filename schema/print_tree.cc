@@ -108,7 +108,8 @@ static uint32_t PushLevel(PrintStack* stack, const PrintLevel& level) {
 
 // The width of the names below `node`. In a choice only nodes that stand for a
 // case have a column; all cases share that of the whole choice, also where an
-// augment shows a part of them.
+// augment shows a part of them: a case then has the same lines under the augment
+// and in the tree of the target.
 static uint32_t WidthBelow(const QmsModule* module, const QmsNode* node) {
   const QmsNode* first = node->firstChild;
   const QmsNode* holder = first->parent->kind == QMS_NODE_CHOICE ? first->parent : node;
@@ -128,7 +129,8 @@ static uint32_t PushChildren(PrintStack* stack, const QmsNode* node, const QmsPr
 }
 
 // A node directly in a choice stands for a case of its name (RFC 7950 section
-// 7.9.2), which is printed around it.
+// 7.9.2), which is printed around it. That holds for the run of a coupled augment
+// too, whose nodes stand in the target and not below the augment's own line.
 static uint32_t PrintCaseAround(PrintStack* stack, QmsNode* node, QmsPrintPara* para) {
   const uint32_t ret = PrintCaseLine(node, para);
   if (ret != QM_OK) return ret;
@@ -145,14 +147,26 @@ static bool StandsForCase(const QmsNode* node) {
          node->parent->kind == QMS_NODE_CHOICE;
 }
 
+// A leaf, leaf-list, anydata or anyxml is its line. An augment may name one as its
+// target; no data can stand there, so the diagram shows what it adds in the
+// augment's own module only.
+static bool IsItsLineOnly(const QmsNode* node) {
+  return node->kind == QMS_NODE_LEAF || node->kind == QMS_NODE_LEAF_LIST ||
+         node->kind == QMS_NODE_ANYDATA || node->kind == QMS_NODE_ANYXML;
+}
+
+static bool ShowsChildren(const QmsNode* node, const QmsPrintPara* para) {
+  return node->firstChild != nullptr && !IsItsLineOnly(node) &&
+         (para->flags & QMS_PRINT_NO_CHILDREN) == 0;
+}
+
 static uint32_t PrintNode(PrintStack* stack, QmsNode* node, QmsPrintPara* para, bool inCase) {
   if (QM_NODE_IsEnabled(node) == 0) return QM_OK;
   uint32_t ret = FlushIfFull(para->text);
   if (ret != QM_OK) return ret;
   if (!inCase && StandsForCase(node)) return PrintCaseAround(stack, node, para);
   ret = PrintNodeLine(node, para);
-  const bool descend = node->firstChild != nullptr && (para->flags & QMS_PRINT_NO_CHILDREN) == 0;
-  return ret == QM_OK && descend ? PushChildren(stack, node, *para) : ret;
+  return ret == QM_OK && ShowsChildren(node, para) ? PushChildren(stack, node, *para) : ret;
 }
 
 static uint32_t PrintLevels(PrintStack* stack) {
@@ -183,7 +197,9 @@ uint32_t QMS_NODE_PrintSubTree(QmsModule* module, QmsNode* node, QmsPrintPara* p
   return ret;
 }
 
-// A headline and the nodes of a top-level list. An empty list prints nothing.
+// A headline and the nodes of a top-level list. An empty list prints nothing. The
+// buffer is flushed before the headline as before a line: behind what the subtrees
+// left there, the headline might not fit.
 static uint32_t PrintTopList(QmsModule* module, const char* headline, QmsNode* first,
                              const QmsPrintPara& base) {
   if (first == nullptr) return QM_OK;

@@ -438,6 +438,48 @@ TEST(PrintAugment, OfAChoiceShowsShorthandCasesWithTheColumnOfTheChoice) {
       Printed(n));
 }
 
+// Nothing stands below such a node in data, whatever a module augments there.
+TEST(PrintAugment, OfALeafOrAnyOtherNodeWithoutChildrenShowsNothingBelowItsLine) {
+  yin::Context ctx;
+  const std::string choice =
+      "<choice name=\"ch\"><leaf name=\"short\"><type name=\"string\"/></leaf></choice>";
+  ASSERT_EQ(0u, QM_CTX_LoadMemory(
+                    ctx, yin::Module("m",
+                                     "<leaf name=\"l\"><type name=\"string\"/></leaf>"
+                                     "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>"
+                                     "<anydata name=\"d\"/><anyxml name=\"x\"/>" +
+                                         choice)
+                             .c_str()));
+  std::string augments = "<import module=\"m\"><prefix value=\"m\"/></import>";
+  for (const char* target : {"l", "ll", "d", "x", "ch/m:short"}) {
+    augments += "<augment target-node=\"/m:" + std::string(target) +
+                "\" xmlns:m=\"urn:m\"><container name=\"c\"><leaf name=\"below\">"
+                "<type name=\"int8\"/></leaf></container></augment>";
+  }
+  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("a", augments).c_str()));
+  QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
+  for (const char* name : {"l", "ll", "d", "x"}) {
+    ASSERT_NE(nullptr, yin::Find(m, std::string(name) + "/c/below")) << "not coupled to " << name;
+  }
+  EXPECT_EQ(
+      "module: m\n"
+      "+--rw l?    string\n"
+      "+--rw ll*   string\n"
+      "+--rw d?    anydata\n"
+      "+--rw x?    anyxml\n"
+      "+--rw (ch)?\n"
+      "   +--:(short)\n"
+      "      +--rw short?   string\n",
+      Printed(m));
+  EXPECT_EQ("module: m\n+--rw l?    string\n", PrintedNode(yin::Find(m, "l")));
+  const std::string first =
+      "module: a\n"
+      "augment /m:l:\n"
+      "+--rw c\n"
+      "   +--rw below?   int8\n";
+  EXPECT_EQ(first, Printed(QM_CTX_GetModuleByModName(ctx, "a")).substr(0, first.size()));
+}
+
 TEST(PrintFeatures, ANodeThatIsNotEnabledIsLeftOutWithItsSubtree) {
   Built built;
   ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(built.m, "off"));
