@@ -5,8 +5,10 @@
 #include "platform/file.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <fnmatch.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -25,11 +27,26 @@ struct RtkVfsFind {
   char* glob;  // owned; what names have to match
 };
 
+// What stands at the path may have become something else since it was looked at. A
+// FIFO without a writer would hold up the caller for ever, so nothing is waited for,
+// and what was opened is asked once more.
+static std::FILE* OpenRegularFile(const char* path) {
+  const int fd = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+  if (fd < 0) return nullptr;
+  struct stat info;
+  if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
+    std::FILE* stream = fdopen(fd, "r");
+    if (stream != nullptr) return stream;
+  }
+  close(fd);
+  return nullptr;
+}
+
 RtkVfsFile* RTK_VFS_FOpen(const char* path, const char* mode) {
-  if (path == nullptr || mode == nullptr) return nullptr;
+  if (path == nullptr || mode == nullptr || std::strcmp(mode, "r") != 0) return nullptr;
   auto* file = static_cast<RtkVfsFile*>(g_qmMemMallocFunc(sizeof(RtkVfsFile)));
   if (file == nullptr) return nullptr;
-  file->stream = std::fopen(path, mode);
+  file->stream = OpenRegularFile(path);
   if (file->stream != nullptr) return file;
   g_qmMemFreeFunc(file);
   return nullptr;

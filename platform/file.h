@@ -17,8 +17,10 @@ enum RtkVfsBufMode : uint32_t {
 };
 
 extern "C" {
-// Opens a file as fopen() does; NULL when it cannot be opened. Closed with
-// RTK_VFS_FClose().
+// Opens a regular file for reading, symbolic links followed. `mode` is "r"; nothing
+// is ever written. NULL when it cannot be opened or is anything else: it may have
+// become a FIFO since RTK_VFS_IsFileExist(), and the call never waits for a writer.
+// Closed with RTK_VFS_FClose().
 RtkVfsFile* RTK_VFS_FOpen(const char* path, const char* mode);
 // Takes a RtkVfsBufMode, before the first read. 0, or 22 when it is refused.
 uint32_t RTK_VFS_SetBufMode(RtkVfsFile* file, uint32_t mode);

@@ -320,6 +320,15 @@ TEST(LoaderArguments, APathThatIsTooLongIsPassedOver) {
   }
 }
 
+TEST(LoaderArguments, AFileThatHasBecomeAFifoDoesNotHoldUpALoad) {
+  yin::Folder folder;
+  const std::string fifo = folder.Path("m.yin");
+  ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+  alarm(10);  // a load that waits for a writer ends the test
+  EXPECT_EQ(nullptr, QMS_LOADER_ReadYinFileToXmlDoc(fifo.c_str()));
+  alarm(0);
+}
+
 TEST(LoaderArguments, FilesThatCannotBeMeasuredAreNotRead) {
   yin::Folder folder;
   const std::string fifo = folder.Path("fifo.yin");

@@ -87,6 +87,34 @@ TEST_F(File, OpenOfWhatIsNotThereGivesNull) {
   EXPECT_EQ(nullptr, RTK_VFS_FOpen("x", nullptr));
 }
 
+TEST_F(File, OpenOfWhatIsNoRegularFileGivesNullAtOnce) {
+  ASSERT_EQ(0, mkfifo(Path("fifo.yin").c_str(), 0600));
+  fs::create_symlink(Path("fifo.yin"), Path("link.yin"));
+  fs::create_directory(Path("d.yin"));
+  alarm(10);  // a call that waits for a writer ends the test
+  for (const std::string& path : {Path("fifo.yin"), Path("link.yin"), Path("d.yin"), dir_,
+                                  std::string("/dev/null"), std::string("/dev/zero")}) {
+    EXPECT_EQ(nullptr, RTK_VFS_FOpen(path.c_str(), "r")) << path;
+  }
+  alarm(0);
+}
+
+TEST_F(File, OpenFollowsALinkToARegularFile) {
+  Write("m.yin", "hello");
+  fs::create_symlink(Path("m.yin"), Path("link.yin"));
+  RtkVfsFile* file = RTK_VFS_FOpen(Path("link.yin").c_str(), "r");
+  ASSERT_NE(nullptr, file);
+  EXPECT_EQ(0, RTK_VFS_FClose(file));
+}
+
+TEST_F(File, OpenIsForReadingOnly) {
+  Write("m.yin", "hello");
+  for (const char* mode : {"w", "a", "r+", "", "x"}) {
+    EXPECT_EQ(nullptr, RTK_VFS_FOpen(Path("m.yin").c_str(), mode)) << mode;
+  }
+  EXPECT_EQ(5u, fs::file_size(Path("m.yin")));
+}
+
 TEST_F(File, NullHandleGivesTheFailureValue) {
   char c = 0;
   EXPECT_EQ(22u, RTK_VFS_SetBufMode(nullptr, 1));
