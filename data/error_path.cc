@@ -27,10 +27,11 @@ static const char* TextOrEmpty(const xmlNode* element) {
 }
 
 char QMD_ERR_GetValueBoundaryQuota(const char* value) {
-  return std::strchr(value, '\'') == nullptr ? '\'' : '"';
+  return value == nullptr || std::strchr(value, '\'') == nullptr ? '\'' : '"';
 }
 
 uint32_t QMD_ERR_PrintElementNodeAsPredicate(QmdPathBuf* buf, const char* name, const char* value) {
+  if (buf == nullptr || name == nullptr || value == nullptr) return QM_INVALID;
   const size_t nameLength = std::strlen(name);
   const size_t valueLength = std::strlen(value);
   constexpr size_t kMarks = 5;  // [ = ] and two quotes

@@ -232,6 +232,23 @@ TEST(ErrorPath, PieceThatDoesNotFitIsRefused) {
   EXPECT_EQ(0u, buf.position);
 }
 
+TEST(ErrorPath, PredicateWithoutATextIsRefusedAndNothingIsWritten) {
+  char room[16] = "";
+  QmdPathBuf buf = {room, 15};
+  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", nullptr));
+  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, "v"));
+  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, nullptr));
+  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(nullptr, "n", "v"));
+  EXPECT_EQ(15u, buf.position);
+  EXPECT_EQ(std::string(sizeof(room), '\0'), std::string(room, sizeof(room)));
+}
+
+TEST(ErrorPath, NoValueIsQuotedLikeOneWithoutApostrophe) {
+  EXPECT_EQ('\'', QMD_ERR_GetValueBoundaryQuota(nullptr));
+  EXPECT_EQ('\'', QMD_ERR_GetValueBoundaryQuota(""));
+  EXPECT_EQ('"', QMD_ERR_GetValueBoundaryQuota("it's"));
+}
+
 TEST(ErrorPath, LongPathLeavesRecordWithoutPath) {
   BoundTree tree("<r><v>" + std::string(11000, 'x') + "</v></r>");
   tree.Bind("v", &tree.leafList);
