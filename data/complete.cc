@@ -58,6 +58,15 @@ uint32_t QMD_PAS_CompleteSubTree(QmCheckAux* aux, xmlNode* dataParent, QmsNode* 
   return ret;
 }
 
+// Completes what the walk comes to. An action is completed only where it is the start:
+// one further down stands, illegally, in the input of an operation, where its own input
+// has no element to be added to.
+static uint32_t CompleteFoundNode(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                  uint32_t* outAdded) {
+  if (schemaNode->kind == QMS_NODE_ACTION) return QM_OK;
+  return QMD_PAS_CompleteSubTree(aux, dataParent, schemaNode, outAdded);
+}
+
 // How far the defaults of a parent came is of no use for those of another one. What
 // has no element, as a case, completes its caller's parent and passes it on.
 uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
@@ -65,7 +74,7 @@ uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* s
   const QmdPlace outer = aux->place;
   uint32_t ret = QM_OK;
   for (QmsNode* child = schemaNode->firstChild; child != nullptr; child = child->next) {
-    ret = QMD_PAS_CompleteSubTree(aux, dataParent, child, outAdded);
+    ret = CompleteFoundNode(aux, dataParent, child, outAdded);
     if (ret != QM_OK) break;
   }
   if (QMD_MDL_IsSchemaNodeNeedSkipInDataTree(schemaNode) == 0) aux->place = outer;
@@ -92,7 +101,7 @@ uint32_t QMD_PAS_CompleteDataTreeForChoice(QmCheckAux* aux, xmlNode* dataParent,
   QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
   if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
   if (branch == nullptr) return QM_OK;
-  return QMD_PAS_CompleteSubTree(aux, dataParent, branch, outAdded);
+  return CompleteFoundNode(aux, dataParent, branch, outAdded);
 }
 
 uint32_t QMD_PAS_CompleteDataTreeForLeaflist(QmCheckAux*, xmlNode*, QmsNode*, uint32_t*) {

@@ -256,6 +256,36 @@ TEST_F(Defaults, ActionInputIsCompletedAndNothingAroundIt) {
             Complete("<t xmlns='urn:m'><act/></t>"));
 }
 
+// No action belongs into the input of an rpc (RFC 7950 section 7.15), but a model may
+// have one there. Its defaults would stand where a second validation refuses them.
+TEST_F(Defaults, AnActionInTheInputOfAnRpcAddsNothing) {
+  const std::string action =
+      "<action name=\"act\"><input>" + Default("in", "1") + "</input></action>";
+  schema_.Load("m", Rpc(Default("a", "1") + "<container name=\"c\">" + action +
+                        "</container><container name=\"d\">" + Default("x", "2") + action +
+                        "</container><list name=\"l\">" + action +
+                        "</list><choice name=\"ch\"><default value=\"s\"/><case name=\"s\">" +
+                        action + "</case></choice>"));
+  EXPECT_EQ("<r xmlns=\"urn:m\"><a>1</a><d><x>2</x></d></r>", Complete("<r xmlns='urn:m'/>"));
+  EXPECT_EQ("<r xmlns=\"urn:m\"><a>1</a><c/><d><x>2</x></d><l/></r>",
+            Complete("<r xmlns='urn:m'><c/><l/></r>"));
+}
+
+TEST_F(Defaults, AnActionThatAnAugmentPutsIntoAnInputAddsNothing) {
+  schema_.Load("m", Rpc("<choice name=\"ch\"><default value=\"act\"/><leaf name=\"s\">"
+                        "<type name=\"string\"/></leaf></choice>"));
+  const std::string action =
+      "<action name=\"act\"><input>" + Default("in", "1") + "</input></action>";
+  schema_.Load("n",
+               "<import module=\"m\"><prefix value=\"m\"/></import>"
+               "<augment target-node=\"/m:r/m:input\">" +
+                   action +
+                   "</augment>"
+                   "<augment target-node=\"/m:r/m:input/m:ch\">" +
+                   action + "</augment>");
+  EXPECT_EQ("<r xmlns=\"urn:m\"/>", Complete("<r xmlns='urn:m'/>"));
+}
+
 TEST_F(Defaults, NotificationsAreNotCompleted) {
   schema_.Load("m", "<notification name=\"n\">" + Default("a", "1") + "</notification>");
   EXPECT_EQ("<n xmlns=\"urn:m\"/>",
