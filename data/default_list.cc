@@ -24,7 +24,12 @@ void InitDefaultNodeList(QmDefaultNodeEntry* head) {
   head->next = head;
   head->prev = head;
   head->node = nullptr;
-  RTK_AVL3_Init(&head->index, &kDefaultIndexInfo);
+}
+
+// The ring alone tells whether there are entries, and the index is made with the first
+// one: a sentinel that is zeroed and linked to itself is an empty list too.
+static bool IsEmpty(const QmDefaultNodeEntry* head) {
+  return head->next == head;
 }
 
 uint32_t QMD_PAS_IsDefaultAddNode(const xmlNode* node) {
@@ -51,6 +56,7 @@ uint32_t QMD_PAS_AddDefaultNodeToList(QmDefaultNodeEntry* head, xmlNode* node) {
   auto* entry = NewRecord<QmDefaultNodeEntry>();
   if (entry == nullptr) return QM_NO_MEMORY;
   entry->node = node;
+  if (IsEmpty(head)) RTK_AVL3_Init(&head->index, &kDefaultIndexInfo);
   RTK_AVL3_InitLink(&entry->link);
   static_cast<void>(RTK_AVL3_Insert_Or_Find(&head->index, entry, nullptr));
   entry->next = head->next;
@@ -71,6 +77,7 @@ static xmlNode* DropEntry(QmDefaultNodeEntry* head, QmDefaultNodeEntry* entry) {
 }
 
 void QMD_PAS_RemoveDefaultNodeFromList(QmDefaultNodeEntry* head, xmlNode* node) {
+  if (IsEmpty(head)) return;
   void* entry = RTK_AVL3_Find(&head->index, node);
   if (entry != nullptr) static_cast<void>(DropEntry(head, static_cast<QmDefaultNodeEntry*>(entry)));
 }
@@ -86,7 +93,7 @@ void QMD_PAS_DeleteDefaultAddNode(QmCheckAux* aux, xmlNode* node) {
 
 void QMD_PAS_ClearDefaultNodeList(QmCheckAux* aux, uint32_t keep) {
   QmDefaultNodeEntry* head = &aux->defaultList;
-  while (head->next != head) {
+  while (!IsEmpty(head)) {
     xmlNode* node = DropEntry(head, head->next);
     if (keep != 1) {
       RemoveNode(node);

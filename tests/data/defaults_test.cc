@@ -366,6 +366,31 @@ TEST_F(DefaultList, OnlyTopmostMarkedNodesAreListed) {
   EXPECT_EQ(0u, Length());
 }
 
+// A run that was filled by hand, as a zeroed record with an empty ring.
+TEST_F(DefaultList, ASentinelThatIsZeroedAndLinkedToItselfIsAnEmptyList) {
+  const auto zeroed = [this] {
+    aux_.defaultList = {};
+    aux_.defaultList.next = &aux_.defaultList;
+    aux_.defaultList.prev = &aux_.defaultList;
+  };
+  zeroed();
+  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
+  EXPECT_EQ(0u, Length());
+  QMD_PAS_ClearDefaultNodeList(&aux_, 1);
+  EXPECT_EQ(0u, Length());
+  zeroed();
+  Mark("c");
+  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  ASSERT_EQ(1u, Length());
+  EXPECT_EQ(doc_.Find("c"), aux_.defaultList.next->node);
+  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
+  EXPECT_EQ(0u, Length());
+  zeroed();
+  QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("c"));
+  EXPECT_EQ(0u, Length());
+  EXPECT_EQ("<r/>", doc_.Dump());
+}
+
 TEST_F(DefaultList, RefusedEntryGives12) {
   Mark("c");
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
