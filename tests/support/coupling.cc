@@ -53,7 +53,8 @@ class LinkCheck {
       Node(parent, previous, node);
       previous = node;
     }
-    if (parent != nullptr) EXPECT_EQ(last, previous) << "lastChild of " << parent->name;
+    if (parent == nullptr) return;
+    EXPECT_EQ(last, previous) << "lastChild of " << parent->name;
   }
 
   void Node(const QmsNode* parent, const QmsNode* previous, const QmsNode* node) {
