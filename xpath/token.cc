@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <iterator>
+#include <type_traits>
 
 #include "context/array.h"
 #include "context/guard.h"
@@ -19,6 +20,17 @@
 namespace {
 
 constexpr uint32_t kTokenStep = 10;
+
+// A record as the tokenizer makes it. What only it knows stands behind the public
+// fields: a record that was made by hand has nothing there, and its array grows by
+// steps alone.
+struct TokenizedExpr {
+  QmXpathExpr expr;
+  uint64_t room;  // slots in the block; at least the capacity
+};
+static_assert(std::is_standard_layout_v<TokenizedExpr> &&
+                  std::is_trivially_copyable_v<TokenizedExpr>,
+              "the record is freed by the address of its first field");
 
 struct SymbolRow {
   const char* lexeme;
@@ -247,7 +259,23 @@ uint32_t QM_XPATH_ParseLiteralToken(QmXpathExpr* expr, uint32_t offset, QmXpathT
                    static_cast<uint32_t>(closing - opening) + 1);
 }
 
-static uint32_t TokenizeText(QmXpathExpr* expr) {
+// Keeps a slot free for the next token, so that the append itself finds one. The
+// block doubles, since copying it for each ten tokens would cost a long text its
+// square; the capacity still rises in steps.
+static uint32_t MakeRoom(TokenizedExpr* own) {
+  QmXpathExpr* expr = &own->expr;
+  if (expr->count < expr->capacity) return QM_OK;
+  if (expr->capacity == own->room) {
+    const uint32_t ret = ExpandArrayOf(&expr->tokens, expr->capacity, expr->capacity);
+    if (ret != QM_OK) return ret;
+    own->room *= 2;
+  }
+  expr->capacity += kTokenStep;
+  return QM_OK;
+}
+
+static uint32_t TokenizeText(TokenizedExpr* own) {
+  QmXpathExpr* expr = &own->expr;
   uint32_t offset = 0;
   while (expr->text[offset] != '\0') {
     if (IsSpace(expr->text[offset])) {
@@ -255,7 +283,8 @@ static uint32_t TokenizeText(QmXpathExpr* expr) {
       continue;
     }
     QmXpathToken token = {QM_XPATH_TOKEN_INVALID, 0, offset};
-    const uint32_t ret = QM_XPATH_ParseCurTokenFromExpr(expr, offset, &token);
+    uint32_t ret = MakeRoom(own);
+    if (ret == QM_OK) ret = QM_XPATH_ParseCurTokenFromExpr(expr, offset, &token);
     if (ret != QM_OK) return ret;
     offset += token.length;
   }
@@ -265,12 +294,14 @@ static uint32_t TokenizeText(QmXpathExpr* expr) {
 QmXpathExpr* QM_XPATH_ExprTokenize(const char* text) noexcept {
   // Offsets are 32 bits wide.
   if (text == nullptr || RTK_StrLen(text) >= UINT32_MAX) return nullptr;
-  QmOwn<QM_XPATH_FreeXpathLex> expr(NewRecord<QmXpathExpr>());
-  if (!expr) return nullptr;
+  auto* own = NewRecord<TokenizedExpr>();
+  if (own == nullptr) return nullptr;
+  QmOwn<QM_XPATH_FreeXpathLex> expr(&own->expr);
   expr->text = text;
   expr->capacity = kTokenStep;
+  own->room = kTokenStep;
   if (NewArrayOf(&expr->tokens, kTokenStep) != QM_OK) return nullptr;
-  if (TokenizeText(expr.Get()) != QM_OK) return nullptr;
+  if (TokenizeText(own) != QM_OK) return nullptr;
   return expr.Release();
 }
 

@@ -202,6 +202,58 @@ TEST(ExprTokenize, StartsWithTenSlots) {
   QM_XPATH_FreeXpathLex(expr);
 }
 
+TEST(ExprTokenize, TheCapacityIsTheTokensRoundedUpToTens) {
+  for (uint32_t tokens = 1; tokens < 2500; ++tokens) {
+    const std::string text(tokens, ',');
+    QmXpathExpr* expr = QM_XPATH_ExprTokenize(text.c_str());
+    ASSERT_NE(nullptr, expr);
+    ASSERT_EQ(tokens, expr->count);
+    ASSERT_EQ((tokens + 9) / 10 * 10, expr->capacity);
+    QM_XPATH_FreeXpathLex(expr);
+  }
+}
+
+// Copying the array for each ten tokens would cost 20,000 blocks.
+TEST(ExprTokenize, ALongTextCostsFewBlocks) {
+  std::string text = "a";
+  for (int i = 0; i < 100000; ++i) text += "/a";
+  const uint64_t before = counting_memory::AllocationCount();
+  QmXpathExpr* expr = QM_XPATH_ExprTokenize(text.c_str());
+  ASSERT_NE(nullptr, expr);
+  EXPECT_EQ(200001u, QM_XPATH_GetTokenNumber(expr));
+  // The record, ten slots, and fifteen times twice as many.
+  EXPECT_EQ(17u, counting_memory::AllocationCount() - before);
+  QM_XPATH_FreeXpathLex(expr);
+}
+
+TEST(TokenRules, ARecordMadeByHandGrowsByTenSlots) {
+  QmXpathExpr expr = {nullptr, ", , ,", 0, 0};
+  QmXpathToken token = {};
+  const uint64_t before = counting_memory::AllocationCount();
+  for (uint32_t i = 0; i < 45; ++i) {
+    ASSERT_EQ(i == 0 ? 0u : (i + 9) / 10 * 10, expr.capacity);
+    ASSERT_EQ(0u, QM_XPATH_ParseCurTokenFromExpr(&expr, 2, &token));
+  }
+  EXPECT_EQ(45u, expr.count);
+  EXPECT_EQ(50u, expr.capacity);
+  EXPECT_EQ(5u, counting_memory::AllocationCount() - before);
+  g_qmMemFreeFunc(expr.tokens);
+}
+
+// A token more for a record that the tokenizer made takes the same steps.
+TEST(TokenRules, AFinishedRecordGrowsByTenSlots) {
+  QmXpathExpr* expr = QM_XPATH_ExprTokenize(", , , , , , , , , , , , , , , , , , , ,");
+  ASSERT_NE(nullptr, expr);
+  ASSERT_EQ(20u, expr->count);
+  ASSERT_EQ(20u, expr->capacity);
+  QmXpathToken token = {};
+  for (uint32_t i = 0; i < 30; ++i) ASSERT_EQ(0u, QM_XPATH_ParseCurTokenFromExpr(expr, 2, &token));
+  EXPECT_EQ(50u, expr->count);
+  EXPECT_EQ(50u, expr->capacity);
+  for (uint32_t i = 0; i < 50; ++i) EXPECT_EQ(7u, expr->tokens[i].kind);
+  QM_XPATH_FreeXpathLex(expr);
+}
+
 TEST(ExprTokenize, GivesNullForEachRefusedAllocation) {
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     QmXpathExpr* expr = QM_XPATH_ExprTokenize("a/a/a/a/a/a/a/a/a/a/a/a");
