@@ -22,6 +22,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "compiler/keyword.h"
@@ -51,6 +52,7 @@ struct Statement {
   Module* words = nullptr;           // the file (module or submodule) whose prefixes and
                                      // unprefixed names the argument is written in
   Keyword keyword = Keyword::kNone;  // kNone: an extension instance, or not known
+  const xmlNode* origin = nullptr;   // of a copy: the statement of the file; NULL: this is it
 };
 
 // One import of a file, as it stands there.
@@ -75,6 +77,17 @@ struct FreeDocument {
 };
 using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 
+// What has a name of its own in a module.
+enum class SymbolKind : uint8_t { kGrouping, kTypedef, kIdentity, kFeature, kExtension };
+inline constexpr size_t kSymbolKindCount = 5;
+
+// The definitions at the level of a module, its submodules among them. The names are
+// those of the trees.
+struct SymbolTable {
+  bool filled = false;
+  std::unordered_map<std::string_view, xmlNode*> named[kSymbolKindCount];
+};
+
 // A module or submodule: one file that was read.
 struct Module {
   const SourceFile* file = nullptr;
@@ -88,6 +101,7 @@ struct Module {
   bool version11 = false;  // yang-version 1.1
   std::vector<Import> imports;
   std::vector<Include> includes;
+  SymbolTable symbols;  // of a module, filled by FindGlobal()
 };
 
 struct FreeDictionary {
