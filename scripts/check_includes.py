@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: BSD-3-Clause
-"""Checks the include directions of the layers.
+"""Checks the include directions of the layers, which cmake/layers.txt lists.
 
 A folder includes itself and folders below it; the two halves of xpath/ stand
 at different heights. The public headers include only each other, the client
@@ -12,9 +12,18 @@ import pathlib
 import re
 import sys
 
-LAYERS = ["platform", "context", "xpath tokens", "types", "schema", "loader", "xpath", "data"]
+
+
+def parse_layers(text):
+    """The folders that a text in the form of cmake/layers.txt lists, bottom up."""
+    lines = [line.strip() for line in text.splitlines()]
+    return [line for line in lines if line and not line.startswith("#")]
+
+
+FOLDERS = parse_layers((pathlib.Path(__file__).resolve().parents[1] / "cmake" / "layers.txt")
+                       .read_text(encoding="utf-8"))
+LAYERS = FOLDERS[:2] + ["xpath tokens"] + FOLDERS[2:]
 RANK = {name: rank for rank, name in enumerate(LAYERS)}
-FOLDERS = ["platform", "context", "xpath", "types", "schema", "loader", "data"]
 # What the loader needs of xpath/: the tokenizer, the splitting of target paths,
 # their records, and the declarations of what these two ask of higher layers.
 XPATH_TOKEN_STEMS = {"token", "target_path", "records", "upcalls"}

@@ -10,7 +10,8 @@ source = pathlib.Path(sys.argv[1])
 page = (source / "docs/errors.md").read_text()
 
 code = ""
-for folder in ("context", "loader", "schema", "types", "data"):
+layers = re.findall(r"^[a-z]+", (source / "cmake/layers.txt").read_text(), re.M)
+for folder in layers:
     for path in sorted((source / folder).glob("*.cc")):
         code += path.read_text()
 # Adjacent literals are one text; escaped quotes are quotes.
