@@ -9,6 +9,10 @@
 // read. A copy that `uses` brings into another place keeps the record of the
 // original's place and says by `usedAt` what brought it there.
 //
+// The elements of arguments (`text`, `value`) have no record, and so are no statements.
+// The `ns` of an element tells its namespace; the prefix to write is the one that the
+// root of its tree declares for it, so statements move between trees as they are.
+//
 // Everything lives in a Session and goes with it: trees share one dictionary, the
 // records lie in its arena. Refused memory is thrown by the standard library and by
 // Need(), and caught once, at the compiler's entries; nothing else is thrown.
@@ -53,6 +57,15 @@ struct Statement {
                                      // unprefixed names the argument is written in
   Keyword keyword = Keyword::kNone;  // kNone: an extension instance, or not known
   const xmlNode* origin = nullptr;   // of a copy: the statement of the file; NULL: this is it
+  bool argumentIsElement = false;    // in YIN; of an extension as its definition says
+};
+
+// A statement with a prefix: an instance of an extension. What the prefix means and
+// what the argument is called is known only when the imports are (BindPrefixes()).
+struct ExtensionInstance {
+  xmlNode* element = nullptr;
+  const char* prefix = nullptr;    // of the dictionary
+  const char* argument = nullptr;  // of YANG text until it is bound; NULL: none, or bound
 };
 
 // One import of a file, as it stands there.
@@ -94,25 +107,31 @@ struct Module {
   Document document;
   xmlNode* root = nullptr;  // the statement `module` or `submodule`
   std::string name;
-  std::string prefix;      // its own; of a submodule that of belongs-to
-  std::string nameSpace;   // of a submodule that of its module once it is known
-  std::string revision;    // the newest by its own statements; empty: none
-  std::string belongsTo;   // empty: a module
-  bool version11 = false;  // yang-version 1.1
+  std::string prefix;       // its own; of a submodule that of belongs-to
+  std::string nameSpace;    // of a submodule that of its module once it is known
+  std::string revision;     // the newest by its own statements; empty: none
+  std::string belongsTo;    // empty: a module
+  bool version11 = false;   // yang-version 1.1
+  bool broken = false;      // its text has errors; the tree holds what could be read
+  Module* owner = nullptr;  // of a submodule: its module, NULL until that is found
   std::vector<Import> imports;
   std::vector<Include> includes;
-  SymbolTable symbols;  // of a module, filled by FindGlobal()
+  SymbolTable symbols;                        // of a module, filled by FindGlobal()
+  std::vector<ExtensionInstance> extensions;  // in order of the file
 };
 
 struct FreeDictionary {
   void operator()(xmlDict* dict) const noexcept { xmlDictFree(dict); }
 };
 
-// Everything that one call of the compiler holds. Addresses of its elements stay
-// for its life. The order matters: trees go before the records and the dictionary
-// that they point to.
+// Everything that one call of the compiler holds; made by OpenSession(). Addresses
+// of its elements stay for its life. The order matters: trees go before the records
+// and the dictionary that they point to.
 struct Session {
   std::unique_ptr<xmlDict, FreeDictionary> dictionary;
+  const xmlChar* names[kKeywordCount] = {};      // of the statements, in the dictionary
+  const xmlChar* arguments[kKeywordCount] = {};  // of their arguments in YIN, likewise
+  const xmlChar* yinNamespace = nullptr;         // likewise
   std::deque<SourceFile> files;
   std::deque<Statement> statements;
   std::deque<Place> places;

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/session.h"
+
+namespace compiler {
+
+static const xmlChar* InternName(xmlDict* dictionary, std::string_view text) {
+  return Need(const_cast<xmlChar*>(xmlDictLookup(
+      dictionary, reinterpret_cast<const xmlChar*>(text.data()), static_cast<int>(text.size()))));
+}
+
+std::unique_ptr<Session> OpenSession() {
+  auto session = std::make_unique<Session>();
+  session->dictionary.reset(Need(xmlDictCreate()));
+  xmlDict* dictionary = session->dictionary.get();
+  for (size_t i = 1; i < kKeywordCount; ++i) {
+    const KeywordRow& row = RowOf(static_cast<Keyword>(i));
+    session->names[i] = InternName(dictionary, row.name);
+    if (!row.argument.empty()) session->arguments[i] = InternName(dictionary, row.argument);
+  }
+  session->yinNamespace = InternName(dictionary, kYinNamespace);
+  return session;
+}
+
+const char* Intern(Session* session, std::string_view text) {
+  return reinterpret_cast<const char*>(InternName(session->dictionary.get(), text));
+}
+
+}  // namespace compiler
