@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Walks over the schema tree, all of them loops that climb by the parent links.
 //
-// Two things make them delicate. The children of a coupled augment are a run in
-// the child list of its target: their parent is the target, and the list goes on
-// after the run. And the data tree has fewer levels than the schema tree: choice,
-// case, input, output and augment name no element, so the walks of the data tree
-// look through them.
+// Two things make them delicate. The children of an augment may be a run in the
+// child list of its target: their parent is the target, and the list goes on after
+// the run. Their links tell, not the mark of the augment, which changes earlier or
+// later than they do, while a client's hook may walk. And the data tree has fewer
+// levels than the schema tree: choice, case, input, output and augment name no
+// element, so the walks of the data tree look through them.
 #include "schema/node_walk.h"
 
 #include <qmodel/error.h>
@@ -22,22 +23,22 @@ QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, c
   return nullptr;
 }
 
-// A node of the run of `root` when that is a coupled augment: its parent is the
-// target, which a climb must not enter.
-static bool IsInRunOf(const QmsNode* root, const QmsNode* node) {
-  return IsCoupledAugment(root) && root->firstChild != nullptr &&
+// A child of the augment `root`, wherever its children hang: in its own list, or
+// as a run in that of a target, which a climb must not enter.
+static bool IsChildOfAugment(const QmsNode* root, const QmsNode* node) {
+  return root->kind == QMS_NODE_AUGMENT && root->firstChild != nullptr &&
          node->parent == root->firstChild->parent;
 }
 
 QmsNode* QMS_NODE_GetTreeNodeSibOrParent(QmsNode* root, QmsNode* cur, uint32_t* travType) {
   if (root == nullptr || cur == nullptr || travType == nullptr || cur == root) return nullptr;
-  const bool inRun = IsInRunOf(root, cur);
-  QmsNode* next = inRun ? NextChild(root, cur) : cur->next;
+  const bool ofAugment = IsChildOfAugment(root, cur);
+  QmsNode* next = ofAugment ? NextChild(root, cur) : cur->next;
   if (next != nullptr) {
     *travType = QMS_TRAV_SIBLING;
     return next;
   }
-  if (inRun || cur->parent == root) return nullptr;
+  if (ofAugment || cur->parent == root) return nullptr;
   *travType = QMS_TRAV_PARENT;
   return cur->parent;
 }

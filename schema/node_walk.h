@@ -18,8 +18,8 @@ QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, c
 
 // Steps of a pre-order walk of the subtree of `root`, which reports each inner
 // node again on the way up. *travType holds the last step and receives the new
-// one; NULL when the walk comes back to `root`. For a coupled augment as root
-// the nodes of its run count as its children.
+// one; NULL when the walk comes back to `root`. For an augment as root the nodes of
+// its run count as its children, whether or not it is marked as coupled already.
 QmsNode* QMS_NODE_GetTreeNodeNextNode(QmsNode* root, QmsNode* cur, uint32_t* travType);
 QmsNode* QMS_NODE_GetTreeNodeSibOrParent(QmsNode* root, QmsNode* cur, uint32_t* travType);
 

@@ -20,8 +20,12 @@
  * changes with everything else on the same context. Calls that only read, and
  * validation runs on different documents, may run side by side meanwhile.
  *
- * Hooks run inside the call that raises them. They may read the schema, but must
- * not load, unload, or delete the context.
+ * Hook rule: the hooks of a context run inside the load, unload or deletion that
+ * raises them. At each of those moments every walk, lookup and print over the
+ * modules that are registered ends and stays in its tree. So a hook may read them
+ * all, but must not load, unload, or delete the context. In the hook for private
+ * data, the node that dies and the nodes below it may be read by their name and
+ * module only. A memory hook (QM_MemRegisterCallBack()) must not call the library.
  */
 
 QM_BEGIN_DECLS
@@ -40,7 +44,10 @@ typedef enum QmLoadFlag {
   QM_LOAD_UNITS = 0x8         /**< Keep units texts. */
 } QmLoadFlag;
 
-/** Gives a node's private data, never NULL, back to the client when the node is destroyed. */
+/**
+ * Gives a node's private data, never NULL, back to the client when the node is
+ * destroyed. Of the subtree that dies, only names and modules may be read.
+ */
 typedef void (*QmPridataFreeFunc)(QmsNode *node, void *privateData);
 /** Tells that an augment's first child was attached to, or is about to leave, its target. */
 typedef void (*QmFirstAugChildRelinkFunc)(QmCtx *ctx, QmsNode *node);
@@ -259,14 +266,17 @@ QM_API QM_NODISCARD uint32_t QM_CTX_SetSearchDir(QmCtx *ctx, const char *dir) QM
  */
 QM_API QM_NODISCARD uint32_t QM_CTX_UnSetSearchDir(QmCtx *ctx, const char *dir) QM_NOEXCEPT;
 
-/* Hooks. */
+/* Hooks. What they may do is said at the top of this file: read, and nothing else. */
 
 /**
  * @brief Sets the hook that takes back a schema node's private data.
  *
  * It is called when a node with private data is destroyed: by an unload, a
- * deviation, a failed load or the deletion of the context. Its module may be half
- * destroyed by then, so it must not look at more than the data.
+ * deviation, a failed load or the deletion of the context. The subtree is out of
+ * the schema by then and its module may be half destroyed: of the node and those
+ * below it, the hook may read the name (QM_NODE_GetNodeName()) and the module
+ * (QM_NODE_GetModule()), which may have lost its own name. The modules that are
+ * still registered may be walked as in any hook.
  *
  * @param[in,out] ctx   Context to change. NULL is ignored.
  * @param[in]     func  The hook; NULL removes it.
@@ -282,7 +292,8 @@ QM_API void QM_CTX_SetPridataFreeFunc(QmCtx *ctx, QmPridataFreeFunc func) QM_NOE
  * @brief Sets the hook that tells of an augment being attached or detached.
  *
  * It is called with the augment's first child, once all children hang under the
- * target, and again before they go back to the augment.
+ * target, and again before they go back to the augment. In both cases a walk from
+ * the augment shows its children where they are, in the list of the target.
  *
  * @param[in,out] ctx   Context to change. NULL is ignored.
  * @param[in]     func  The hook; NULL removes it.

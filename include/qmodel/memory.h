@@ -16,15 +16,21 @@
  *
  * Thread rule: the registered functions must be safe to call from every thread
  * that uses the library.
+ *
+ * Hook rule: the registered functions must not call the library, not even to read.
+ * They are called while records and lists are being changed, with locks held.
  */
 
 QM_BEGIN_DECLS
 
-/** Allocates @p size bytes, or gives NULL. */
+/** Allocates @p size bytes, or gives NULL. Must not call the library. */
 typedef void *(*QmMallocFunc)(size_t size);
-/** Changes a block's size as realloc() does, or gives NULL and leaves it. */
+/**
+ * Changes a block's size as realloc() does, or gives NULL and leaves it. Must not
+ * call the library.
+ */
 typedef void *(*QmReallocFunc)(void *block, size_t size);
-/** Releases a block that the two others made. NULL is accepted. */
+/** Releases a block that the two others made. NULL is accepted. Must not call the library. */
 typedef void (*QmFreeFunc)(void *block);
 
 /**

@@ -16,6 +16,7 @@
 
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
+#include "tests/support/every_walk.h"
 #include "tests/support/yin.h"
 
 namespace {
@@ -231,9 +232,22 @@ class Writer {
 
 int g_privates = 0;  // nodes that were given private data and have not been freed
 
-void FreePrivate(QmsNode*, void* data) {
+QmCtx* g_ctx = nullptr;
+uint32_t g_hookCalls = 0;
+
+// The hooks of which there are most do not walk each time.
+void WalkInHook(QmCtx* ctx) {
+  if (++g_hookCalls % 5 == 0 && !testing::Test::HasFailure()) every_walk::CheckQuickly(ctx);
+}
+
+// The node that dies may be read by its name and module, everything registered at
+// any moment.
+void FreePrivate(QmsNode* node, void* data) {
   --g_privates;
   EXPECT_EQ(&g_privates, data);
+  EXPECT_NE(nullptr, QM_NODE_GetNodeName(node));
+  EXPECT_NE(nullptr, QM_NODE_GetModule(node));
+  WalkInHook(g_ctx);
 }
 
 uint32_t DropText(const char*, uint32_t, void*) {
@@ -286,12 +300,11 @@ void ReadModules(QmCtx* ctx) {
   for (uint32_t m = 0; m < kModules; ++m) ReadModule(ctx, "m" + std::to_string(m));
 }
 
-// The hooks read, as they may, in the middle of what raises them; not each time,
-// since that takes long.
-uint32_t g_hookCalls = 0;
-
+// The hooks walk, as they may, in the middle of what raises them. Reading all that
+// can be read takes long, so that is not done each time either.
 void ReadInHook(QmCtx* ctx) {
-  if (++g_hookCalls % 7 == 0) ReadModules(ctx);
+  if (!testing::Test::HasFailure()) every_walk::CheckQuickly(ctx);
+  if (!testing::Test::HasFailure() && ++g_hookCalls % 7 == 0) ReadModules(ctx);
 }
 
 void OnRelink(QmCtx* ctx, QmsNode*) {
@@ -312,15 +325,22 @@ void OnReload(QmCtx* ctx, const char*) {
   ReadInHook(ctx);
 }
 
+uint32_t OnFilter(const char*, const char*) {
+  WalkInHook(g_ctx);
+  return 0;
+}
+
 class Operator {
  public:
   explicit Operator(uint32_t seed) : random_(seed), ctx_(seed % 3 == 0 ? QM_LOAD_IMPORTS : 0) {
+    g_ctx = ctx_;
     EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
     QM_CTX_SetPridataFreeFunc(ctx_, FreePrivate);
     QM_CTX_SetFirstAugChildRelinkFunc(ctx_, OnRelink);
     QM_CTX_SetBeforeDeviateNotSupportFunc(ctx_, OnNotSupported);
     QM_CTX_SetBeforeDeviateExtInstFunc(ctx_, OnExtInsts);
     QM_CTX_SetReloadModuleCbFunc(ctx_, OnReload);
+    QM_CTX_SetExtInstFilterCbFunc(ctx_, OnFilter);
     for (uint32_t i = 0; i < kNames; ++i) WriteSubmodule(i);
     for (uint32_t i = 0; i < kModules; ++i) WriteModule(i);
   }
