@@ -94,11 +94,13 @@ using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 enum class SymbolKind : uint8_t { kGrouping, kTypedef, kIdentity, kFeature, kExtension };
 inline constexpr size_t kSymbolKindCount = 5;
 
-// The definitions at the level of a module, its submodules among them. The names are
-// those of the trees.
+// The definitions of a module, its submodules among them. The names are those of the
+// trees.
 struct SymbolTable {
   bool filled = false;
-  std::unordered_map<std::string_view, xmlNode*> named[kSymbolKindCount];
+  std::unordered_map<std::string_view, xmlNode*> named[kSymbolKindCount];  // at its level
+  // The groupings and typedefs further in, by the statement that they stand in.
+  std::unordered_map<const xmlNode*, std::vector<xmlNode*>> inner;
 };
 
 // A module or submodule: one file that was read.

@@ -34,7 +34,7 @@ bool KnowsPrefix(const Module* file, std::string_view prefix) noexcept;
 xmlNode* FindGlobal(Module* module, SymbolKind kind, std::string_view name);
 
 // The definition that `reference` means at the statement `at`: the statements around it
-// come first (groupings and typedefs without a prefix), then the module's level. NULL:
+// come first (groupings and typedefs), then the module's level. NULL:
 // there is none.
 xmlNode* FindSymbol(const xmlNode* at, SymbolKind kind, std::string_view reference);
 

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The table of a module is filled once, when the first name is looked up; definitions
+// further in are few, so those are kept by the statement that holds them, and a lookup
+// goes up through the statements around its place.
+#include "compiler/symbols.h"
+
+#include <algorithm>
+
+#include "compiler/statement.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr Keyword kKeywordOfSymbol[] = {Keyword::kGrouping, Keyword::kTypedef, Keyword::kIdentity,
+                                        Keyword::kFeature, Keyword::kExtension};
+static_assert(std::size(kKeywordOfSymbol) == kSymbolKindCount, "one keyword per kind");
+
+int SymbolKindOf(Keyword keyword) {
+  for (size_t i = 0; i < kSymbolKindCount; ++i) {
+    if (kKeywordOfSymbol[i] == keyword) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+void EnterOne(SymbolTable* table, xmlNode* statement) {
+  const int kind = SymbolKindOf(KeywordOf(statement));
+  const char* name = kind < 0 ? nullptr : ArgumentOf(statement);
+  if (name == nullptr) return;
+  if (IsGlobal(statement)) {
+    table->named[kind].emplace(name, statement);
+  } else {
+    table->inner[ParentOf(statement)].push_back(statement);
+  }
+}
+
+void EnterFile(Module* file, void* arg) {
+  auto* table = static_cast<SymbolTable*>(arg);
+  for (xmlNode* s = NextInTree(file->root, file->root); s != nullptr; s = NextInTree(file->root, s))
+    EnterOne(table, s);
+}
+
+const SymbolTable& TableOf(Module* module) {
+  SymbolTable& table = module->symbols;
+  if (!table.filled) {
+    table.filled = true;
+    ForEachFile(module, EnterFile, &table);
+  }
+  return table;
+}
+
+xmlNode* FindInner(const SymbolTable& table, const xmlNode* at, Keyword keyword,
+                   std::string_view name) {
+  if (table.inner.empty()) return nullptr;
+  for (const xmlNode* scope = at; scope != nullptr; scope = ParentOf(scope)) {
+    const auto found = table.inner.find(scope);
+    if (found == table.inner.end()) continue;
+    for (xmlNode* definition : found->second) {
+      if (Is(definition, keyword) && name == ArgumentOf(definition)) return definition;
+    }
+  }
+  return nullptr;
+}
+
+void VisitFile(Module* file, std::vector<Module*>* seen, void (*visit)(Module*, void*), void* arg) {
+  if (file == nullptr || std::find(seen->begin(), seen->end(), file) != seen->end()) return;
+  seen->push_back(file);
+  for (const Include& include : file->includes) VisitFile(include.target, seen, visit, arg);
+  visit(file, arg);
+}
+
+}  // namespace
+
+Reference SplitReference(std::string_view text) noexcept {
+  const size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return {{}, text};
+  return {text.substr(0, colon), text.substr(colon + 1)};
+}
+
+Module* MainModuleOf(Module* file) noexcept {
+  return file == nullptr || file->belongsTo.empty() ? file : file->owner;
+}
+
+Module* ModuleOfPrefix(Module* file, std::string_view prefix) noexcept {
+  if (prefix.empty() || prefix == file->prefix) return MainModuleOf(file);
+  for (const Import& import : file->imports) {
+    if (prefix == import.prefix) return import.target;
+  }
+  return nullptr;
+}
+
+bool KnowsPrefix(const Module* file, std::string_view prefix) noexcept {
+  return prefix == file->prefix ||
+         std::any_of(file->imports.begin(), file->imports.end(),
+                     [prefix](const Import& import) { return prefix == import.prefix; });
+}
+
+xmlNode* FindGlobal(Module* module, SymbolKind kind, std::string_view name) {
+  const auto& named = TableOf(module).named[static_cast<size_t>(kind)];
+  const auto found = named.find(name);
+  return found == named.end() ? nullptr : found->second;
+}
+
+xmlNode* FindSymbol(const xmlNode* at, SymbolKind kind, std::string_view reference) {
+  const Reference parts = SplitReference(reference);
+  const xmlNode* origin = OriginOf(at);
+  Module* file = StatementOf(origin)->words;
+  Module* module = ModuleOfPrefix(file, parts.prefix);
+  if (module == nullptr) return nullptr;
+  if (module == MainModuleOf(file)) {
+    const Keyword keyword = kKeywordOfSymbol[static_cast<size_t>(kind)];
+    xmlNode* inner = FindInner(TableOf(module), origin, keyword, parts.name);
+    if (inner != nullptr) return inner;
+  }
+  return FindGlobal(module, kind, parts.name);
+}
+
+bool IsGlobal(const xmlNode* definition) noexcept {
+  const xmlNode* parent = ParentOf(definition);
+  return parent != nullptr && (Is(parent, Keyword::kModule) || Is(parent, Keyword::kSubmodule));
+}
+
+const xmlNode* OriginOf(const xmlNode* statement) noexcept {
+  const xmlNode* origin = StatementOf(statement)->origin;
+  return origin == nullptr ? statement : origin;
+}
+
+void ForEachFile(Module* module, void (*visit)(Module* file, void* arg), void* arg) {
+  std::vector<Module*> seen;
+  VisitFile(module, &seen, visit, arg);
+}
+
+}  // namespace compiler
