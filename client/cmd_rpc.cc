@@ -2,6 +2,7 @@
 // Validates requests as element trees, so that the defaults which the library
 // adds can be printed.
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
@@ -20,13 +21,35 @@ namespace {
 
 void Ignore(void* /*context*/, xmlErrorPtr /*error*/) {}
 
-// Blanks between elements are dropped; no line numbers are kept, no entity is
-// replaced and nothing is fetched, as is libxml2's default.
+// No message has a document type declaration (RFC 6241 section 3), so the parser stops
+// where one begins, before its content is read.
+void RefuseDocumentType(void* parser, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
+                        const xmlChar* /*systemId*/) {
+  auto* context = static_cast<xmlParserCtxt*>(parser);
+  xmlStopParser(context);
+  context->wellFormed = 0;
+}
+
+// NULL for what is no well-formed message. The parser would end at a NUL and take what
+// stands before it; the rest of the file is no XML, so the whole is not. Blanks between
+// elements are dropped; no line numbers are kept, no entity is replaced and nothing is
+// fetched, as is libxml2's default.
 xmlDoc* ParseRequest(const std::string& text) {
   if (text.empty() || text.size() > INT_MAX) return nullptr;
+  if (text.find('\0') != std::string::npos) return nullptr;
   xmlSetStructuredErrorFunc(nullptr, Ignore);
   xmlKeepBlanksDefault(0);
-  return xmlParseMemory(text.data(), static_cast<int>(text.size()));
+  xmlParserCtxt* parser = xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
+  if (parser == nullptr) return nullptr;
+  parser->sax->internalSubset = RefuseDocumentType;
+  static_cast<void>(xmlParseDocument(parser));
+  xmlDoc* doc = parser->myDoc;
+  if (parser->wellFormed == 0) {
+    xmlFreeDoc(doc);
+    doc = nullptr;
+  }
+  xmlFreeParserCtxt(parser);
+  return doc;
 }
 
 bool PrintDocument(xmlDoc* doc) {

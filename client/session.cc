@@ -16,13 +16,28 @@
 
 namespace {
 
+// A model chooses what its load errors quote, and must not drive the terminal by it.
+std::string ShowControls(const char* text) {
+  std::string shown;
+  for (; *text != '\0'; ++text) {
+    const auto byte = static_cast<unsigned char>(*text);
+    if (byte >= 0x20 && byte != 0x7f) {
+      shown += *text;
+      continue;
+    }
+    char escape[5];
+    static_cast<void>(std::snprintf(escape, sizeof(escape), "\\x%02x", byte));
+    shown += escape;
+  }
+  return shown;
+}
+
 uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* printed) {
   *static_cast<bool*>(printed) = true;
-  if (file == nullptr) {
-    static_cast<void>(std::fprintf(stderr, "%s: %s\n", module, message));
-  } else {
-    static_cast<void>(std::fprintf(stderr, "%s: %s: %s\n", module, file, message));
-  }
+  std::string line = ShowControls(module) + ": ";
+  if (file != nullptr) line += ShowControls(file) + ": ";
+  line += ShowControls(message) + "\n";
+  static_cast<void>(std::fputs(line.c_str(), stderr));
   return 0;
 }
 
