@@ -7,8 +7,10 @@
 //
 // libxml2 compares the attributes of an element with each other, those included
 // that the internal subset of a DTD gives to every element of a name. Some tens of
-// kilobytes of such declarations cost most of a minute, so a text with more than a few
-// is refused; RFC 6241 section 3 allows no DTD in a message at all.
+// kilobytes of such declarations cost most of a minute, so a model with more than a few
+// is refused. A message must have no document type declaration at all (RFC 6241
+// section 3): its entities would stay references in the printed result, and the next
+// reader would expand them into content that nobody has checked.
 #include "context/xml_parse.h"
 
 #include <libxml/SAX2.h>
@@ -29,6 +31,7 @@ namespace {
 // What came up during one parse.
 struct ParseNotes {
   bool lostMemory;
+  bool refused;  // the parser was stopped at what is not allowed
   uint32_t attributeDefaults;
 };
 }  // namespace
@@ -39,6 +42,18 @@ static void NoteLostMemory(void* notes, xmlErrorPtr error) {
   static_cast<ParseNotes*>(notes)->lostMemory = true;
 }
 
+static void Refuse(xmlParserCtxt* context) {
+  static_cast<ParseNotes*>(context->_private)->refused = true;
+  xmlStopParser(context);
+}
+
+// In place of libxml2's handler of document type declarations. It is called when the
+// name and the address have been read, and before what stands in brackets is.
+static void RefuseDocumentType(void* parser, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
+                               const xmlChar* /*systemId*/) {
+  Refuse(static_cast<xmlParserCtxt*>(parser));
+}
+
 // In place of libxml2's handler of attribute declarations, which it calls.
 static void CountAttributeDefault(void* parser, const xmlChar* element, const xmlChar* name,
                                   int type, int use, const xmlChar* value,
@@ -47,7 +62,7 @@ static void CountAttributeDefault(void* parser, const xmlChar* element, const xm
   auto* notes = static_cast<ParseNotes*>(context->_private);
   xmlSAX2AttributeDecl(parser, element, name, type, use, value, choices);
   if (value == nullptr) return;
-  if (++notes->attributeDefaults > kMaxAttributeDefaults) xmlStopParser(context);
+  if (++notes->attributeDefaults > kMaxAttributeDefaults) Refuse(context);
 }
 
 XmlSilence::XmlSilence()
@@ -122,7 +137,7 @@ static xmlDoc* TakeDocument(xmlParserCtxt* context) {
   return nullptr;
 }
 
-xmlDoc* ParseXmlText(const char* text, size_t size) {
+static xmlDoc* Parse(const char* text, size_t size, bool isMessage) {
   if (text == nullptr || size == 0 || size > INT_MAX) return nullptr;
   const XmlSilence silence;
   const ParserDefaults defaults;
@@ -132,11 +147,20 @@ xmlDoc* ParseXmlText(const char* text, size_t size) {
   if (!context) return nullptr;
   context->_private = &notes;
   context->sax->attributeDecl = CountAttributeDefault;
+  if (isMessage) context->sax->internalSubset = RefuseDocumentType;
   static_cast<void>(xmlParseDocument(context.Get()));
   xmlDoc* doc = TakeDocument(context.Get());
-  if (!notes.lostMemory && notes.attributeDefaults <= kMaxAttributeDefaults) return doc;
+  if (!notes.lostMemory && !notes.refused) return doc;
   xmlFreeDoc(doc);
   return nullptr;
+}
+
+xmlDoc* ParseXmlText(const char* text, size_t size) {
+  return Parse(text, size, false);
+}
+
+xmlDoc* ParseXmlMessage(const char* text, size_t size) {
+  return Parse(text, size, true);
 }
 
 void FreeParsedDocument(xmlDoc* doc) {

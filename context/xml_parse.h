@@ -9,9 +9,14 @@
 // nothing is written to standard error. No external subset, entity or network
 // address is followed, whatever the client has set, and the calling thread's
 // libxml2 settings are as before afterwards, but for the indentation of output.
-// NULL when the text is not well-formed, empty, too long for libxml2, declares more
-// than 16 attributes with defaults, or when libxml2 ran out of memory.
+// NULL when the text is not well-formed, empty, too long for libxml2, or when
+// libxml2 ran out of memory.
+//
+// A model may have a document type declaration that gives attributes to elements 16
+// times at most. A message may have none: it is refused at the declaration, before
+// what the declaration holds is read.
 xmlDoc* ParseXmlText(const char* text, size_t size);
+xmlDoc* ParseXmlMessage(const char* text, size_t size);
 
 // Frees such a document, or NULL.
 void FreeParsedDocument(xmlDoc* doc);

@@ -20,7 +20,7 @@ static uint32_t RunOnDocument(QmCtx* ctx, xmlDoc* doc) {
 
 // The document's text, indented; NULL without memory. It is freed with xmlFree.
 static xmlChar* ValidatedText(QmCtx* ctx, const char* xmlText) {
-  const QmOwn<FreeParsedDocument> doc(ParseXmlText(xmlText, std::strlen(xmlText)));
+  const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(xmlText, std::strlen(xmlText)));
   if (!doc || RunOnDocument(ctx, doc.Get()) != QM_OK) return nullptr;
   const XmlSilence silence;
   xmlChar* text = nullptr;

@@ -22,6 +22,9 @@
  * messages on one context at the same time, as long as no load and no unload is
  * in progress on it. One data tree belongs to one run at a time.
  *
+ * A message has no document type declaration (RFC 6241 section 3): one that has any
+ * is refused before what is declared is read.
+ *
  * Deliberate limits: list entries with equal keys and equal leaf-list values are
  * not detected, min-elements and max-elements are not checked, leafrefs and
  * instance-identifiers are checked for their value and not for the instance
@@ -129,7 +132,9 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux *aux, xmlNo
  * schema that nests more than 4096 levels below the rpc or action is refused with
  * the general error record.
  *
- * Element input has two conditions:
+ * Element input has three conditions:
+ * - Its document must have neither an internal nor an external subset. What entities
+ *   stand for would be expanded by the next reader and is checked by nobody.
  * - The element must have a parent, for example the document that it is the
  *   root of. Conditions are evaluated within that parent; without one, every
  *   when and must of the tree fails ("Failed to check must condition of …").
@@ -139,7 +144,8 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux *aux, xmlNo
  *   defaults added below it are neither handed to the callback nor removed after
  *   a failure. A client that wants no such surprise hands in elements with other
  *   line numbers, for example those of a text without line breaks, or of a
- *   parser that keeps no line numbers.
+ *   parser that keeps no line numbers: `xmlParseMemory` keeps none unless the client
+ *   has called `xmlLineNumbersDefault(1)`, while `xmlReadMemory` always keeps them.
  *
  * The `_private` pointers of the whole tree are overwritten, and NULL
  * afterwards.
@@ -149,7 +155,8 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux *aux, xmlNo
  * @param[in]     inputKind        #QM_INPUT_ELEMENT: @p data is an `xmlNode`;
  *                                 anything else: a NUL-terminated XML text.
  * @param[in,out] data             The message; it stays the caller's. NULL, an
- *                                 unparsable text and a node that is no element
+ *                                 unparsable text, a node that is no element and
+ *                                 a message with a document type declaration
  *                                 give the general error record.
  * @param[in]     defaultCallback  Called for each added element that is kept,
  *                                 after a successful run; may be NULL. Give one
@@ -193,8 +200,8 @@ QM_API QmErrNode *QM_CTX_ValidateRpcDataTree(QmCtx *ctx, uint32_t inputKind, voi
  * @param[in] callbackArg     Handed to @p outputCallback.
  *
  * @retval 0   The notification is valid, and the callback, if any, returned 0.
- * @retval 22  An argument is NULL, the text is not well-formed, the
- *             notification is invalid, or there was no memory.
+ * @retval 22  An argument is NULL, the text is not well-formed or has a document
+ *             type declaration, the notification is invalid, or there was no memory.
  * @return Otherwise the result of @p outputCallback.
  *
  * @par Thread safety

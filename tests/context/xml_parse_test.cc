@@ -13,6 +13,7 @@
 #include <string>
 
 #include "context/xml_tree.h"
+#include "tests/support/xml_memory.h"
 
 namespace {
 
@@ -132,6 +133,59 @@ TEST(ParseXmlText, MoreThan16AttributesThatADtdGivesToElementsAreRefused) {
   EXPECT_TRUE(ParsesWithDeclarations("<!ATTLIST a b", " CDATA #IMPLIED>", 1000));
   EXPECT_TRUE(ParsesWithDeclarations("<!ATTLIST a b", " (x|y) #REQUIRED>", 1000));
   EXPECT_TRUE(ParsesWithDeclarations("<!ELEMENT a", " ANY>", 1000));
+}
+
+namespace {
+
+xmlDoc* ParseMessage(const std::string& text) {
+  return ParseXmlMessage(text.data(), text.size());
+}
+
+// How many blocks libxml2 asks for while it refuses a message.
+uint64_t BlocksForRefusing(const std::string& text) {
+  constexpr uint64_t kNever = uint64_t{1} << 40;
+  xml_memory::RefuseNth(kNever);
+  EXPECT_EQ(nullptr, ParseMessage(text));
+  const uint64_t asked = kNever - xml_memory::Left();
+  xml_memory::RefuseNth(0);
+  return asked;
+}
+
+}  // namespace
+
+TEST(ParseXmlMessage, IsParsedLikeAnyTextWithoutDocumentType) {
+  xmlDoc* doc = ParseMessage("<?xml version='1.0'?><!-- c --><?p?><a> <b/> </a>");
+  ASSERT_NE(nullptr, doc);
+  EXPECT_EQ(nullptr, doc->intSubset);
+  EXPECT_STREQ("b", XmlText(xmlDocGetRootElement(doc)->children->name));
+  FreeParsedDocument(doc);
+  EXPECT_EQ(nullptr, ParseMessage("<a>"));
+  EXPECT_EQ(nullptr, ParseMessage(""));
+}
+
+TEST(ParseXmlMessage, AnyDocumentTypeIsRefused) {
+  for (const char* declaration :
+       {"a", "a []", "a SYSTEM 'a.dtd'", "a PUBLIC 'p' 'a.dtd'", "a SYSTEM 'a.dtd' []",
+        "a [<!ENTITY e 'x'>]", "a [<!ATTLIST a b CDATA #IMPLIED>]", "html"}) {
+    SCOPED_TRACE(declaration);
+    const std::string text = std::string("<!DOCTYPE ") + declaration + "><a/>";
+    EXPECT_EQ(nullptr, ParseMessage(text));
+    xmlDoc* model = Parse(text);
+    EXPECT_NE(nullptr, model) << "a model may have it";
+    FreeParsedDocument(model);
+  }
+}
+
+TEST(ParseXmlMessage, NothingOfADocumentTypeIsRead) {
+  ASSERT_TRUE(xml_memory::Install());
+  std::string attributes;
+  for (int i = 0; i < 5000; ++i)
+    attributes += "<!ATTLIST a b" + std::to_string(i) + " ID #IMPLIED>";
+  // A text of the same length, since libxml2 keeps a copy of it.
+  const std::string comment = "<!--" + std::string(attributes.size() - 7, ' ') + "-->";
+  const std::string empty = "<!DOCTYPE a []>" + comment + "<a/>";
+  BlocksForRefusing(empty);  // the first parse sets libxml2 up
+  EXPECT_EQ(BlocksForRefusing(empty), BlocksForRefusing("<!DOCTYPE a [" + attributes + "]><a/>"));
 }
 
 namespace {

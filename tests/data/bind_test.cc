@@ -301,7 +301,12 @@ TEST(BindEntities, ReferencesAreNotEntered) {
   QMD_PAS_ClearXmlTreePrivate(doc.root());
   Schema schema;
   schema.Load("m", kRpc);
-  EXPECT_EQ("valid", ValidateRpc(schema.ctx(), doc));
+  QmCheckAux aux = {};
+  QMD_PAS_InitCheckAux(&aux, schema.ctx(), QMD_MODE_RPC, nullptr, nullptr);
+  EXPECT_EQ(0u, QMD_PAS_ValidateDataTree(&aux, doc.root())) << "what the entry points refuse";
+  EXPECT_EQ(2u, doc.BoundElements());
+  QMD_PAS_ClearXmlTreePrivate(doc.root());
+  EXPECT_EQ(0u, doc.BoundElements());
 }
 
 }  // namespace

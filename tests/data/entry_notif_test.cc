@@ -84,7 +84,10 @@ TEST_F(NotifEntry, EveryFailureGives22AndNoCallback) {
                          "<n xmlns='urn:x'/>",
                          "<q xmlns='urn:m'/>",
                          "<n xmlns='urn:m'><q/></n>",
-                         "<n xmlns='urn:m'><c/><c/></n>"};
+                         "<n xmlns='urn:m'><c/><c/></n>",
+                         "<!DOCTYPE n><n xmlns='urn:m'/>",
+                         "<!DOCTYPE n SYSTEM 'n.dtd'><n xmlns='urn:m'/>",
+                         "<!DOCTYPE n [<!ENTITY e 'x'>]><n xmlns='urn:m'/>"};
   for (const char* text : texts) {
     SCOPED_TRACE(text);
     EXPECT_EQ(22u, Validate(text));

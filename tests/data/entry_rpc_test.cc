@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "context/xml_tree.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
 
@@ -182,10 +183,39 @@ TEST_F(RpcEntry, ParsedTextHasNoLineNumbersToConfuse) {
   xmlLineNumbersDefault(before);
 }
 
-TEST_F(RpcEntry, EntitiesOfADoctypeAreNotExpanded) {
-  EXPECT_EQ(
-      "9|/m:r/b|Unexpected element: b.|b|-",
-      ValidateRpc(schema_.ctx(), "<!DOCTYPE r [<!ENTITY e 'x'>]><r xmlns='urn:m'><b>&e;</b></r>"));
+constexpr const char* kDocumentTypes[] = {"<!DOCTYPE r>", "<!DOCTYPE r SYSTEM 'r.dtd'>",
+                                          "<!DOCTYPE r []>", "<!DOCTYPE r [<!ENTITY e 'x'>]>",
+                                          "<!DOCTYPE r [<!ATTLIST r b CDATA #IMPLIED>]>"};
+
+TEST_F(RpcEntry, TextWithADocumentTypeGivesTheGeneralRecord) {
+  for (const char* declaration : kDocumentTypes) {
+    SCOPED_TRACE(declaration);
+    EXPECT_EQ(kGeneral,
+              ValidateRpc(schema_.ctx(), std::string(declaration) + "<r xmlns='urn:m'/>"));
+  }
+  EXPECT_EQ(kGeneral, ValidateRpc(schema_.ctx(),
+                                  "<!DOCTYPE r [<!ENTITY e 'x'>]>"
+                                  "<r xmlns='urn:m'><b>&e;</b></r>"));
+}
+
+TEST_F(RpcEntry, ElementOfADocumentWithADocumentTypeGivesTheGeneralRecord) {
+  for (const char* declaration : kDocumentTypes) {
+    SCOPED_TRACE(declaration);
+    Document doc(std::string(declaration) + "<r xmlns='urn:m'><b/></r>");
+    doc.root()->_private = &doc;
+    std::vector<std::string> added;
+    EXPECT_EQ(kGeneral, ValidateRpc(schema_.ctx(), doc, &added));
+    EXPECT_THAT(added, ElementsAre());
+    EXPECT_EQ("<r xmlns=\"urn:m\"><b/></r>", doc.Dump());
+    EXPECT_EQ(0u, doc.BoundElements());
+  }
+}
+
+TEST_F(RpcEntry, ElementOfADocumentWithAnExternalSubsetGivesTheGeneralRecord) {
+  Document doc("<r xmlns='urn:m'><b/></r>");
+  ASSERT_NE(nullptr, xmlNewDtd(doc.doc(), XmlChars("r"), nullptr, XmlChars("r.dtd")));
+  EXPECT_EQ(nullptr, doc.doc()->intSubset);
+  EXPECT_EQ(kGeneral, ValidateRpc(schema_.ctx(), doc));
 }
 
 TEST(InitCheckAux, FieldsAreFilledAndTheListIsEmpty) {

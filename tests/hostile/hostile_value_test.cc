@@ -256,10 +256,11 @@ TEST(HostileTree, OddNamespacesAndXmlAttributesAreHarmless) {
   }
 }
 
-TEST(HostileTree, EntitiesInAttributesAreNotExpanded) {
+TEST(HostileTree, EntitiesInAttributesAreRefused) {
   const std::string module = ModuleText(kTreeBody);
   const std::string dtd = "<!DOCTYPE op [<!ENTITY e 'urn:m'><!ENTITY f 'x'>]>";
-  EXPECT_TRUE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><a b='&f;&f;'>x</a></op>"));
+  EXPECT_TRUE(IsValidRequest(module, "<op xmlns='urn:m'><a b='&amp;&#65;'>x</a></op>"));
+  EXPECT_FALSE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><a b='&f;&f;'>x</a></op>"));
   EXPECT_FALSE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><a b='&g;'>x</a></op>"));
   std::string attributes;
   for (int i = 0; i < 100; ++i) attributes += " CDATA 'x' a" + std::to_string(i);
@@ -270,13 +271,14 @@ TEST(HostileTree, EntitiesInAttributesAreNotExpanded) {
 
 TEST(HostileTree, OnlyTheFirstPieceOfAValueIsRead) {
   const std::string module = ModuleText(kTreeBody);
-  const std::string dtd = "<!DOCTYPE op [<!ENTITY e 'x'>]>";
-  for (const char* rest : {"<![CDATA[x]]>", "<!-- -->x", "<?p?>x", "&e;"}) {
+  const std::string start = "<op xmlns='urn:m'><n>";
+  for (const char* rest : {"<![CDATA[x]]>", "<!-- -->x", "<?p?>x"}) {
     SCOPED_TRACE(rest);
-    EXPECT_TRUE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><n>1" + rest + "</n></op>"));
-    EXPECT_FALSE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><n>x" + rest + "</n></op>"));
-    EXPECT_FALSE(IsValidRequest(module, dtd + "<op xmlns='urn:m'><n>" + rest + "1</n></op>"));
+    EXPECT_TRUE(IsValidRequest(module, start + "1" + rest + "</n></op>"));
+    EXPECT_FALSE(IsValidRequest(module, start + "x" + rest + "</n></op>"));
+    EXPECT_FALSE(IsValidRequest(module, start + rest + "1</n></op>"));
   }
+  EXPECT_FALSE(IsValidRequest(module, "<!DOCTYPE op [<!ENTITY e 'x'>]>" + start + "1&e;</n></op>"));
   EXPECT_FALSE(IsValidRequest(module, "<op xmlns='urn:m'><n>1<x/></n></op>"));
 }
 
@@ -354,10 +356,11 @@ TEST(HostileTree, NodesThatAreNoElementsAreRefused) {
   xmlNode* text = xmlAddChild(tree.root(), xmlNewDocText(tree.doc(), Xml("x")));
   xmlNode* data = xmlAddChild(tree.root(), xmlNewCDataBlock(tree.doc(), Xml("x"), 1));
   xmlNode* reference = xmlAddChild(tree.root(), xmlNewReference(tree.doc(), Xml("e")));
-  xmlDtd* dtd = xmlCreateIntSubset(tree.doc(), Xml("op"), nullptr, nullptr);
-  void* nodes[] = {tree.doc(), attribute, comment, text, data, reference, dtd};
+  void* nodes[] = {tree.doc(), attribute, comment, text, data, reference};
   for (void* node : nodes) EXPECT_EQ(18u, tree.Validate(node));
   EXPECT_EQ(0u, tree.Validate(tree.root()));
+  EXPECT_EQ(18u, tree.Validate(xmlCreateIntSubset(tree.doc(), Xml("op"), nullptr, nullptr)));
+  EXPECT_EQ(18u, tree.Validate(tree.root())) << "the document has a type now";
 }
 
 TEST(HostileTree, ElementsWithPartsMissingAreHandled) {
@@ -375,13 +378,20 @@ TEST(HostileTree, ElementsWithPartsMissingAreHandled) {
 
 TEST(HostileTree, EntityReferencesLeadNowhere) {
   HandMade tree;
-  xmlCreateIntSubset(tree.doc(), Xml("op"), nullptr, nullptr);
+  xmlDtd* dtd = xmlCreateIntSubset(tree.doc(), Xml("op"), nullptr, nullptr);
   xmlAddDocEntity(tree.doc(), Xml("e"), XML_INTERNAL_GENERAL_ENTITY, nullptr, nullptr,
                   Xml("<n>999</n>"));
-  xmlAddChild(tree.root(), xmlNewReference(tree.doc(), Xml("e")));
+  xmlNode* reference = xmlAddChild(tree.root(), xmlNewReference(tree.doc(), Xml("e")));
+  xmlNode* inLeaf = xmlNewReference(tree.doc(), Xml("e"));
+  EXPECT_EQ(18u, tree.Validate(tree.root())) << "the document has a type";
+  // The references go on leading to the entity when the document has no type any more.
+  xmlUnlinkNode(static_cast<xmlNode*>(static_cast<void*>(dtd)));
+  ASSERT_EQ(nullptr, tree.doc()->intSubset);
+  ASSERT_NE(nullptr, reference->children);
   EXPECT_EQ(0u, tree.Validate(tree.root())) << "what the entity holds is no part of the tree";
-  xmlAddChild(tree.Add("a"), xmlNewReference(tree.doc(), Xml("e")));
+  xmlAddChild(tree.Add("a"), inLeaf);
   EXPECT_EQ(9u, tree.Validate(tree.root()));
+  xmlFreeDtd(dtd);
 }
 
 }  // namespace
