@@ -37,7 +37,10 @@ uint32_t QM_XPATH_EqualityCompareAsString(QmXpathObject* left, QmXpathObject* ri
 uint32_t QM_XPATH_RelationalCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
                                              uint32_t operation, uint32_t* result);
 
-// Turns the operands that are nodes into strings.
+// Turns the operands that are nodes into strings, the left one first: 0, or 12 when a
+// text cannot be copied. A bound element, no identityref, whose text has 1,024
+// characters or more stays a node: it would be copied for each comparison, and the
+// comparisons below take it as it is, with the same results.
 uint32_t QM_XPATH_ProcessArgumentsWithNodeSet(QmXpathObject* left, QmXpathObject* right);
 
 // The operation of an expression type; NULL for those without one.

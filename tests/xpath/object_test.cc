@@ -9,6 +9,7 @@
 
 #include "context/guard.h"
 #include "context/xml_tree.h"
+#include "tests/support/condition_tree.h"
 #include "tests/support/counting_memory.h"
 #include "xpath/compare.h"
 #include "xpath/functions.h"
@@ -158,6 +159,35 @@ TEST(FuncStringInner, ConvertsEachTypeButNumbers) {
   EXPECT_EQ("abc", StringOf(Operand(std::string("abc"))));
   EXPECT_EQ("", StringOf(Operand(static_cast<xmlNode*>(nullptr))));
   EXPECT_EQ("status 22", StringOf(Operand(1.0)));
+}
+
+// A long text is not copied: its node stays, and compares like the copy.
+TEST(ProcessArgumentsWithNodeSet, LeavesANodeWithATextOf1024CharactersANode) {
+  for (const size_t length : {size_t{1023}, size_t{1024}, size_t{100000}}) {
+    SCOPED_TRACE(length);
+    const std::string text(length, 'x');
+    condition_tree::Tree tree("<a>" + text + "</a><id>" + text + "</id>");
+    const uint32_t kept = length < 1024 ? QM_XPATH_OBJECT_STRING : QM_XPATH_OBJECT_NODE;
+    Operand left(tree.Element("a"));
+    Operand right(text);
+    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(left.Get(), right.Get()));
+    EXPECT_EQ(kept, left.Get()->type);
+    uint32_t equal = 0;
+    EXPECT_EQ(0u,
+              QM_XPATH_EqualityCompareAsString(left.Get(), right.Get(), QM_XPATH_OP_EQUAL, &equal));
+    EXPECT_EQ(1u, equal);
+    Operand other(text);
+    Operand node(tree.Element("a"));
+    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(other.Get(), node.Get()));
+    EXPECT_EQ(kept, node.Get()->type) << "on the right too";
+    Operand identity(tree.Element("id"));
+    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(identity.Get(), other.Get()));
+    EXPECT_EQ(QM_XPATH_OBJECT_STRING, identity.Get()->type) << "its prefix is rewritten";
+    tree.Element("a")->_private = nullptr;
+    Operand unbound(tree.Element("a"));
+    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(unbound.Get(), other.Get()));
+    EXPECT_EQ(QM_XPATH_OBJECT_STRING, unbound.Get()->type);
+  }
 }
 
 TEST(FuncNotInner, NegatesEachType) {
