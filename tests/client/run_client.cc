@@ -16,10 +16,9 @@ std::string ReadAll(FILE* file) {
   return text;
 }
 
-[[noreturn]] void Exec(const std::string& dir, const std::vector<std::string>& args, FILE* in,
-                       FILE* out, FILE* err) {
+[[noreturn]] void Exec(std::string program, const std::string& dir,
+                       const std::vector<std::string>& args, FILE* in, FILE* out, FILE* err) {
   std::vector<char*> argv;
-  std::string program = QMODEL_CLIENT;
   argv.push_back(program.data());
   std::vector<std::string> copies = args;
   for (std::string& arg : copies) argv.push_back(arg.data());
@@ -32,8 +31,8 @@ std::string ReadAll(FILE* file) {
 
 }  // namespace
 
-ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args,
-                    const std::string& input) {
+ClientRun RunProgram(const std::string& program, const std::string& dir,
+                     const std::vector<std::string>& args, const std::string& input) {
   ClientRun run;
   FILE* in = std::tmpfile();
   FILE* out = std::tmpfile();
@@ -41,7 +40,7 @@ ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args
   std::fwrite(input.data(), 1, input.size(), in);
   std::rewind(in);
   const pid_t pid = fork();
-  if (pid == 0) Exec(dir, args, in, out, err);
+  if (pid == 0) Exec(program, dir, args, in, out, err);
   int status = 0;
   if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) {
     run.status = WEXITSTATUS(status);
@@ -52,4 +51,9 @@ ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args
   std::fclose(out);
   std::fclose(err);
   return run;
+}
+
+ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args,
+                    const std::string& input) {
+  return RunProgram(QMODEL_CLIENT, dir, args, input);
 }

@@ -10,6 +10,10 @@ struct ClientRun {
   std::string err;
 };
 
-// Runs the program in `dir` with these arguments and this standard input.
+// Runs `program` in `dir` with these arguments and this standard input.
+ClientRun RunProgram(const std::string& program, const std::string& dir,
+                     const std::vector<std::string>& args, const std::string& input = "");
+
+// Runs the program qmodel in `dir` with these arguments and this standard input.
 ClientRun RunClient(const std::string& dir, const std::vector<std::string>& args,
                     const std::string& input = "");
