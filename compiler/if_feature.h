@@ -27,6 +27,8 @@ struct FeatureExpr {
   std::string text;
   std::vector<FeatureNode> nodes;
   uint32_t root = 0;
+  std::vector<XpathError> slips;  // what the grammar forbids though the meaning is plain: a
+                                  // blank missing next to a parenthesis
 
   std::string_view Of(TextSpan span) const noexcept {
     return std::string_view(text).substr(span.begin, span.end - span.begin);
