@@ -3,29 +3,60 @@
 // node kind, and the kinds that make no element themselves. Choice, case and input
 // hand their children the data parent on; list entries are completed but never
 // made; default values of leaf-lists are never added, deliberately. Leaves and
-// containers, which do make elements, are in complete_node.cc.
+// containers, which do make elements, are in complete_node.cc. The way down is a walk
+// over the schema; each kind only says what it goes through.
 
 #include "data/data_node.h"
 #include "data/defaults.h"
 #include "data/element_walk.h"
 #include "data/schema_query.h"
 
-const QmdCompleteFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
-    nullptr,                               // none
-    QMD_PAS_CompleteDataTreeForContainer,  // container
-    QMD_PAS_CompleteDataTreeForLeaf,       // leaf
-    QMD_PAS_CompleteDataTreeForLeaflist,   // leaf-list
-    QMD_PAS_CompleteDataTreeForList,       // list
-    QMD_PAS_CompleteDataTreeForChoice,     // choice
-    QMD_PAS_CompleteDataTreeForCase,       // case
-    nullptr,                               // anydata
-    nullptr,                               // anyxml
-    QMD_PAS_CompleteDataTreeForRpc,        // action
-    QMD_PAS_CompleteDataTreeForRpc,        // rpc
-    nullptr,                               // notification
-    QMD_PAS_CompleteDataTreeForInput,      // input
-    nullptr,                               // output
-    nullptr,                               // augment
+static uint32_t OpenLeaflist(QmdWalk*, xmlNode*, QmsNode*, QmdLevel*) {
+  return QM_OK;
+}
+
+static uint32_t OpenChildrenInParent(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode,
+                                     QmdLevel* level) {
+  OpenChildren(level, schemaNode, dataParent);
+  return QM_OK;
+}
+
+// An action is completed only where it is the start: one further down stands,
+// illegally, in the input of an operation, where its own input has no element to be
+// added to.
+static uint32_t OpenAction(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                           QmdLevel* level) {
+  if (walk->count == 0) OpenChildren(level, schemaNode, dataParent);
+  return QM_OK;
+}
+
+static uint32_t OpenChoice(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level) {
+  QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
+  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
+  if (branch != nullptr) OpenBranch(level, schemaNode, branch, dataParent);
+  return QM_OK;
+}
+
+static uint32_t OpenList(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level) {
+  return OpenEntries(level, schemaNode, dataParent);
+}
+
+static constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
+    nullptr,               // none
+    OpenDefaultContainer,  // container
+    AddDefaultOfLeaf,      // leaf
+    OpenLeaflist,          // leaf-list
+    OpenList,              // list
+    OpenChoice,            // choice
+    OpenChildrenInParent,  // case
+    nullptr,               // anydata
+    nullptr,               // anyxml
+    OpenAction,            // action
+    OpenChildrenInParent,  // rpc
+    nullptr,               // notification
+    OpenChildrenInParent,  // input
+    nullptr,               // output
+    nullptr,               // augment
 };
 static_assert(QMS_NODE_CONTAINER == 1 && QMS_NODE_CASE == 6 && QMS_NODE_RPC == 10 &&
                   QMS_NODE_INPUT == 12 && QMS_NODE_KIND_COUNT == 15,
@@ -47,75 +78,54 @@ uint32_t QMD_PAS_CompleteSubTree(QmCheckAux* aux, xmlNode* dataParent, QmsNode* 
   if (aux == nullptr || dataParent == nullptr || schemaNode == nullptr || outAdded == nullptr) {
     return QM_INVALID;
   }
-  if (schemaNode->kind >= QMS_NODE_KIND_COUNT) return QM_INVALID;
-  if (QM_NODE_IsEnabled(schemaNode) == 0) return QM_OK;
-  const QmdCompleteFunc complete = g_qmdCompleteFuncTbl[schemaNode->kind];
-  if (complete == nullptr) return QM_OK;
-  if (aux->nesting >= kQmdMaxNesting) return QM_INVALID;
-  ++aux->nesting;
-  const uint32_t ret = complete(aux, dataParent, schemaNode, outAdded);
-  --aux->nesting;
-  return ret;
+  QmdWalk walk;
+  InitSchemaWalk(&walk, aux, g_qmdCompleteFuncTbl, CloseDefaultContainer, outAdded);
+  return WalkSchemaNode(&walk, dataParent, schemaNode);
 }
 
-// Completes what the walk comes to. An action is completed only where it is the start:
-// one further down stands, illegally, in the input of an operation, where its own input
-// has no element to be added to.
-static uint32_t CompleteFoundNode(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                  uint32_t* outAdded) {
-  if (schemaNode->kind == QMS_NODE_ACTION) return QM_OK;
-  return QMD_PAS_CompleteSubTree(aux, dataParent, schemaNode, outAdded);
+static uint32_t CompleteAs(QmdOpenFunc open, QmCheckAux* aux, xmlNode* dataParent,
+                           QmsNode* schemaNode, uint32_t* outAdded) {
+  QmdWalk walk;
+  InitSchemaWalk(&walk, aux, g_qmdCompleteFuncTbl, CloseDefaultContainer, outAdded);
+  return WalkSchemaNodeAs(&walk, open, dataParent, schemaNode);
 }
 
-// How far the defaults of a parent came is of no use for those of another one. What
-// has no element, as a case, completes its caller's parent and passes it on.
-uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                uint32_t* outAdded) {
-  const QmdPlace outer = aux->place;
-  uint32_t ret = QM_OK;
-  for (QmsNode* child = schemaNode->firstChild; child != nullptr; child = child->next) {
-    ret = CompleteFoundNode(aux, dataParent, child, outAdded);
-    if (ret != QM_OK) break;
-  }
-  if (QMD_MDL_IsSchemaNodeNeedSkipInDataTree(schemaNode) == 0) aux->place = outer;
-  return ret;
+uint32_t QMD_PAS_CompleteDataTreeForContainer(QmCheckAux* aux, xmlNode* dataParent,
+                                              QmsNode* schemaNode, uint32_t* outAdded) {
+  return CompleteAs(OpenDefaultContainer, aux, dataParent, schemaNode, outAdded);
 }
 
-uint32_t QMD_PAS_CompleteDataTreeForRpc(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                        uint32_t* outAdded) {
-  return CompleteSchemaChildren(aux, dataParent, schemaNode, outAdded);
-}
-
-uint32_t QMD_PAS_CompleteDataTreeForInput(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                          uint32_t* outAdded) {
-  return CompleteSchemaChildren(aux, dataParent, schemaNode, outAdded);
-}
-
-uint32_t QMD_PAS_CompleteDataTreeForCase(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+uint32_t QMD_PAS_CompleteDataTreeForLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
                                          uint32_t* outAdded) {
-  return CompleteSchemaChildren(aux, dataParent, schemaNode, outAdded);
+  return CompleteAs(AddDefaultOfLeaf, aux, dataParent, schemaNode, outAdded);
 }
 
-uint32_t QMD_PAS_CompleteDataTreeForChoice(QmCheckAux* aux, xmlNode* dataParent,
-                                           QmsNode* schemaNode, uint32_t* outAdded) {
-  QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
-  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
-  if (branch == nullptr) return QM_OK;
-  return CompleteFoundNode(aux, dataParent, branch, outAdded);
-}
-
-uint32_t QMD_PAS_CompleteDataTreeForLeaflist(QmCheckAux*, xmlNode*, QmsNode*, uint32_t*) {
-  return QM_OK;
+uint32_t QMD_PAS_CompleteDataTreeForLeaflist(QmCheckAux* aux, xmlNode* dataParent,
+                                             QmsNode* schemaNode, uint32_t* outAdded) {
+  return CompleteAs(OpenLeaflist, aux, dataParent, schemaNode, outAdded);
 }
 
 uint32_t QMD_PAS_CompleteDataTreeForList(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
                                          uint32_t* outAdded) {
-  if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) return QM_OK;
-  xmlNode* entry = NextBoundSibling(dataParent->children, schemaNode);
-  while (entry != nullptr) {
-    const uint32_t ret = CompleteSchemaChildren(aux, entry, schemaNode, outAdded);
-    if (ret != QM_OK) return ret;
-    entry = NextBoundSibling(entry->next, schemaNode);
-  }
-  return QM_OK;
+  return CompleteAs(OpenList, aux, dataParent, schemaNode, outAdded);
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForChoice(QmCheckAux* aux, xmlNode* dataParent,
+                                           QmsNode* schemaNode, uint32_t* outAdded) {
+  return CompleteAs(OpenChoice, aux, dataParent, schemaNode, outAdded);
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForCase(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                         uint32_t* outAdded) {
+  return CompleteAs(OpenChildrenInParent, aux, dataParent, schemaNode, outAdded);
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForRpc(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                        uint32_t* outAdded) {
+  return CompleteAs(OpenChildrenInParent, aux, dataParent, schemaNode, outAdded);
+}
+
+uint32_t QMD_PAS_CompleteDataTreeForInput(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+                                          uint32_t* outAdded) {
+  return CompleteAs(OpenChildrenInParent, aux, dataParent, schemaNode, outAdded);
 }

@@ -82,40 +82,48 @@ static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* sc
   return ret;
 }
 
-uint32_t QMD_PAS_CompleteDataTreeForLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                         uint32_t* outAdded) {
+uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel*) {
   if (schemaNode->payload == nullptr) return QM_INVALID;
   const char* value = QM_NODE_GetDefaultValueStr(schemaNode);
   if (value == nullptr || FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
-  const uint32_t ret = AddDefaultLeaf(aux, dataParent, schemaNode, value);
-  if (ret == QM_OK) *outAdded = 1;
+  const uint32_t ret = AddDefaultLeaf(walk->aux, dataParent, schemaNode, value);
+  if (ret == QM_OK) NoteAdded(walk);
   return ret;
 }
 
-static uint32_t AddDefaultContainer(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                    uint32_t* outAdded) {
-  NewElement container(QMD_NODE_CreateNewChildNode(dataParent, schemaNode));
-  if (!container) return QM_NO_MEMORY;
-  MarkAndPlace(aux, container.Get(), schemaNode);
-  uint32_t addedBelow = 0;
-  uint32_t ret = CompleteSchemaChildren(aux, container.Get(), schemaNode, &addedBelow);
-  if (ret != QM_OK || addedBelow == 0) return ret;
-  ret = QMD_PAS_AddDefaultNodeToList(&aux->defaultList, container.Get());
-  if (ret != QM_OK) return ret;
-  static_cast<void>(container.Release());
-  *outAdded = 1;
+static uint32_t MakeContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* level) {
+  level->made = QMD_NODE_CreateNewChildNode(dataParent, schemaNode);
+  if (level->made == nullptr) return QM_NO_MEMORY;
+  MarkAndPlace(walk->aux, level->made, schemaNode);
+  OpenChildren(level, schemaNode, level->made);
   return QM_OK;
 }
 
-uint32_t QMD_PAS_CompleteDataTreeForContainer(QmCheckAux* aux, xmlNode* dataParent,
-                                              QmsNode* schemaNode, uint32_t* outAdded) {
+uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* level) {
   if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) return QM_OK;
   xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode);
-  if (existing != nullptr) return CompleteSchemaChildren(aux, existing, schemaNode, outAdded);
+  if (existing != nullptr) {
+    OpenChildren(level, schemaNode, existing);
+    return QM_OK;
+  }
   // A namesake of another module counts as existing, and nothing in it is ours.
   if (FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0 || schemaNode->firstChild == nullptr) {
     return QM_OK;
   }
-  return AddDefaultContainer(aux, dataParent, schemaNode, outAdded);
+  return MakeContainer(walk, dataParent, schemaNode, level);
+}
+
+uint32_t CloseDefaultContainer(QmdWalk* walk, const QmdLevel* level, uint32_t ret) {
+  NewElement container(level->made);
+  if (container && ret == QM_OK && level->added)
+    ret = QMD_PAS_AddDefaultNodeToList(&walk->aux->defaultList, container.Get());
+  if (container && ret != QM_OK) return ret;
+  if (level->added) {
+    static_cast<void>(container.Release());
+    NoteAdded(walk);
+  }
+  return ret;
 }

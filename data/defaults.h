@@ -6,14 +6,17 @@
 
 #include "context/internal.h"
 #include "data/records.h"
+#include "data/schema_walk.h"
 
 // Makes `head` the sentinel of an empty list. It stays at its address.
 void InitDefaultNodeList(QmDefaultNodeEntry* head);
-// Completes each child of `schemaNode` inside `dataParent`.
-uint32_t CompleteSchemaChildren(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                uint32_t* outAdded);
 
-extern const QmdCompleteFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT];
+// Completion of the kinds that make elements: a leaf at once, a container when the
+// walk leaves it and something was added in it.
+uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level);
+uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* level);
+uint32_t CloseDefaultContainer(QmdWalk* walk, const QmdLevel* level, uint32_t ret);
 
 QM_BEGIN_INTERNAL_DECLS
 

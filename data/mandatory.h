@@ -7,8 +7,6 @@
 #include "context/internal.h"
 #include "data/records.h"
 
-extern const QmdMandatoryFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT];
-
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMD_PAS_CheckContainerMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);

@@ -66,9 +66,9 @@ struct QmCheckAux {
   uint32_t nesting;  // schema levels that completion or the mandatory check is in
 };
 
-// Completion and the mandatory check recurse where they make an element for a
-// container, so their depth is the schema's and not the message's. Augments of
-// augments could stack a schema higher than a stack; beyond this they refuse it.
+// Completion and the mandatory check make elements for missing containers, so their
+// depth is the schema's and not the message's. Augments of augments could stack a
+// schema without end; beyond this they refuse it.
 constexpr uint32_t kQmdMaxNesting = 4096;
 
 // Elements that a run adds as defaults carry this number as their line.
@@ -80,7 +80,3 @@ struct QmdPathBuf {
   char* buffer;       // kQmdPathBufSize bytes
   uint32_t position;  // of the first character written
 };
-
-using QmdCompleteFunc = uint32_t (*)(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
-                                     uint32_t* outAdded);
-using QmdMandatoryFunc = uint32_t (*)(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);

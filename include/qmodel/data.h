@@ -68,6 +68,7 @@ typedef uint32_t (*QmNotifOutputFunc)(const char *dumpedText, void *callbackArg)
  * @param[in,out] node  Bound element. NULL and unbound elements are refused.
  *
  * @retval 0      Nothing is missing.
+ * @retval 12     There was no memory for the levels of a deep schema.
  * @retval 22     An argument was refused, the run is neither one of a request
  *                nor of a notification, a node is missing (the run then holds
  *                the error record), there was no memory for a temporary
@@ -102,6 +103,7 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckTreeMandatory(QmCheckAux *aux, xmlNode 
  * @param[in]     schemaNode  Schema node to look for. NULL is refused.
  *
  * @retval 0      Nothing is missing.
+ * @retval 12     There was no memory for the levels of a deep schema.
  * @retval 22     An argument is NULL, a node is missing (the run then holds the
  *                error record), there was no memory for a temporary element,
  *                or the schema nests more than 4096 levels deep.

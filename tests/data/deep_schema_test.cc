@@ -9,7 +9,9 @@
 #include "data/defaults.h"
 #include "data/must.h"
 #include "data/validate.h"
+#include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/small_stack.h"
 
 namespace {
 
@@ -128,6 +130,45 @@ TEST_F(DeepRun, DeeperSchemasAreRefusedWithoutRecord) {
   EXPECT_EQ(nullptr, aux_.err);
   EXPECT_EQ(nullptr, tree.root()->children);
   EXPECT_EQ(0u, aux_.nesting);
+}
+
+// As many levels as a run may be in, by a loop.
+TEST_F(DeepRun, NeedsNoMoreThanASmallStack) {
+  DeepSchema schema(schema_.ctx(), 4093);
+  const DeepTree tree(schema.rpc(), 0);
+  aux_.topNode = tree.root()->parent;
+  uint32_t completed = 1;
+  uint32_t checked = 0;
+  static_cast<void>(small_stack::Run([&] {
+    completed = QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC);
+    checked = QM_PAS_CheckTreeMandatory(&aux_, tree.root());
+  }));
+  EXPECT_EQ(0u, completed);
+  EXPECT_EQ(22u, checked);
+  QM_FreeErrNode(aux_.err);
+}
+
+// Levels beyond the first ones take blocks.
+TEST_F(DeepRun, SurvivesEachRefusedAllocation) {
+  static DeepSchema* schema;
+  static QmCtx* ctx;
+  DeepSchema deep(schema_.ctx(), 100);
+  schema = &deep;
+  ctx = schema_.ctx();
+  const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
+    const DeepTree tree(schema->rpc(), 0);
+    QmCheckAux aux = {};
+    QMD_PAS_InitCheckAux(&aux, ctx, QMD_MODE_RPC, nullptr, nullptr);
+    aux.topNode = tree.root()->parent;
+    const uint32_t completed = QMD_PAS_CompleteTree(&aux, tree.root(), QMD_MODE_RPC);
+    EXPECT_TRUE(completed == 0 || (refusing && completed == 12));
+    const uint32_t checked = QM_PAS_CheckTreeMandatory(&aux, tree.root());
+    EXPECT_TRUE(checked == 22 || (refusing && checked == 12));
+    EXPECT_EQ(nullptr, tree.root()->children);
+    EXPECT_EQ(0u, aux.nesting);
+    QM_FreeErrNode(aux.err);
+  });
+  EXPECT_LT(6u, injected);
 }
 
 }  // namespace

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "data/records.h"
+
+// A walk down the schema beside the elements that it describes. Completion and the
+// mandatory check both go this way: they follow the schema where there is data, and
+// make elements for what is missing. What one kind of node asks for is a function;
+// the walk itself is a loop, since augments of augments stack a schema higher than
+// any stack.
+
+// A schema node whose children the walk is in.
+struct QmdLevel {
+  QmsNode* schemaNode;  // NULL: there is nothing to go through
+  QmsNode* next;        // the child to come; NULL after the last one
+  xmlNode* dataParent;  // what the elements of the children are in
+  xmlNode* made;        // element that stands for the node until the level is closed, or NULL
+  QmdPlace outer;       // the place in the element around `dataParent`
+  bool isBranch;        // `next` is the only child
+  bool isList;          // `dataParent` is an entry, which others may follow
+  bool isCounted;       // counts as a level of the run's nesting
+  bool added;           // something was added below
+};
+
+struct QmdWalk;
+// Does what a schema node asks for, and opens `level` when its children come next.
+using QmdOpenFunc = uint32_t (*)(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                                 QmdLevel* level);
+// Settles a level that was left with status `ret`; gives the one to go on with.
+using QmdCloseFunc = uint32_t (*)(QmdWalk* walk, const QmdLevel* level, uint32_t ret);
+
+constexpr uint32_t kQmdLevelsInPlace = 16;
+
+// One walk; lives on its caller's stack. Levels beyond the first ones are in a block
+// of the memory hooks.
+struct QmdWalk {
+  QmCheckAux* aux;
+  const QmdOpenFunc* openByKind;  // QMS_NODE_KIND_COUNT rows; NULL: nothing to do
+  QmdCloseFunc close;
+  uint32_t* outAdded;  // set to 1 when something was added
+  QmdLevel* levels;    // inPlace, or a block of its own
+  size_t count;
+  size_t capacity;
+  QmdLevel inPlace[kQmdLevelsInPlace];
+};
+
+void InitSchemaWalk(QmdWalk* walk, QmCheckAux* aux, const QmdOpenFunc* openByKind,
+                    QmdCloseFunc close, uint32_t* outAdded);
+
+// Walks one schema node and what lies below it; ends the walk. 22 for a kind that
+// there is not and for more levels than a run may be in; 12 without memory.
+uint32_t WalkSchemaNode(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode);
+// The same with the function of another kind, for nodes that are enabled or not.
+uint32_t WalkSchemaNodeAs(QmdWalk* walk, QmdOpenFunc open, xmlNode* dataParent,
+                          QmsNode* schemaNode);
+
+// Notes for the level that is being gone through that something was added.
+void NoteAdded(QmdWalk* walk);
+
+// For the functions of the kinds: what `level` goes through.
+void OpenChildren(QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent);
+void OpenBranch(QmdLevel* level, QmsNode* choice, QmsNode* branch, xmlNode* dataParent);
+// All entries of the list that are among the children of `dataParent`.
+uint32_t OpenEntries(QmdLevel* level, QmsNode* list, const xmlNode* dataParent);
