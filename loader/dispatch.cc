@@ -214,8 +214,10 @@ static void RecordFailedChild(QmsModule* module, uint32_t stmt, uint32_t parentS
                      QMS_LOADER_GetKeywordByStmt(stmt), QMS_LOADER_GetKeywordByStmt(parentStmt));
 }
 
-static uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
-                                 QmsSubStmtDesc* desc, QmsStmtParseFunc parse) {
+uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
+                          QmsSubStmtDesc* desc) {
+  const QmsStmtParseFunc parse = QMS_LOADER_GetStmtParseFunc(desc->stmt);
+  if (parse == nullptr) return QM_OK;
   void* dest = QMS_LOADER_GetSubParseDest(desc, parentStmt);
   const uint32_t ret =
       dest == nullptr ? uint32_t{QM_INVALID} : parse(module, child, parentStmt, dest);
@@ -227,12 +229,9 @@ uint32_t QMS_LOADER_ParseSubStatementsInner(QmsModule* module, xmlNode* element,
                                             uint32_t parentStmt, QmsSubStmtDesc* table,
                                             uint32_t count) {
   for (xmlNode* child = element->children; child != nullptr; child = child->next) {
-    if (child->type != XML_ELEMENT_NODE || PrivateMark(child) == 0) continue;
-    const auto stmt = static_cast<uint32_t>(PrivateMark(child));
-    QmsSubStmtDesc* desc = QMS_LOADER_GetSubParseElem(table, count, stmt);
-    const QmsStmtParseFunc parse = QMS_LOADER_GetStmtParseFunc(stmt);
-    if (desc == nullptr || parse == nullptr) continue;
-    const uint32_t ret = ParseMarkedChild(module, child, parentStmt, desc, parse);
+    QmsSubStmtDesc* desc = QMS_LOADER_GetSubParseElem(table, count, MarkedStmt(child));
+    if (desc == nullptr) continue;
+    const uint32_t ret = ParseMarkedChild(module, child, parentStmt, desc);
     if (ret != QM_OK) return ret;
   }
   return QM_OK;

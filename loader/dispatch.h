@@ -6,6 +6,7 @@
 
 #include "context/internal.h"
 #include "context/statement.h"
+#include "context/xml_tree.h"
 #include "loader/records.h"
 #include "types/upcalls.h"
 
@@ -31,6 +32,17 @@ QmsSubStmtDesc ArraySubStmt(uint32_t stmt, Elem** array, uint16_t* used, uint16_
 // Whether statements with this id become schema nodes, which keep extension
 // instances in a field of their own.
 bool IsSchemaNodeStmt(uint32_t stmt);
+
+// The statement id that a child was marked with; QMS_STMT_UNKNOWN for one without mark
+// and for what is no element.
+inline uint32_t MarkedStmt(const xmlNode* child) {
+  if (child->type != XML_ELEMENT_NODE) return QMS_STMT_UNKNOWN;
+  return static_cast<uint32_t>(PrivateMark(child));
+}
+
+// Parses one marked child into the place that its descriptor names.
+uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
+                          QmsSubStmtDesc* desc);
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -25,25 +25,29 @@
 #include "platform/string.h"
 #include "schema/definitions.h"
 
-// While alive, the messages of a context name another file.
+namespace {
+
+// While alive, the messages of a context name another file. The name before is kept in
+// the list of candidates: includes nest, and their stack is to be small.
 class CurrentFileScope {
  public:
-  CurrentFileScope(QmCtx* ctx, const char* path) : ctx_(ctx) {
-    memcpy(saved_, ctx->curYinFile, sizeof(saved_));
+  CurrentFileScope(QmCtx* ctx, const char* path, char (&saved)[kQmCurYinFileSize])
+      : ctx_(ctx), saved_(saved) {
+    memcpy(saved_, ctx->curYinFile, sizeof(saved));
     QM_CTX_SetCurYinFile(ctx, path);
   }
-  ~CurrentFileScope() { memcpy(ctx_->curYinFile, saved_, sizeof(saved_)); }
+  ~CurrentFileScope() { memcpy(ctx_->curYinFile, saved_, sizeof(ctx_->curYinFile)); }
   CurrentFileScope(const CurrentFileScope&) = delete;
   CurrentFileScope& operator=(const CurrentFileScope&) = delete;
 
  private:
   QmCtx* ctx_;
-  char saved_[kQmCurYinFileSize];
+  char* saved_;
 };
 
-static uint32_t ParseSubmoduleFile(QmCtx* ctx, QmsModule* module, const char* path,
-                                   QmsLoadAssister* assister) {
-  const CurrentFileScope file(ctx, path);
+}  // namespace
+
+static uint32_t ParseSubmoduleFile(QmsModule* module, const char* path, QmsLoadAssister* assister) {
   const QmOwn<FreeParsedDocument> doc(QMS_LOADER_ReadYinFileToXmlDoc(path));
   xmlNode* root = doc ? xmlDocGetRootElement(doc.Get()) : nullptr;
   if (root == nullptr) return QM_INVALID;
@@ -61,7 +65,10 @@ static uint32_t LoadSubModuleWith(QmCtx* ctx, QmsModule* module, const char* sub
   const QmsPathObj* file = QMS_LOADER_GetNextPathObjToProc(files.Get(), assister);
   if (file == nullptr) return QM_NOT_FOUND;
   ++assister->includeDepth;
-  ret = ParseSubmoduleFile(ctx, module, file->path, assister);
+  {
+    const CurrentFileScope current(ctx, file->path, files->outerYinFile);
+    ret = ParseSubmoduleFile(module, file->path, assister);
+  }
   --assister->includeDepth;
   return ret;
 }

@@ -31,6 +31,8 @@ struct QmsPathCollection {
   uint8_t maxTries;
   uint8_t tries;
   QmsPathObj* objs;  // owned
+  // While a file of the list is read: the name that messages gave before it.
+  char outerYinFile[kQmCurYinFileSize];
 };
 
 struct QmsLoadSuffix {

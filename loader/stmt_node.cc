@@ -152,13 +152,42 @@ uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, 
                                       : QMS_NODE_AddChild(parentNode, node);
 }
 
-static uint32_t ParseNodeSubStmts(const QmsNodeStmt& stmt, xmlNode* element, QmsNodeParse* parse) {
+// Marks and counts the sub-statements and makes their arrays. Never inlined: the table is
+// the largest part of the stack, and is gone before the parsers of the nodes below run.
+[[gnu::noinline]] static uint32_t PrepareSubStmts(const QmsNodeStmt& stmt, xmlNode* element,
+                                                  uint32_t ownStmt, QmsNodeParse* parse) {
   QmsSubStmtDesc table[kMaxNodeSubStmts];
   for (uint32_t i = 0; i < stmt.subStmtCount; ++i)
     table[i] = kDescribe.byStmt[stmt.subStmts[i]](stmt.subStmts[i], parse);
-  const uint32_t ownStmt = QMS_NODE_GetStmtByNodeType(stmt.kind);
   const uint32_t ret =
-      QMS_LOADER_ParseSubStatements(parse->module, element, ownStmt, table, stmt.subStmtCount);
+      QMS_LOADER_MarkSubNodeAndCountArraySize(parse->module, element, table, stmt.subStmtCount);
+  if (ret != QM_OK) return ret;
+  return QMS_LOADER_NewSubStatementsArray(ownStmt, table, stmt.subStmtCount);
+}
+
+static bool Accepts(const QmsNodeStmt& stmt, uint32_t subStmt) {
+  for (uint32_t i = 0; i < stmt.subStmtCount; ++i)
+    if (stmt.subStmts[i] == subStmt) return true;
+  return false;
+}
+
+// Nodes nest as deep as the document, and so does this function.
+static uint32_t ParsePreparedSubStmts(const QmsNodeStmt& stmt, const xmlNode* element,
+                                      uint32_t ownStmt, QmsNodeParse* parse) {
+  for (xmlNode* child = element->children; child != nullptr; child = child->next) {
+    const uint32_t subStmt = MarkedStmt(child);
+    if (!Accepts(stmt, subStmt)) continue;
+    QmsSubStmtDesc desc = kDescribe.byStmt[subStmt](subStmt, parse);
+    const uint32_t ret = ParseMarkedChild(parse->module, child, ownStmt, &desc);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
+}
+
+static uint32_t ParseNodeSubStmts(const QmsNodeStmt& stmt, xmlNode* element, QmsNodeParse* parse) {
+  const uint32_t ownStmt = QMS_NODE_GetStmtByNodeType(stmt.kind);
+  uint32_t ret = PrepareSubStmts(stmt, element, ownStmt, parse);
+  if (ret == QM_OK) ret = ParsePreparedSubStmts(stmt, element, ownStmt, parse);
   if (ret != QM_OK)
     QM_CTX_AddModError(parse->module->ctx, parse->module->name,
                        "Failed to parse \"%s\" statement \"%s\".",
