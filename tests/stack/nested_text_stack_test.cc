@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Texts that nest as deeply as the XML parser lets them: statements, types, extension
+// instances and messages.
+#include <gtest/gtest.h>
+
+#include "tests/stack/deep_model.h"
+
+namespace {
+
+using deep_model::kTextLevels;
+using deep_model::LoadErrors;
+using deep_model::Nested;
+using deep_model::OnSmallStack;
+
+struct Nesting {
+  const char* name;
+  std::string body;
+};
+
+std::string Choices(size_t pairs) {
+  return "<container name='c'>" +
+         Nested(pairs, "<choice name='c'><case name='c'>", "</case></choice>", "") + "</container>";
+}
+
+std::string Lists(size_t depth) {
+  return Nested(depth, "<list name='l'><key value='k'/><leaf name='k'><type name='int8'/></leaf>",
+                "</list>", "");
+}
+
+const Nesting kNestings[] = {
+    {"containers", Nested(kTextLevels - 3, "<container name='c'>", "</container>",
+                          "<leaf name='x'><type name='int8'/></leaf>")},
+    {"lists", Lists(kTextLevels - 3)},
+    {"choices", Choices(kTextLevels / 2 - 1)},
+    {"actions",
+     "<rpc name='r'><input>" +
+         Nested(kTextLevels - 4, "<container name='c'>", "</container>", "<action name='a'/>") +
+         "</input></rpc>"},
+    {"unions",
+     "<leaf name='u'>" +
+         Nested(kTextLevels - 3, "<type name='union'>", "</type>", "<type name='int8'/>") +
+         "</leaf>"},
+    {"extension instances",
+     "<extension name='e'><argument name='a'/></extension><container name='c'>" +
+         Nested(kTextLevels - 2, "<m:e a='1'>", "</m:e>", "") + "</container>"},
+    {"foreign elements", Nested(kTextLevels - 1, "<f xmlns='urn:f'>", "</f>", "")},
+};
+
+TEST(NestedText, IsLoadedPrintedAndUnloaded) {
+  for (const Nesting& nesting : kNestings) {
+    SCOPED_TRACE(nesting.name);
+    const std::string text = deep_model::Module("m", nesting.body);
+    std::printf("%s: ", nesting.name);
+    OnSmallStack([&] {
+      QmCtx* ctx = QM_CTX_Create(0);
+      EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, text.c_str()));
+      EXPECT_EQ("", LoadErrors(ctx));
+      EXPECT_EQ(0u, QM_MOD_PrintModelTree(
+                        QM_CTX_GetModuleByModName(ctx, "m"),
+                        [](const char*, uint32_t, void*) { return uint32_t{0}; }, nullptr));
+      EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+      QM_CTX_Delete(ctx);
+    });
+  }
+}
+
+// The innermost statement fails, and with it all those around it.
+TEST(NestedText, IsRefusedAtItsInnermostStatement) {
+  const std::string text = deep_model::Module(
+      "m", Nested(kTextLevels - 2, "<container name='c'>", "</container>", "<leaf/>"));
+  OnSmallStack([&] {
+    QmCtx* ctx = QM_CTX_Create(0);
+    EXPECT_EQ(1u, QM_CTX_LoadMemory(ctx, text.c_str()));
+    EXPECT_NE("", LoadErrors(ctx));
+    QM_CTX_Delete(ctx);
+  });
+}
+
+TEST(NestedText, OneLevelMoreIsRefusedByTheParser) {
+  for (const size_t levels : {kTextLevels, kTextLevels + 1, size_t{100000}}) {
+    const std::string text =
+        deep_model::Module("m", Nested(levels - 1, "<container name='c'>", "</container>", ""));
+    OnSmallStack([&] {
+      QmCtx* ctx = QM_CTX_Create(0);
+      EXPECT_EQ(levels == kTextLevels ? 0u : 22u, QM_CTX_LoadMemory(ctx, text.c_str()));
+      QM_CTX_Delete(ctx);
+    });
+  }
+}
+
+}  // namespace

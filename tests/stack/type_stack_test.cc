@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Values against types that are as deep as a check goes: nested unions, chains of
+// typedefs, both at once, chains of identities and of leafrefs.
+#include <gtest/gtest.h>
+
+#include "tests/stack/deep_model.h"
+
+namespace {
+
+using deep_model::Nested;
+using deep_model::OnSmallStack;
+
+std::string Name(const char* base, size_t number) {
+  return base + std::to_string(number);
+}
+
+std::string Typedef(const std::string& name, const std::string& type) {
+  return "<typedef name='" + name + "'>" + type + "</typedef>";
+}
+
+std::string TypeOf(const std::string& name) {
+  return "<type name='" + name + "'/>";
+}
+
+std::string LeafX(const std::string& type) {
+  return "<leaf name='x'>" + type + "</leaf>";
+}
+
+// Loads `body` and checks "v" against the leaf x, as a text and in a request.
+uint32_t CheckValue(const std::string& body) {
+  uint32_t status = 1;
+  OnSmallStack([&] {
+    QmCtx* ctx = QM_CTX_Create(0);
+    EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, deep_model::Module("m", body).c_str()));
+    EXPECT_EQ("", deep_model::LoadErrors(ctx));
+    QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
+    status = QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "v");
+    EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+    QM_CTX_Delete(ctx);
+  });
+  return status;
+}
+
+std::string Unions(size_t depth) {
+  return Nested(depth, "<type name='union'>", "</type>", TypeOf("string"));
+}
+
+TEST(DeepType, UnionsAreCheckedTo128Levels) {
+  EXPECT_EQ(0u, CheckValue(LeafX(Unions(128))));
+  EXPECT_EQ(28681u, CheckValue(LeafX(Unions(129))));
+  EXPECT_EQ(28681u, CheckValue(LeafX(Unions(250))));
+}
+
+// `links` typedefs t<first>, t<first + 1> and so on, the last of them of type `last`.
+std::string TypedefChain(size_t first, size_t links, const std::string& last) {
+  std::string out;
+  for (size_t i = first; i + 1 < first + links; ++i)
+    out += Typedef(Name("t", i), TypeOf(Name("t", i + 1)));
+  return out + Typedef(Name("t", first + links - 1), last);
+}
+
+TEST(DeepType, TypedefsAreFollowedFor129Links) {
+  EXPECT_EQ(0u, CheckValue(TypedefChain(0, 129, TypeOf("string")) + LeafX(TypeOf("t0"))));
+  EXPECT_NE(0u, CheckValue(TypedefChain(0, 130, TypeOf("string")) + LeafX(TypeOf("t0"))));
+  EXPECT_NE(0u, CheckValue(TypedefChain(0, 5000, TypeOf("string")) + LeafX(TypeOf("t0"))));
+}
+
+// Unions whose member is the first of `links` typedefs, the last of which is the next
+// union: with the member's own, each has `links` + 1 types under check.
+std::string UnionsOfTypedefs(size_t unions, size_t links) {
+  std::string out;
+  for (size_t i = 0; i < unions; ++i) {
+    const std::string next = i + 1 < unions ? Name("t", (i + 1) * links) : "string";
+    out += TypedefChain(i * links, links, "<type name='union'>" + TypeOf(next) + "</type>");
+  }
+  return out;
+}
+
+TEST(DeepType, UnionsOfTypedefsAreCheckedTo1024Types) {
+  EXPECT_EQ(0u, CheckValue(UnionsOfTypedefs(113, 8) + LeafX(TypeOf("t0"))));
+  EXPECT_EQ(28681u, CheckValue(UnionsOfTypedefs(114, 8) + LeafX(TypeOf("t0"))));
+  EXPECT_EQ(28681u, CheckValue(UnionsOfTypedefs(128, 120) + LeafX(TypeOf("t0"))));
+}
+
+TEST(DeepType, IdentitiesMayHaveLongChainsOfBases) {
+  std::string body = "<identity name='v'><base name='i0'/></identity>";
+  for (size_t i = 0; i < 3000; ++i)
+    body +=
+        "<identity name='" + Name("i", i) + "'><base name='" + Name("i", i + 1) + "'/></identity>";
+  body += "<identity name='i3000'/>";
+  static_cast<void>(
+      CheckValue(body + LeafX("<type name='identityref'><base name='i100'/></type>")));
+  EXPECT_NE(0u, CheckValue(body + LeafX("<type name='identityref'><base name='i3001'/></type>")));
+}
+
+TEST(DeepType, LeafrefsMayFormLongChains) {
+  const auto chain = [](size_t links) {
+    std::string body = LeafX("<type name='leafref'><path value='/m:y0'/></type>");
+    for (size_t i = 0; i < links; ++i)
+      body += "<leaf name='" + Name("y", i) +
+              "'><type name='leafref'><path value='/m:" + Name("y", i + 1) + "'/></type></leaf>";
+    return body + "<leaf name='" + Name("y", links) + "'><type name='string'/></leaf>";
+  };
+  EXPECT_EQ(0u, CheckValue(chain(100)));
+  EXPECT_NE(0u, CheckValue(chain(3000)));
+}
+
+}  // namespace
