@@ -142,6 +142,9 @@ uint32_t QMS_MOD_CoupleDevNotSup(QmsNode* target, QmsNode* augment, const char* 
                                                             deviationPath);
 }
 
+// Deliberate: after a failure the deviates before it stay, and the whole deviation is
+// tried again at each later load that concerns its target. Unloading its module gives
+// everything back.
 uint32_t QMS_MOD_CoupleDeviation(QmsModule* module, QmsDeviation* deviation) {
   if (module == nullptr || deviation == nullptr) return QM_INVALID;
   if ((deviation->flags & QMS_DEVIATION_APPLIED) != 0) return QM_OK;

@@ -114,6 +114,42 @@ TEST(CoupleDeviation, LoadingTheTargetByNameAgainTriesAFailedOneAgain) {
   EXPECT_EQ("/t:l applied", world.Deviations("d"));
 }
 
+// The remedy for one that fails halfway: what it did piles up until its module is
+// unloaded, which reads the target again.
+TEST(CoupleDeviation, UnloadingTheModuleOfAFailedOneGivesEverythingBack) {
+  coupling::World world;
+  world.Add("t",
+            Container("c", Leaf("l", "<mandatory value=\"false\"/>")) + Leaf("k", Default("1")));
+  const auto state = [&world] {
+    const QmsNode* leaf = yin::Find(world.Module("t"), "c/l");
+    const char* other = LeafAt(world, "t", "k")->defaultValue;
+    return std::to_string(leaf->mustCount) + " musts, flags " + std::to_string(leaf->flags) +
+           ", k " + (other == nullptr ? "-" : other) + ", " + world.Tree("t") + ", " +
+           world.Relations("t");
+  };
+  const std::string before = state();
+  const std::string must = "<must condition=\"true()\"/><must condition=\"../l\"/>";
+  const std::string body =
+      Imports({"t"}) + Deviation("/t:k", Deviate("delete", Default("1"))) +
+      Deviation("/t:c/t:l", Deviate("add", must) + Deviate("add", "<mandatory value=\"true\"/>"));
+  for (int round = 0; round < 2; ++round) {
+    SCOPED_TRACE(round);
+    world.Add("d", body);
+    ASSERT_EQ("/t:k applied; /t:c/l pending", world.Deviations("d"));
+    EXPECT_EQ(2u, world.Errors().size()) << "the sign to watch for";
+    for (uint32_t loads = 2; loads < 6; ++loads) {
+      EXPECT_EQ(0u, world.Load("t")) << "loaded already";
+      EXPECT_EQ(2 * loads, yin::Find(world.Module("t"), "c/l")->mustCount);
+    }
+    EXPECT_EQ(0u, world.Unload("d"));
+    EXPECT_FALSE(world.IsLoaded("d"));
+    EXPECT_EQ(before, state());
+    EXPECT_EQ(0u, world.Load("t"));
+    EXPECT_EQ(before, state()) << "and nothing is tried again";
+    EXPECT_THAT(world.Errors(), IsEmpty());
+  }
+}
+
 TEST(CoupleDeviation, AnUnknownKindOfDeviateFailsWith1) {
   coupling::World world;
   world.Add("t", Leaf("l"));
