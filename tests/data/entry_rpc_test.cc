@@ -10,6 +10,7 @@
 
 #include "context/xml_tree.h"
 #include "data/validate.h"
+#include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
 
 namespace {
@@ -181,6 +182,36 @@ TEST_F(RpcEntry, ParsedTextHasNoLineNumbersToConfuse) {
   xmlLineNumbersDefault(1);
   EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), text)) << "the element stands on another line";
   xmlLineNumbersDefault(before);
+}
+
+// What the header and SECURITY.md tell a client who hands in trees.
+TEST_F(RpcEntry, ATreeOfXmlReadMemoryHasLineNumbersThatReadAsMarks) {
+  schema_.Load("k", R"(<rpc name="r"><input>
+    <leaf name="b"><when condition="../nothing"/><type name="string"/></leaf></input></rpc>)");
+  const std::string text = "<r xmlns='urn:k'>" + std::string(255, '\n') + "<b/></r>";
+  const int size = static_cast<int>(text.size());
+  xmlDoc* withLines = xmlReadMemory(text.data(), size, nullptr, nullptr, XML_PARSE_NOBLANKS);
+  xmlNode* root = xmlDocGetRootElement(withLines);
+  EXPECT_EQ(256, root->children->line);
+  EXPECT_EQ("valid", Describe(QM_CTX_ValidateRpcDataTree(schema_.ctx(), QM_INPUT_ELEMENT, root,
+                                                         nullptr, nullptr)));
+  EXPECT_EQ(nullptr, root->children) << "taken for a default and removed";
+  xmlFreeDoc(withLines);
+  xmlDoc* without = xmlParseMemory(text.data(), size);
+  EXPECT_EQ("9|/k:r/b|b is not satisfied when condition.|b|-",
+            Describe(QM_CTX_ValidateRpcDataTree(schema_.ctx(), QM_INPUT_ELEMENT,
+                                                xmlDocGetRootElement(without), nullptr, nullptr)));
+  xmlFreeDoc(without);
+}
+
+// Deliberate, and told in the header and SECURITY.md.
+TEST_F(RpcEntry, WithoutMemoryForARecordTheAnswerReadsAsValid) {
+  char text[] = "garbage";
+  counting_memory::RefuseNth(1, counting_memory::Refuse::kFromThenOn);
+  QmErrNode* err = QM_CTX_ValidateRpcDataTree(schema_.ctx(), QM_INPUT_TEXT, text, nullptr, nullptr);
+  counting_memory::StopRefusing();
+  EXPECT_EQ(nullptr, err);
+  EXPECT_EQ(kGeneral, ValidateRpc(schema_.ctx(), text));
 }
 
 constexpr const char* kDocumentTypes[] = {"<!DOCTYPE r>", "<!DOCTYPE r SYSTEM 'r.dtd'>",

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Values, conditions and trees as an enemy would write them, at and beyond the limits
 // that the library states.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 
@@ -280,6 +281,36 @@ TEST(HostileTree, OnlyTheFirstPieceOfAValueIsRead) {
   }
   EXPECT_FALSE(IsValidRequest(module, "<!DOCTYPE op [<!ENTITY e 'x'>]>" + start + "1&e;</n></op>"));
   EXPECT_FALSE(IsValidRequest(module, "<op xmlns='urn:m'><n>1<x/></n></op>"));
+}
+
+// True when an element has a text and more pieces beside it: what a client that hands a
+// printed result on looks for.
+bool HasUncheckedPieces(const xmlNode* element) {
+  for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_ELEMENT_NODE && HasUncheckedPieces(child)) return true;
+    if (child->type == XML_TEXT_NODE && element->children->next != nullptr) return true;
+  }
+  return false;
+}
+
+TEST(HostileTree, WhatFollowsTheFirstPieceIsPrintedAndAClientCanTell) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, ModuleText(kTreeBody).c_str()));
+  for (const char* rest : {"<![CDATA[x]]>", "<!-- -->x", "<?p?>x", ""}) {
+    SCOPED_TRACE(rest);
+    const std::string text = std::string("<op xmlns=\"urn:m\"><n>1") + rest + "</n></op>";
+    xmlDoc* doc = xmlParseMemory(text.data(), static_cast<int>(text.size()));
+    xmlNode* root = xmlDocGetRootElement(doc);
+    EXPECT_EQ(*rest != '\0', HasUncheckedPieces(root));
+    EXPECT_EQ(nullptr, QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr));
+    xmlChar* printed = nullptr;
+    int size = 0;
+    xmlDocDumpMemory(doc, &printed, &size);
+    EXPECT_THAT(std::string(reinterpret_cast<const char*>(printed)), testing::HasSubstr(text));
+    xmlFree(printed);
+    xmlFreeDoc(doc);
+  }
+  QM_CTX_Delete(ctx);
 }
 
 TEST(HostileTree, ValuesAndPathsInErrorsAreCutOrLeftOut) {

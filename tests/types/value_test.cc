@@ -521,6 +521,21 @@ TEST(DerivedValue, ChainIsCheckedBeforeTheOwnRestrictions) {
   ExpectResults(type.Get(), {{"x", 28680}, {"55", 28679}, {"5", 0}});
 }
 
+// A pattern may take its time with a long value; this is what bounds it.
+TEST(LoadedTypes, ALengthOfTheSameTypeOrOfOneBelowIsAskedBeforeThePattern) {
+  LeafModule module(
+      "<typedef name='short'><type name='string'><length value='1..3'/></type></typedef>"
+      "<typedef name='xs'><type name='string'><pattern value='x*'/></type></typedef>"
+      "<leaf name='same'><type name='string'><pattern value='x*'/><length value='1..3'/></type>"
+      "</leaf>"
+      "<leaf name='below'><type name='short'><pattern value='x*'/></type></leaf>"
+      "<leaf name='above'><type name='xs'><length value='1..3'/></type></leaf>");
+  EXPECT_EQ(28677u, module.CheckText("same", "yyyy"));
+  EXPECT_EQ(28677u, module.CheckText("below", "yyyy"));
+  EXPECT_EQ(28679u, module.CheckText("above", "yyyy")) << "the typedef is asked first";
+  EXPECT_EQ(28677u, module.CheckText("above", "xxxx"));
+}
+
 TEST(LoadedTypes, RangesAndLengthsAsModelsWriteThem) {
   LeafModule module(
       "<typedef name='percent'><type name='int32'><range value='0..100'/></type></typedef>"
