@@ -8,11 +8,10 @@
 // these, BindPrefixes() completes the tree.
 //
 // What is wrong with the text is reported as it is found (class "syntax") and the
-// reader goes on where it can; a module with such errors is `broken`. What the
-// statements mean is not looked at here: one that YANG does not know stays in the tree,
-// in the YIN namespace, as Keyword::kNone.
+// reader goes on where it can; a module with such errors is `broken`. An argument that
+// is missing, or too much, is such an error; of a statement that YANG does not know
+// nothing is said here: it stays in the tree, in the YIN namespace, as Keyword::kNone.
 #include <string>
-#include <string_view>
 
 #include "compiler/records.h"
 #include "compiler/report.h"
@@ -25,14 +24,17 @@ inline constexpr unsigned kMaxDepth = 1000;
 // The class of the reader's findings.
 inline constexpr char kSyntaxClass[] = "syntax";
 
+// That of BindPrefixes().
+inline constexpr char kExtensionClass[] = "extension";
+
 // Reads the file by its ending: `.yin` is YIN, all else YANG text. NULL, with a finding:
-// it cannot be read, or is not a module or submodule.
+// it cannot be read (that finding has line 0), or is not a module or submodule.
 Module* ReadModuleFile(Session* session, const std::string& path, Report* report);
 
 // Read from memory; `path` is what findings name.
-Module* ReadModuleText(Session* session, const std::string& path, std::string_view text,
+Module* ReadModuleText(Session* session, const std::string& path, const std::string& text,
                        Report* report);
-Module* ReadModuleYin(Session* session, const std::string& path, std::string_view text,
+Module* ReadModuleYin(Session* session, const std::string& path, const std::string& text,
                       Report* report);
 
 // Declares the namespaces of the imports on the root, and gives each instance of an

@@ -10,8 +10,9 @@
 // original's place and says by `usedAt` what brought it there.
 //
 // The elements of arguments (`text`, `value`) have no record, and so are no statements.
-// The `ns` of an element tells its namespace; the prefix to write is the one that the
-// root of its tree declares for it, so statements move between trees as they are.
+// The `ns` of an element tells its namespace and belongs to the session; the prefix to
+// write is the one that the root of its tree declares for it (`nsDef`), so statements
+// move between trees as they are.
 //
 // Everything lives in a Session and goes with it: trees share one dictionary, the
 // records lie in its arena. Refused memory is thrown by the standard library and by
@@ -64,8 +65,7 @@ struct Statement {
 // what the argument is called is known only when the imports are (BindPrefixes()).
 struct ExtensionInstance {
   xmlNode* element = nullptr;
-  const char* prefix = nullptr;    // of the dictionary
-  const char* argument = nullptr;  // of YANG text until it is bound; NULL: none, or bound
+  const char* prefix = nullptr;  // of the dictionary
 };
 
 // One import of a file, as it stands there.
@@ -119,7 +119,7 @@ struct Module {
   std::vector<Import> imports;
   std::vector<Include> includes;
   SymbolTable symbols;                        // of a module, filled by FindGlobal()
-  std::vector<ExtensionInstance> extensions;  // in order of the file
+  std::vector<ExtensionInstance> extensions;  // in order of the file; none once bound
 };
 
 struct FreeDictionary {
@@ -131,9 +131,10 @@ struct FreeDictionary {
 // and the dictionary that they point to.
 struct Session {
   std::unique_ptr<xmlDict, FreeDictionary> dictionary;
-  const xmlChar* names[kKeywordCount] = {};      // of the statements, in the dictionary
-  const xmlChar* arguments[kKeywordCount] = {};  // of their arguments in YIN, likewise
-  const xmlChar* yinNamespace = nullptr;         // likewise
+  const xmlChar* names[kKeywordCount] = {};              // of the statements, in the dictionary
+  const xmlChar* arguments[kKeywordCount] = {};          // of their arguments in YIN, likewise
+  std::unordered_map<const xmlChar*, xmlNs> namespaces;  // by name, for `ns` of elements
+  xmlNs* yin = nullptr;                                  // that of YIN, one of these
   std::deque<SourceFile> files;
   std::deque<Statement> statements;
   std::deque<Place> places;

@@ -17,8 +17,16 @@ std::unique_ptr<Session> OpenSession() {
     session->names[i] = InternName(dictionary, row.name);
     if (!row.argument.empty()) session->arguments[i] = InternName(dictionary, row.argument);
   }
-  session->yinNamespace = InternName(dictionary, kYinNamespace);
+  session->yin = NamespaceOf(session.get(), kYinNamespace);
   return session;
+}
+
+xmlNs* NamespaceOf(Session* session, std::string_view uri) {
+  const xmlChar* name = InternName(session->dictionary.get(), uri);
+  xmlNs& ns = session->namespaces[name];
+  ns.type = XML_NAMESPACE_DECL;
+  ns.href = name;
+  return &ns;
 }
 
 const char* Intern(Session* session, std::string_view text) {

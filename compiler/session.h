@@ -15,4 +15,7 @@ std::unique_ptr<Session> OpenSession();
 // `text` in the session's dictionary: equal texts have the same address there.
 const char* Intern(Session* session, std::string_view text);
 
+// What `ns` of elements in this namespace is.
+xmlNs* NamespaceOf(Session* session, std::string_view uri);
+
 }  // namespace compiler

@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What an instance of an extension looks like in YIN stands in another file: the
+// namespace in the module that its prefix means, the name of the argument and its form
+// in the definition there. In YANG text the prefix tells the module, in YIN the
+// namespace does, and the argument is already what it is.
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "compiler/build.h"
+#include "compiler/reader.h"
+#include "compiler/session.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+
+namespace compiler {
+
+namespace {
+
+// What the definition of an extension says of its instances.
+struct ExtensionForm {
+  bool found = false;
+  bool argumentIsElement = false;
+  const char* argument = nullptr;  // NULL: it takes none
+};
+
+using FormsByName = std::map<std::pair<const Module*, std::string_view>, ExtensionForm>;
+
+struct Binder {
+  Session* session = nullptr;
+  Module* module = nullptr;
+  Report* report = nullptr;
+  FormsByName forms;  // asked for once
+};
+
+std::string_view View(const xmlChar* text) noexcept {
+  return reinterpret_cast<const char*>(text);
+}
+
+bool Declares(const xmlNode* root, std::string_view prefix) noexcept {
+  for (const xmlNs* ns = root->nsDef; ns != nullptr; ns = ns->next)
+    if (ns->prefix != nullptr && View(ns->prefix) == prefix) return true;
+  return false;
+}
+
+void Declare(xmlNode* root, const std::string& prefix, const std::string& uri) {
+  if (prefix.empty() || uri.empty() || Declares(root, prefix)) return;
+  Need(xmlNewNs(root, reinterpret_cast<const xmlChar*>(uri.c_str()),
+                reinterpret_cast<const xmlChar*>(prefix.c_str())));
+}
+
+void DeclareNamespaces(Module* module) {
+  const Module* main = MainModuleOf(module);
+  if (main != nullptr) Declare(module->root, module->prefix, main->nameSpace);
+  for (const Import& import : module->imports)
+    if (import.target != nullptr) Declare(module->root, import.prefix, import.target->nameSpace);
+}
+
+// The definition of an extension in one file.
+const xmlNode* FindDefinition(const Module* file, std::string_view name) noexcept {
+  for (const xmlNode* s = FirstChild(file->root, Keyword::kExtension); s != nullptr;
+       s = NextSibling(s, Keyword::kExtension)) {
+    const char* argument = ArgumentOf(s);
+    if (argument != nullptr && name == argument) return s;
+  }
+  return nullptr;
+}
+
+struct Wanted {
+  std::string_view name;
+  const xmlNode* definition = nullptr;
+};
+
+void LookInFile(Module* file, void* arg) {
+  auto* wanted = static_cast<Wanted*>(arg);
+  if (wanted->definition == nullptr) wanted->definition = FindDefinition(file, wanted->name);
+}
+
+ExtensionForm ReadForm(Module* module, std::string_view name) {
+  Wanted wanted{name};
+  ForEachFile(module, LookInFile, &wanted);
+  ExtensionForm form;
+  if (wanted.definition == nullptr) return form;
+  form.found = true;
+  const xmlNode* argument = FirstChild(wanted.definition, Keyword::kArgument);
+  if (argument == nullptr) return form;
+  form.argument = ArgumentOf(argument);
+  const char* yinElement = ArgumentOfChild(argument, Keyword::kYinElement);
+  form.argumentIsElement = yinElement != nullptr && std::string_view(yinElement) == "true";
+  return form;
+}
+
+const ExtensionForm& FormOf(Binder* b, Module* module, std::string_view name) {
+  const auto [place, isNew] = b->forms.try_emplace({module, name});
+  if (isNew) place->second = ReadForm(module, name);
+  return place->second;
+}
+
+// The module that an instance in YIN names by its namespace; NULL: it is not imported.
+Module* ModuleOfNamespace(Module* file, std::string_view uri) noexcept {
+  Module* main = MainModuleOf(file);
+  if (main != nullptr && main->nameSpace == uri) return main;
+  for (const Import& import : file->imports)
+    if (import.target != nullptr && import.target->nameSpace == uri) return import.target;
+  return nullptr;
+}
+
+void TurnIntoElement(xmlNode* element, const xmlChar* name) {
+  xmlAttr* attribute = element->properties;
+  const std::string argument(View(attribute->children->content));
+  LooseStatement holder(NewElement(element->doc, element->ns, name));
+  AppendText(holder.get(), argument);
+  xmlRemoveProp(attribute);
+  if (element->children == nullptr) {
+    AppendChild(element, holder.release());
+  } else {
+    InsertBefore(element->children, holder.release());
+  }
+}
+
+// Gives the argument of an instance in YANG text its name and form.
+void FormArgument(Binder* b, xmlNode* element, const ExtensionForm& form) {
+  if (element->properties == nullptr || form.argument == nullptr) return;
+  const auto* name = reinterpret_cast<const xmlChar*>(Intern(b->session, form.argument));
+  if (form.argumentIsElement) {
+    TurnIntoElement(element, name);
+  } else {
+    element->properties->name = name;
+  }
+}
+
+// In YIN the argument element was taken for a statement.
+void MarkArgument(xmlNode* element, const ExtensionForm& form) noexcept {
+  xmlNode* first = FirstChild(element);
+  if (first == nullptr || !form.argumentIsElement || form.argument == nullptr) return;
+  if (View(first->name) == form.argument && first->ns == element->ns) first->_private = nullptr;
+}
+
+// What is wrong with the instance's argument, or empty.
+std::string ArgumentFault(const xmlNode* element, const ExtensionForm& form) {
+  const bool given = ArgumentOf(element) != nullptr;
+  if (form.argument == nullptr) return given ? " takes no argument" : "";
+  if (!given) return std::string(" lacks its argument '") + form.argument + "'";
+  if (form.argumentIsElement || View(element->properties->name) == form.argument) return {};
+  return std::string(" calls its argument '") + form.argument + "'";
+}
+
+std::string FullName(const ExtensionInstance& instance) {
+  return std::string("'") + instance.prefix + ":" + NameOf(instance.element) + "'";
+}
+
+// Binds an instance; false: it cannot be written.
+bool BindTo(Binder* b, const ExtensionInstance& instance, Module* target) {
+  xmlNode* element = instance.element;
+  const ExtensionForm& form = FormOf(b, target, View(element->name));
+  if (!form.found) {
+    AddFinding(b->report, Severity::kError, kExtensionClass, element,
+               "module '" + target->name + "' defines no extension '" + NameOf(element) + "'");
+    return false;
+  }
+  if (b->module->file->isText) {
+    element->ns = NamespaceOf(b->session, target->nameSpace);
+    FormArgument(b, element, form);
+  } else {
+    MarkArgument(element, form);
+  }
+  StatementOf(element)->argumentIsElement = form.argumentIsElement;
+  const std::string fault = ArgumentFault(element, form);
+  if (fault.empty()) return true;
+  AddFinding(b->report, Severity::kError, kExtensionClass, element, FullName(instance) + fault);
+  return false;
+}
+
+// Binds an instance to the module that its prefix or namespace means; false: it cannot
+// be written. Where an import was not found nothing is known, and nothing said.
+bool Bind(Binder* b, const ExtensionInstance& instance) {
+  Module* file = b->module;
+  const bool isText = file->file->isText;
+  Module* target = isText ? ModuleOfPrefix(file, instance.prefix)
+                          : ModuleOfNamespace(file, View(instance.element->ns->href));
+  if (target != nullptr) return BindTo(b, instance, target);
+  if (KnowsPrefix(file, instance.prefix)) return true;
+  AddFinding(b->report, Severity::kError, kExtensionClass, instance.element,
+             std::string("no import has the prefix '") + instance.prefix + "'",
+             "import the module that defines the extension");
+  return false;
+}
+
+}  // namespace
+
+void BindPrefixes(Session* session, Module* module, Report* report) {
+  DeclareNamespaces(module);
+  Binder binder{session, module, report, {}};
+  std::vector<xmlNode*> gone;
+  for (const ExtensionInstance& instance : module->extensions) {
+    if (!IsStatement(instance.element)) continue;  // an argument in YIN, by now
+    if (!Bind(&binder, instance)) gone.push_back(instance.element);
+  }
+  module->extensions.clear();
+  // Backwards: what stands inside goes before that around it.
+  for (auto element = gone.rbegin(); element != gone.rend(); ++element) RemoveStatement(*element);
+}
+
+}  // namespace compiler

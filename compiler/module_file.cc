@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/module_file.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+#include "compiler/reader.h"
+#include "compiler/statement.h"
+
+namespace compiler {
+
+namespace {
+
+std::string TextOrEmpty(const char* text) {
+  return text == nullptr ? std::string() : std::string(text);
+}
+
+void TakeImport(Module* module, xmlNode* statement) {
+  Import& import = module->imports.emplace_back();
+  import.module = TextOrEmpty(ArgumentOf(statement));
+  import.prefix = TextOrEmpty(ArgumentOfChild(statement, Keyword::kPrefix));
+  import.revision = TextOrEmpty(ArgumentOfChild(statement, Keyword::kRevisionDate));
+  import.statement = statement;
+}
+
+void TakeInclude(Module* module, xmlNode* statement) {
+  Include& include = module->includes.emplace_back();
+  include.submodule = TextOrEmpty(ArgumentOf(statement));
+  include.revision = TextOrEmpty(ArgumentOfChild(statement, Keyword::kRevisionDate));
+  include.statement = statement;
+}
+
+void TakeStatement(Module* module, xmlNode* statement) {
+  switch (KeywordOf(statement)) {
+    case Keyword::kYangVersion:
+      module->version11 = TextOrEmpty(ArgumentOf(statement)) == "1.1";
+      break;
+    case Keyword::kNamespace:
+      module->nameSpace = TextOrEmpty(ArgumentOf(statement));
+      break;
+    case Keyword::kPrefix:
+      module->prefix = TextOrEmpty(ArgumentOf(statement));
+      break;
+    case Keyword::kBelongsTo:
+      module->belongsTo = TextOrEmpty(ArgumentOf(statement));
+      module->prefix = TextOrEmpty(ArgumentOfChild(statement, Keyword::kPrefix));
+      break;
+    case Keyword::kRevision:
+      module->revision = std::max(module->revision, TextOrEmpty(ArgumentOf(statement)));
+      break;
+    case Keyword::kImport:
+      TakeImport(module, statement);
+      break;
+    case Keyword::kInclude:
+      TakeInclude(module, statement);
+      break;
+    default:
+      break;
+  }
+}
+
+struct CloseFile {
+  void operator()(FILE* file) const noexcept { static_cast<void>(std::fclose(file)); }
+};
+
+// The content of a file; false: it cannot be read, and errno says why.
+bool ReadContent(const std::string& path, std::string* content) {
+  const std::unique_ptr<FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  if (file == nullptr) return false;
+  constexpr size_t kChunk = 1U << 16;
+  for (size_t length = kChunk; length == kChunk && content->size() <= INT_MAX;) {
+    const size_t before = content->size();
+    content->resize(before + kChunk);
+    length = std::fread(content->data() + before, 1, kChunk, file.get());
+    content->resize(before + length);
+  }
+  return std::ferror(file.get()) == 0;
+}
+
+}  // namespace
+
+Module* NewModule(Session* session, const std::string& path, bool isText) {
+  Module* module = &session->modules.emplace_back();
+  module->file = &session->files.emplace_back(SourceFile{path, isText});
+  module->document.reset(Need(xmlNewDoc(nullptr)));
+  module->document->dict = session->dictionary.get();
+  xmlDictReference(module->document->dict);
+  return module;
+}
+
+void ReportTooLarge(const Module* module, Report* report) {
+  AddFindingAt(report, Severity::kFatal, kSyntaxClass, {module->file, 0, 0},
+               "the file is larger than 2 GiB");
+}
+
+Module* ReadModuleFile(Session* session, const std::string& path, Report* report) {
+  std::string content;
+  if (!ReadContent(path, &content)) {
+    const SourceFile* file = &session->files.emplace_back(SourceFile{path, false});
+    AddFindingAt(report, Severity::kFatal, kSyntaxClass, {file, 0, 0},
+                 std::string("cannot be read: ") + std::strerror(errno));
+    return nullptr;
+  }
+  const bool isYin = std::string_view(path).ends_with(".yin");
+  return isYin ? ReadModuleYin(session, path, content, report)
+               : ReadModuleText(session, path, content, report);
+}
+
+void ReadHeader(Module* module) {
+  module->name = TextOrEmpty(ArgumentOf(module->root));
+  for (xmlNode* s = FirstChild(module->root); s != nullptr; s = NextSibling(s))
+    TakeStatement(module, s);
+}
+
+}  // namespace compiler

@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// YIN into a tree. libxml2 takes the XML apart; the tree is built here from its events,
+// since records want the place where a start tag begins, which libxml2's own builder
+// does not keep, and statements, arguments and foreign elements differ in what text
+// they may hold.
+//
+// The place is found from the parser's own: it stands at the end of the start tag when
+// the event comes, and no '<' but the first can stand in a tag.
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+#include <libxml/parserInternals.h>
+
+#include <climits>
+#include <cstring>
+#include <exception>
+
+#include "compiler/build.h"
+#include "compiler/module_file.h"
+#include "compiler/reader.h"
+#include "compiler/session.h"
+#include "compiler/statement.h"
+#include "compiler/text_check.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr unsigned kMaxErrors = 1000;
+
+struct YinReader {
+  Session* session = nullptr;
+  Module* module = nullptr;
+  Report* report = nullptr;
+  xmlParserCtxt* parser = nullptr;
+  std::string_view text;
+  PositionCounter counter;    // of the file's own bytes
+  xmlNode* parent = nullptr;  // the open element, or the document
+  unsigned depth = 0;
+  unsigned errors = 0;
+  std::string pending;         // text that has not become a node yet
+  std::exception_ptr refused;  // memory; thrown when the parser has returned
+};
+
+// The events come through C, which no exception may cross.
+template <typename Step>
+void Guarded(void* ctxt, Step step) noexcept {
+  auto* parser = static_cast<xmlParserCtxt*>(ctxt);
+  auto* r = static_cast<YinReader*>(parser->_private);
+  if (r->refused != nullptr) return;
+  try {
+    step(r);
+  } catch (...) {
+    r->refused = std::current_exception();
+    xmlStopParser(parser);
+  }
+}
+
+std::string_view View(const xmlChar* text) noexcept {
+  return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
+}
+
+std::string Quote(const xmlNode* element) {
+  return std::string("'") + NameOf(element) + "'";
+}
+
+// ---- places and findings ----
+
+void ReportAt(YinReader* r, uint32_t line, uint32_t column, std::string message,
+              std::string advice = {}) {
+  if (r->errors > kMaxErrors) return;
+  if (++r->errors > kMaxErrors) {
+    message = "too many errors, the rest of the file is not read";
+    advice.clear();
+    xmlStopParser(r->parser);
+  }
+  AddFindingAt(r->report, Severity::kFatal, kSyntaxClass, {r->module->file, line, column},
+               std::move(message), std::move(advice));
+}
+
+// Where the parser stands in the file's bytes; NULL: it reads something else.
+const char* PlaceOfParser(const YinReader* r) noexcept {
+  const xmlParserInput* input = r->parser->input;
+  const bool converted = input->buf == nullptr || input->buf->encoder != nullptr;
+  if (converted) return nullptr;
+  const size_t offset = input->consumed + static_cast<size_t>(input->cur - input->base);
+  return offset <= r->text.size() ? r->text.data() + offset : nullptr;
+}
+
+// The place of the start tag that the parser has just read.
+Place PlaceOfTag(YinReader* r) noexcept {
+  Place place{r->module->file, static_cast<uint32_t>(xmlSAX2GetLineNumber(r->parser)), 1};
+  const char* p = PlaceOfParser(r);
+  if (p == nullptr) return place;
+  while (p > r->counter.at && *p != '<') --p;
+  CountTo(&r->counter, p);
+  place.line = r->counter.line;
+  place.column = r->counter.column;
+  return place;
+}
+
+// ---- texts ----
+
+bool IsBlank(std::string_view text) noexcept {
+  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+bool IsYin(const YinReader* r, const xmlNode* element) noexcept {
+  return element->ns == r->session->yin;
+}
+
+bool HasElements(const xmlNode* element) noexcept {
+  for (const xmlNode* node = element->children; node != nullptr; node = node->next)
+    if (node->type == XML_ELEMENT_NODE) return true;
+  return false;
+}
+
+// Makes a node of the text that was read, before what follows it. `atEnd`: the element
+// ends here. Blanks between elements are layout; those that are all that an element
+// holds are its text.
+void FlushText(YinReader* r, bool atEnd) {
+  if (r->pending.empty()) return;
+  xmlNode* element = r->parent;
+  const bool isYinStatement = element->_private != nullptr && IsYin(r, element);
+  const bool keeps = !isYinStatement && atEnd && !HasElements(element);
+  if (keeps || !IsBlank(r->pending)) {
+    if (isYinStatement) {
+      const Place& place = StatementOf(element)->place;
+      ReportAt(r, place.line, place.column, Quote(element) + " holds text",
+               "only the elements of arguments do");
+    } else {
+      AppendText(element, r->pending);
+    }
+  }
+  r->pending.clear();
+}
+
+void TakeText(void* ctxt, const xmlChar* text, int length) {
+  Guarded(ctxt, [&](YinReader* r) {
+    r->pending.append(reinterpret_cast<const char*>(text), static_cast<size_t>(length));
+  });
+}
+
+// ---- elements ----
+
+// What an element is, by its parent: an element of an argument has no record.
+bool IsArgument(const YinReader* r, const xmlNode* element) noexcept {
+  const xmlNode* parent = element->parent;
+  if (parent->type != XML_ELEMENT_NODE || !IsYin(r, element)) return false;
+  if (parent->_private == nullptr) return true;  // inside such an element
+  const KeywordRow& row = RowOf(StatementOf(parent)->keyword);
+  return row.argumentIsElement && View(element->name) == row.argument;
+}
+
+void AddRecord(YinReader* r, xmlNode* element, const Place& place) {
+  Statement& record = r->session->statements.emplace_back();
+  record.place = place;
+  record.words = r->module;
+  if (IsYin(r, element)) record.keyword = FindKeyword(View(element->name));
+  record.argumentIsElement = RowOf(record.keyword).argumentIsElement;
+  element->_private = &record;
+}
+
+// The five pointers of an attribute, as libxml2 hands them over.
+struct RawAttribute {
+  std::string_view name;
+  bool isForeign = false;
+  std::string_view value;
+};
+
+RawAttribute ReadAttribute(const xmlChar** fields) noexcept {
+  return {View(fields[0]), fields[1] != nullptr,
+          std::string_view(reinterpret_cast<const char*>(fields[3]),
+                           static_cast<size_t>(fields[4] - fields[3]))};
+}
+
+void AddAttributes(YinReader* r, xmlNode* element, const Place& place, int count,
+                   const xmlChar** attributes) {
+  const Keyword keyword = KeywordOf(element);
+  const KeywordRow& row = RowOf(keyword);
+  for (int i = 0; i < count; ++i) {
+    const RawAttribute raw = ReadAttribute(attributes + static_cast<ptrdiff_t>(5) * i);
+    if (raw.isForeign) continue;  // says nothing of the statement
+    const bool expected = keyword == Keyword::kNone
+                              ? element->properties == nullptr
+                              : !row.argumentIsElement && raw.name == row.argument;
+    if (expected) {
+      AppendAttribute(element, attributes[static_cast<ptrdiff_t>(5) * i], raw.value);
+    } else {
+      ReportAt(r, place.line, place.column,
+               Quote(element) + " has no attribute '" + std::string(raw.name) + "'");
+    }
+  }
+}
+
+void CheckArgument(YinReader* r, const xmlNode* element) {
+  const Statement* record = StatementOf(element);
+  if (record->keyword == Keyword::kNone || RowOf(record->keyword).argument.empty()) return;
+  if (ArgumentOf(element) != nullptr) return;
+  ReportAt(r, record->place.line, record->place.column, Quote(element) + " lacks its argument",
+           std::string(record->argumentIsElement ? "add the element '" : "add the attribute '") +
+               std::string(RowOf(record->keyword).argument) + "'");
+}
+
+void CheckDepth(YinReader* r, const Place& place) {
+  if (++r->depth <= kMaxDepth) return;
+  ReportAt(
+      r, place.line, place.column,
+      "statements stand in one another more than " + std::to_string(kMaxDepth) + " levels deep");
+  xmlStopParser(r->parser);
+}
+
+// True when another element stands before this one in the same statement.
+bool FollowsAnother(const xmlNode* element) noexcept {
+  for (const xmlNode* node = element->prev; node != nullptr; node = node->prev)
+    if (node->type == XML_ELEMENT_NODE) return true;
+  return false;
+}
+
+void StartStatement(YinReader* r, xmlNode* element, const Place& place, const xmlChar* prefix,
+                    int count, const xmlChar** attributes) {
+  AddRecord(r, element, place);
+  AddAttributes(r, element, place, count, attributes);
+  if (IsYin(r, element)) return;
+  if (element->ns == nullptr) {
+    ReportAt(r, place.line, place.column, Quote(element) + " stands in no namespace",
+             std::string("declare xmlns=\"") + kYinNamespace + "\" on the module");
+    return;
+  }
+  r->module->extensions.push_back({element, Intern(r->session, View(prefix))});
+}
+
+void TakeStart(void* ctxt, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
+               int /*namespaceCount*/, const xmlChar** /*namespaces*/, int count, int /*defaulted*/,
+               const xmlChar** attributes) {
+  Guarded(ctxt, [&](YinReader* r) {
+    const Place place = PlaceOfTag(r);
+    if (r->depth > 0) FlushText(r, false);
+    xmlNs* ns = uri == nullptr ? nullptr : NamespaceOf(r->session, View(uri));
+    xmlNode* element = AppendElement(r->parent, ns, name);
+    if (!IsArgument(r, element)) {
+      StartStatement(r, element, place, prefix, count, attributes);
+    } else if (FollowsAnother(element)) {
+      ReportAt(r, place.line, place.column,
+               "the argument " + Quote(element) + " stands behind another element");
+    }
+    r->parent = element;
+    CheckDepth(r, place);
+  });
+}
+
+void TakeEnd(void* ctxt, const xmlChar* /*name*/, const xmlChar* /*prefix*/,
+             const xmlChar* /*uri*/) {
+  Guarded(ctxt, [&](YinReader* r) {
+    if (r->depth == 0) return;
+    FlushText(r, true);
+    xmlNode* element = r->parent;
+    if (element->_private != nullptr) CheckArgument(r, element);
+    r->parent = element->parent;
+    --r->depth;
+  });
+}
+
+// ---- what else a file may hold ----
+
+void RefuseDocumentType(void* ctxt, const xmlChar* /*name*/, const xmlChar* /*externalId*/,
+                        const xmlChar* /*systemId*/) {
+  Guarded(ctxt, [&](YinReader* r) {
+    const auto line = static_cast<uint32_t>(xmlSAX2GetLineNumber(r->parser));
+    ReportAt(r, line, 1, "the file declares a document type", "remove the declaration");
+    xmlStopParser(r->parser);
+  });
+}
+
+std::string WithoutLineFeed(const char* message) {
+  std::string text = message == nullptr ? "the file is no XML" : message;
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text;
+}
+
+void TakeError(void* ctxt, xmlErrorPtr error) {
+  Guarded(ctxt, [&](YinReader* r) {
+    if (error->code == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+    if (error->level < XML_ERR_ERROR) return;
+    ReportAt(r, static_cast<uint32_t>(error->line),
+             error->int2 > 0 ? static_cast<uint32_t>(error->int2) : 1,
+             WithoutLineFeed(error->message));
+  });
+}
+
+// Errors that libxml2 raises outside of a parser, which are for want of memory, must
+// not go to standard error.
+class Silence {
+ public:
+  Silence() : context_(xmlStructuredErrorContext), function_(xmlStructuredError) {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
+  }
+  ~Silence() { xmlSetStructuredErrorFunc(context_, function_); }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  void* context_;
+  xmlStructuredErrorFunc function_;
+};
+
+struct FreeParser {
+  void operator()(xmlParserCtxt* parser) const noexcept { xmlFreeParserCtxt(parser); }
+};
+using Parser = std::unique_ptr<xmlParserCtxt, FreeParser>;
+
+Parser NewParser(YinReader* r) {
+  Parser parser(Need(xmlNewParserCtxt()));
+  xmlDictFree(parser->dict);
+  parser->dict = r->session->dictionary.get();
+  xmlDictReference(parser->dict);
+  parser->_private = r;
+  xmlSAXHandler* events = parser->sax;
+  *events = xmlSAXHandler{};
+  events->initialized = XML_SAX2_MAGIC;
+  events->startElementNs = TakeStart;
+  events->endElementNs = TakeEnd;
+  events->characters = TakeText;
+  events->cdataBlock = TakeText;
+  events->ignorableWhitespace = TakeText;
+  events->internalSubset = RefuseDocumentType;
+  events->serror = TakeError;
+  return parser;
+}
+
+void Parse(YinReader* r) {
+  const Silence silence;
+  const Parser parser = NewParser(r);
+  r->parser = parser.get();
+  constexpr int kOptions = XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_RECOVER;
+  xmlDoc* none = xmlCtxtReadMemory(parser.get(), r->text.data(), static_cast<int>(r->text.size()),
+                                   nullptr, nullptr, kOptions);
+  xmlFreeDoc(none);
+  if (r->refused != nullptr) std::rethrow_exception(r->refused);
+  if (parser->errNo == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+}
+
+bool IsRoot(const xmlNode* element) noexcept {
+  return Is(element, Keyword::kModule) || Is(element, Keyword::kSubmodule);
+}
+
+bool ReadTree(Session* session, Module* module, std::string_view text, Report* report) {
+  YinReader r;
+  r.session = session;
+  r.module = module;
+  r.report = report;
+  r.text = text;
+  r.counter.at = text.data();
+  r.parent = reinterpret_cast<xmlNode*>(module->document.get());
+  Parse(&r);
+  module->root = xmlDocGetRootElement(module->document.get());
+  if (module->root == nullptr) {
+    if (r.errors == 0) ReportAt(&r, 1, 1, "the file holds no module");
+    return false;
+  }
+  if (!IsRoot(module->root)) {
+    const Place& place = StatementOf(module->root)->place;
+    ReportAt(&r, place.line, place.column, "the file is no YIN module or submodule",
+             std::string("these stand in the namespace ") + kYinNamespace);
+    return false;
+  }
+  module->broken = r.errors > 0;
+  const char* name = ArgumentOf(module->root);
+  return name != nullptr && *name != '\0';
+}
+
+}  // namespace
+
+Module* ReadModuleYin(Session* session, const std::string& path, const std::string& text,
+                      Report* report) {
+  Module* module = NewModule(session, path, false);
+  if (text.size() <= INT_MAX && ReadTree(session, module, text, report)) {
+    ReadHeader(module);
+    return module;
+  }
+  if (text.size() > INT_MAX) ReportTooLarge(module, report);
+  session->modules.pop_back();
+  return nullptr;
+}
+
+}  // namespace compiler

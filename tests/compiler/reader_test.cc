@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/reader.h"
+
+#include <gtest/gtest.h>
+
+#include "compiler/session.h"
+#include "compiler/statement.h"
+#include "compiler/writer.h"
+
+namespace compiler {
+namespace {
+
+constexpr char kText[] =
+    "module m {\n"
+    "  yang-version 1.1;\n"
+    "  namespace \"urn:m\"; prefix m;\n"
+    "  import n { prefix n; revision-date 2020-01-02; }\n"
+    "  include s;\n"
+    "  revision 2019-01-01; revision 2021-01-01;\n"
+    "  container c { // comment\n"
+    "    leaf a { type string; description \"one\n"
+    "                                       two\"; }\n"
+    "  }\n"
+    "}\n";
+
+constexpr char kYin[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<module name=\"m\"\n"
+    "        xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\">\n"
+    "  <yang-version value=\"1.1\"/>\n"
+    "  <namespace uri=\"urn:m\"/>\n"
+    "  <prefix value=\"m\"/>\n"
+    "  <import module=\"n\">\n"
+    "    <prefix value=\"n\"/>\n"
+    "    <revision-date date=\"2020-01-02\"/>\n"
+    "  </import>\n"
+    "  <include module=\"s\"/>\n"
+    "  <revision date=\"2019-01-01\"/>\n"
+    "  <revision date=\"2021-01-01\"/>\n"
+    "  <container name=\"c\">\n"
+    "    <leaf name=\"a\">\n"
+    "      <type name=\"string\"/>\n"
+    "      <description>\n"
+    "        <text>one\ntwo</text>\n"
+    "      </description>\n"
+    "    </leaf>\n"
+    "  </container>\n"
+    "</module>\n";
+
+void ExpectHeader(const Module& module) {
+  EXPECT_EQ(module.name, "m");
+  EXPECT_EQ(module.prefix, "m");
+  EXPECT_EQ(module.nameSpace, "urn:m");
+  EXPECT_EQ(module.revision, "2021-01-01");
+  EXPECT_TRUE(module.version11);
+  EXPECT_FALSE(module.broken);
+  ASSERT_EQ(module.imports.size(), 1u);
+  EXPECT_EQ(module.imports[0].module, "n");
+  EXPECT_EQ(module.imports[0].prefix, "n");
+  EXPECT_EQ(module.imports[0].revision, "2020-01-02");
+  ASSERT_EQ(module.includes.size(), 1u);
+  EXPECT_EQ(module.includes[0].submodule, "s");
+}
+
+TEST(ReadModuleText, GivesTheTreeOfTheYinForm) {
+  auto session = OpenSession();
+  Report report;
+  Module* module = ReadModuleText(session.get(), "m.yang", kText, &report);
+  ASSERT_NE(module, nullptr);
+  EXPECT_TRUE(report.findings.empty());
+  ExpectHeader(*module);
+  EXPECT_EQ(WriteYin(*module), kYin);
+}
+
+TEST(ReadModuleYin, GivesTheSameTree) {
+  auto session = OpenSession();
+  Report report;
+  Module* module = ReadModuleYin(session.get(), "m.yin", kYin, &report);
+  ASSERT_NE(module, nullptr);
+  EXPECT_TRUE(report.findings.empty());
+  ExpectHeader(*module);
+  EXPECT_EQ(WriteYin(*module), kYin);
+}
+
+}  // namespace
+}  // namespace compiler
