@@ -4,15 +4,13 @@
 #include <gtest/gtest.h>
 #include <libxml/globals.h>
 #include <libxml/parser.h>
-#include <unistd.h>
 
 #include <climits>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "context/xml_tree.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/xml_memory.h"
 
 namespace {
@@ -214,16 +212,16 @@ TEST(ParseXmlText, ClientsFunctionsForNodesAreNotCalledAndStay) {
 }
 
 TEST(ParseXmlText, ExternalEntitiesAndSubsetsAreNotLoaded) {
-  const std::filesystem::path file =
-      std::filesystem::temp_directory_path() / ("qmodel_dtd_" + std::to_string(getpid()));
-  std::ofstream(file) << "<!ATTLIST a secret CDATA 'loaded'>";
+  const temp_folder::Folder folder;
+  const std::string file = folder.Path("dtd");
+  folder.Write("dtd", "<!ATTLIST a secret CDATA 'loaded'>");
   const int substitute = xmlSubstituteEntitiesDefault(1);
   xmlLoadExtDtdDefaultValue = XML_COMPLETE_ATTRS | XML_DETECT_IDS;
-  xmlDoc* doc = Parse("<!DOCTYPE a SYSTEM '" + file.string() + "'><a/>");
+  xmlDoc* doc = Parse("<!DOCTYPE a SYSTEM '" + file + "'><a/>");
   ASSERT_NE(nullptr, doc);
   EXPECT_EQ(nullptr, xmlDocGetRootElement(doc)->properties);
   xmlFreeDoc(doc);
-  doc = Parse("<!DOCTYPE a [<!ENTITY e SYSTEM '" + file.string() + "'>]><a>&e;</a>");
+  doc = Parse("<!DOCTYPE a [<!ENTITY e SYSTEM '" + file + "'>]><a>&e;</a>");
   ASSERT_NE(nullptr, doc);
   const xmlNode* reference = xmlDocGetRootElement(doc)->children;
   ASSERT_EQ(XML_ENTITY_REF_NODE, reference->type);
@@ -231,7 +229,6 @@ TEST(ParseXmlText, ExternalEntitiesAndSubsetsAreNotLoaded) {
   xmlFreeDoc(doc);
   xmlLoadExtDtdDefaultValue = 0;
   xmlSubstituteEntitiesDefault(substitute);
-  std::filesystem::remove(file);
 }
 
 TEST(XmlSilence, NestsAndEndsWithItsBlock) {

@@ -3,14 +3,12 @@
 // in parts of a split module, by a deviation, by an augment - no counter wraps.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "tests/hostile/hostile_text.h"
+#include "tests/support/listing.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 
@@ -170,22 +168,18 @@ TEST(HostileCounter, AugmentsDoNotOverfillTheirChildren) {
   EXPECT_NE("", ErrorsOfLoading({module(65535)}));
 }
 
-// A folder of its own with two files of the split module m; removed with its files.
+// The split module m in two files, of which the second is listed first.
 class SplitModule {
  public:
-  SplitModule(const std::string& first, const std::string& second)
-      : dir_(testing::TempDir() + "qmodel-split-" + std::to_string(getpid())) {
-    std::filesystem::create_directory(dir_);
-    std::ofstream(dir_ + "/m@@a.yin") << first;
-    std::ofstream(dir_ + "/m@@b.yin") << second;
+  SplitModule(const std::string& first, const std::string& second) {
+    folder_.Write("m@@a.yin", first);
+    folder_.Write("m@@b.yin", second);
+    listing::DrawWithFirst(folder_.Dir(), "m@@b.yin");
   }
-  ~SplitModule() { std::filesystem::remove_all(dir_); }
-  SplitModule(const SplitModule&) = delete;
-  SplitModule& operator=(const SplitModule&) = delete;
 
   std::string ErrorsOfLoading() const {
     QmCtx* ctx = QM_CTX_Create(0);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, dir_.c_str()));
+    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
     static_cast<void>(QM_CTX_LoadModule(ctx, "m"));
     const std::string errors = LoadErrorLines(ctx);
     QM_CTX_Delete(ctx);
@@ -193,7 +187,7 @@ class SplitModule {
   }
 
  private:
-  std::string dir_;
+  temp_folder::Folder folder_;
 };
 
 TEST(HostileCounter, PartsOfASplitModuleDoNotOverfillItTogether) {
@@ -226,7 +220,8 @@ TEST(HostileCounter, PartsOfASplitModuleDoNotOverfillItTogether) {
     // One import is shared by the two parts that have deviations.
     EXPECT_EQ("", SplitModule(ModuleText(row.items("a", 300)), ModuleText(row.items("b", 300)))
                       .ErrorsOfLoading());
-    // Part b is found first; what part a adds comes one by one.
+    // What a later part adds comes one by one, and each copies all before it: the large
+    // part has to be the first.
     EXPECT_NE("", SplitModule(ModuleText(row.items("a", 1)), ModuleText(row.items("b", 65535)))
                       .ErrorsOfLoading());
   }

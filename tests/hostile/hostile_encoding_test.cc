@@ -2,13 +2,10 @@
 // Encodings, marks and bytes that have no place in a text, in models and messages.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "tests/hostile/hostile_text.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 
@@ -30,18 +27,11 @@ std::string Widen(const std::string& mark, const std::string& text, size_t bytes
 // A search directory with the file m.yin.
 class ModelFile {
  public:
-  explicit ModelFile(const std::string& content)
-      : dir_(testing::TempDir() + "qmodel-encoding-" + std::to_string(getpid())) {
-    std::filesystem::create_directory(dir_);
-    std::ofstream(dir_ + "/m.yin", std::ios::binary) << content;
-  }
-  ~ModelFile() { std::filesystem::remove_all(dir_); }
-  ModelFile(const ModelFile&) = delete;
-  ModelFile& operator=(const ModelFile&) = delete;
+  explicit ModelFile(const std::string& content) { folder_.Write("m.yin", content); }
 
   uint32_t Load() const {
     QmCtx* ctx = QM_CTX_Create(0);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, dir_.c_str()));
+    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
     const uint32_t status = QM_CTX_LoadModule(ctx, "m");
     EXPECT_EQ(status == 0, QM_CTX_GetModuleByModName(ctx, "m") != nullptr);
     EXPECT_EQ(status == 0, LoadErrorLines(ctx).empty());
@@ -50,7 +40,7 @@ class ModelFile {
   }
 
  private:
-  std::string dir_;
+  temp_folder::Folder folder_;
 };
 
 // A file has a length, so the parser may find out its encoding by itself.

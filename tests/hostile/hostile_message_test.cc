@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 
-#include <fstream>
-
 #include "tests/hostile/hostile_text.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 
@@ -106,8 +105,9 @@ TEST(HostileMessage, CommentsAndInstructionsStandAnywhereButInALeafsFront) {
 // A message must not have a document type declaration, whatever it declares.
 TEST(HostileMessage, EntitiesOfAnyKindAreRefused) {
   const std::string module = ModuleText(kBody);
-  const std::string secret = testing::TempDir() + "qmodel-secret";
-  std::ofstream(secret) << "secret";
+  const temp_folder::Folder folder;
+  const std::string secret = folder.Path("secret");
+  folder.Write("secret", "secret");
   for (const std::string& entity :
        {"SYSTEM 'file://" + secret + "'", "SYSTEM '" + secret + "'",
         std::string("SYSTEM 'http://127.0.0.1:9/x'"), std::string("PUBLIC 'p' 'ftp://127.0.0.1/x'"),
@@ -123,7 +123,6 @@ TEST(HostileMessage, EntitiesOfAnyKindAreRefused) {
       IsValidRequest(module, "<!DOCTYPE op SYSTEM 'file://" + secret + "'><op xmlns='urn:m'/>"));
   EXPECT_TRUE(IsValidRequest(module, "<op xmlns='urn:m'><a>x</a></op>")) << "without one";
   EXPECT_FALSE(IsValidRequest(module, "<op xmlns='urn:m'><a>&undefined;</a></op>"));
-  std::remove(secret.c_str());
 }
 
 TEST(HostileMessage, EntitiesThatMultiplyDoNotEatMemory) {

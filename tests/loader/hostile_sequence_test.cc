@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Random modules that act on each other in every way, loaded, unloaded, changed
-// and split in any order, with memory refused now and then.
+// and split in any order, with memory refused now and then. The files of the split
+// one are listed in another order by each seed.
 //
 // Nothing is known about the outcome of a step; what must hold after each is
 // that the trees are properly linked, that every reading call works on what is
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 #include "tests/support/every_walk.h"
+#include "tests/support/listing.h"
 #include "tests/support/yin.h"
 
 namespace {
@@ -362,6 +365,16 @@ class Operator {
 
   const std::string& Log() const { return log_; }
 
+  std::string Trees() const {
+    std::string text;
+    for (uint32_t m = 0; m < kModules; ++m) {
+      const QmsModule* module = QM_CTX_GetModuleByModName(ctx_, ("m" + std::to_string(m)).c_str());
+      if (module == nullptr) continue;
+      text += coupling::Tree(module) + coupling::Augments(module) + coupling::Deviations(module);
+    }
+    return text + "\n";
+  }
+
  private:
   uint32_t Below(uint32_t n) { return static_cast<uint32_t>(random_()) % n; }
 
@@ -434,6 +447,7 @@ TEST(HostileSequence, LeavesNoPointerIntoWhatIsGone) {
   for (uint32_t seed = FirstSeed(); seed < FirstSeed() + kSeeds && !HasFailure(); ++seed) {
     g_privates = 0;
     g_hookCalls = 0;
+    listing::Draw(seed);
     {
       Operator op(seed);
       for (int step = 0; step < kSteps && !HasFailure(); ++step) op.Step();
@@ -441,6 +455,29 @@ TEST(HostileSequence, LeavesNoPointerIntoWhatIsGone) {
     }
     EXPECT_EQ(0, g_privates) << "seed " << seed;
   }
+}
+
+// All that the loads and unloads have made of the modules.
+std::string Outcome(uint32_t seed) {
+  listing::Draw(seed);
+  g_hookCalls = 0;
+  std::string outcome;
+  Operator op(seed);
+  for (int step = 0; step < kSteps && !testing::Test::HasFailure(); ++step) {
+    op.Step();
+    outcome += op.Trees();
+  }
+  return outcome;
+}
+
+TEST(HostileSequence, DependsOnNothingButItsSeed) {
+  std::set<std::string> outcomes;
+  for (uint32_t seed = FirstSeed(); seed < FirstSeed() + 4; ++seed) {
+    const std::string outcome = Outcome(seed);
+    EXPECT_EQ(outcome, Outcome(seed)) << "seed " << seed;
+    outcomes.insert(outcome);
+  }
+  EXPECT_EQ(4u, outcomes.size());
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
+#include <vector>
 
 #include "context/dict.h"
 #include "context/upcalls.h"
@@ -11,6 +13,7 @@
 #include "loader/linkage.h"
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
+#include "tests/support/listing.h"
 #include "tests/support/yin.h"
 
 using testing::ElementsAre;
@@ -201,6 +204,44 @@ TEST(LoadModuleByModName, SplitFilesAreMergedAndTheirSuffixesRemembered) {
   EXPECT_EQ(2u, m->featureCount);
   EXPECT_NE(nullptr, yin::Find(m, "c/a"));
   EXPECT_EQ(2u, m->mergeSourceCount);
+}
+
+TEST(LoadModuleByModName, PartsOfOneDirectoryAreReadInTheOrderOfItsListing) {
+  std::set<std::vector<std::string>> orders;
+  for (uint32_t seed = 0; seed < 60; ++seed) {
+    SCOPED_TRACE(seed);
+    listing::Draw(seed);
+    Loader loader;
+    for (const std::string part : {"x", "y", "z"})
+      loader.Write("m@@" + part + ".yin",
+                   yin::Module("m", "<feature name='f" + part + "'/>" + Leaf(part)));
+    const std::vector<std::string> listed = listing::Of(loader.Dir().Dir());
+    ASSERT_EQ(3u, listed.size());
+    EXPECT_EQ(0u, loader.Load("m"));
+    EXPECT_THAT(loader.Errors(), ElementsAre());
+    std::string suffixes;
+    for (const std::string& file : listed) suffixes += file.substr(3, 1) + " ";
+    EXPECT_EQ(suffixes, Suffixes(loader.Module("m")));
+    EXPECT_EQ(suffixes, TopNodes(loader.Module("m")));
+    EXPECT_EQ(3u, loader.Module("m")->featureCount);
+    orders.insert(listed);
+  }
+  EXPECT_EQ(6u, orders.size()) << "every order was met";
+}
+
+TEST(LoadModuleByModName, OfTheRevisionFilesOfADirectoryTheFirstListedIsTaken) {
+  std::set<std::string> taken;
+  for (uint32_t seed = 0; seed < 30; ++seed) {
+    SCOPED_TRACE(seed);
+    listing::Draw(seed);
+    Loader loader;
+    loader.Write("m@2001-01-01.yin", yin::Module("m", Leaf("m@2001-01-01.yin")));
+    loader.Write("m@2002-01-01.yin", yin::Module("m", Leaf("m@2002-01-01.yin")));
+    EXPECT_EQ(0u, loader.Load("m"));
+    EXPECT_EQ(listing::Of(loader.Dir().Dir()).front() + " ", TopNodes(loader.Module("m")));
+    taken.insert(TopNodes(loader.Module("m")));
+  }
+  EXPECT_EQ(2u, taken.size()) << "every order was met";
 }
 
 // Two directories, since the order within one is that of its listing.

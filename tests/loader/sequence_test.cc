@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "tests/support/coupling.h"
+#include "tests/support/listing.h"
 #include "tests/support/yin.h"
 
 namespace {
@@ -284,6 +285,7 @@ class Player {
 
 TEST(LoadSequence, EndsAsAFreshLoadOfTheRemainingModules) {
   for (uint32_t seed = 1; seed <= 150 && !HasFailure(); ++seed) {
+    listing::Draw(seed);
     Player player(seed);
     for (int step = 0; step < 40 && !HasFailure(); ++step) {
       player.Step();
@@ -303,6 +305,7 @@ TEST(WildSequence, LeavesNoPointerIntoADestroyedModule) {
                                        "trim", "both",  "ring1", "ring2",  "split", "cut",
                                        "axe",  "hush",  "bare",  "broken", "ghost"};
   for (uint32_t seed = 1; seed <= 150 && !HasFailure(); ++seed) {
+    listing::Draw(seed);
     std::mt19937 random(seed);
     std::string log;
     Names destroyed;

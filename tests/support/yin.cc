@@ -2,11 +2,6 @@
 #include "tests/support/yin.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 
 #include "context/upcalls.h"
 #include "context/xml_parse.h"
@@ -31,31 +26,6 @@ xmlDoc* Xml(const std::string& text) {
   xmlDoc* doc = ParseXmlText(text.data(), text.size());
   EXPECT_NE(nullptr, doc) << "the test's text is no XML";
   return doc;
-}
-
-Folder::Folder() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "yin-XXXXXX").string();
-  if (mkdtemp(pattern.data()) != nullptr) dir_ = pattern;
-  EXPECT_FALSE(dir_.empty()) << "no directory for the files of the test";
-}
-
-Folder::~Folder() {
-  std::error_code ignored;
-  if (!dir_.empty()) std::filesystem::remove_all(dir_, ignored);
-}
-
-std::string Folder::Path(const std::string& file) const {
-  return dir_ + "/" + file;
-}
-
-void Folder::Write(const std::string& file, const std::string& text) const {
-  std::ofstream out(Path(file), std::ios::binary);
-  out << text;
-  EXPECT_TRUE(out.good());
-}
-
-void Folder::MakeDir(const std::string& name) const {
-  EXPECT_TRUE(std::filesystem::create_directory(Path(name)));
 }
 
 Context::Context(uint32_t loadFlags) : ctx_(QM_CTX_Create(loadFlags)) {}

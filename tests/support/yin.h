@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "context/records.h"
+#include "tests/support/temp_folder.h"
 
 // YIN texts, folders of YIN files, and what a load recorded about them.
 namespace yin {
@@ -19,22 +20,7 @@ std::string Submodule(const std::string& name, const std::string& body);
 // A document that the test frees with xmlFreeDoc().
 xmlDoc* Xml(const std::string& text);
 
-// A directory that is removed with all its files at the end.
-class Folder {
- public:
-  Folder();
-  ~Folder();
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string Path(const std::string& file) const;
-  const char* Dir() const { return dir_.c_str(); }
-  void Write(const std::string& file, const std::string& text) const;
-  void MakeDir(const std::string& name) const;
-
- private:
-  std::string dir_;
-};
+using temp_folder::Folder;
 
 // A context that is deleted at the end.
 class Context {
