@@ -180,6 +180,19 @@ xmlNode* CopyStatement(Session* session, xmlDoc* document, const xmlNode* statem
   return copy.release();
 }
 
+xmlNode* CopyAlone(Session* session, xmlDoc* document, const xmlNode* statement,
+                   const Place* usedAt) {
+  LooseStatement copy(NewElement(document, statement->ns, statement->name));
+  CopyHead(session, statement, copy.get(), usedAt);
+  const xmlNode* element =
+      StatementOf(statement)->argumentIsElement ? ArgumentElement(statement) : nullptr;
+  if (element != nullptr) {
+    xmlNode* argument = AppendElement(copy.get(), element->ns, element->name);
+    CopyContent(session, element, argument, usedAt);
+  }
+  return copy.release();
+}
+
 void AppendChild(xmlNode* parent, xmlNode* statement) noexcept {
   statement->parent = parent;
   statement->prev = parent->last;

@@ -58,6 +58,10 @@ xmlNode* MakeStatement(Session* session, const xmlNode* like, Keyword keyword,
 xmlNode* CopyStatement(Session* session, xmlDoc* document, const xmlNode* statement,
                        const Place* usedAt);
 
+// The same without what stands below it, the argument apart.
+xmlNode* CopyAlone(Session* session, xmlDoc* document, const xmlNode* statement,
+                   const Place* usedAt);
+
 // Links a statement that is not linked (take it out first) into a tree.
 void AppendChild(xmlNode* parent, xmlNode* statement) noexcept;
 void InsertBefore(xmlNode* where, xmlNode* statement) noexcept;

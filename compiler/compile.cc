@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The steps of spelling out, and which modules need which. A module is expanded when it
+// is written or when a path of another leads into it; nothing is done twice.
+#include "compiler/compile.h"
+
+#include <utility>
+
+#include "compiler/bounds.h"
+#include "compiler/circle.h"
+#include "compiler/expand.h"
+#include "compiler/features.h"
+#include "compiler/handed_down.h"
+#include "compiler/limits.h"
+#include "compiler/prefixes.h"
+#include "compiler/rewrite.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+#include "compiler/target.h"
+#include "compiler/typedefs.h"
+
+namespace compiler {
+
+namespace {
+
+// True when a file of the module has errors of its own, or lacks what it needs.
+void CheckFile(Module* file, void* arg) {
+  auto* out = static_cast<Output*>(arg);
+  bool fails = file->broken;
+  for (const Import& import : file->imports) fails = fails || import.target == nullptr;
+  for (const Include& include : file->includes) fails = fails || include.target == nullptr;
+  out->stopped = out->stopped || fails;
+}
+
+void NeedImports(Module* file, void* arg);
+
+// True when the module can be expanded: what it needs is there, too.
+bool IsSound(Compilation* all, Module* module) {
+  const auto known = all->sound.find(module);
+  if (known != all->sound.end()) return known->second;
+  // A circle of imports leads here again; who is in one is not sound.
+  all->sound[module] = false;
+  Output probe;
+  probe.all = all;
+  probe.module = module;
+  ForEachFile(module, CheckFile, &probe);
+  probe.stopped = probe.stopped || ReportDefinitionCircles(module, all->report);
+  ForEachFile(module, NeedImports, &probe);
+  all->sound[module] = !probe.stopped;
+  return !probe.stopped;
+}
+
+void NeedImports(Module* file, void* arg) {
+  auto* probe = static_cast<Output*>(arg);
+  for (const Import& import : file->imports) {
+    if (probe->stopped || IsSound(probe->all, import.target)) continue;
+    probe->stopped = true;
+    AddFinding(probe->all->report, Severity::kFatal, kLinkageClass, import.statement,
+               "the imported module \"" + import.module + "\" has errors");
+  }
+}
+
+void Finish(Output* out) {
+  ApplyFeatures(out);
+  WrapForeignCases(out);
+  SpreadAugmentConditions(out);
+  NoteTypedefNames(out);
+  RewriteArguments(out);
+  if (!out->stopped) KeepLimits(out);
+}
+
+}  // namespace
+
+Output* ExpandedOutput(Compilation* all, Module* module) {
+  std::unique_ptr<Output>& place = all->outputs[module];
+  if (place != nullptr) return place.get();
+  place = std::make_unique<Output>();
+  Output* out = place.get();
+  out->all = all;
+  out->module = module;
+  WriteHeader(out);
+  out->stopped = !IsSound(all, module);
+  if (!out->stopped && FitsBounds(out)) {
+    ExpandModule(out);
+    if (!out->stopped) FoldOwnAugments(out);
+  }
+  return out;
+}
+
+const Output* FinishedOutput(Compilation* all, Module* module) {
+  Output* out = ExpandedOutput(all, module);
+  if (!std::exchange(out->finished, true) && !out->stopped) Finish(out);
+  return out->stopped ? nullptr : out;
+}
+
+std::vector<Module*> WrittenImports(Compilation* all, Module* module) {
+  std::vector<Module*> modules;
+  const Output* out = FinishedOutput(all, module);
+  for (size_t i = 1; out != nullptr && i < out->prefixes.size(); ++i) {
+    Module* written = WrittenModule(all->repository, out->prefixes[i].module->name);
+    modules.push_back(written == nullptr ? out->prefixes[i].module : written);
+  }
+  return modules;
+}
+
+void Stop(Output* out, const char* group, const xmlNode* at, std::string message,
+          std::string advice) {
+  out->stopped = true;
+  AddFinding(out->all->report, Severity::kFatal, group, at, std::move(message), std::move(advice));
+}
+
+void Lose(Output* out, const xmlNode* at, std::string message) {
+  AddFinding(out->all->report, Severity::kLoss, kLossClass, at, std::move(message));
+}
+
+}  // namespace compiler

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Spelling out: from models as they are published to YIN that the library loads and
+// takes for the same.
+//
+// Of each module a tree of its own is made in steps: contents of the module and its
+// submodules are copied, each `uses` as the nodes that it stands for; augments into own
+// nodes move to their targets; features that are decided leave; then each argument is
+// put in the words of the written module: prefixes, typedefs, paths, conditions. Last
+// come the limits of the loader. The trees that were read stay as they are, and a copy
+// knows its origin, so names are always looked up where they were written.
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "compiler/records.h"
+#include "compiler/report.h"
+#include "compiler/repository.h"
+
+namespace compiler {
+
+// The class of what cannot be expressed in the output.
+inline constexpr char kLossClass[] = "loss";
+
+struct FeatureName {
+  std::string module;
+  std::string feature;  // "*": all of the module
+};
+
+struct CompileOptions {
+  std::vector<FeatureName> features;  // that are on
+  bool featuresComplete = false;      // all others are off
+  bool dropFailing = false;           // leave out conditions that fail every request
+};
+
+// A prefix of the written module.
+struct WrittenPrefix {
+  std::string prefix;
+  Module* module = nullptr;
+};
+
+struct Compilation;
+
+// One step of a target path.
+struct TargetStep {
+  Module* module = nullptr;  // NULL: the prefix is not known
+  std::string_view name;     // of the argument of the statement's origin
+};
+
+struct Output;
+
+// A node of an expanded tree, and the output that it stands in.
+struct FoundNode {
+  xmlNode* node = nullptr;  // NULL: there is none
+  Output* output = nullptr;
+};
+
+// An augment of the top level.
+struct WrittenAugment {
+  xmlNode* node = nullptr;
+  std::vector<TargetStep> steps;  // empty: its target is no path
+  FoundNode target;               // once it was looked for
+  bool looked = false;
+};
+
+// A module that is being written.
+struct Output {
+  Compilation* all = nullptr;
+  Module* module = nullptr;              // as it was read
+  Module written;                        // the tree to be written
+  std::vector<WrittenPrefix> prefixes;   // its own comes first
+  xmlNode* lastImport = nullptr;         // where the next one is put
+  std::vector<WrittenAugment> augments;  // into other modules, in order
+  // Typedefs that moved to the level of the module, by their definition.
+  std::unordered_map<const xmlNode*, std::string> hoisted;
+  std::unordered_set<std::string> typedefNames;
+  unsigned depth = 0;     // of copies, while they are made
+  bool expanded = false;  // the tree has all nodes; arguments are as they were written
+  bool finished = false;
+  bool stopped = false;  // has an error that stops it
+};
+
+// How much something is once it is spelled out.
+struct Size {
+  uint64_t nodes = 0;
+  uint64_t bytes = 0;
+};
+
+// One call of the compiler.
+struct Compilation {
+  Session* session = nullptr;
+  Repository* repository = nullptr;
+  Report* report = nullptr;
+  CompileOptions options;
+  std::map<Module*, std::unique_ptr<Output>> outputs;
+  std::unordered_map<const xmlNode*, Size> groupingSizes;
+  std::unordered_map<Module*, bool> sound;  // whether it and what it needs can be compiled
+};
+
+// The tree of a module with all of its nodes, made when it is first asked for; enough
+// to look nodes up. Never NULL.
+Output* ExpandedOutput(Compilation* all, Module* module);
+
+// The module as it is to be written. NULL: it has an error that stops it, or needs a
+// module that has; the finding says so.
+const Output* FinishedOutput(Compilation* all, Module* module);
+
+// All modules that the written form of `module` imports, in order.
+std::vector<Module*> WrittenImports(Compilation* all, Module* module);
+
+// An error that makes the output meaningless.
+void Stop(Output* out, const char* group, const xmlNode* at, std::string message,
+          std::string advice = {});
+
+// Something that the output cannot express.
+void Lose(Output* out, const xmlNode* at, std::string message);
+
+}  // namespace compiler

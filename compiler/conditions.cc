@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/conditions.h"
+
+#include <vector>
+
+#include "compiler/data_lookup.h"
+#include "compiler/handed_down.h"
+#include "compiler/path.h"
+#include "compiler/prefixes.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+#include "compiler/target.h"
+#include "compiler/typedefs.h"
+#include "compiler/xpath_edit.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr char kConditionClass[] = "condition";
+constexpr char kPathClass[] = "path";
+constexpr unsigned kMaxHops = 128;
+
+bool IsIdentityref(const FoundNode& node) {
+  const xmlNode* type = TypeOfNode(node);
+  if (type == nullptr) return false;
+  const xmlNode* bottom = FindBottomType(type).type;
+  return bottom != nullptr && std::string_view(ArgumentOf(bottom)) == "identityref";
+}
+
+// The node that the condition is evaluated at, in the tree as it is now.
+FoundNode ContextOf(Output* out, const xmlNode* statement) {
+  xmlNode* parent = ParentOf(statement);
+  if (Is(parent, Keyword::kDeviate)) return FindTarget(out->all, TargetSteps(ParentOf(parent)));
+  if (Is(parent, Keyword::kAugment)) {
+    for (WrittenAugment& augment : out->augments) {
+      if (augment.node == parent) return TargetOf(out->all, &augment);
+    }
+    return {};
+  }
+  const FoundNode node{parent, out};
+  return StatementOf(statement)->handedDown ? DataParent(out->all, node) : node;
+}
+
+void ReportUnknown(Output* out, const xmlNode* statement,
+                   const std::vector<UnknownPrefix>& unknown) {
+  for (const UnknownPrefix& one : unknown) {
+    AddFinding(out->all->report, Severity::kError, kConditionClass, statement,
+               "the prefix \"" + one.prefix + "\" is not known", "import its module");
+  }
+}
+
+NameRules RulesFor(Output* out, const xmlNode* statement) {
+  Module* words = StatementOf(statement)->words;
+  NameRules rules;
+  rules.nodes = [out, words](std::string_view prefix) -> std::optional<std::string> {
+    // Names without a prefix are those of the module that uses them.
+    if (prefix.empty()) return std::string();
+    return TranslatePrefix(out, words, prefix);
+  };
+  rules.identities = [out, words](std::string_view prefix) {
+    return TranslatePrefix(out, words, prefix);
+  };
+  rules.isIdentity = [out, words, statement](const Xpath& xpath, uint32_t path,
+                                             std::string_view literal) {
+    const Reference reference = SplitReference(literal);
+    const FoundNode context = ContextOf(out, statement);
+    if (context.output == nullptr) return !reference.prefix.empty();
+    const FoundNode target = PathTarget(out->all, context, words, xpath, path);
+    if (target.node == nullptr)
+      return !reference.prefix.empty() && KnowsPrefix(words, reference.prefix);
+    return IsIdentityref(target);
+  };
+  return rules;
+}
+
+bool StandsBehindAnother(const xmlNode* when) {
+  return FirstChild(when->parent, Keyword::kWhen) != when;
+}
+
+// "../p:a[...]/p:b" from a path whose names have their prefixes.
+std::string WithoutBlanks(const NodePath& path) {
+  std::string text;
+  for (uint32_t i = 0; i < path.ups; ++i) text += i == 0 ? ".." : "/..";
+  for (const PathStep& step : path.steps) {
+    text += '/';
+    if (!step.prefix.empty()) text.append(path.Of(step.prefix)).append(":");
+    text.append(path.Of(step.name));
+    int depth = 0;
+    for (const char c : path.Of(step.predicates)) {
+      if (c == '[') ++depth;
+      if (depth > 0) text += c;
+      if (c == ']') --depth;
+    }
+  }
+  return text;
+}
+
+// The target's type takes the place of a leafref that cannot be written.
+void PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
+  const Place* usedAt = StatementOf(type)->usedAt;
+  if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
+  InsertBefore(type, CopyStatement(out->all->session, type->doc, OriginOf(other), usedAt));
+  RemoveStatement(type);
+}
+
+}  // namespace
+
+std::string CanonicalCondition(const xmlNode* statement) {
+  const xmlNode* origin = OriginOf(statement);
+  Module* words = StatementOf(origin)->words;
+  Xpath xpath;
+  XpathError error;
+  if (ArgumentOf(origin) == nullptr || !ParseXpath(ArgumentOf(origin), &xpath, &error)) return {};
+  NameRules rules;
+  rules.nodes = [words](std::string_view prefix) -> std::optional<std::string> {
+    const Module* module = prefix.empty() ? nullptr : ModuleOfPrefix(words, prefix);
+    return module == nullptr ? std::string() : module->name;
+  };
+  rules.identities = [words](std::string_view prefix) -> std::optional<std::string> {
+    const Module* module = ModuleOfPrefix(words, prefix);
+    if (module == nullptr) return std::nullopt;
+    return module->name;
+  };
+  std::vector<UnknownPrefix> unknown;
+  return RenamePrefixes(xpath, rules, &unknown);
+}
+
+void RewriteCondition(Output* out, xmlNode* statement) {
+  const char* text = ArgumentOf(statement);
+  Xpath xpath;
+  XpathError error;
+  if (text == nullptr || !ParseXpath(text, &xpath, &error)) {
+    AddFinding(out->all->report, Severity::kError, kConditionClass, statement,
+               "the condition does not parse: " + error.message);
+    if (StatementOf(statement)->handedDown) RemoveStatement(statement);
+    return;
+  }
+  std::vector<UnknownPrefix> unknown;
+  const std::string renamed = RenamePrefixes(xpath, RulesFor(out, statement), &unknown);
+  ReportUnknown(out, statement, unknown);
+  if (renamed != text) SetArgument(out->all->session, statement, renamed);
+  if (StatementOf(statement)->handedDown && !SettleHandedDown(out, statement)) {
+    RemoveStatement(statement);
+    return;
+  }
+  if (Is(statement, Keyword::kWhen) && StandsBehindAnother(statement))
+    JoinWithFirst(out, statement);
+}
+
+void RewritePath(Output* out, xmlNode* statement) {
+  Module* words = StatementOf(statement)->words;
+  const char* text = ArgumentOf(statement);
+  Xpath xpath;
+  NodePath path;
+  XpathError error;
+  NameRules rules;
+  rules.nodes = [out, words](std::string_view prefix) -> std::optional<std::string> {
+    if (prefix.empty()) return PrefixOf(out, out->module);
+    return TranslatePrefix(out, words, prefix);
+  };
+  rules.identities = [](std::string_view) { return std::nullopt; };
+  if (text == nullptr || !ParseXpath(text, &xpath, &error)) return;
+  std::vector<UnknownPrefix> unknown;
+  const std::string renamed = RenamePrefixes(xpath, rules, &unknown);
+  ReportUnknown(out, statement, unknown);
+  if (!ParseLeafrefPath(renamed, &path, &error) || path.throughDeref) return;
+  const std::string written = WithoutBlanks(path);
+  if (written != text) SetArgument(out->all->session, statement, written);
+}
+
+void ResolveUnionMember(Output* out, xmlNode* type) {
+  FoundNode leaf{nullptr, out};
+  xmlNode* holder = ParentOf(type);
+  while (holder != nullptr && Is(holder, Keyword::kType)) holder = ParentOf(holder);
+  if (holder != nullptr && (Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList)))
+    leaf.node = holder;
+  const xmlNode* at = type;
+  for (unsigned hop = 0; hop < kMaxHops; ++hop) {
+    const FoundNode target = LeafrefTarget(out->all, leaf, at);
+    const xmlNode* targetType = TypeOfNode(target);
+    if (targetType == nullptr) break;
+    const xmlNode* bottom = FindBottomType(targetType).type;
+    if (bottom == nullptr) break;
+    if (std::string_view(ArgumentOf(bottom)) != "leafref") {
+      PutTypeOf(out, type, targetType);
+      return;
+    }
+    leaf = target;
+    at = bottom;
+  }
+  Lose(out, type,
+       "the library checks no leafref in a union, and the type of this one's target is not known");
+}
+
+}  // namespace compiler

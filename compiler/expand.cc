@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Contents are copied in the order of the text; a `uses` is answered by copying the
+// grouping's contents into its place, then its refinements, then its augments, then
+// what it hands to each node that it brought in. The sizes have been counted before, and
+// circles been refused, so this ends. Copies of one `uses` inside another say the outer
+// one as the place that brought them: it is the one that tells them apart.
+#include "compiler/expand.h"
+
+#include <string>
+#include <utility>
+
+#include "compiler/node_kind.h"
+#include "compiler/path.h"
+#include "compiler/refine.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+#include "compiler/target.h"
+
+namespace compiler {
+
+namespace {
+
+void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* usedAt);
+
+// Statements, each `uses` among them, may stand one in the other to this depth; the
+// loader takes far fewer.
+constexpr unsigned kMaxDepthOfCopies = 3000;
+
+bool MayGoDown(Output* out, const xmlNode* at) {
+  if (out->depth == kMaxDepthOfCopies && !out->stopped)
+    Stop(out, "grouping", at, "spelled out, statements stand too deep one in the other");
+  return !out->stopped;
+}
+
+void CopyContents(Output* out, const xmlNode* from, xmlNode* to, const Place* usedAt) {
+  if (!MayGoDown(out, from)) return;
+  ++out->depth;
+  for (const xmlNode* s = FirstChild(from); s != nullptr; s = NextSibling(s))
+    CopyInto(out, s, to, usedAt);
+  --out->depth;
+}
+
+// What a grouping or an augment has for itself, and does not give to its target.
+bool IsOwnProperty(const xmlNode* statement) {
+  switch (KeywordOf(statement)) {
+    case Keyword::kDescription:
+    case Keyword::kReference:
+    case Keyword::kStatus:
+    case Keyword::kWhen:
+    case Keyword::kIfFeature:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The contents of a grouping, or of an augment, become contents of `to`. Gives the
+// nodes that came.
+std::vector<xmlNode*> Bring(Output* out, const xmlNode* from, xmlNode* to, const Place* usedAt) {
+  if (!MayGoDown(out, from)) return {};
+  const xmlNode* last = to->last;
+  ++out->depth;
+  for (const xmlNode* s = FirstChild(from); s != nullptr; s = NextSibling(s)) {
+    if (IsOwnProperty(s)) continue;
+    if (Is(s, Keyword::kNone)) {
+      Lose(out, s, std::string("an extension in ") + NameOf(from) + " has no place in the output");
+    } else {
+      CopyInto(out, s, to, usedAt);
+    }
+  }
+  --out->depth;
+  std::vector<xmlNode*> nodes;
+  for (xmlNode* s = last == nullptr ? FirstChild(to) : NextSibling(last); s != nullptr;
+       s = NextSibling(s))
+    nodes.push_back(s);
+  return nodes;
+}
+
+void AugmentBelow(Output* out, const xmlNode* augment, const std::vector<xmlNode*>& roots,
+                  const Place* usedAt) {
+  xmlNode* target = FindBelow(out, roots, augment);
+  if (target == nullptr) {
+    Stop(out, "target", augment, "the target of the augment is not in the grouping");
+    return;
+  }
+  for (xmlNode* node : Bring(out, augment, target, usedAt)) Inherit(out, augment, node, usedAt);
+}
+
+void ExpandUses(Output* out, const xmlNode* uses, xmlNode* to, const Place* usedAt) {
+  const char* name = ArgumentOf(uses);
+  const xmlNode* grouping =
+      name == nullptr ? nullptr : FindSymbol(uses, SymbolKind::kGrouping, name);
+  if (grouping == nullptr) {
+    Stop(out, "grouping", uses,
+         std::string("the grouping \"") + (name == nullptr ? "" : name) + "\" is not found");
+    return;
+  }
+  const Place* place = usedAt == nullptr ? &StatementOf(uses)->place : usedAt;
+  const std::vector<xmlNode*> roots = Bring(out, grouping, to, place);
+  for (const xmlNode* s = FirstChild(uses); s != nullptr; s = NextSibling(s)) {
+    if (Is(s, Keyword::kRefine)) Refine(out, s, roots, usedAt);
+    if (Is(s, Keyword::kNone)) Lose(out, s, "an extension in uses has no place in the output");
+  }
+  for (const xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
+       s = NextSibling(s, Keyword::kAugment))
+    AugmentBelow(out, s, roots, usedAt);
+  for (xmlNode* node : roots) Inherit(out, uses, node, usedAt);
+}
+
+// True for what can hold a `uses`, at any depth.
+bool HoldsNodes(Keyword keyword) {
+  return keyword == Keyword::kAugment ||
+         (IsSchemaNode(keyword) && keyword != Keyword::kLeaf && keyword != Keyword::kLeafList);
+}
+
+void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* usedAt) {
+  const Keyword keyword = KeywordOf(statement);
+  if (keyword == Keyword::kUses) {
+    ExpandUses(out, statement, to, usedAt);
+    return;
+  }
+  if (keyword == Keyword::kGrouping) return;
+  // Typedefs further in move to the module's level when a type names them.
+  if (keyword == Keyword::kTypedef && to != out->written.root) return;
+  Session* session = out->all->session;
+  if (!HoldsNodes(keyword)) {
+    xmlNode* copy = CopyStatement(session, out->written.document.get(), statement, usedAt);
+    if (IsSchemaNode(keyword)) {
+      PutNode(out, to, copy);
+    } else {
+      AppendChild(to, copy);
+    }
+    return;
+  }
+  xmlNode* copy = CopyAlone(session, out->written.document.get(), statement, usedAt);
+  if (keyword == Keyword::kAugment) {
+    AppendChild(to, copy);
+    out->augments.push_back({copy, TargetSteps(copy), {}, false});
+  } else {
+    PutNode(out, to, copy);
+  }
+  CopyContents(out, statement, copy, usedAt);
+}
+
+bool IsHeader(Keyword keyword) {
+  switch (keyword) {
+    case Keyword::kYangVersion:
+    case Keyword::kNamespace:
+    case Keyword::kPrefix:
+    case Keyword::kBelongsTo:
+    case Keyword::kImport:
+    case Keyword::kInclude:
+    case Keyword::kOrganization:
+    case Keyword::kContact:
+    case Keyword::kDescription:
+    case Keyword::kReference:
+    case Keyword::kRevision:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void CopyFile(Module* file, void* arg) {
+  auto* out = static_cast<Output*>(arg);
+  for (const xmlNode* s = FirstChild(file->root); s != nullptr; s = NextSibling(s)) {
+    if (!IsHeader(KeywordOf(s))) CopyInto(out, s, out->written.root, nullptr);
+  }
+}
+
+int StatusRank(const char* status) {
+  if (status == nullptr) return 0;
+  const std::string_view text = status;
+  return text == "obsolete" ? 2 : text == "deprecated" ? 1 : 0;
+}
+
+void InheritStatus(Output* out, const xmlNode* status, xmlNode* node, const Place* usedAt) {
+  xmlNode* own = FirstChild(node, Keyword::kStatus);
+  if (StatusRank(ArgumentOf(status)) <= StatusRank(own == nullptr ? nullptr : ArgumentOf(own)))
+    return;
+  if (own != nullptr) RemoveStatement(own);
+  AppendChild(node, CopyStatement(out->all->session, node->doc, status, usedAt));
+}
+
+// Puts a copy in front of the other substatements, behind an argument.
+xmlNode* PutFirst(Output* out, const xmlNode* statement, xmlNode* node, const Place* usedAt) {
+  xmlNode* copy = CopyStatement(out->all->session, node->doc, statement, usedAt);
+  xmlNode* first = FirstChild(node);
+  if (first == nullptr) {
+    AppendChild(node, copy);
+  } else {
+    InsertBefore(first, copy);
+  }
+  return copy;
+}
+
+xmlNode* Walk(Output* out, xmlNode* node, const NodePath& path, size_t first) {
+  for (size_t i = first; node != nullptr && i < path.steps.size(); ++i)
+    node = SchemaChild(out, node, path.Of(path.steps[i].name));
+  return node;
+}
+
+}  // namespace
+
+void ExpandModule(Output* out) {
+  ForEachFile(out->module, CopyFile, out);
+}
+
+xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
+  if (!Is(target, Keyword::kChoice) || !IsShorthandCase(KeywordOf(node))) {
+    AppendChild(target, node);
+    return node;
+  }
+  const char* name = ArgumentOf(node);
+  xmlNode* wrapping =
+      MakeStatement(out->all->session, node, Keyword::kCase, name == nullptr ? "" : name);
+  AppendChild(wrapping, node);
+  AppendChild(target, wrapping);
+  return wrapping;
+}
+
+xmlNode* FindSchemaChild(const xmlNode* parent, std::string_view name) noexcept {
+  for (xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s)) {
+    if (!IsSchemaNode(KeywordOf(s))) continue;
+    const bool isUnnamed = Is(s, Keyword::kInput) || Is(s, Keyword::kOutput);
+    const char* own = isUnnamed ? NameOf(s) : ArgumentOf(s);
+    if (own != nullptr && name == own) return s;
+  }
+  return nullptr;
+}
+
+xmlNode* SchemaChild(Output* out, xmlNode* parent, std::string_view name) {
+  xmlNode* found = FindSchemaChild(parent, name);
+  if (found != nullptr) return found;
+  if (!IsOperation(KeywordOf(parent)) || (name != "input" && name != "output")) return nullptr;
+  xmlNode* made = MakeStatement(out->all->session, parent, FindKeyword(name), std::string_view());
+  AppendChild(parent, made);
+  return made;
+}
+
+xmlNode* FindBelow(Output* out, const std::vector<xmlNode*>& roots, const xmlNode* identifier) {
+  const char* text = ArgumentOf(identifier);
+  NodePath path;
+  XpathError error;
+  if (text == nullptr || !ParseSchemaNodeId(text, false, &path, &error) || path.steps.empty())
+    return nullptr;
+  const std::string_view first = path.Of(path.steps[0].name);
+  for (xmlNode* root : roots) {
+    const char* name = ArgumentOf(root);
+    if (IsSchemaNode(KeywordOf(root)) && name != nullptr && first == name)
+      return Walk(out, root, path, 1);
+  }
+  return nullptr;
+}
+
+void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt) {
+  if (!TakesWhen(KeywordOf(node))) {
+    Lose(out, when,
+         std::string("the condition does not reach ") + NameOf(node) + " \"" +
+             (ArgumentOf(node) == nullptr ? "" : ArgumentOf(node)) + "\", which takes none");
+    return;
+  }
+  StatementOf(PutFirst(out, when, node, usedAt))->handedDown = true;
+}
+
+void Inherit(Output* out, const xmlNode* from, xmlNode* node, const Place* usedAt) {
+  if (!IsSchemaNode(KeywordOf(node))) return;
+  // The last is put in front first, so that they keep their order.
+  for (const xmlNode* s = from->last; s != nullptr; s = s->prev) {
+    if (!IsStatement(s)) continue;
+    if (Is(s, Keyword::kWhen)) InheritWhen(out, s, node, usedAt);
+    if (Is(s, Keyword::kIfFeature)) PutFirst(out, s, node, usedAt);
+    if (Is(s, Keyword::kStatus)) InheritStatus(out, s, node, usedAt);
+  }
+}
+
+}  // namespace compiler

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Copying a module's contents with every `uses` spelled out (RFC 7950, sections 7.9.2,
+// 7.13 and 7.17).
+#include "compiler/compile.h"
+
+namespace compiler {
+
+// Copies the contents of all files of the module into the written tree, submodules
+// where their includes stand. Augments of the top level are children of the root too,
+// in out->augments.
+void ExpandModule(Output* out);
+
+// The statement of the module's tree that a relative schema node identifier names, from
+// one of `roots` on; a missing input or output of an operation is made. NULL: none.
+xmlNode* FindBelow(Output* out, const std::vector<xmlNode*>& roots, const xmlNode* identifier);
+
+// The child of that name that is a schema node. NULL: there is none.
+xmlNode* FindSchemaChild(const xmlNode* parent, std::string_view name) noexcept;
+
+// The same, but a missing input or output of an operation is made.
+xmlNode* SchemaChild(Output* out, xmlNode* parent, std::string_view name);
+
+// Links a node as the last child of `target`; in a choice, a shorthand case becomes
+// `case`. Gives what now stands below the target.
+xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node);
+
+// Hands a condition to a node, to be moved to its place later; reported where the node
+// takes none.
+void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt);
+
+// Hands the `when`, `if-feature` and `status` of a `uses` or augment to a node that it
+// brought in.
+void Inherit(Output* out, const xmlNode* from, xmlNode* node, const Place* usedAt);
+
+}  // namespace compiler

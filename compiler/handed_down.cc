@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/handed_down.h"
+
+#include <optional>
+#include <string>
+
+#include "compiler/expand.h"
+#include "compiler/node_kind.h"
+#include "compiler/statement.h"
+#include "compiler/xpath_edit.h"
+
+namespace compiler {
+
+namespace {
+
+// True when no node of data stands above: the context node is the root.
+bool IsAtTop(const xmlNode* node) {
+  for (const xmlNode* s = ParentOf(node); s != nullptr; s = ParentOf(s)) {
+    if (Is(s, Keyword::kModule)) return true;
+    if (!Is(s, Keyword::kChoice) && !Is(s, Keyword::kCase)) return false;
+  }
+  return true;
+}
+
+// True when the library gives an augment's condition to each child as it must be given.
+bool LibraryHandsDown(const xmlNode* augment, const xmlNode* when) {
+  Xpath xpath;
+  XpathError error;
+  if (!ParseXpath(ArgumentOf(when), &xpath, &error) || !LibraryShiftsRightly(xpath)) return false;
+  for (const xmlNode* s = FirstChild(augment); s != nullptr; s = NextSibling(s)) {
+    if (IsSchemaNode(KeywordOf(s)) && !IsDataNode(KeywordOf(s))) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool SettleHandedDown(Output* out, xmlNode* when) {
+  const xmlNode* node = ParentOf(when);
+  Xpath xpath;
+  XpathError error;
+  if (!ParseXpath(ArgumentOf(when), &xpath, &error)) return false;
+  std::optional<std::string> moved = xpath.text;
+  if (IsAtTop(node)) {
+    moved = ShiftToRoot(xpath);
+  } else if (IsDataNode(KeywordOf(node))) {
+    moved = ShiftOneDown(xpath);
+  }
+  if (!moved) {
+    Lose(out, when, "the condition cannot be written for the nodes that it holds for");
+    return false;
+  }
+  SetArgument(out->all->session, when, *moved);
+  return true;
+}
+
+void JoinWithFirst(Output* out, xmlNode* when) {
+  xmlNode* first = FirstChild(ParentOf(when), Keyword::kWhen);
+  SetArgument(out->all->session, first, JoinConditions(ArgumentOf(first), ArgumentOf(when)));
+  RemoveStatement(when);
+}
+
+void SpreadAugmentConditions(Output* out) {
+  for (const WrittenAugment& augment : out->augments) {
+    const xmlNode* when = FirstChild(augment.node, Keyword::kWhen);
+    if (when == nullptr || ArgumentOf(when) == nullptr || LibraryHandsDown(augment.node, when))
+      continue;
+    for (xmlNode* s = FirstChild(augment.node); s != nullptr; s = NextSibling(s)) {
+      if (IsSchemaNode(KeywordOf(s))) InheritWhen(out, when, s, StatementOf(when)->usedAt);
+    }
+    while (xmlNode* own = FirstChild(augment.node, Keyword::kWhen)) RemoveStatement(own);
+  }
+}
+
+}  // namespace compiler

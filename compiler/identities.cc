@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The library adds a default to a request as the text that it holds. Where the type is
+// identityref itself it holds "module:name", but behind a typedef the text of the leaf
+// as it was written: without a prefix, it names an identity of the leaf's own module in
+// the request too. The default of such a typedef is a text of another place, so each
+// leaf gets it for itself.
+#include "compiler/identities.h"
+
+#include <string>
+
+#include "compiler/data_lookup.h"
+#include "compiler/prefixes.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+#include "compiler/target.h"
+#include "compiler/typedefs.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr char kIdentityClass[] = "identity";
+
+bool IsIdentityref(const xmlNode* bottom) {
+  return bottom != nullptr && std::string_view(ArgumentOf(bottom)) == "identityref";
+}
+
+// The type that a default is a value of; NULL: it is none.
+const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
+  const xmlNode* own = FirstChild(parent, Keyword::kType);
+  if (own != nullptr || !Is(parent, Keyword::kDeviate)) return own;
+  return TypeOfNode(FindTarget(out->all, TargetSteps(ParentOf(parent))));
+}
+
+}  // namespace
+
+void RewriteBase(Output* out, xmlNode* base) {
+  const char* text = ArgumentOf(base);
+  const Reference reference = SplitReference(text == nullptr ? "" : text);
+  Module* module = ModuleOfPrefix(StatementOf(base)->words, reference.prefix);
+  if (module == nullptr || FindGlobal(module, SymbolKind::kIdentity, reference.name) == nullptr) {
+    Stop(out, kIdentityClass, base,
+         "the identity \"" + std::string(text == nullptr ? "" : text) + "\" is not found");
+    return;
+  }
+  Module* written = WrittenModule(out->all->repository, module->name);
+  if (written != nullptr && written != module &&
+      FindGlobal(written, SymbolKind::kIdentity, reference.name) == nullptr)
+    Lose(out, base,
+         "the revision of \"" + module->name + "\" that is written has no identity \"" +
+             std::string(reference.name) + "\"");
+  SetArgument(out->all->session, base, Qualify(out, module, reference.name));
+}
+
+bool RewriteDefault(Output* out, xmlNode* byDefault) {
+  const xmlNode* parent = ParentOf(byDefault);
+  const char* text = ArgumentOf(byDefault);
+  if (text == nullptr) return true;
+  Session* session = out->all->session;
+  const Reference reference = SplitReference(text);
+  if (Is(parent, Keyword::kChoice)) {
+    const std::string name(reference.name);
+    SetArgument(session, byDefault, name);
+    return true;
+  }
+  const xmlNode* type = TypeOfDefault(out, parent);
+  if (type == nullptr) return true;
+  const BottomType bottom = FindBottomType(type);
+  if (!IsIdentityref(bottom.type)) return true;
+  if (Is(parent, Keyword::kTypedef)) {
+    RemoveStatement(byDefault);
+    return false;
+  }
+  Module* module = ModuleOfPrefix(StatementOf(byDefault)->words, reference.prefix);
+  if (module == nullptr) {
+    AddFinding(out->all->report, Severity::kError, kIdentityClass, byDefault,
+               "the prefix \"" + std::string(reference.prefix) +
+                   "\" is not known; the default is left out");
+    RemoveStatement(byDefault);
+    return false;
+  }
+  const std::string written = Qualify(out, module, reference.name);
+  SetArgument(session, byDefault, written);
+  if (!bottom.direct && written.find(':') != std::string::npos && Is(parent, Keyword::kLeaf))
+    Lose(out, byDefault,
+         "the default \"" + written +
+             "\" is added to requests as it stands, so they are valid again only where they "
+             "declare this prefix");
+  return true;
+}
+
+void MoveIdentityDefault(Output* out, const xmlNode* type) {
+  xmlNode* leaf = ParentOf(type);
+  if (!Is(leaf, Keyword::kLeaf) || FirstChild(leaf, Keyword::kDefault) != nullptr) return;
+  const BottomType bottom = FindBottomType(type);
+  const char* mandatory = ArgumentOfChild(leaf, Keyword::kMandatory);
+  const bool isMandatory = mandatory != nullptr && std::string_view(mandatory) == "true";
+  if (bottom.byDefault == nullptr || !IsIdentityref(bottom.type) || isMandatory) return;
+  const Place* usedAt = StatementOf(type)->usedAt;
+  AppendChild(leaf, CopyStatement(out->all->session, leaf->doc, bottom.byDefault,
+                                  usedAt == nullptr ? &StatementOf(type)->place : usedAt));
+}
+
+}  // namespace compiler

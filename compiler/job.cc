@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/job.h"
+
+#include <algorithm>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+#include "compiler/session.h"
+#include "compiler/writer.h"
+
+namespace compiler {
+
+namespace {
+
+std::string At(const Place& place) {
+  return place.file->path + ":" + std::to_string(place.line);
+}
+
+std::string LineOf(const Finding& finding) {
+  std::string line;
+  if (finding.place.file != nullptr) line = At(finding.place) + ": ";
+  line += finding.message;
+  if (!finding.advice.empty()) line += "; " + finding.advice;
+  if (finding.usedAt != nullptr) line += ", used at " + At(*finding.usedAt);
+  return line;
+}
+
+// The operands and, when that is wanted, all that they import, each once.
+std::vector<Module*> ModulesToWrite(Compilation* all, const JobRequest& request,
+                                    const std::vector<Module*>& operands) {
+  std::vector<Module*> modules;
+  std::set<std::string> names;
+  for (Module* module : operands) {
+    if (module != nullptr && names.insert(module->name).second) modules.push_back(module);
+  }
+  for (size_t i = 0; request.withImports && i < modules.size(); ++i) {
+    for (Module* import : WrittenImports(all, modules[i])) {
+      if (names.insert(import->name).second) modules.push_back(import);
+    }
+  }
+  return modules;
+}
+
+JobState StateOf(const Report& report, bool stopped) {
+  if (stopped) return JobState::kStopped;
+  for (const Finding& finding : report.findings) {
+    if (finding.severity != Severity::kWarning) return JobState::kLost;
+  }
+  return JobState::kDone;
+}
+
+void Run(const JobRequest& request, JobResult* result) {
+  const std::unique_ptr<Session> session = OpenSession();
+  Report report;
+  Repository repository;
+  repository.session = session.get();
+  repository.report = &report;
+  for (const std::string& folder : request.folders) {
+    if (AddSearchFolder(&repository, folder, request.recursive)) continue;
+    result->state = JobState::kNoFolder;
+    result->detail = folder;
+    return;
+  }
+  Compilation all;
+  all.session = session.get();
+  all.repository = &repository;
+  all.report = &report;
+  all.options = request.options;
+  const std::vector<Module*> operands = OpenOperands(&repository, request.operands);
+  bool stopped = std::find(operands.begin(), operands.end(), nullptr) != operands.end();
+  for (Module* module : ModulesToWrite(&all, request, operands)) {
+    const Output* out = FinishedOutput(&all, module);
+    stopped = stopped || out == nullptr;
+    if (out != nullptr)
+      result->modules.push_back({module->name, module->file->path, WriteYin(out->written)});
+  }
+  result->state = StateOf(report, stopped);
+  result->findings = FindingLines(*session, report);
+  for (const SourceFile& file : session->files) result->filesRead.push_back(file.path);
+}
+
+}  // namespace
+
+std::vector<std::string> FindingLines(const Session& session, const Report& report) {
+  std::unordered_map<const SourceFile*, size_t> order;
+  for (const SourceFile& file : session.files) order.emplace(&file, order.size() + 1);
+  std::vector<std::tuple<size_t, uint32_t, size_t>> keys;
+  for (size_t i = 0; i < report.findings.size(); ++i) {
+    const Place& place = report.findings[i].place;
+    keys.emplace_back(place.file == nullptr ? 0 : order[place.file], place.line, i);
+  }
+  std::sort(keys.begin(), keys.end());
+  std::vector<std::string> lines;
+  std::set<std::string> seen;
+  for (const auto& key : keys) {
+    std::string line = LineOf(report.findings[std::get<2>(key)]);
+    if (seen.insert(line).second) lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+JobResult RunJob(const JobRequest& request) {
+  JobResult result;
+  try {
+    Run(request, &result);
+  } catch (const std::bad_alloc&) {
+    result = JobResult();
+    result.state = JobState::kNoMemory;
+  }
+  return result;
+}
+
+}  // namespace compiler

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/limits.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "compiler/path.h"
+#include "compiler/prefixes.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+#include "compiler/target.h"
+#include "compiler/xpath_edit.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr size_t kMaxName = 64;         // characters of a name that is looked up
+constexpr size_t kMaxCondition = 3096;  // of a condition, with module names for prefixes
+constexpr size_t kMaxPath = 3095;       // of a path, likewise
+constexpr size_t kMaxDepth = 256;       // elements one in the other that libxml2 takes
+constexpr size_t kMaxTokens = 256;      // of a range or length
+constexpr size_t kMaxOfAKind = 65535;   // statements of one kind in one other
+
+Module* ModuleWritten(const Output& out, std::string_view prefix) {
+  for (const WrittenPrefix& one : out.prefixes) {
+    if (one.prefix == prefix) return one.module;
+  }
+  return nullptr;
+}
+
+size_t LengthWithModuleNames(const Output& out, const char* text) {
+  Xpath xpath;
+  XpathError error;
+  if (!ParseXpath(text, &xpath, &error)) return std::strlen(text);
+  NameRules rules;
+  rules.nodes = [](std::string_view prefix) { return std::string(prefix); };
+  rules.identities = [&out](std::string_view prefix) -> std::optional<std::string> {
+    const Module* module = ModuleWritten(out, prefix);
+    if (module == nullptr) return std::nullopt;
+    return module->name;
+  };
+  std::vector<UnknownPrefix> unknown;
+  return RenamePrefixes(xpath, rules, &unknown).size();
+}
+
+// The loader's own form: a module's name where the module changes.
+template <typename Steps, typename PrefixOfStep, typename NameOfStep>
+size_t LengthOfSteps(const Output& out, const Steps& steps, PrefixOfStep prefix, NameOfStep name,
+                     bool* tooLong) {
+  size_t length = 0;
+  std::string_view last;
+  for (const auto& step : steps) {
+    const Module* module = ModuleWritten(out, prefix(step));
+    const std::string_view moduleName = module == nullptr ? "" : std::string_view(module->name);
+    if (moduleName != last) length += moduleName.size() + 1;
+    last = moduleName;
+    length += 1 + name(step).size();
+    *tooLong = *tooLong || name(step).size() > kMaxName || moduleName.size() > kMaxName;
+  }
+  return length;
+}
+
+bool PathFits(const Output& out, const NodePath& path) {
+  bool tooLong = false;
+  const size_t length =
+      3 * size_t{path.ups} +
+      LengthOfSteps(
+          out, path.steps, [&](const PathStep& step) { return path.Of(step.prefix); },
+          [&](const PathStep& step) { return path.Of(step.name); }, &tooLong);
+  return !tooLong && length <= kMaxPath;
+}
+
+bool TargetFits(const Output& out, const char* text) {
+  NodePath path;
+  XpathError error;
+  return ParseSchemaNodeId(text, true, &path, &error) && PathFits(out, path);
+}
+
+bool LeafrefFits(const Output& out, const char* text) {
+  NodePath path;
+  XpathError error;
+  return ParseLeafrefPath(text, &path, &error) && !path.throughDeref && PathFits(out, path);
+}
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+// A number, "..", "|", "min", "max" each are one token, and the end is one.
+size_t RangeTokens(std::string_view text) {
+  size_t tokens = 1;
+  for (size_t i = 0; i < text.size();) {
+    if (IsBlank(text[i])) {
+      ++i;
+      continue;
+    }
+    ++tokens;
+    if (text[i] == '|') {
+      ++i;
+    } else if (text.substr(i, 2) == "..") {
+      i += 2;
+    } else {
+      ++i;
+      while (i < text.size() && !IsBlank(text[i]) && text[i] != '|' && text.substr(i, 2) != "..")
+        ++i;
+    }
+  }
+  return tokens;
+}
+
+bool ReferenceFits(std::string_view text) {
+  const Reference reference = SplitReference(text);
+  return reference.prefix.size() <= kMaxName && reference.name.size() <= kMaxName;
+}
+
+// The reason why the statement cannot be written as it stands; NULL: it can.
+const char* Excess(const Output& out, const xmlNode* s) {
+  const char* text = ArgumentOf(s);
+  if (text == nullptr) return nullptr;
+  switch (KeywordOf(s)) {
+    case Keyword::kWhen:
+    case Keyword::kMust:
+      if (std::strlen(text) <= kMaxName) return nullptr;
+      return LengthWithModuleNames(out, text) <= kMaxCondition
+                 ? nullptr
+                 : "the condition is longer than the 3096 characters that the loader takes";
+    case Keyword::kAugment:
+    case Keyword::kDeviation:
+      if (!Is(ParentOf(s), Keyword::kModule)) return nullptr;
+      return TargetFits(out, text) ? nullptr : "the loader does not take this target path";
+    case Keyword::kPath:
+      return LeafrefFits(out, text) ? nullptr : "the loader does not take this path";
+    case Keyword::kRange:
+    case Keyword::kLength:
+      return RangeTokens(text) <= kMaxTokens
+                 ? nullptr
+                 : "the loader takes no more than 256 tokens in a range or length";
+    case Keyword::kIfFeature:
+    case Keyword::kBase:
+      return ReferenceFits(text) ? nullptr : "the name is longer than 64 characters";
+    default:
+      return nullptr;
+  }
+}
+
+// A leafref without its path would be any value at all; as a string it is that too, but
+// loads.
+void LeaveOut(Output* out, xmlNode* s) {
+  xmlNode* type = ParentOf(s);
+  const bool isPath = Is(s, Keyword::kPath);
+  const bool isBase = Is(s, Keyword::kBase);
+  ForgetAugment(out, s);
+  RemoveStatement(s);
+  if (isPath) {
+    while (xmlNode* require = FirstChild(type, Keyword::kRequireInstance)) RemoveStatement(require);
+    SetArgument(out->all->session, type, "string");
+  }
+  if (isBase && Is(type, Keyword::kType) && FirstChild(type, Keyword::kBase) == nullptr)
+    SetArgument(out->all->session, type, "string");
+}
+
+bool IsArray(Keyword keyword) {
+  switch (keyword) {
+    case Keyword::kMust:
+    case Keyword::kIfFeature:
+    case Keyword::kNone:
+    case Keyword::kDefault:
+    case Keyword::kEnum:
+    case Keyword::kBit:
+    case Keyword::kPattern:
+    case Keyword::kBase:
+    case Keyword::kType:
+    case Keyword::kTypedef:
+    case Keyword::kIdentity:
+    case Keyword::kFeature:
+    case Keyword::kExtension:
+    case Keyword::kDeviation:
+    case Keyword::kDeviate:
+    case Keyword::kImport:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Leaves out what is too many of a kind in one statement.
+void KeepCounts(Output* out, xmlNode* parent) {
+  size_t counts[kKeywordCount] = {};
+  for (xmlNode* s = FirstChild(parent); s != nullptr;) {
+    xmlNode* next = NextSibling(s);
+    const Keyword keyword = KeywordOf(s);
+    if (IsArray(keyword) && ++counts[static_cast<size_t>(keyword)] > kMaxOfAKind) {
+      if (counts[static_cast<size_t>(keyword)] == kMaxOfAKind + 1)
+        Lose(out, s,
+             std::string("the loader takes no more than 65535 of ") + NameOf(s) + " in " +
+                 NameOf(parent) + "; the rest is left out");
+      RemoveStatement(s);
+    }
+    s = next;
+  }
+}
+
+// Elements from the root on, this one and that of an argument included.
+size_t DepthOf(const xmlNode* statement) {
+  size_t depth = StatementOf(statement)->argumentIsElement ? 2 : 1;
+  for (const xmlNode* s = ParentOf(statement); s != nullptr; s = ParentOf(s)) ++depth;
+  return depth;
+}
+
+}  // namespace
+
+void KeepLimits(Output* out) {
+  xmlNode* root = out->written.root;
+  if (out->module->name.size() > kMaxName)
+    Stop(out, "name", root, "the loader takes no module whose name is longer than 64 characters");
+  KeepCounts(out, root);
+  for (xmlNode* s = FirstChild(root); s != nullptr;) {
+    xmlNode* outside = NextOutside(root, s);
+    const char* excess = Excess(*out, s);
+    if (excess == nullptr && DepthOf(s) > kMaxDepth) excess = "it stands deeper than 256 levels";
+    if (excess != nullptr) {
+      Lose(out, s, std::string(excess) + "; it is left out");
+      LeaveOut(out, s);
+      s = outside;
+      continue;
+    }
+    if (FirstChild(s) != nullptr) KeepCounts(out, s);
+    s = NextInTree(root, s);
+  }
+}
+
+}  // namespace compiler

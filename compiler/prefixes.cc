@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/prefixes.h"
+
+#include <algorithm>
+
+#include "compiler/session.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr size_t kMaxName = 64;  // characters of a name that the loader takes
+
+const xmlChar* Xml(const std::string& text) {
+  return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+const WrittenPrefix* FindWritten(const Output& out, const Module& module) {
+  const auto found =
+      std::find_if(out.prefixes.begin(), out.prefixes.end(),
+                   [&](const WrittenPrefix& p) { return p.module->name == module.name; });
+  return found == out.prefixes.end() ? nullptr : &*found;
+}
+
+bool IsFree(const Output& out, const std::string& prefix) {
+  return std::none_of(out.prefixes.begin(), out.prefixes.end(),
+                      [&](const WrittenPrefix& p) { return p.prefix == prefix; });
+}
+
+std::string FreePrefix(const Output& out, std::string wanted) {
+  if (wanted.empty()) wanted = "m";
+  std::string prefix = wanted.substr(0, kMaxName);
+  for (unsigned i = 2; !IsFree(out, prefix); ++i) {
+    const std::string number = std::to_string(i);
+    prefix = wanted.substr(0, kMaxName - number.size()) + number;
+  }
+  return prefix;
+}
+
+void Declare(Output* out, const std::string& prefix, Module* module) {
+  out->prefixes.push_back({prefix, module});
+  if (!module->nameSpace.empty())
+    Need(xmlNewNs(out->written.root, Xml(module->nameSpace), Xml(prefix)));
+}
+
+void PutImport(Output* out, xmlNode* import) {
+  if (out->lastImport == nullptr) {
+    AppendChild(out->written.root, import);
+  } else {
+    InsertAfter(out->lastImport, import);
+  }
+  out->lastImport = import;
+}
+
+void AddImport(Output* out, const std::string& prefix, Module* module) {
+  Session* session = out->all->session;
+  xmlNode* import = MakeStatement(session, out->written.root, Keyword::kImport, module->name);
+  AppendChild(import, MakeStatement(session, import, Keyword::kPrefix, prefix));
+  PutImport(out, import);
+  Declare(out, prefix, module);
+}
+
+// An import of the module's own file. Of two for one module the first holds; the date
+// stays when it is that of the revision that is written.
+void CopyImport(Output* out, const Import& import) {
+  if (import.target == nullptr || FindWritten(*out, *import.target) != nullptr) return;
+  xmlNode* copy =
+      CopyStatement(out->all->session, out->written.document.get(), import.statement, nullptr);
+  PutImport(out, copy);
+  xmlNode* date = FirstChild(copy, Keyword::kRevisionDate);
+  const Module* written = WrittenModule(out->all->repository, import.module);
+  if (date != nullptr && (written == nullptr || written->revision != import.revision))
+    RemoveStatement(date);
+  Declare(out, import.prefix, import.target);
+}
+
+void ImportOfSubmodule(Module* file, void* arg) {
+  auto* out = static_cast<Output*>(arg);
+  if (file == out->module) return;
+  for (const Import& import : file->imports) {
+    if (import.target != nullptr) PrefixOf(out, import.target, import.prefix);
+  }
+}
+
+void CopyAll(Output* out, Keyword keyword) {
+  for (const xmlNode* s = FirstChild(out->module->root, keyword); s != nullptr;
+       s = NextSibling(s, keyword))
+    AppendChild(out->written.root,
+                CopyStatement(out->all->session, out->written.document.get(), s, nullptr));
+}
+
+void StartTree(Output* out) {
+  Session* session = out->all->session;
+  xmlDoc* document = Need(xmlNewDoc(nullptr));
+  out->written.document.reset(document);
+  document->dict = session->dictionary.get();
+  xmlDictReference(document->dict);
+  xmlNode* root = CopyAlone(session, document, out->module->root, nullptr);
+  xmlDocSetRootElement(document, root);
+  out->written.root = root;
+}
+
+}  // namespace
+
+void WriteHeader(Output* out) {
+  const Module* module = out->module;
+  StartTree(out);
+  out->written.file = module->file;
+  out->written.name = module->name;
+  out->written.prefix = module->prefix;
+  out->written.nameSpace = module->nameSpace;
+  out->written.revision = module->revision;
+  Declare(out, module->prefix, out->module);
+  for (const Keyword keyword : {Keyword::kYangVersion, Keyword::kNamespace, Keyword::kPrefix})
+    CopyAll(out, keyword);
+  for (xmlNode* s = FirstChild(out->written.root); s != nullptr; s = NextSibling(s))
+    out->lastImport = s;
+  for (const Import& import : module->imports) CopyImport(out, import);
+  ForEachFile(out->module, ImportOfSubmodule, out);
+  for (const Keyword keyword : {Keyword::kOrganization, Keyword::kContact, Keyword::kDescription,
+                                Keyword::kReference, Keyword::kRevision})
+    CopyAll(out, keyword);
+}
+
+const std::string& PrefixOf(Output* out, Module* module, std::string_view preferred) {
+  const WrittenPrefix* written = FindWritten(*out, *module);
+  if (written != nullptr) return written->prefix;
+  const std::string prefix =
+      FreePrefix(*out, std::string(preferred.empty() ? module->prefix : preferred));
+  AddImport(out, prefix, module);
+  return out->prefixes.back().prefix;
+}
+
+std::string Qualify(Output* out, Module* module, std::string_view name) {
+  if (module->name == out->module->name) return std::string(name);
+  return PrefixOf(out, module) + ":" + std::string(name);
+}
+
+std::optional<std::string> TranslatePrefix(Output* out, Module* file, std::string_view prefix) {
+  Module* module = ModuleOfPrefix(file, prefix);
+  if (module == nullptr) return std::nullopt;
+  return PrefixOf(out, module, prefix);
+}
+
+}  // namespace compiler

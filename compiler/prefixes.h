@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// The head of the written module and its prefixes: each module that it speaks of has
+// one, that of its import. Imports are added where contents of other files need them,
+// under prefixes that clash with none.
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "compiler/compile.h"
+
+namespace compiler {
+
+// Starts the tree: the root, the header, the imports of the module and its submodules.
+void WriteHeader(Output* out);
+
+// The prefix under which the module is written, its own too; imports it when it is not
+// yet. `preferred` is taken when it is free (empty: the module's own).
+const std::string& PrefixOf(Output* out, Module* module, std::string_view preferred = {});
+
+// "name" for what belongs to the written module, else "prefix:name".
+std::string Qualify(Output* out, Module* module, std::string_view name);
+
+// What to write for a prefix of `file`, as the rules for conditions want it. nullopt:
+// `file` does not know it.
+std::optional<std::string> TranslatePrefix(Output* out, Module* file, std::string_view prefix);
+
+}  // namespace compiler

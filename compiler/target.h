@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Targets of augments and deviations: absolute schema node identifiers (RFC 7950,
+// section 6.5), looked up in the expanded trees of all modules.
+#include <string_view>
+#include <vector>
+
+#include "compiler/compile.h"
+
+namespace compiler {
+
+// The steps of the argument of an augment or deviation, in the words of its file.
+// Empty: it is no absolute identifier.
+std::vector<TargetStep> TargetSteps(const xmlNode* statement);
+
+// The node that the steps name, wherever augments have put it.
+FoundNode FindTarget(Compilation* all, const std::vector<TargetStep>& steps);
+
+// The target of an augment of another module's nodes, looked up once.
+FoundNode TargetOf(Compilation* all, WrittenAugment* augment);
+
+// Takes an augment that is about to leave the tree off the list.
+void ForgetAugment(Output* out, const xmlNode* augment);
+
+// Moves the children of augments into the module's own nodes there, in an order in which
+// each target stands before it is augmented. What finds no target stops the module.
+void FoldOwnAugments(Output* out);
+
+// Makes `case` of shorthand cases that augments bring to choices of other modules.
+void WrapForeignCases(Output* out);
+
+}  // namespace compiler
