@@ -353,6 +353,23 @@ TEST(ClientRpc, DirectoryAsFileGivesStatus3) {
   EXPECT_EQ("qmodel: messages: Is a directory\n", run.err);
 }
 
+// The library reads regular files only; what the client is given may be anything.
+TEST(ClientRpc, FileMayBeAPipe) {
+  ModelDir dir;
+  const std::string fifo = dir.Path() + "/fifo";
+  const std::string call = "'" QMODEL_CLIENT "' rpc -i -p models -m router-system ";
+  const ClientRun plain = Qmodel(With(kRpc, {"messages/restart.xml"}));
+  for (const std::string& line : {"cat messages/restart.xml | " + call + "/dev/stdin",
+                                  "mkfifo '" + fifo + "' && { cat messages/restart.xml >'" + fifo +
+                                      "' & } && " + call + "'" + fifo + "'"}) {
+    SCOPED_TRACE(line);
+    const ClientRun run = RunProgram("/bin/sh", kExamples, {"-c", line});
+    EXPECT_EQ(0, run.status);
+    EXPECT_EQ(plain.out, run.out);
+    EXPECT_EQ("", run.err);
+  }
+}
+
 TEST(ClientRpc, FeatureSwitchesNodesOn) {
   // Defaults below a node whose feature is off are not added; here the value of a
   // node is only looked at once its module is known, so both calls are valid.
