@@ -48,3 +48,58 @@ std::string GenerateRequest(int entries, bool belowCase) {
   }
   return text + "</op>";
 }
+
+static std::string StringLeaf(const std::string& name) {
+  return "<leaf name='" + name + "'><type name='string'/></leaf>";
+}
+
+static std::string RpcModule(const std::string& input) {
+  return kHead + "<rpc name='op'><input>" + input + "</input></rpc></module>";
+}
+
+static std::string LeavesOfRequest(int leaves) {
+  std::string text;
+  for (int i = 0; i < leaves; ++i)
+    text += "<s" + std::to_string(i) + ">v</s" + std::to_string(i) + ">";
+  return text;
+}
+
+std::string GenerateNamingModule(int names) {
+  std::string leaves;
+  std::string condition = "../s0 = 'v'";
+  for (int i = 0; i < names; ++i) {
+    leaves += StringLeaf("s" + std::to_string(i));
+    condition += " and ../s" + std::to_string(i) + " = 'v'";
+  }
+  return RpcModule(leaves + "<list name='e'><key value='id'/><must condition=\"" + condition +
+                   "\"/>" + StringLeaf("id") + "</list>");
+}
+
+std::string GenerateNamingRequest(int names, int entries) {
+  std::string text = "<op xmlns='urn:m'>" + LeavesOfRequest(names);
+  for (int i = 0; i < entries; ++i) text += "<e><id>" + std::to_string(i) + "</id></e>";
+  return text + "</op>";
+}
+
+std::string GenerateSiblingModule(Sibling kind, int siblings) {
+  std::string text;
+  for (int i = 0; i < siblings; ++i) {
+    const std::string name = "s" + std::to_string(i);
+    if (kind == Sibling::kLeaf) text += StringLeaf(name);
+    if (kind == Sibling::kChoice)
+      text += "<choice name='c" + name + "'>" + StringLeaf(name) + "</choice>";
+    if (kind == Sibling::kList)
+      text += "<list name='" + name + "'><key value='id'/>" + StringLeaf("id") + "</list>";
+  }
+  return RpcModule(text);
+}
+
+std::string GenerateSiblingRequest(Sibling kind, int siblings) {
+  if (kind != Sibling::kList) return "<op xmlns='urn:m'>" + LeavesOfRequest(siblings) + "</op>";
+  std::string text = "<op xmlns='urn:m'>";
+  for (int i = 0; i < siblings; ++i) {
+    const std::string name = "s" + std::to_string(i);
+    text += "<" + name + "><id>v</id></" + name + ">";
+  }
+  return text + "</op>";
+}
