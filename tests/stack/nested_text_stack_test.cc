@@ -76,6 +76,33 @@ TEST(NestedText, IsRefusedAtItsInnermostStatement) {
   });
 }
 
+// What the XML parser itself recurses over: declarations of content, entities that stand
+// in entities, and an encoding that needs a conversion.
+TEST(NestedText, DeclarationsOfADocumentTypeAreReadOrRefused) {
+  std::string entities = "<!ENTITY e0 'x'>";
+  for (int i = 1; i < 1000; ++i)
+    entities += "<!ENTITY e" + std::to_string(i) + " '<a>&e" + std::to_string(i - 1) + ";</a>'>";
+  const std::string declarations[] = {
+      "<!ELEMENT a " + Nested(100, "(", ")", "b") + ">",
+      "<!ELEMENT a " + Nested(100000, "(", ")", "b") + ">",
+      "<!ELEMENT a " + Nested(1, "(", ")", deep_model::Repeat("b|", 100000) + "b") + ">",
+      entities,
+  };
+  const std::string texts[] = {"", "&e20;", "&e39;", "&e999;"};
+  for (const std::string& declaration : declarations) {
+    for (const std::string& text : texts) {
+      const std::string model =
+          "<?xml version='1.0' encoding='EUC-JP'?><!DOCTYPE module [" + declaration + "]>" +
+          deep_model::Module("m", "<organization><text>" + text + "</text></organization>");
+      OnSmallStack([&] {
+        QmCtx* ctx = QM_CTX_Create(0);
+        static_cast<void>(QM_CTX_LoadMemory(ctx, model.c_str()));
+        QM_CTX_Delete(ctx);
+      });
+    }
+  }
+}
+
 TEST(NestedText, OneLevelMoreIsRefusedByTheParser) {
   for (const size_t levels : {kTextLevels, kTextLevels + 1, size_t{100000}}) {
     const std::string text =
