@@ -286,6 +286,26 @@ TEST_F(Defaults, AnActionThatAnAugmentPutsIntoAnInputAddsNothing) {
   EXPECT_EQ("<r xmlns=\"urn:m\"/>", Complete("<r xmlns='urn:m'/>"));
 }
 
+TEST_F(Defaults, AnActionIsCompletedByItsOwnFunctionWhereverItStands) {
+  schema_.Load("m", Rpc("<container name=\"c\"><action name=\"act\"><input>" + Default("in", "1") +
+                        "</input></action></container>"));
+  QmsNode* container = QM_CTX_GetTargetNode(schema_.ctx(), "/m:r/input/c", nullptr);
+  ASSERT_NE(nullptr, container);
+  QmsNode* action = container->firstChild;
+  ASSERT_EQ(static_cast<uint32_t>(QMS_NODE_ACTION), action->kind);
+  for (const auto complete : {&QMD_PAS_CompleteDataTreeForRpc, &QMD_PAS_CompleteSubTree}) {
+    Document doc("<c xmlns='urn:m'/>");
+    doc.root()->_private = container;
+    QmCheckAux aux = {};
+    QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
+    uint32_t added = 0;
+    EXPECT_EQ(0u, complete(&aux, doc.root(), action, &added));
+    EXPECT_EQ(1u, added);
+    QMD_PAS_ClearDefaultNodeList(&aux, 1);
+    EXPECT_EQ("<c xmlns=\"urn:m\"><in>1</in></c>", doc.Dump());
+  }
+}
+
 TEST_F(Defaults, NotificationsAreNotCompleted) {
   schema_.Load("m", "<notification name=\"n\">" + Default("a", "1") + "</notification>");
   EXPECT_EQ("<n xmlns=\"urn:m\"/>",
