@@ -71,6 +71,8 @@ uint32_t ReadReference(QmsModule* module, const char* text, QmsReference* refere
   return QM_INVALID;
 }
 
+// Refused here and not where it is used: an unload splits the path again, and would fail
+// on such a module for good.
 char* QualifyTargetPath(QmsModule* module, const char* path) {
   QmHeld<char> qualified(QM_XPATH_TransformToJsonFormat(module, path));
   char target[kQmsNameSize] = "";

@@ -60,7 +60,9 @@ static bool LeadsTo(const char* path, const char* deviationPath) {
 }
 
 // Removes an augment that lost its target. Its children went with the target; if
-// they did not, because a node on the way was still waiting, they go now.
+// they did not, because a node on the way was still waiting, they go now, wherever
+// the run lies: an augment owns its nodes, and without it nothing could take them out
+// of a foreign tree again.
 static void RemoveAugment(QmsNode* augment) {
   ForceDetach(augment);
   ForgetRunsBelow(augment->module->ctx, augment);

@@ -17,6 +17,8 @@
 #include "schema/record_array.h"
 #include "types/type.h"
 
+// A record is not merged into itself: it would append its deviations to the array that
+// is being walked, which moves as it grows, and find each of its nodes to be its own twin.
 static bool CanMerge(const QmsModule* dst, const QmsModule* src) {
   return dst != nullptr && src != nullptr && dst != src && dst->ctx != nullptr &&
          dst->ctx == src->ctx;

@@ -125,6 +125,40 @@ TEST(MatchStrWithPattern, BadPatternGives22AndPrintsNothing) {
   EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern(nullptr, "a"));
 }
 
+static std::string Repeated(const std::string& text, size_t times) {
+  std::string out;
+  for (size_t i = 0; i < times; ++i) out += text;
+  return out;
+}
+
+// libxml2 would recurse over them: half a megabyte of the last one overflows a stack of
+// eight.
+TEST(MatchStrWithPattern, PatternsWithMoreThan512OptionalPartsMatchNothing) {
+  for (const char* part : {"a?", "a*", "()", "(|a)", "(a|)", "(a||b)", "a{0,1}", "()*"}) {
+    SCOPED_TRACE(part);
+    const size_t perPart = part == std::string("()*") ? 2 : 1;
+    const std::string fits = Repeated(part, 512 / perPart);
+    EXPECT_EQ(0u, QM_UTL_MatchStrWithPattern("x", (fits + "x").c_str()));
+    EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("x", (fits + part + "x").c_str()));
+  }
+  EXPECT_EQ(0u,
+            QM_UTL_MatchStrWithPattern(Repeated("?", 1000).c_str(), Repeated("\\?", 1000).c_str()));
+  EXPECT_EQ(0u, QM_UTL_MatchStrWithPattern("b", (Repeated("a|", 5000) + "b").c_str()));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("", ("(" + Repeated("()*", 400000) + ")*").c_str()));
+}
+
+TEST(MatchStrWithPattern, PatternsWithMoreThan1024OpenClassesMatchNothing) {
+  const auto nested = [](size_t depth) {
+    return Repeated("[a-z-", depth) + "[b]" + Repeated("]", depth) + "?";
+  };
+  EXPECT_EQ(0u, QM_UTL_MatchStrWithPattern("", nested(1023).c_str()));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("", nested(1024).c_str()));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("", nested(1000000).c_str()));
+  EXPECT_EQ(
+      0u, QM_UTL_MatchStrWithPattern(Repeated("a", 2000).c_str(), Repeated("[a-c]", 2000).c_str()));
+  EXPECT_EQ(22u, QM_UTL_MatchStrWithPattern("a", "a\\"));
+}
+
 namespace {
 
 // More than 2 GB of the letter "a" in the memory of one megabyte, which is mapped

@@ -82,6 +82,38 @@ TEST(DeepType, UnionsOfTypedefsAreCheckedTo1024Types) {
   EXPECT_EQ(28681u, CheckValue(UnionsOfTypedefs(128, 120) + LeafX(TypeOf("t0"))));
 }
 
+std::string Pattern(const std::string& pattern) {
+  return "<type name='string'><pattern value='" + pattern + "'/></type>";
+}
+
+// As deep as patterns are compiled, alone and below as many types as a check may be in.
+TEST(DeepType, PatternsAreCompiledBelowAllTypes) {
+  using deep_model::Repeat;
+  const std::string patterns[] = {
+      "(" + Repeat("v*", 511) + ")+",
+      "(" + Repeat("()*", 255) + "v)*",
+      "((((" + Repeat("v?", 200) + ")*)*)*)*",
+      Repeat("[a-z-", 1023) + "[b]" + Repeat("]", 1023),
+  };
+  for (const std::string& pattern : patterns) {
+    SCOPED_TRACE(pattern.substr(0, 8));
+    const uint32_t alone = CheckValue(LeafX(Pattern(pattern)));
+    EXPECT_EQ(pattern[0] == '(' ? 0u : alone, alone);
+    std::string types = UnionsOfTypedefs(113, 8);
+    const size_t last = types.rfind("<type name='string'/>");
+    ASSERT_NE(std::string::npos, last);
+    types.replace(last, sizeof("<type name='string'/>") - 1, Pattern(pattern));
+    EXPECT_EQ(alone == 0 ? 0u : 28681u, CheckValue(types + LeafX(TypeOf("t0"))));
+  }
+}
+
+TEST(DeepType, PatternsThatWouldOverflowTheStackMatchNothing) {
+  using deep_model::Repeat;
+  EXPECT_EQ(28679u, CheckValue(LeafX(Pattern("(" + Repeat("()*", 300000) + "v)*"))));
+  EXPECT_EQ(28679u,
+            CheckValue(LeafX(Pattern(Repeat("[a-z-", 300000) + "[b]" + Repeat("]", 300000)))));
+}
+
 TEST(DeepType, IdentitiesMayHaveLongChainsOfBases) {
   std::string body = "<identity name='v'><base name='i0'/></identity>";
   for (size_t i = 0; i < 3000; ++i)
