@@ -118,16 +118,20 @@ void RefuseEach(const Scenario& scenario, Report* report) {
   }
 }
 
-TEST(Libxml2Allocation, RefusalsNeverCrashTheLibrarysOwnCode) {
+class Libxml2Allocation : public testing::TestWithParam<Scenario> {};
+
+TEST_P(Libxml2Allocation, RefusalsNeverCrashTheLibrarysOwnCode) {
   Report report;
-  for (const Scenario& scenario : ContextLives()) RefuseEach(scenario, &report);
+  RefuseEach(GetParam(), &report);
   std::cout << report.survived << " refused allocations of libxml2 survived, " << report.crashed
             << " not by the library, and not by libxml2 itself:\n";
   for (const auto& [function, count] : report.libxml2Crashed) {
     std::cout << "  in " << function << ": " << count << "\n";
   }
-  EXPECT_GT(report.survived, 500u);
+  EXPECT_GT(report.survived, 50u);
   EXPECT_EQ(0u, report.crashed);
 }
+
+INSTANTIATE_TEST_SUITE_P(Lives, Libxml2Allocation, testing::ValuesIn(ContextLives()), NameOf);
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 
+#include <cctype>
 #include <fstream>
 #include <iterator>
 
@@ -226,4 +227,19 @@ void RunModuleLife(const std::string& dir, const std::string& module) {
       QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx, module.c_str()), Drop, nullptr));
   static_cast<void>(QM_CTX_UnloadModule(ctx, module.c_str()));
   QM_CTX_Delete(ctx);
+}
+
+std::string CamelCase(const std::string& words, char separator) {
+  std::string name;
+  bool starts = true;
+  for (const char c : words) {
+    if (c != separator)
+      name += starts ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
+    starts = c == separator;
+  }
+  return name;
+}
+
+std::string NameOf(const testing::TestParamInfo<Scenario>& scenario) {
+  return CamelCase(scenario.param.name, ' ');
 }

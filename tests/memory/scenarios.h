@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -17,3 +19,8 @@ const std::vector<Scenario>& ContextLives();
 
 // Loads these modules of the folder one after another, each in a context of its own.
 void RunModuleLife(const std::string& dir, const std::string& module);
+
+// "WordsLikeThis" of a text with words between `separator`s, as test names are; and
+// that of a scenario.
+std::string CamelCase(const std::string& words, char separator);
+std::string NameOf(const testing::TestParamInfo<Scenario>& scenario);

@@ -74,10 +74,10 @@ uint64_t StopRefusing() {
   return g_refused.exchange(0);
 }
 
-uint64_t FailEachAllocation(void (*scenario)(bool refusing), uint64_t stride) {
+uint64_t FailEachAllocation(void (*scenario)(bool refusing), uint64_t stride, uint64_t first) {
   uint64_t injected = 0;
   for (Refuse mode : {Refuse::kOnce, Refuse::kFromThenOn}) {
-    for (uint64_t n = 1;; n += stride) {
+    for (uint64_t n = first;; n += stride) {
       SCOPED_TRACE(testing::Message()
                    << "allocation " << n << " refused"
                    << (mode == Refuse::kFromThenOn ? ", and all later ones" : ""));

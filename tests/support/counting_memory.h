@@ -26,10 +26,11 @@ void RefuseNth(uint64_t n, Refuse mode);
 // Ends refusing; gives the number of allocations refused since RefuseNth().
 uint64_t StopRefusing();
 
-// Runs `scenario` with the n-th allocation refused, for n = 1, 2, 3 and so on (or 1
-// and every `stride`-th one after it), in both modes, until a run sees no refusal. After each run
-// no block may be left. `scenario(refusing)` checks its own results. Gives the number of injected
-// failures.
-uint64_t FailEachAllocation(void (*scenario)(bool refusing), uint64_t stride = 1);
+// Runs `scenario` with the n-th allocation refused, for n = 1, 2, 3 and so on (or
+// `first` and every `stride`-th one after it), in both modes, until a run sees no refusal. After
+// each run no block may be left. `scenario(refusing)` checks its own results. Gives the number of
+// injected failures.
+uint64_t FailEachAllocation(void (*scenario)(bool refusing), uint64_t stride = 1,
+                            uint64_t first = 1);
 
 }  // namespace counting_memory
