@@ -125,8 +125,8 @@ xmlNode* AddStatement(TextReader* r, const Heading& heading, const Token& first)
   return element;
 }
 
-void Discard(TextReader* r, xmlNode* element, const Token& first, const Heading& heading) {
-  ReportSyntax(&r->tokens, first.line, first.column, Quote(heading.name) + " is no keyword");
+void Discard(TextReader* r, xmlNode* element, const Token& first) {
+  ReportSyntax(&r->tokens, first.line, first.column, Quote(first.text) + " is no keyword");
   if (r->discarded != nullptr) return;
   r->discarded = element;
   r->extensionsBefore = r->module->extensions.size();
@@ -199,7 +199,7 @@ void ReadStatement(TextReader* r) {
   const Token first = r->token;
   const Heading heading = ReadHeading(first.text);
   xmlNode* element = AddStatement(r, heading, first);
-  if (!heading.valid) Discard(r, element, first, heading);
+  if (!heading.valid) Discard(r, element, first);
   Advance(r);
   const bool given = r->token.kind == TokenKind::kWord || r->token.kind == TokenKind::kString;
   Token last = first;

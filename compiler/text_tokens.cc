@@ -200,9 +200,11 @@ const char* WithoutTrailingBlanks(const char* start, const char* end) noexcept {
 
 // A double-quoted string while it is read.
 struct Quoted {
-  uint32_t indent = 0;            // columns to take from each line after the first
-  const char* pending = nullptr;  // from here the text is not yet in the buffer
-  uint32_t blanks = 0;            // what is left of a tab that was taken in part
+  const char* quote = nullptr;      // that opens it
+  const char* lineStart = nullptr;  // of the line of this quote
+  uint32_t indent = 0;              // columns to take from each further line; 0: not counted yet
+  const char* pending = nullptr;    // from here the text is not yet in the buffer
+  uint32_t blanks = 0;              // what is left of a tab that was taken in part
 };
 
 void Flush(Tokenizer* t, Quoted* q, const char* end) {
@@ -219,6 +221,7 @@ const char* FoldLine(Tokenizer* t, Quoted* q, const char* feed) {
   Flush(t, q, end);
   t->joined += '\n';
   NextLine(t, feed + 1);
+  if (q->indent == 0) q->indent = IndentColumn(q->lineStart, q->quote) + 1;
   const char* p = feed + 1;
   uint32_t column = 0;
   for (; column < q->indent && (*p == ' ' || *p == '\t'); ++p)
@@ -250,7 +253,8 @@ void StringDoesNotEnd(Tokenizer* t, const Token& token) {
 // Reads from behind the opening quote of `token`; false: it does not end.
 bool ReadFolded(Tokenizer* t, const char* quote, const Token& token) {
   Quoted q;
-  q.indent = IndentColumn(t->lineStart, quote) + 1;
+  q.quote = quote;
+  q.lineStart = t->lineStart;
   q.pending = quote + 1;
   for (const char* p = q.pending;;) {
     switch (*p) {

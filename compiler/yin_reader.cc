@@ -327,6 +327,54 @@ Parser NewParser(YinReader* r) {
   return parser;
 }
 
+// libxml2 compares all attributes of an element with each other, and no event comes
+// before it has: a start tag with very many is found here. What looks like a tag inside
+// of a comment or CDATA does no harm if it holds less.
+constexpr size_t kMaxAttributes = 1000;
+
+// The end of the tag that begins at `tag`, of which the attributes are counted.
+const char* EndOfTag(const char* tag, const char* end, size_t* attributes) noexcept {
+  char quote = 0;
+  for (const char* p = tag; p < end; ++p) {
+    if (quote != 0) {
+      if (*p == quote) quote = 0;
+    } else if (*p == '"' || *p == '\'') {
+      quote = *p;
+    } else if (*p == '=') {
+      ++*attributes;
+    } else if (*p == '>') {
+      return p;
+    }
+  }
+  return end;
+}
+
+// Where the markup that begins at `start` and needs no look ends; NULL: it is a tag.
+const char* EndOfOther(const char* start, const char* end) noexcept {
+  const std::string_view rest(start, static_cast<size_t>(end - start));
+  const char* close = rest.starts_with("<!--") ? "-->" : rest.starts_with("<![CDATA[") ? "]]>" : "";
+  if (*close == 0) return nullptr;
+  const size_t at = rest.find(close);
+  return at == std::string_view::npos ? end : start + at;
+}
+
+bool TagsAreSmall(YinReader* r) {
+  const char* end = r->text.data() + r->text.size();
+  for (const char* p = r->text.data(); p < end; ++p) {
+    p = static_cast<const char*>(std::memchr(p, '<', static_cast<size_t>(end - p)));
+    if (p == nullptr) return true;
+    size_t attributes = 0;
+    const char* tag = p;
+    p = EndOfOther(tag, end);
+    if (p == nullptr) p = EndOfTag(tag, end, &attributes);
+    if (attributes <= kMaxAttributes) continue;
+    CountTo(&r->counter, tag);
+    ReportAt(r, r->counter.line, r->counter.column, "the start tag has too many attributes");
+    return false;
+  }
+  return true;
+}
+
 void Parse(YinReader* r) {
   const Silence silence;
   const Parser parser = NewParser(r);
@@ -351,6 +399,7 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
   r.text = text;
   r.counter.at = text.data();
   r.parent = reinterpret_cast<xmlNode*>(module->document.get());
+  if (!TagsAreSmall(&r)) return false;
   Parse(&r);
   module->root = xmlDocGetRootElement(module->document.get());
   if (module->root == nullptr) {

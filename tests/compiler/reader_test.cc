@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/reader.h"
-
+// Both readers and the writer: one tree.
 #include <gtest/gtest.h>
 
-#include "compiler/session.h"
-#include "compiler/statement.h"
-#include "compiler/writer.h"
+#include "tests/compiler/read_helper.h"
 
 namespace compiler {
 namespace {
@@ -63,23 +60,19 @@ void ExpectHeader(const Module& module) {
 }
 
 TEST(ReadModuleText, GivesTheTreeOfTheYinForm) {
-  auto session = OpenSession();
-  Report report;
-  Module* module = ReadModuleText(session.get(), "m.yang", kText, &report);
-  ASSERT_NE(module, nullptr);
-  EXPECT_TRUE(report.findings.empty());
-  ExpectHeader(*module);
-  EXPECT_EQ(WriteYin(*module), kYin);
+  const ReadResult read = ReadText(kText);
+  EXPECT_EQ(read.Findings(), "");
+  ASSERT_NE(read.module, nullptr);
+  ExpectHeader(*read.module);
+  EXPECT_EQ(WriteYin(*read.module), kYin);
 }
 
 TEST(ReadModuleYin, GivesTheSameTree) {
-  auto session = OpenSession();
-  Report report;
-  Module* module = ReadModuleYin(session.get(), "m.yin", kYin, &report);
-  ASSERT_NE(module, nullptr);
-  EXPECT_TRUE(report.findings.empty());
-  ExpectHeader(*module);
-  EXPECT_EQ(WriteYin(*module), kYin);
+  const ReadResult read = ReadYin(kYin);
+  EXPECT_EQ(read.Findings(), "");
+  ASSERT_NE(read.module, nullptr);
+  ExpectHeader(*read.module);
+  EXPECT_EQ(WriteYin(*read.module), kYin);
 }
 
 }  // namespace
