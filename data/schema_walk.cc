@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// The levels of a walk are a stack of records: the top one says which child comes next.
+// A node that is entered may put a level of its own on top; a level without a next child
+// is closed, and a failure closes them all. So each function of a kind runs once on the
+// way down and each level is settled once on the way up, as by recursion.
 #include "data/schema_walk.h"
 
 #include <cstring>
@@ -111,8 +115,9 @@ static bool StepToNextEntry(QmdLevel* level, const QmdPlace* place) {
 static uint32_t LeaveTopLevel(QmdWalk* walk, uint32_t ret) {
   QmdLevel* top = TopLevel(walk);
   QmCheckAux* aux = walk->aux;
-  if (!top->isBranch && QMD_MDL_IsSchemaNodeNeedSkipInDataTree(top->schemaNode) == 0)
+  if (!top->isBranch && QMD_MDL_IsSchemaNodeNeedSkipInDataTree(top->schemaNode) == 0) {
     aux->place = top->outer;
+  }
   if (ret == QM_OK && top->isList && StepToNextEntry(top, &aux->place)) return QM_OK;
   const QmdLevel left = *top;
   --walk->count;

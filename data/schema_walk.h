@@ -48,6 +48,7 @@ struct QmdWalk {
   QmdLevel inPlace[kQmdLevelsInPlace];
 };
 
+// Fills the record of a walk that has not begun; the walk is ended by walking.
 void InitSchemaWalk(QmdWalk* walk, QmCheckAux* aux, const QmdOpenFunc* openByKind,
                     QmdCloseFunc close, uint32_t* outAdded);
 
