@@ -8,3 +8,4 @@ int RunTree(const Options& options);
 int RunRpc(const Options& options);
 int RunNotif(const Options& options);
 int RunValue(const Options& options);
+int RunCompile(const Options& options);

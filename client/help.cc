@@ -28,6 +28,14 @@ constexpr CommandHelp kCommands[] = {
      "Checks values against the type of the node that the data path names\n"
      "(/module:a/b) and prints 'valid' or 'invalid CODE' for each.\n"
      "An identity is written module:identity."},
+    {"compile",
+     "compile [-p DIR]... [-r] [-f MODULE:FEATURE]... [-F] [-i] [--drop-failing] [-o DIR]\n"
+     "                 MODULE|FILE...",
+     "Spells models out, YANG text or YIN as they are published, into YIN that the\n"
+     "library loads. One module is written to standard output, more into the folder\n"
+     "that -o names; -i adds what they import. Here -f says which features are on.\n"
+     "What is lost is said as FILE:LINE: what and why; exit status 1 when something\n"
+     "was, 3 when a module has an error that stops it."},
     {"help", "help [COMMAND]", "Prints this help, or that of one command."},
 };
 
@@ -41,6 +49,11 @@ constexpr char kOptionsText[] =
     "                                 of a module; may repeat\n"
     "  -u, --unload NAME              unload this module after the loads; may repeat\n"
     "  -d, --descriptions             keep descriptions and units\n"
+    "  -c, --compile                  compile the models first: any vendor's go in\n"
+    "  -r, --recursive                search the directories' sub-folders, too (with -c)\n"
+    "  -F, --features-complete        compile: features that -f does not name are off\n"
+    "  -o, --output DIR               compile: write NAME.yin into this folder\n"
+    "      --drop-failing             compile: leave out conditions that fail each request\n"
     "      --help                     print this help\n"
     "      --version                  print the version\n"
     "\n"

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "client/commands.h"
+#include "client/compile_first.h"
 #include "client/help.h"
 #include "client/options.h"
 
@@ -18,14 +19,16 @@ struct Command {
   size_t minOperands;
   const char* missing;  // what to say when there are fewer
   int (*run)(const Options& options);
+  bool loadsOperands;
 };
 
 constexpr Command kCommands[] = {
-    {"load", 1, "MODULE", RunLoad},
-    {"tree", 1, "MODULE", RunTree},
-    {"rpc", 1, "FILE", RunRpc},
-    {"notif", 1, "FILE", RunNotif},
-    {"value", 2, "PATH or VALUE", RunValue},
+    {"load", 1, "MODULE", RunLoad, true},
+    {"tree", 1, "MODULE", RunTree, true},
+    {"rpc", 1, "FILE", RunRpc, false},
+    {"notif", 1, "FILE", RunNotif, false},
+    {"value", 2, "PATH or VALUE", RunValue, false},
+    {"compile", 1, "MODULE or FILE", RunCompile, false},
 };
 
 int RunHelp(const Options& options) {
@@ -39,11 +42,20 @@ int RunHelp(const Options& options) {
   return kExitUsage;
 }
 
+int RunOne(const Command& command, const Options& options) {
+  if (!options.compileFirst) return command.run(options);
+  PrivateFolder folder;
+  Options compiled = options;
+  const int status = CompileFirst(&compiled, command.loadsOperands, &folder);
+  return status == kExitOk ? command.run(compiled) : status;
+}
+
 int RunCommand(const Options& options) {
   if (options.command == "help") return RunHelp(options);
   for (const Command& command : kCommands) {
     if (options.command != command.name) continue;
-    if (options.operands.size() >= command.minOperands) return command.run(options);
+    if (!CheckOptions(options)) return kExitUsage;
+    if (options.operands.size() >= command.minOperands) return RunOne(command, options);
     PrintError("missing %s; see 'qmodel help %s'", command.missing, command.name);
     return kExitUsage;
   }

@@ -14,7 +14,7 @@
 
 namespace {
 
-enum LongOnly : int { kHelp = 256, kVersion = 257 };
+enum LongOnly : int { kHelp = 256, kVersion = 257, kDropFailing = 258 };
 
 constexpr option kLongOptions[] = {
     {"path", required_argument, nullptr, 'p'},
@@ -23,13 +23,31 @@ constexpr option kLongOptions[] = {
     {"feature", required_argument, nullptr, 'f'},
     {"unload", required_argument, nullptr, 'u'},
     {"descriptions", no_argument, nullptr, 'd'},
+    {"compile", no_argument, nullptr, 'c'},
+    {"recursive", no_argument, nullptr, 'r'},
+    {"features-complete", no_argument, nullptr, 'F'},
+    {"output", required_argument, nullptr, 'o'},
+    {"drop-failing", no_argument, nullptr, kDropFailing},
     {"help", no_argument, nullptr, kHelp},
     {"version", no_argument, nullptr, kVersion},
     {nullptr, 0, nullptr, 0},
 };
 
+// Options that only some commands take: those that load, `compile`, or both, where `-r`
+// goes with loading only after compiling.
+struct OptionUse {
+  const char* option;
+  bool load;
+  bool compile;
+};
+
+constexpr OptionUse kUses[] = {
+    {"-m", true, false}, {"-u", true, false}, {"-d", true, false}, {"-c", true, false},
+    {"-r", true, true},  {"-F", false, true}, {"-o", false, true}, {"--drop-failing", false, true},
+};
+
 // "-": operands are reported in place; ":": a missing argument is told apart.
-constexpr char kShortOptions[] = "-:p:m:if:u:d";
+constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:";
 constexpr int kOperand = 1;
 
 bool AddFeature(const char* text, Options* options) {
@@ -59,6 +77,34 @@ void PrintOptionError(int code, char** argv) {
              argv[optind - 1]);
 }
 
+bool TakeCompileOption(int code, char** argv, Options* options) {
+  switch (code) {
+    case 'c':
+      options->used.emplace_back("-c");
+      options->compileFirst = true;
+      return true;
+    case 'r':
+      options->used.emplace_back("-r");
+      options->recursive = true;
+      return true;
+    case 'F':
+      options->used.emplace_back("-F");
+      options->featuresComplete = true;
+      return true;
+    case 'o':
+      options->used.emplace_back("-o");
+      options->outputDir = optarg;
+      return true;
+    case kDropFailing:
+      options->used.emplace_back("--drop-failing");
+      options->dropFailing = true;
+      return true;
+    default:
+      PrintOptionError(code, argv);
+      return false;
+  }
+}
+
 bool TakeOption(int code, char** argv, Options* options) {
   switch (code) {
     case kOperand:
@@ -68,15 +114,18 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->searchDirs.emplace_back(optarg);
       return true;
     case 'm':
+      options->used.emplace_back("-m");
       options->modules.emplace_back(optarg);
       return true;
     case 'u':
+      options->used.emplace_back("-u");
       options->unloads.emplace_back(optarg);
       return true;
     case 'i':
       options->loadFlags |= QM_LOAD_IMPORTS;
       return true;
     case 'd':
+      options->used.emplace_back("-d");
       options->loadFlags |= QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS;
       return true;
     case 'f':
@@ -88,9 +137,16 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->version = true;
       return true;
     default:
-      PrintOptionError(code, argv);
-      return false;
+      return TakeCompileOption(code, argv, options);
   }
+}
+
+bool IsTaken(const Options& options, const std::string& used) {
+  const bool compiles = options.command == "compile";
+  for (const OptionUse& use : kUses) {
+    if (used == use.option) return compiles ? use.compile : use.load;
+  }
+  return true;
 }
 
 }  // namespace
@@ -112,4 +168,15 @@ bool ParseArguments(int argc, char** argv, Options* options) {
   }
   for (int i = optind; i < argc; ++i) AddOperand(argv[i], options);
   return true;
+}
+
+bool CheckOptions(const Options& options) {
+  for (const std::string& used : options.used) {
+    if (IsTaken(options, used)) continue;
+    PrintError("'%s' takes no option '%s'", options.command.c_str(), used.c_str());
+    return false;
+  }
+  if (options.command == "compile" || options.compileFirst || !options.recursive) return true;
+  PrintError("option '-r' goes with '-c'");
+  return false;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -24,10 +25,21 @@ struct Options {
   std::vector<FeatureRef> features;
   std::vector<std::string> operands;  // without the command
   uint32_t loadFlags = 0;
+  bool compileFirst = false;      // -c
+  bool recursive = false;         // -r
+  bool featuresComplete = false;  // -F
+  bool dropFailing = false;
+  std::string outputDir;          // -o; empty: none
+  std::vector<std::string> used;  // the options that not every command takes, as written
+  // With -c: the file that a module was compiled from, by the name of the compiled one.
+  std::map<std::string, std::string> sources;
 };
 
 // Reads the arguments. False, with one line on standard error, on wrong usage.
 bool ParseArguments(int argc, char** argv, Options* options);
+
+// False, with one line on standard error: the command does not take one of its options.
+bool CheckOptions(const Options& options);
 
 // One line on standard error that begins with the program's name.
 void PrintError(const char* format, ...) __attribute__((format(printf, 1, 2)));

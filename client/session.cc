@@ -14,6 +14,8 @@
 #include <qmodel/loader.h>
 #include <qmodel/schema.h>
 
+#include "client/skipped.h"
+
 namespace {
 
 // A model chooses what its load errors quote, and must not drive the terminal by it.
@@ -32,20 +34,32 @@ std::string ShowControls(const char* text) {
   return shown;
 }
 
-uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* printed) {
-  *static_cast<bool*>(printed) = true;
+struct Printing {
+  const Options& options;
+  bool printed = false;
+};
+
+// The file that the person who called knows: with -c the one that was compiled.
+std::string KnownFile(const Options& options, const char* file) {
+  const auto source = options.sources.find(file);
+  return ShowControls(source == options.sources.end() ? file : source->second.c_str());
+}
+
+uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* arg) {
+  auto* printing = static_cast<Printing*>(arg);
+  printing->printed = true;
   std::string line = ShowControls(module) + ": ";
-  if (file != nullptr) line += ShowControls(file) + ": ";
+  if (file != nullptr) line += KnownFile(printing->options, file) + ": ";
   line += ShowControls(message) + "\n";
   static_cast<void>(std::fputs(line.c_str(), stderr));
   return 0;
 }
 
 // True when there was at least one.
-bool PrintLoadErrors(QmCtx* ctx) {
-  bool printed = false;
-  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, PrintLoadError, &printed));
-  return printed;
+bool PrintLoadErrors(QmCtx* ctx, const Options& options) {
+  Printing printing{options};
+  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, PrintLoadError, &printing));
+  return printing.printed;
 }
 
 bool AddSearchDir(QmCtx* ctx, const std::string& dir) {
@@ -72,12 +86,13 @@ bool AddSearchDirs(QmCtx* ctx, const Options& options) {
 }
 
 // Runs one load or unload for each name; the first that fails ends it.
-bool ForEachModule(QmCtx* ctx, const std::vector<std::string>& names,
+bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::string>& names,
                    uint32_t (*step)(QmCtx*, const char*), const char* verb) {
   for (const std::string& name : names) {
     const uint32_t ret = step(ctx, name.c_str());
     if (ret == 0) continue;
-    if (!PrintLoadErrors(ctx)) PrintError("module '%s' could not be %s", name.c_str(), verb);
+    if (!PrintLoadErrors(ctx, options))
+      PrintError("module '%s' could not be %s", name.c_str(), verb);
     return false;
   }
   return true;
@@ -90,13 +105,21 @@ uint32_t Unload(QmCtx* ctx, const char* name) {
   return QM_CTX_UnloadModule(ctx, name);
 }
 
+bool LoadNamed(QmCtx* ctx, const Options& options, bool loadOperands) {
+  if (!ForEachModule(ctx, options, options.modules, Load, "loaded")) return false;
+  if (loadOperands && !ForEachModule(ctx, options, options.operands, Load, "loaded")) return false;
+  PrintLoadErrors(ctx, options);
+  return true;
+}
+
 bool LoadAll(QmCtx* ctx, const Options& options, bool loadOperands) {
-  if (!ForEachModule(ctx, options.modules, Load, "loaded")) return false;
-  if (loadOperands && !ForEachModule(ctx, options.operands, Load, "loaded")) return false;
-  PrintLoadErrors(ctx);
+  const bool loaded = LoadNamed(ctx, options, loadOperands);
+  // What the compiler would spell out is often why a load fails.
+  if (loadOperands && !options.compileFirst) PrintSkipped(options);
+  if (!loaded) return false;
   if (options.unloads.empty()) return true;
-  if (!ForEachModule(ctx, options.unloads, Unload, "unloaded")) return false;
-  PrintLoadErrors(ctx);
+  if (!ForEachModule(ctx, options, options.unloads, Unload, "unloaded")) return false;
+  PrintLoadErrors(ctx, options);
   return true;
 }
 

@@ -51,6 +51,36 @@ JobState StateOf(const Report& report, bool stopped) {
   return JobState::kDone;
 }
 
+// Stops what needs a module that is stopped.
+void StopDependents(const Compilation& all) {
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (const auto& [module, out] : all.outputs) {
+      for (size_t i = 1; !out->stopped && i < out->prefixes.size(); ++i) {
+        const auto need = all.outputs.find(out->prefixes[i].module);
+        if (need == all.outputs.end() || !need->second->stopped) continue;
+        out->stopped = true;
+        changed = true;
+        AddFinding(all.report, Severity::kFatal, kLinkageClass, module->root,
+                   "not written, since \"" + need->first->name + "\" has errors");
+      }
+    }
+  }
+}
+
+void Write(Compilation* all, const std::vector<Module*>& modules, JobResult* result) {
+  bool stopped = false;
+  for (Module* module : modules) FinishedOutput(all, module);
+  StopDependents(*all);
+  for (Module* module : modules) {
+    const Output* out = FinishedOutput(all, module);
+    stopped = stopped || out == nullptr;
+    if (out != nullptr)
+      result->modules.push_back({module->name, module->file->path, WriteYin(out->written)});
+  }
+  result->state = StateOf(*all->report, stopped);
+}
+
 void Run(const JobRequest& request, JobResult* result) {
   const std::unique_ptr<Session> session = OpenSession();
   Report report;
@@ -69,14 +99,11 @@ void Run(const JobRequest& request, JobResult* result) {
   all.report = &report;
   all.options = request.options;
   const std::vector<Module*> operands = OpenOperands(&repository, request.operands);
-  bool stopped = std::find(operands.begin(), operands.end(), nullptr) != operands.end();
-  for (Module* module : ModulesToWrite(&all, request, operands)) {
-    const Output* out = FinishedOutput(&all, module);
-    stopped = stopped || out == nullptr;
-    if (out != nullptr)
-      result->modules.push_back({module->name, module->file->path, WriteYin(out->written)});
+  Write(&all, ModulesToWrite(&all, request, operands), result);
+  for (const Module* operand : operands) {
+    result->operandNames.push_back(operand == nullptr ? "" : operand->name);
+    if (operand == nullptr) result->state = JobState::kStopped;
   }
-  result->state = StateOf(report, stopped);
   result->findings = FindingLines(*session, report);
   for (const SourceFile& file : session->files) result->filesRead.push_back(file.path);
 }

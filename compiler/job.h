@@ -35,9 +35,10 @@ enum class JobState : uint8_t {
 struct JobResult {
   JobState state = JobState::kDone;
   std::string detail;
-  std::vector<JobModule> modules;      // operands first, then imports
-  std::vector<std::string> findings;   // lines, in order of files and places
-  std::vector<std::string> filesRead;  // each once, in order of reading
+  std::vector<JobModule> modules;         // operands first, then imports
+  std::vector<std::string> operandNames;  // of the operands\' modules; empty: there is none
+  std::vector<std::string> findings;      // lines, in order of files and places
+  std::vector<std::string> filesRead;     // each once, in order of reading
 };
 
 JobResult RunJob(const JobRequest& request);

@@ -216,6 +216,7 @@ void KeepLimits(Output* out) {
   xmlNode* root = out->written.root;
   if (out->module->name.size() > kMaxName)
     Stop(out, "name", root, "the loader takes no module whose name is longer than 64 characters");
+  if (!IsIdentifier(out->module->name)) Stop(out, "name", root, "this is no name of a module");
   KeepCounts(out, root);
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     xmlNode* outside = NextOutside(root, s);

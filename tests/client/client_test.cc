@@ -84,6 +84,14 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
       {"help", "nothing"},
       {"help", "load", "tree"},
       {"nothing", "--help"},
+      {"load", "-r", "-p", "models", "router-types"},
+      {"load", "-c", "-F", "-p", "models", "router-types"},
+      {"load", "-c", "-o", "out", "-p", "models", "router-types"},
+      {"compile"},
+      {"compile", "-c", "-p", "models", "router-types"},
+      {"compile", "-m", "router-types", "-p", "models", "router-types"},
+      {"compile", "-p", "models", "-i", "router-types"},
+      {"compile", "-p", "models", "router-types", "router-system"},
   };
   for (const Args& call : calls) {
     SCOPED_TRACE(testing::PrintToString(call));
@@ -108,7 +116,7 @@ TEST(ClientUsage, HelpAndVersionGoToStandardOutput) {
 
 std::set<std::string> LongOptions(const std::string& text) {
   std::set<std::string> found;
-  const std::regex option("--([a-z]+)");
+  const std::regex option("--([a-z][a-z-]*)");
   for (std::sregex_iterator it(text.begin(), text.end(), option), end; it != end; ++it) {
     found.insert((*it)[1]);
   }
@@ -119,8 +127,10 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
   std::ifstream page(QMODEL_MAN_PAGE);
   const std::string manual((std::istreambuf_iterator<char>(page)),
                            std::istreambuf_iterator<char>());
-  const std::set<std::string> expected = {"path",   "module",       "imports", "feature",
-                                          "unload", "descriptions", "help",    "version"};
+  const std::set<std::string> expected = {
+      "path",         "module",  "imports",   "feature",           "unload",
+      "descriptions", "compile", "recursive", "features-complete", "output",
+      "drop-failing", "help",    "version"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

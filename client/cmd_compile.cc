@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// qmodel compile: models as they are published into YIN that the library loads. Nothing
+// is written before everything is compiled, and a file appears only when it is complete.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include <qmodel/context.h>
+
+#include "client/commands.h"
+#include "client/compile_first.h"
+
+namespace {
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  struct stat first {};
+  struct stat second {};
+  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::string PathIn(const std::string& dir, const compiler::JobModule& module) {
+  return dir + "/" + module.name + ".yin";
+}
+
+// A file that was read is never replaced.
+bool WouldReplaceInput(const std::string& path, const compiler::JobResult& result) {
+  for (const std::string& read : result.filesRead) {
+    if (!IsSameFile(path, read)) continue;
+    PrintError("%s was read and is not replaced; choose another folder", path.c_str());
+    return true;
+  }
+  return false;
+}
+
+bool WriteAll(int file, const std::string& content) {
+  for (size_t at = 0; at < content.size();) {
+    const ssize_t written = write(file, content.data() + at, content.size() - at);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    at += static_cast<size_t>(written);
+  }
+  return true;
+}
+
+// The rights that a new file gets: what the caller's mask leaves.
+mode_t NewFileMode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return static_cast<mode_t>(0666) & ~mask;
+}
+
+bool ReplaceFile(const std::string& path, const std::string& content) {
+  std::string part = path + ".XXXXXX";
+  const int file = mkstemp(part.data());
+  bool done = file >= 0 && WriteAll(file, content) && fchmod(file, NewFileMode()) == 0;
+  int failure = errno;
+  if (file >= 0 && close(file) != 0 && done) {
+    failure = errno;
+    done = false;
+  }
+  if (done && std::rename(part.c_str(), path.c_str()) != 0) {
+    failure = errno;
+    done = false;
+  }
+  if (done) return true;
+  if (file >= 0) static_cast<void>(unlink(part.c_str()));
+  PrintError("%s: %s", path.c_str(), std::strerror(failure));
+  return false;
+}
+
+int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {
+  std::error_code error;
+  std::filesystem::create_directories(dir, error);
+  if (error) {
+    PrintError("%s: %s", dir.c_str(), error.message().c_str());
+    return kExitUnusable;
+  }
+  for (const compiler::JobModule& module : result.modules) {
+    if (WouldReplaceInput(PathIn(dir, module), result)) return kExitUsage;
+  }
+  for (const compiler::JobModule& module : result.modules) {
+    if (!ReplaceFile(PathIn(dir, module), module.yin)) return kExitUnusable;
+  }
+  return kExitOk;
+}
+
+int WriteToOutput(const compiler::JobResult& result) {
+  for (const compiler::JobModule& module : result.modules) {
+    if (std::fwrite(module.yin.data(), 1, module.yin.size(), stdout) != module.yin.size())
+      return kExitUnusable;
+  }
+  return kExitOk;
+}
+
+int StatusOf(compiler::JobState state) {
+  switch (state) {
+    case compiler::JobState::kDone:
+      return kExitOk;
+    case compiler::JobState::kLost:
+      return kExitInvalid;
+    default:
+      return kExitUnusable;
+  }
+}
+
+}  // namespace
+
+int RunCompile(const Options& options) {
+  const bool withImports = (options.loadFlags & QM_LOAD_IMPORTS) != 0;
+  if (options.outputDir.empty() && (withImports || options.operands.size() > 1)) {
+    PrintError("several modules are written into a folder only; name one with '-o'");
+    return kExitUsage;
+  }
+  compiler::JobRequest request = MakeRequest(options);
+  request.operands = options.operands;
+  request.withImports = withImports;
+  for (const FeatureRef& ref : options.features)
+    request.options.features.push_back({ref.module, ref.feature});
+  const compiler::JobResult result = RunJob(request);
+  PrintFindings(result);
+  const int written =
+      options.outputDir.empty() ? WriteToOutput(result) : WriteToFolder(options.outputDir, result);
+  return std::max(StatusOf(result.state), written);
+}

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "client/compile_first.h"
+
+#include <cstdio>
+#include <string_view>
+
+compiler::JobRequest MakeRequest(const Options& options) {
+  compiler::JobRequest request;
+  request.folders = options.searchDirs;
+  if (request.folders.empty()) request.folders.emplace_back(".");
+  request.recursive = options.recursive;
+  request.options.featuresComplete = options.featuresComplete;
+  request.options.dropFailing = options.dropFailing;
+  return request;
+}
+
+void PrintFindings(const compiler::JobResult& result) {
+  for (const std::string& line : result.findings)
+    static_cast<void>(std::fprintf(stderr, "%s\n", line.c_str()));
+  if (result.state == compiler::JobState::kNoFolder)
+    PrintError("%s: not a usable search directory", result.detail.c_str());
+  if (result.state == compiler::JobState::kNoMemory) PrintError("out of memory");
+}
+
+int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
+  compiler::JobRequest request = MakeRequest(*options);
+  request.withImports = true;
+  request.operands = options->modules;
+  if (withOperands)
+    request.operands.insert(request.operands.end(), options->operands.begin(),
+                            options->operands.end());
+  const compiler::JobResult result = RunJob(request);
+  PrintFindings(result);
+  if (result.state > compiler::JobState::kLost) return kExitUnusable;
+  if (!folder->Make()) return kExitUnusable;
+  for (const compiler::JobModule& module : result.modules) {
+    if (!folder->Write(module.name + ".yin", module.yin)) return kExitUnusable;
+    options->sources[module.name + ".yin"] = module.source;
+  }
+  options->searchDirs = {folder->path()};
+  for (size_t i = 0; i < request.operands.size(); ++i) {
+    std::string& name = i < options->modules.size()
+                            ? options->modules[i]
+                            : options->operands[i - options->modules.size()];
+    name = result.operandNames[i];
+  }
+  return kExitOk;
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "client/private_folder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "client/options.h"
+
+PrivateFolder::~PrivateFolder() {
+  for (const std::string& file : files_) static_cast<void>(unlink(file.c_str()));
+  if (!path_.empty()) static_cast<void>(rmdir(path_.c_str()));
+}
+
+bool PrivateFolder::Make() {
+  const char* base = std::getenv("TMPDIR");
+  std::string path = base == nullptr || base[0] != '/' ? "/tmp" : base;
+  path += "/qmodel-XXXXXX";
+  if (mkdtemp(path.data()) == nullptr) {
+    PrintError("%s: %s", path.c_str(), std::strerror(errno));
+    return false;
+  }
+  path_ = path;
+  return true;
+}
+
+bool PrivateFolder::Write(const std::string& name, std::string_view content) {
+  const std::string path = path_ + "/" + name;
+  std::FILE* file = std::fopen(path.c_str(), "wbx");
+  if (file != nullptr) files_.push_back(path);
+  bool written =
+      file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  if (file != nullptr && std::fclose(file) != 0) written = false;
+  if (!written) PrintError("%s: %s", path.c_str(), std::strerror(errno));
+  return written;
+}

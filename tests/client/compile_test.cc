@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// qmodel compile and -c, end to end.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "tests/client/run_client.h"
+
+namespace {
+
+using Args = std::vector<std::string>;
+
+// A folder of models, in which the program runs.
+class ClientCompile : public testing::Test {
+ protected:
+  ClientCompile() {
+    path_ = testing::TempDir() + "qmodel-test-XXXXXX";
+    EXPECT_NE(nullptr, mkdtemp(path_.data()));
+  }
+  ~ClientCompile() override { std::filesystem::remove_all(path_); }
+
+  void Write(const std::string& file, const std::string& text) const {
+    std::filesystem::create_directories(std::filesystem::path(path_ + "/" + file).parent_path());
+    std::ofstream(path_ + "/" + file) << text;
+  }
+  std::string Read(const std::string& file) const {
+    std::stringstream content;
+    content << std::ifstream(path_ + "/" + file).rdbuf();
+    return content.str();
+  }
+  std::set<std::string> List(const std::string& dir) const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path_ + "/" + dir))
+      names.insert(entry.path().filename().string());
+    return names;
+  }
+  bool Exists(const std::string& file) const { return std::filesystem::exists(path_ + "/" + file); }
+  ClientRun Run(const Args& args, const std::string& input = "") const {
+    return RunClient(path_, args, input);
+  }
+
+  // Module m with a grouping, which imports n.
+  void WriteModels() const {
+    Write("m.yang",
+          "module m { namespace urn:m; prefix m; import n { prefix n; }\n"
+          "  grouping g { leaf a { type n:t; } }\n"
+          "  container c { uses g; }\n"
+          "  rpc r { input { uses g; leaf b { type int8; default 5; } } }\n"
+          "}\n");
+    Write("n.yang", "module n { namespace urn:n; prefix n; typedef t { type string; } }\n");
+  }
+
+ private:
+  std::string path_;
+};
+
+TEST_F(ClientCompile, WritesOneModuleToStandardOutput) {
+  WriteModels();
+  const ClientRun run = Run({"compile", "m"});
+  EXPECT_EQ(0, run.status);
+  EXPECT_EQ("", run.err);
+  EXPECT_NE(std::string::npos, run.out.find("<leaf name=\"a\">")) << run.out;
+  EXPECT_EQ(std::string::npos, run.out.find("<uses"));
+  EXPECT_EQ(run.out, Run({"compile", "m"}).out);
+}
+
+TEST_F(ClientCompile, WritesIntoAFolderThatItMakes) {
+  WriteModels();
+  const ClientRun run = Run({"compile", "-i", "-o", "out/deep", "m"});
+  EXPECT_EQ(0, run.status) << run.err;
+  EXPECT_EQ("", run.out);
+  EXPECT_TRUE(Exists("out/deep/m.yin"));
+  EXPECT_TRUE(Exists("out/deep/n.yin"));
+  EXPECT_EQ(Run({"compile", "m"}).out, Read("out/deep/m.yin"));
+}
+
+TEST_F(ClientCompile, CompilingItsOutputAgainChangesNothing) {
+  WriteModels();
+  ASSERT_EQ(0, Run({"compile", "-i", "-o", "one", "m"}).status);
+  ASSERT_EQ(0, Run({"compile", "-i", "-p", "one", "-o", "two", "m"}).status);
+  EXPECT_EQ(Read("one/m.yin"), Read("two/m.yin"));
+  EXPECT_EQ(Read("one/n.yin"), Read("two/n.yin"));
+}
+
+TEST_F(ClientCompile, NeverReplacesAFileThatWasRead) {
+  WriteModels();
+  ASSERT_EQ(0, Run({"compile", "-i", "-o", "out", "m"}).status);
+  const std::string before = Read("out/m.yin");
+  Write("out/m.yin", before + "<!-- mine -->\n");
+  const ClientRun run = Run({"compile", "-p", "out", "-o", "out", "m"});
+  EXPECT_EQ(2, run.status);
+  EXPECT_EQ(before + "<!-- mine -->\n", Read("out/m.yin"));
+}
+
+TEST_F(ClientCompile, LeavesNothingButTheFiles) {
+  WriteModels();
+  ASSERT_EQ(0, Run({"compile", "-i", "-o", "out", "m"}).status);
+  ASSERT_EQ(0, Run({"compile", "-i", "-o", "out", "m"}).status);
+  EXPECT_EQ((std::set<std::string>{"m.yin", "n.yin"}), List("out"));
+}
+
+TEST_F(ClientCompile, GivesStatus1WhenSomethingWasLost) {
+  Write("m.yang",
+        "module m { yang-version 1.1; namespace urn:m; prefix m; feature x; feature y;\n"
+        "  leaf a { if-feature \"x or y\"; type string; } }\n");
+  const ClientRun run = Run({"compile", "m"});
+  EXPECT_EQ(1, run.status);
+  EXPECT_EQ(0u, run.err.find("./m.yang:2: ")) << run.err;
+  EXPECT_NE(std::string::npos, run.out.find("<leaf name=\"a\">"));
+}
+
+TEST_F(ClientCompile, DecidesFeatures) {
+  Write("m.yang",
+        "module m { yang-version 1.1; namespace urn:m; prefix m; feature x; feature y;\n"
+        "  leaf a { if-feature \"x or y\"; type string; }\n"
+        "  leaf b { if-feature \"not x\"; type string; } }\n");
+  const ClientRun on = Run({"compile", "-f", "m:x", "m"});
+  EXPECT_EQ(0, on.status) << on.err;
+  EXPECT_NE(std::string::npos, on.out.find("name=\"a\""));
+  EXPECT_EQ(std::string::npos, on.out.find("name=\"b\""));
+  const ClientRun off = Run({"compile", "-F", "m"});
+  EXPECT_EQ(0, off.status) << off.err;
+  EXPECT_EQ(std::string::npos, off.out.find("name=\"a\""));
+  EXPECT_NE(std::string::npos, off.out.find("name=\"b\""));
+}
+
+TEST_F(ClientCompile, WritesTheRestWhenOneModuleIsStopped) {
+  WriteModels();
+  Write("bad.yang", "module bad { namespace urn:bad; prefix b; container c { uses none; } }\n");
+  Write("user.yang", "module user { namespace urn:u; prefix u; import bad { prefix b; } }\n");
+  const ClientRun run = Run({"compile", "-i", "-o", "out", "m", "user"});
+  EXPECT_EQ(3, run.status);
+  EXPECT_TRUE(Exists("out/m.yin"));
+  EXPECT_FALSE(Exists("out/bad.yin"));
+  EXPECT_FALSE(Exists("out/user.yin"));
+  EXPECT_NE(std::string::npos, run.err.find("./bad.yang:1: ")) << run.err;
+}
+
+TEST_F(ClientCompile, ASubmoduleAsOperandIsAnErrorThatNamesItsModule) {
+  Write("s.yang", "submodule s { belongs-to the-module { prefix m; } }\n");
+  const ClientRun run = Run({"compile", "s"});
+  EXPECT_EQ(3, run.status);
+  EXPECT_NE(std::string::npos, run.err.find("the-module")) << run.err;
+}
+
+TEST_F(ClientCompile, SearchesSubFoldersWhenAsked) {
+  Write("vendor/a/m.yang", "module m { namespace urn:m; prefix m; }\n");
+  EXPECT_EQ(3, Run({"compile", "-p", "vendor", "m"}).status);
+  EXPECT_EQ(0, Run({"compile", "-r", "-p", "vendor", "m"}).status);
+}
+
+TEST_F(ClientCompile, TakesAFileAndSearchesItsFolderFirst) {
+  WriteModels();
+  Write("other/m.yang", "module m { namespace urn:other; prefix m; import n { prefix n; } }\n");
+  Write("other/n.yang", "module n { namespace urn:other-n; prefix n; }\n");
+  const ClientRun run = Run({"compile", "-i", "-o", "out", "other/m.yang"});
+  EXPECT_EQ(0, run.status) << run.err;
+  EXPECT_NE(std::string::npos, Read("out/n.yin").find("urn:other-n"));
+}
+
+TEST_F(ClientCompile, AnUnusableDirectoryOrOutputGivesStatus3) {
+  WriteModels();
+  EXPECT_EQ(3, Run({"compile", "-p", "nowhere", "m"}).status);
+  Write("file", "");
+  EXPECT_EQ(3, Run({"compile", "-o", "file/out", "m"}).status);
+}
+
+TEST_F(ClientCompile, LoadsWhatItHasCompiled) {
+  WriteModels();
+  const ClientRun run = Run({"load", "-c", "-i", "m"});
+  EXPECT_EQ(0, run.status);
+  EXPECT_EQ("", run.err);
+  EXPECT_EQ("m - urn:m\n", run.out);
+  const ClientRun tree = Run({"tree", "-c", "-i", "./m.yang"});
+  EXPECT_NE(std::string::npos, tree.out.find("a?")) << tree.out << tree.err;
+}
+
+TEST_F(ClientCompile, ValidatesOnWhatItHasCompiled) {
+  WriteModels();
+  const ClientRun run = Run({"rpc", "-c", "-i", "-m", "m", "-"}, "<r xmlns='urn:m'><a>x</a></r>");
+  EXPECT_EQ(0, run.status) << run.err;
+  EXPECT_NE(std::string::npos, run.out.find("<b>5</b>")) << run.out;
+  const ClientRun value = Run({"value", "-c", "-i", "-m", "m", "/m:c/a", "text"});
+  EXPECT_EQ("valid\n", value.out) << value.err;
+}
+
+TEST_F(ClientCompile, LossesChangeNoStatusOfACommandThatLoads) {
+  Write("m.yang",
+        "module m { yang-version 1.1; namespace urn:m; prefix m; feature x; feature y;\n"
+        "  leaf a { if-feature \"x or y\"; type string; } }\n");
+  const ClientRun run = Run({"load", "-c", "m"});
+  EXPECT_EQ(0, run.status);
+  EXPECT_NE("", run.err);
+}
+
+TEST_F(ClientCompile, AModuleThatDoesNotCompileCouldNotBeLoaded) {
+  Write("m.yang", "module m { namespace urn:m; prefix m; container c { uses none; } }\n");
+  const ClientRun run = Run({"load", "-c", "m"});
+  EXPECT_EQ(3, run.status);
+  EXPECT_EQ("", run.out);
+  EXPECT_EQ(0u, run.err.find("./m.yang:1: ")) << run.err;
+}
+
+TEST_F(ClientCompile, LoadErrorsNameTheOriginalFile) {
+  Write("m.yang",
+        "module m { namespace urn:m; prefix m;\n"
+        "  container c { list l { key k; leaf other { type string; } } } }\n");
+  const ClientRun run = Run({"load", "-c", "m"});
+  EXPECT_EQ(3, run.status);
+  EXPECT_NE(std::string::npos, run.err.find("m: ./m.yang: ")) << run.err;
+}
+
+TEST_F(ClientCompile, PlainLoadsSayHowMuchTheySkip) {
+  Write("m.yin",
+        "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
+        "<prefix value='m'/><include module='s'/><typedef name='t'><type name='string'/></typedef>"
+        "<grouping name='g'><typedef name='u'><type name='string'/></typedef></grouping>"
+        "<container name='c'><typedef name='u'><type name='string'/></typedef><uses name='g'/>"
+        "</container></module>");
+  Write("s.yin",
+        "<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><belongs-to module='m'>"
+        "<prefix value='m'/></belongs-to><grouping name='h'/></submodule>");
+  const std::string expected = "qmodel: m: 4 statements were skipped that -c spells out\n";
+  EXPECT_EQ(expected, Run({"load", "m"}).err);
+  EXPECT_EQ(expected, Run({"tree", "m"}).err);
+  EXPECT_EQ("", Run({"load", "-c", "m"}).err);
+}
+
+}  // namespace
