@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+#include "compiler/data_schema.h"
+#include "compiler/path.h"
+
+// What can be told of a node's presence and of a leaf's values.
+
+namespace compiler {
+namespace {
+
+constexpr int kMaxTypeDepth = 64;
+constexpr int kMostSafeDigits = 15;
+
+ValueKind KindOfBuiltin(std::string_view name) {
+  constexpr std::string_view kNumbers[] = {"int8",  "int16",  "int32",  "int64",
+                                           "uint8", "uint16", "uint32", "uint64"};
+  if (std::find(std::begin(kNumbers), std::end(kNumbers), name) != std::end(kNumbers)) {
+    return ValueKind::kNumber;
+  }
+  if (name == "boolean") return ValueKind::kWord;
+  if (name == "identityref") return ValueKind::kIdentity;
+  if (name == "empty") return ValueKind::kEmpty;
+  return ValueKind::kUnknown;
+}
+
+ValueKind KindOfDecimal(const xmlNode* type) {
+  const xmlNode* digits = YinChild(type, Keyword::kFractionDigits);
+  if (digits == nullptr) return ValueKind::kDecimal;
+  const std::string_view text = YinArgument(digits);
+  int count = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), count);
+  const bool safe = read.ec == std::errc() && count <= kMostSafeDigits;
+  return safe ? ValueKind::kNumber : ValueKind::kDecimal;
+}
+
+// An enumeration may have names that read as numbers.
+ValueKind KindOfEnumeration(const xmlNode* type) {
+  for (const xmlNode* child = type->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || YinKeyword(child) != Keyword::kEnum) continue;
+    const std::string_view name = YinArgument(child);
+    const char first = name.empty() ? '\0' : name[0];
+    const bool isWord = (first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z');
+    if (!isWord) return ValueKind::kUnknown;
+  }
+  return ValueKind::kWord;
+}
+
+bool InChoice(const DataNode* node) {
+  return node->parent != nullptr &&
+         (node->parent->keyword == Keyword::kChoice || node->parent->keyword == Keyword::kCase);
+}
+
+bool IsMandatory(const DataNode* node) {
+  const xmlNode* mandatory = YinChild(node->statement, Keyword::kMandatory);
+  return mandatory != nullptr && YinArgument(mandatory) == "true";
+}
+
+// A plain container stands in every message that must have something in it.
+bool MustHoldSomething(const DataSchema& schema, const DataNode* container) {
+  std::vector<const DataNode*> stack = {container};
+  while (!stack.empty()) {
+    const DataNode* node = stack.back();
+    stack.pop_back();
+    for (const DataNode* child : node->children) {
+      if (child->conditional || child->keyword == Keyword::kChoice) continue;
+      if (IsPlainContainer(child)) {
+        stack.push_back(child);
+      } else if (PresenceOf(schema, child).inMessage) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+bool IsPlainContainer(const DataNode* node) {
+  return node->keyword == Keyword::kContainer &&
+         YinChild(node->statement, Keyword::kPresence) == nullptr;
+}
+
+const xmlNode* DataSchema::FindTypedef(const xmlNode* at, const DataModule** module,
+                                       std::string_view name) const {
+  const size_t colon = name.find(':');
+  if (colon != std::string_view::npos) {
+    *module = OfPrefix(*module, name.substr(0, colon));
+    if (*module == nullptr) return nullptr;
+    at = (*module)->root;
+    name.remove_prefix(colon + 1);
+  }
+  for (const xmlNode* scope = at; scope != nullptr && scope->type == XML_ELEMENT_NODE;
+       scope = scope->parent) {
+    if (scope == (*module)->root) break;
+    for (const xmlNode* child = scope->children; child != nullptr; child = child->next) {
+      if (child->type == XML_ELEMENT_NODE && YinKeyword(child) == Keyword::kTypedef &&
+          YinArgument(child) == name) {
+        return child;
+      }
+    }
+  }
+  const auto found = (*module)->typedefs.find(name);
+  return found == (*module)->typedefs.end() ? nullptr : found->second;
+}
+
+bool DataSchema::HasDefault(const DataNode* leaf) const {
+  if (YinChild(leaf->statement, Keyword::kDefault) != nullptr) return true;
+  const DataModule* module = leaf->module;
+  const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
+  for (int depth = 0; type != nullptr && depth < kMaxTypeDepth; ++depth) {
+    const xmlNode* definition = FindTypedef(type, &module, YinArgument(type));
+    if (definition == nullptr) return false;
+    if (YinChild(definition, Keyword::kDefault) != nullptr) return true;
+    type = YinChild(definition, Keyword::kType);
+  }
+  return false;
+}
+
+const xmlNode* DataSchema::TypeOf(const DataNode* leaf, const DataModule** words) const {
+  const DataModule* module = leaf->module;
+  const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
+  for (int depth = 0; type != nullptr && depth < kMaxTypeDepth; ++depth) {
+    const DataModule* owner = module;
+    const xmlNode* definition = FindTypedef(type, &owner, YinArgument(type));
+    if (definition == nullptr) {
+      *words = module;
+      return type;
+    }
+    module = owner;
+    type = YinChild(definition, Keyword::kType);
+  }
+  return nullptr;
+}
+
+ValueKind DataSchema::ValueOf(const DataNode* leaf) const {
+  const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
+  return type == nullptr ? ValueKind::kUnknown : ValueOfType(type, leaf->module, leaf, 0);
+}
+
+ValueKind DataSchema::ValueOfType(const xmlNode* type, const DataModule* module,
+                                  const DataNode* leaf, int depth) const {
+  if (type == nullptr || depth > kMaxTypeDepth) return ValueKind::kUnknown;
+  const std::string_view name = YinArgument(type);
+  const DataModule* owner = module;
+  const xmlNode* definition = FindTypedef(type, &owner, name);
+  if (definition != nullptr) {
+    return ValueOfType(YinChild(definition, Keyword::kType), owner, leaf, depth + 1);
+  }
+  if (name == "decimal64") return KindOfDecimal(type);
+  if (name == "enumeration") return KindOfEnumeration(type);
+  if (name == "union") return ValueOfUnion(type, module, leaf, depth);
+  if (name == "leafref") return ValueOfLeafref(type, module, leaf, depth);
+  return KindOfBuiltin(name);
+}
+
+ValueKind DataSchema::ValueOfUnion(const xmlNode* type, const DataModule* module,
+                                   const DataNode* leaf, int depth) const {
+  for (const xmlNode* child = type->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || YinKeyword(child) != Keyword::kType) continue;
+    const ValueKind kind = ValueOfType(child, module, leaf, depth + 1);
+    const bool good =
+        kind == ValueKind::kNumber || kind == ValueKind::kWord || kind == ValueKind::kNumberOrWord;
+    if (!good) return ValueKind::kUnknown;
+  }
+  return ValueKind::kNumberOrWord;
+}
+
+// Only relative paths are followed: they stay near the leaf.
+ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, const DataModule* module,
+                                     const DataNode* leaf, int depth) const {
+  const xmlNode* statement = YinChild(type, Keyword::kPath);
+  NodePath path;
+  XpathError error;
+  if (statement == nullptr || !ParseLeafrefPath(YinArgument(statement), &path, &error) ||
+      path.throughDeref) {
+    return ValueKind::kUnknown;
+  }
+  const DataNode* node = path.absolute ? nullptr : leaf;
+  for (uint32_t i = 0; i < path.ups && node != nullptr; ++i) node = DataParent(node);
+  for (const PathStep& step : path.steps) {
+    const DataModule* wanted = path.Of(step.prefix).empty() && node != nullptr
+                                   ? nullptr
+                                   : OfPrefix(module, path.Of(step.prefix));
+    node = DataChild(node, wanted, path.Of(step.name));
+    if (node == nullptr) return ValueKind::kUnknown;
+  }
+  const ValueKind kind =
+      ValueOfType(YinChild(node->statement, Keyword::kType), node->module, node, depth + 1);
+  // The library turns only identityrefs proper into module and name.
+  return kind == ValueKind::kIdentity ? ValueKind::kUnknown : kind;
+}
+
+Presence PresenceOf(const DataSchema& schema, const DataNode* node) {
+  Presence presence;
+  if (node->conditional || InChoice(node)) return presence;
+  switch (node->keyword) {
+    case Keyword::kContainer:
+      presence.inTree = IsPlainContainer(node);
+      presence.inMessage = presence.inTree && MustHoldSomething(schema, node);
+      return presence;
+    case Keyword::kLeaf:
+    case Keyword::kAnydata:
+    case Keyword::kAnyxml:
+      presence.inMessage = node->isKey || IsMandatory(node);
+      presence.byDefault = !presence.inMessage && schema.HasDefault(node);
+      presence.inTree = presence.inMessage || presence.byDefault;
+      return presence;
+    default:
+      return presence;
+  }
+}
+
+}  // namespace compiler

@@ -1,0 +1,434 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Each rewriting held against what the condition means: libxml2 evaluates the condition as
+// it was written, the library validates the message with the condition as it was rewritten.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <qmodel/qmodel.h>
+
+#include "compiler/condition.h"
+#include "tests/compiler/exactness/reference.h"
+#include "tests/support/message_fixture.h"
+
+namespace exactness {
+namespace {
+
+std::string Escaped(const std::string& text) {
+  std::string out;
+  for (const char c : text) {
+    if (c == '<')
+      out += "&lt;";
+    else if (c == '&')
+      out += "&amp;";
+    else if (c == '"')
+      out += "&quot;";
+    else
+      out += c;
+  }
+  return out;
+}
+
+// Every kind of node that conditions treat in a way of their own; "probe" holds them.
+std::string Nodes(const std::string& conditions) {
+  const auto leaf = [](const std::string& name, const std::string& type,
+                       const std::string& more = "") {
+    return "<leaf name=\"" + name + "\"><type name=\"" + type + "\"/>" + more + "</leaf>";
+  };
+  const std::string identityref = "<type name=\"identityref\"><base name=\"b\"/></type>";
+  const std::string mandatory = "<mandatory value=\"true\"/>";
+  return leaf("name", "string") + leaf("n", "int32") + leaf("n2", "int32") +
+         leaf("mn", "int32", mandatory) +
+         "<leaf name=\"d\"><type name=\"decimal64\"><fraction-digits value=\"1\"/></type></leaf>"
+         "<leaf name=\"e\"><type name=\"enumeration\"><enum name=\"one\"/><enum "
+         "name=\"two\"/></type></leaf>" +
+         leaf("flag", "boolean") + leaf("emp", "empty") + "<leaf name=\"t\">" + identityref +
+         "</leaf>"
+         "<leaf name=\"mt\">" +
+         identityref + mandatory + "</leaf>" + leaf("def", "int32", "<default value=\"1\"/>") +
+         "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>"
+         "<list name=\"l\"><key value=\"k\"/>" +
+         leaf("k", "int32") + leaf("v", "int32") + "<container name=\"lc\">" + leaf("x", "string") +
+         "</container></list>"
+         "<container name=\"np\">" +
+         leaf("x", "string") + "<container name=\"np2\">" + leaf("y", "int32") +
+         "</container></container>"
+         "<container name=\"p\"><presence value=\"yes\"/>" +
+         leaf("z", "string") +
+         "</container>"
+         "<choice name=\"ch\"><case name=\"a\">" +
+         leaf("ca", "string") +
+         "</case>"
+         "<case name=\"b\">" +
+         leaf("cb", "int32") + leaf("cm", "string", mandatory) +
+         "</case></choice>"
+         "<leaf name=\"ref\"><type name=\"leafref\"><path value=\"../name\"/></type></leaf>"
+         "<leaf name=\"npref\"><type name=\"leafref\"><path value=\"../np/x\"/></type></leaf>"
+         "<container name=\"box\">" +
+         leaf("pre", "string") + "<leaf name=\"probe\"><type name=\"string\"/>" + mandatory +
+         conditions + "</leaf></container>";
+}
+
+std::string Body(const std::string& conditions) {
+  return "<identity name=\"b\"/>"
+         "<identity name=\"i1\"><base name=\"b\"/></identity>"
+         "<identity name=\"i2\"><base name=\"b\"/></identity>"
+         "<identity name=\"i3\"><base name=\"b\"/><base name=\"i1\"/></identity>"
+         "<rpc name=\"r\"><input>" +
+         Nodes(conditions) + "</input></rpc>";
+}
+
+std::string Must(const std::string& condition) {
+  return condition.empty() ? "" : "<must condition=\"" + Escaped(condition) + "\"/>";
+}
+
+compiler::ConditionResult Rewritten(const Model& model, const std::string& condition) {
+  compiler::Xpath xpath;
+  compiler::XpathError error;
+  EXPECT_TRUE(ParseXpath(condition, &xpath, &error)) << condition << ": " << error.message;
+  compiler::ConditionPlace place;
+  place.schema = &model.Schema();
+  place.words = model.Module();
+  place.context = model.Node("r/input/box/probe");
+  return RewriteCondition(xpath, place);
+}
+
+// The library with the condition as a must.
+class Library {
+ public:
+  explicit Library(const std::string& condition) : ctx_(QM_CTX_Create(0)) {
+    const Model model(Body(Must(condition)));
+    EXPECT_EQ(QM_CTX_LoadMemory(ctx_, model.Yin().c_str()), 0U) << model.Yin();
+  }
+  ~Library() { QM_CTX_Delete(ctx_); }
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  // "1" and "0", or the error record when the message fails for another reason.
+  std::string Answer(const std::string& message) const {
+    const std::string verdict = message_fixture::ValidateRpc(ctx_, message);
+    if (verdict == "valid") return "1";
+    return verdict.find("must-violation") != std::string::npos ? "0" : verdict;
+  }
+
+ private:
+  QmCtx* ctx_;
+};
+
+// The first message on which the two differ, or "".
+std::string Difference(const Model& model, const std::string& original,
+                       const std::string& rewritten, unsigned messages, unsigned seed) {
+  const Library library(rewritten);
+  std::mt19937 random(seed);
+  for (unsigned i = 0; i < messages; ++i) {
+    const std::string message = DrawMessage(model, model.Node("r"), &random);
+    const std::string wanted = std::to_string(Answer(model, message, "probe", original));
+    const std::string got = library.Answer(message);
+    const int again = Answer(model, message, "probe", rewritten);
+    if (got != wanted || std::to_string(again) != wanted) {
+      return original + "\n -> " + rewritten + "\n wanted " + wanted + ", the library " + got +
+             ", XPath of the rewritten " + std::to_string(again) + "\n" + message;
+    }
+  }
+  return "";
+}
+
+struct Row {
+  const char* original;
+  const char* rewritten;
+};
+
+constexpr Row kExact[] = {
+    // as they stand
+    {"../../n", "../../n"},
+    {"(../../n)", "(../../n)"},
+    {"not(../../name) and ../../mn > 0", "not(../../name) and ../../mn > 0"},
+    {"../../n = 1 or ../../e = 'one'", "../../n = 1 or ../../e = 'one'"},
+    {"../../n > ../../n2", "../../n > ../../n2"},
+    {"../../n >= 'x'", "../../n >= 'x'"},
+    {"../../l", "../../l"},
+    {"../../ll and ../../l/k", "../../ll and ../../l/k"},
+    {"/r/n = 1", "/r/n = 1"},
+    {". = 'a' or . != 'b'", ". = 'a' or . != 'b'"},
+    {"../../def = 1", "../../def = 1"},
+    {"derived-from-or-self(../../mt, 'i1')", "derived-from-or-self(../../mt, 'i1')"},
+    {"../../mt != 'm:i1'", "../../mt != 'm:i1'"},
+    {"1 = 1", "1 = 1"},
+    {"../../n != 1 and ../../n", "../../n != 1 and ../../n"},
+    {"not(../../n) or ../../n != 1", "not(../../n) or ../../n != 1"},
+    {"(not((../../name))) or (../../name = '')", "(not((../../name))) or (../../name = '')"},
+    // current() and "."
+    {"current() = 'a'", ". = 'a'"},
+    {"current()/../../n = 1", "../../n = 1"},
+    {"not(current()/../pre)and(current()/../../n)", "not(../pre)and ../../n"},
+    {"./../../n", "./../../n"},
+    {"self::node()/parent::node()/pre", "../pre"},
+    {"(../..)/n", "../../n"},
+    // count() and boolean()
+    {"count(../../n) > 0", "../../n"},
+    {"count(../../ll) >= 1 or ../../n", "../../ll or ../../n"},
+    {"count(../../l) = 0", "not(../../l)"},
+    {"0 < count(../../l)", "../../l"},
+    {"not(count(../../l) != 0)", "not(../../l)"},
+    {"count(../../n) = 1", "../../n"},
+    {"count(../../n) <= 1", "1 = 1"},
+    {"count(../../n) > 1", "1 = 0"},
+    {"count(../../ll) < 0.5", "not(../../ll)"},
+    {"count(../../ll)", "../../ll"},
+    {"boolean(../../n)", "../../n"},
+    {"not(boolean(../../n)) and ../../name", "not(../../n) and ../../name"},
+    {"boolean(../../n or ../../n2) and ../../e", "(../../n or ../../n2) and ../../e"},
+    // true() and false()
+    {"true()", "1 = 1"},
+    {"../../n and true() or false()", "../../n and 1 = 1 or 1 = 0"},
+    {"../../name = true()", "not(not(../../name))"},
+    {"boolean(../../name) = false()", "not(../../name)"},
+    {"not(../../name) = (../../n = 1)", "not(../../name) = (../../n = 1)"},
+    {"(../../n = 1) != ../../name", "(../../n = 1) != not(not(../../name))"},
+    {"not(../../n) = true()", "not(../../n)"},
+    // missing nodes
+    {"../../n != 1", "../../n and ../../n != 1"},
+    {"../../name != 'a' or ../../n", "../../name and ../../name != 'a' or ../../n"},
+    {"not(../../name != 'a')", "not(../../name and ../../name != 'a')"},
+    {"../../name = ''", "../../name and ../../name = ''"},
+    {"../../name != ''", "../../name != ''"},
+    {"../../emp = ''", "../../emp and ../../emp = ''"},
+    {"'a' != ../../name", "../../name and 'a' != ../../name"},
+    {"../../n = ../../n2", "../../n and ../../n2 and ../../n = ../../n2"},
+    {"../../n = ../../mn", "../../n = ../../mn"},
+    {"../../n != ../../mn", "../../n and ../../n != ../../mn"},
+    {"../../name = .", "../../name and ../../name = ."},
+    {"../../def != 1", "../../def != 1"},
+    {"../../cb != 1", "../../cb and ../../cb != 1"},
+    {"../../t = 'i1'", "../../t = 'm:i1'"},
+    {"../../t != 'i1'", "../../t and ../../t != 'm:i1'"},
+    // numbers
+    {"../../n = -1", "../../n >= '-1' and ../../n <= '-1'"},
+    {"../../n != -1", "../../n and not(../../n >= '-1' and ../../n <= '-1')"},
+    {"../../n > -1", "../../n > '-1'"},
+    {"-1 < ../../d", "'-1' < ../../d"},
+    {"../../d = -1", "../../d >= '-1' and ../../d <= '-1'"},
+    {"../../n < 2 * 5 - 1", "../../n < 9"},
+    {"../../n = 10 div 5", "../../n = 2"},
+    {"1 + 1 = 2", "1 = 1"},
+    {"position() = last()", "1 = 1"},
+    // texts
+    {"string-length(../../name) > 0", "../../name != ''"},
+    {"string-length(../../name) = 0", "not(../../name != '')"},
+    {"string(../../name) = 'a'", "../../name = 'a'"},
+    {"string(../../name) = ''", "not(../../name) or ../../name = ''"},
+    {"string(../../name) != 'a'", "not(../../name) or ../../name != 'a'"},
+    {"string(../../name)", "../../name != ''"},
+    // unions
+    {"../../n | ../../name", "../../n or ../../name"},
+    {"not(../../n | ../../name)", "not(../../n or ../../name)"},
+    {"(../../n | ../../n2) = 1", "../../n = 1 or ../../n2 = 1"},
+    {"(../../n | ../../n2) != 1", "../../n and ../../n != 1 or ../../n2 and ../../n2 != 1"},
+    // containers without presence
+    {"../../np", "../.."},
+    {"../../np/np2", "../.."},
+    {"../../np/../n", "../../n"},
+    {"not(../../np/np2/y)", "not(../../np/np2/y)"},
+    {"../../p", "../../p"},
+    {"count(../../np) = 1", "../.."},
+    // predicates on what occurs once
+    {"../../np[x = 'a']/np2/y = 1", "../../np/x = 'a' and ../../np/np2/y = 1"},
+    {"../../name[. = 'a']", "../../name = 'a' and ../../name"},
+    {"../../np[x = current()]", "../../np/x and ../../np/x = ."},
+    {"current()/parent::node()[pre = 'a']/../name != 'a'",
+     "../pre = 'a' and ../../name and ../../name != 'a'"},
+    {"../../n[1] = 1", "../../n = 1"},
+    {"../../p[not(z)]", "not(../../p/z) and ../../p"},
+    // leafrefs
+    {"deref(../../ref)", "../../ref and ../../name"},
+    {"deref(../../npref)/../np2/y = 1", "../../npref and ../../np/np2/y = 1"},
+    {"deref(../../ref)/../n != 1", "../../ref and ../../n and ../../n != 1"},
+};
+
+TEST(RewriteCondition, HasTheAnswerOfXpathInTheLibrary) {
+  const Model model(Body(""));
+  for (const Row& row : kExact) {
+    SCOPED_TRACE(row.original);
+    const compiler::ConditionResult result = Rewritten(model, row.original);
+    for (const compiler::ConditionRemark& remark : result.remarks) ADD_FAILURE() << remark.message;
+    EXPECT_EQ(result.text, row.rewritten);
+    EXPECT_EQ(Difference(model, row.original, result.text, 150, 1), "");
+    EXPECT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again";
+  }
+}
+
+struct Unexact {
+  const char* original;
+  compiler::ConditionIssue issue;
+  const char* message;
+};
+
+constexpr Unexact kUnexact[] = {
+    {"../../l[k = 1]/v", compiler::ConditionIssue::kPredicate,
+     "the library passes over \"[k = 1]\" in \"../../l[k = 1]/v\" and takes the first entry"},
+    {"../../l/v", compiler::ConditionIssue::kSeveral,
+     "of several entries in \"../../l/v\" the library looks at the first only"},
+    {"../../ll = 'a'", compiler::ConditionIssue::kSeveral,
+     "of several entries in \"../../ll = 'a'\" the library looks at the first only"},
+    {"../../../x", compiler::ConditionIssue::kOutside,
+     "\"../../../x\" leads out of the message, where the library finds nothing"},
+    {"/m:config", compiler::ConditionIssue::kOutside,
+     "\"/m:config\" leads out of the message, where the library finds nothing"},
+    {"count(../../ll) > 1", compiler::ConditionIssue::kFails,
+     "the library evaluates no \"count(../../ll) > 1\""},
+    {"contains(../../name, 'a')", compiler::ConditionIssue::kFails,
+     "the library has no function \"contains\""},
+    {"../../n + 1 = 2", compiler::ConditionIssue::kFails,
+     "the library evaluates no \"../../n + 1\""},
+    {"derived-from(../../t, 'b')", compiler::ConditionIssue::kFails,
+     "where \"../../t\" is missing the library refuses the request"},
+    {"derived-from(../../n, 'b')", compiler::ConditionIssue::kFails,
+     "where \"../../n\" is missing the library refuses the request"},
+    {"derived-from(../../mn, 'b')", compiler::ConditionIssue::kFails,
+     "\"../../mn\" is no identityref: the library refuses the request"},
+    {"//n", compiler::ConditionIssue::kFails,
+     "the library evaluates no path that begins with \"//\""},
+    {"../..//y", compiler::ConditionIssue::kOther, "the library takes \"//\" for \"/\""},
+    {"../../*", compiler::ConditionIssue::kOther,
+     "the library takes \"*\" for a name, which no node has"},
+    {"ancestor::node()", compiler::ConditionIssue::kFails,
+     "the library knows no step \"ancestor::node()\""},
+    {"../../name > 1", compiler::ConditionIssue::kOther,
+     "texts such as \"+1\" and \"1e3\" in \"../../name > 1\" are numbers for the library"},
+    {"../../np = 'a'", compiler::ConditionIssue::kOther,
+     "\"../../np = 'a'\" compares what is no leaf: the library sees no text there"},
+};
+
+TEST(RewriteCondition, LeavesWhatHasNoExactFormAndTellsWhy) {
+  const Model model(Body(""));
+  for (const Unexact& row : kUnexact) {
+    SCOPED_TRACE(row.original);
+    const compiler::ConditionResult result = Rewritten(model, row.original);
+    EXPECT_EQ(result.text, row.original);
+    ASSERT_EQ(result.remarks.size(), 1U);
+    EXPECT_EQ(result.remarks[0].issue, row.issue);
+    EXPECT_EQ(result.remarks[0].message, row.message);
+  }
+}
+
+// What is said to fail does: some message that is refused for no other reason.
+TEST(RewriteCondition, WhatIsSaidToFailFailsInTheLibrary) {
+  const Model model(Body(""));
+  for (const Unexact& row : kUnexact) {
+    const bool fails = row.issue == compiler::ConditionIssue::kFails;
+    SCOPED_TRACE(row.original);
+    const Library library(row.original);
+    std::mt19937 random(2);
+    unsigned failures = 0;
+    for (unsigned i = 0; i < 100; ++i) {
+      const std::string answer = library.Answer(DrawMessage(model, model.Node("r"), &random));
+      if (answer != "0" && answer != "1") {
+        ++failures;
+        EXPECT_NE(answer.find("Failed to check must condition of probe."), std::string::npos)
+            << answer;
+      }
+    }
+    EXPECT_EQ(failures != 0, fails);
+  }
+}
+
+// Expressions of all that the rewriting knows, in any combination.
+class Grammar {
+ public:
+  explicit Grammar(std::mt19937* random) : random_(random) {}
+
+  std::string Boolean(unsigned depth) {
+    const auto kind = static_cast<unsigned>((*random_)() % (depth == 0 ? 9 : 16));
+    switch (kind) {
+      case 0:
+      case 1:
+        return Path();
+      case 2:
+        return "boolean(" + Path() + ")";
+      case 3:
+        return "count(" + Path() + ") " + Operator() + " " + Pick({"0", "1", "0.5", "2"});
+      case 4:
+        return Pick({"true()", "false()", "1 = 1"});
+      case 5:
+        return Pick({"derived-from(../../mt, 'i1')", "derived-from-or-self(../../mt, \"b\")",
+                     "string-length(../../name) > 0", "string(../../name) != 'a'",
+                     "string(../pre) = ''", "deref(../../ref)/../n != 1"});
+      case 6:
+        return Leaf() + " " + Pick({"=", "!="}) + " " + Literal();
+      case 7:
+        return Number() + " " + Operator() + " " + Pick({"1", "-1", "0", "2 - 1", Number()});
+      case 8:
+        return Leaf() + " " + Pick({"=", "!="}) + " " + Leaf();
+      case 9:
+      case 10:
+        return Boolean(depth - 1) + " and " + Boolean(depth - 1);
+      case 11:
+      case 12:
+        return Boolean(depth - 1) + " or " + Boolean(depth - 1);
+      case 13:
+        return "not(" + Boolean(depth - 1) + ")";
+      case 14:
+        return "(" + Boolean(depth - 1) + ")" + Pick({" = ", " != "}) + "(" + Boolean(depth - 1) +
+               ")";
+      default:
+        return "(" + Boolean(depth - 1) + ")";
+    }
+  }
+
+ private:
+  std::string Pick(const std::vector<std::string>& all) { return all[(*random_)() % all.size()]; }
+  std::string Operator() { return Pick({"=", "!=", "<", "<=", ">", ">="}); }
+  std::string Literal() { return Pick({"'a'", "''", "'one'", "'true'", "'1'"}); }
+  std::string Number() {
+    return Pick(
+        {"../../n", "../../mn", "../../d", "current()/../../def", "../../np/np2/y", "../../cb"});
+  }
+  std::string Leaf() {
+    return Pick({"../../name", "../pre", ".", "current()", "../../e", "../../emp", "../../n",
+                 "../../np/x", "../../flag", "../../p/z", "../../np[x = 'a']/x",
+                 "(../../name | ../pre)"});
+  }
+  std::string Path() {
+    return Pick({"../../n",
+                 "../../l",
+                 "../../ll",
+                 "../../np",
+                 "../../np/np2",
+                 "../../p",
+                 "../../p/z",
+                 "../../l/k",
+                 "../../l/lc",
+                 "../../np/../ca",
+                 "../../p/..",
+                 "../../l/../n",
+                 ".",
+                 "..",
+                 "current()/..",
+                 "../../np[np2/y = 1]/x",
+                 "../../p[z]",
+                 "(../../n | ../pre)",
+                 "/r/np/x",
+                 "../../cm"});
+  }
+
+  std::mt19937* random_;
+};
+
+TEST(RewriteCondition, HasTheAnswerOfXpathForDrawnConditions) {
+  const Model model(Body(""));
+  std::mt19937 random(7);
+  unsigned exact = 0;
+  for (unsigned i = 0; i < 700; ++i) {
+    const std::string condition = Grammar(&random).Boolean(i % 4);
+    const compiler::ConditionResult result = Rewritten(model, condition);
+    if (!result.remarks.empty()) continue;
+    ++exact;
+    ASSERT_EQ(Difference(model, condition, result.text, 25, i), "");
+    ASSERT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again: " << condition;
+  }
+  EXPECT_GT(exact, 300U);
+}
+
+}  // namespace
+}  // namespace exactness
