@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The registry of modules: two trees over the same records, by name and by
 // namespace. The records belong to the layer above, which also says where their
-// keys and links lie; here they are only linked, found and handed back to be
-// freed.
-//
-// What makes the end of a module hard are augments: while one is coupled, its
-// children hang in a foreign tree. So all augments are taken apart before the
-// first module goes.
+// keys and links lie; here they are only linked and found.
 #include "context/module_registry.h"
 
 #include <qmodel/schema.h>
 
-#include "context/load_error.h"
 #include "platform/string.h"
 
 // Deliberate: a module without a key collides with every other.
@@ -25,46 +19,6 @@ uint32_t QM_CTX_InitModuleTree(QmCtx* ctx) {
   RTK_AVL3_Init(&ctx->modByName, &g_qmsModuleNameTreeInfo);
   RTK_AVL3_Init(&ctx->modByNs, &g_qmsModuleNsTreeInfo);
   return QM_OK;
-}
-
-static QmsModule* FirstModule(const QmCtx* ctx) {
-  return static_cast<QmsModule*>(RTK_AVL3_First(&ctx->modByName));
-}
-
-static QmsModule* NextModule(const QmCtx* ctx, const QmsModule* module) {
-  return static_cast<QmsModule*>(RTK_AVL3_Next(&ctx->modByName, module));
-}
-
-static uint32_t UnCoupleOneAugment(QmsNode* augment, uint32_t /*travType*/, void* /*arg*/) {
-  // One that fails is detached by force afterwards.
-  static_cast<void>(QMS_NODE_UnCoupleAugmentNode(augment));
-  return QM_OK;
-}
-
-static void UnCoupleAllAugments(QmCtx* ctx) {
-  for (QmsModule* module = FirstModule(ctx); module != nullptr; module = NextModule(ctx, module)) {
-    static_cast<void>(QM_MOD_IterScanAugmentNode(module, UnCoupleOneAugment, nullptr));
-  }
-  for (QmsModule* module = FirstModule(ctx); module != nullptr; module = NextModule(ctx, module)) {
-    DetachModuleAugments(ctx, module);
-  }
-}
-
-void QM_CTX_DeInitModuleTree(QmCtx* ctx) {
-  if (ctx == nullptr) return;
-  UnCoupleAllAugments(ctx);
-  while (QmsModule* module = FirstModule(ctx)) QM_CTX_DestroyModuleNode(ctx, module);
-}
-
-void QM_CTX_DestroyModuleNode(QmCtx* ctx, QmsModule* module) {
-  if (ctx == nullptr || module == nullptr) return;
-  DetachModuleAugments(ctx, module);
-  // By the record's own links: by key, a record that could not be registered
-  // would take away the one that has its namespace.
-  RTK_AVL3_Delete(&ctx->modByName, module);
-  RTK_AVL3_Delete(&ctx->modByNs, module);
-  QM_CTX_DeleteErrNodeByModName(ctx->errMng, QM_MOD_GetModuleName(module));
-  QMS_MOD_Free(module);
 }
 
 uint32_t QM_CTX_AddModuleNode(QmCtx* ctx, QmsModule* module) {

@@ -8,13 +8,8 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
-// The two trees of a context. DeInit takes all augments apart and then destroys the
-// modules in the order of their names.
+// The two trees of a context.
 uint32_t QM_CTX_InitModuleTree(QmCtx* ctx);
-void QM_CTX_DeInitModuleTree(QmCtx* ctx);
-// Takes a module out of the trees, if it is in them, and frees it with its load
-// errors; no other module keeps nodes of it, nor it nodes of another.
-void QM_CTX_DestroyModuleNode(QmCtx* ctx, QmsModule* module);
 // 0, or 1 with nothing changed: a NULL argument, or a module of the same name or
 // namespace is there.
 uint32_t QM_CTX_AddModuleNode(QmCtx* ctx, QmsModule* module);

@@ -11,6 +11,7 @@
 #include "context/module_registry.h"
 #include "context/relation.h"
 #include "context/search_dir.h"
+#include "loader/module_end.h"
 
 QmCtx* QM_CTX_Create(uint32_t loadFlags) noexcept {
   // Once, before any thread parses; a repeated call does nothing.

@@ -23,6 +23,7 @@
 #include "context/relation.h"
 #include "loader/change_event.h"
 #include "loader/couple.h"
+#include "loader/module_end.h"
 #include "loader/pending.h"
 #include "platform/string.h"
 

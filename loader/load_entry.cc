@@ -10,6 +10,7 @@
 #include "context/module_registry.h"
 #include "context/upcalls.h"
 #include "context/xml_parse.h"
+#include "loader/module_end.h"
 
 constexpr uint32_t kCoupleEvent = 0;
 constexpr size_t kModNameSize = 65;
