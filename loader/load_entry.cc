@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The entry points of loading, unloading and path lookup. They check their
+// The entry points of loading and unloading. They check their
 // arguments, call the layer above, and settle what a client sees of it.
 #include <cstring>
 
@@ -13,7 +13,6 @@
 #include "loader/module_end.h"
 
 constexpr uint32_t kCoupleEvent = 0;
-constexpr size_t kModNameSize = 65;
 
 // Lets the modules already loaded couple to the new one.
 static void AnnounceModule(QmCtx* ctx, const char* modName) {
@@ -70,22 +69,4 @@ uint32_t QM_CTX_UnloadModule(QmCtx* ctx, const char* modName) noexcept {
   // A NULL name names no module, and unloading what is not there succeeds.
   if (ctx == nullptr || modName == nullptr) return QM_OK;
   return QMS_LOADER_UnloadModuleProc(ctx, modName);
-}
-
-QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
-  if (augment != nullptr) *augment = nullptr;
-  if (ctx == nullptr || path == nullptr) return nullptr;
-  char modName[kModNameSize] = "";
-  char* parentPath = nullptr;
-  char* lastPart = nullptr;
-  const uint32_t ret =
-      QM_XPATH_SplitTargetNodeXpath(path, modName, sizeof modName, &parentPath, &lastPart);
-  const QmHeld<char> heldParent(parentPath);
-  const QmHeld<char> heldLast(lastPart);
-  if (ret != QM_OK) return nullptr;
-  QmsModule* module = QM_CTX_GetModuleByModName(ctx, modName);
-  if (module == nullptr) return nullptr;
-  // A path that stays in one module has no parent piece.
-  if (parentPath == nullptr) return QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
-  return QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, parentPath, lastPart, augment);
 }
