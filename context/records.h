@@ -10,6 +10,8 @@
 
 #include "platform/avl.h"
 
+constexpr uint32_t kQmsNameSize = 65;  // a name of 64 characters and its NUL
+
 // One interned text.
 struct QmDictEntry {
   char* str;          // private NUL-terminated copy

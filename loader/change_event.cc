@@ -20,6 +20,7 @@
 #include "loader/couple_augment.h"
 #include "loader/couple_deviation.h"
 #include "platform/string.h"
+#include "xpath/target_path.h"
 
 static constexpr QmsCoupleEvtFunc g_qmsCoupleEvtProcTbl[][2] = {
     {QMS_MOD_CoupleAugmentFromDepMods, QMS_MOD_UnCoupleAugmentFromDepMods},

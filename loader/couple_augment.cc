@@ -24,6 +24,7 @@
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "schema/node_walk.h"
+#include "xpath/target_path.h"
 
 static QmsNode* FindCouplingTarget(const QmsNode* augment) {
   QmCtx* ctx = NodeCtx(augment);

@@ -23,6 +23,7 @@
 #include "schema/deviate.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
+#include "xpath/target_path.h"
 
 using DeviateFunc = uint32_t (*)(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
 

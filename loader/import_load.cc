@@ -11,6 +11,7 @@
 #include <qmodel/error.h>
 
 #include "context/module_registry.h"
+#include "loader/change_event.h"
 #include "loader/couple.h"
 #include "loader/pending.h"
 
@@ -29,6 +30,11 @@ static uint32_t LoadPendingModules(QmCtx* ctx, QmsModPendTbl* tbl) {
   return QM_OK;
 }
 
+static void CoupleRemainAndNotify(QmCtx* ctx, QmsModule* remaining, const char* eventModule) {
+  static_cast<void>(QMS_LOADER_CoupleModRemainNodesToTgt(remaining));
+  static_cast<void>(QMS_MOD_NotifyModuleChangeEvent(ctx, eventModule, QMS_EVENT_COUPLE, 0));
+}
+
 extern "C" {
 
 uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
@@ -39,6 +45,20 @@ uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
     const char* name = module->imports[i].moduleName;
     if (name == nullptr || IsLoadedOrPending(ctx, tbl, name)) continue;
     if (QMS_LOADER_AddModPendNode(tbl, name) == nullptr) return QM_NO_MEMORY;
+  }
+  return QM_OK;
+}
+
+uint32_t QMS_LOADER_CoupleModPendTblAndCurMod(QmCtx* ctx, const char* moduleName,
+                                              QmsModPendTbl* tbl) {
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, moduleName);
+  if (module == nullptr) return QM_INVALID;
+  CoupleRemainAndNotify(ctx, module, moduleName);
+  for (QmsModPendNode* node = FirstModPendNode(tbl); node != nullptr;
+       node = NextModPendNode(tbl, node)) {
+    QmsModule* pending = QM_CTX_GetModuleByModName(ctx, node->modName);
+    // Deliberate: the event names the module being loaded, not the pending one.
+    if (pending != nullptr) CoupleRemainAndNotify(ctx, pending, moduleName);
   }
   return QM_OK;
 }

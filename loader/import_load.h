@@ -16,4 +16,9 @@ QM_BEGIN_INTERNAL_DECLS
 uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
                                                 const char* modName);
 
+// Couples what remains of the module with this name and of the modules of `tbl`, each
+// followed by the couple event of the named module. 22 when it is not loaded.
+uint32_t QMS_LOADER_CoupleModPendTblAndCurMod(QmCtx* ctx, const char* moduleName,
+                                              QmsModPendTbl* tbl);
+
 QM_END_INTERNAL_DECLS

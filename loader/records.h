@@ -6,7 +6,6 @@
 #include "context/statement.h"
 #include "schema/records.h"
 
-constexpr uint32_t kQmsNameSize = 65;  // a name of 64 characters and its NUL
 constexpr uint32_t kQmsPathSize = 256;
 constexpr uint32_t kQmsSuffixSize = 10;
 constexpr uint32_t kQmsMaxIncludeDepth = 256;

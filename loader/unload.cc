@@ -26,6 +26,7 @@
 #include "loader/module_end.h"
 #include "loader/pending.h"
 #include "platform/string.h"
+#include "xpath/target_path.h"
 
 // Relation items stand in their list by their first member.
 static const QmCtxModRelItem* ItemOf(const QmListLink* link) {

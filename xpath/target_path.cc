@@ -144,3 +144,8 @@ uint32_t QM_XPATH_SplitTargetNodeXpath(const char* path, char* lastModName,
   if (outParentPath == nullptr || outLastPart == nullptr) return QM_OK;
   return CopyBothParts(path, name - 1, outParentPath, outLastPart);
 }
+
+bool GetTargetModuleName(const char* path, char (&name)[kQmsNameSize]) {
+  return QM_XPATH_SplitTargetNodeXpath(path, name, kQmsNameSize, nullptr, nullptr) == QM_OK &&
+         name[0] != '\0';
+}

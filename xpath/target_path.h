@@ -6,6 +6,10 @@
 #include "context/upcalls.h"
 #include "xpath/records.h"
 
+// Writes the name of the module that a target path leads into, that of its last
+// qualified step. False for a path that cannot be split.
+bool GetTargetModuleName(const char* path, char (&name)[kQmsNameSize]);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Rewrites the prefixes of a schema-node path, as `module` declares them, to module

@@ -35,6 +35,7 @@
 #include "tests/support/module_builder.h"
 #include "tests/support/null_arguments.h"
 #include "tests/support/yin.h"
+#include "xpath/target_path.h"
 
 namespace {
 

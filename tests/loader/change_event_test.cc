@@ -8,6 +8,7 @@
 #include "context/dict.h"
 #include "context/relation.h"
 #include "loader/couple.h"
+#include "loader/import_load.h"
 #include "loader/pending.h"
 #include "tests/support/coupling.h"
 
