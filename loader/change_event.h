@@ -9,6 +9,11 @@
 // How modules hear that a module they act on came or is about to go. The event
 // is raised with QMS_MOD_NotifyModuleChangeEvent (context/upcalls.h).
 
+using QmsCoupleEvtFunc = uint32_t (*)(QmCtx* ctx, const char* changedModName,
+                                      const char* dependentModName, uintptr_t arg);
+
+enum QmsModuleEvent : uint32_t { QMS_EVENT_COUPLE = 0, QMS_EVENT_UNCOUPLE = 1 };
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The handlers: `changedModName` came or goes, `dependentModName` augments or

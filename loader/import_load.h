@@ -4,6 +4,7 @@
 
 #include "context/internal.h"
 #include "context/upcalls.h"
+#include "loader/pending.h"
 #include "loader/records.h"
 
 // The walk over the imports is QMS_LOADER_LoadModuleImportedNames

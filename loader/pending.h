@@ -8,6 +8,23 @@
 // The modules that one import walk or one unload has still to handle. New nodes
 // go to the tail, so that a walk also meets the nodes it appends itself.
 
+// Modules that one import walk or one unload still has to handle.
+struct QmsModPendTbl {
+  QmListLink nodes;  // sentinel of QmsModPendNode; appended at the tail
+};
+
+struct QmsModPendNode {
+  QmListLink link;       // must stay first
+  QmListLink featPends;  // sentinel of QmsModFeatPend
+  char modName[kQmsNameSize];
+  uint8_t noReload;  // 1: removed and not loaded again
+};
+
+struct QmsModFeatPend {
+  QmListLink link;  // must stay first
+  char featName[kQmsNameSize];
+};
+
 // The first node of a walk, or the one after `node`; NULL at the end.
 QmsModPendNode* FirstModPendNode(const QmsModPendTbl* tbl);
 QmsModPendNode* NextModPendNode(const QmsModPendTbl* tbl, const QmsModPendNode* node);

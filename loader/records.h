@@ -62,27 +62,6 @@ struct QmsBodyStmtCounter {
   uint16_t extInsts;
 };
 
-// Modules that one import walk or one unload still has to handle.
-struct QmsModPendTbl {
-  QmListLink nodes;  // sentinel of QmsModPendNode; appended at the tail
-};
-
-struct QmsModPendNode {
-  QmListLink link;       // must stay first
-  QmListLink featPends;  // sentinel of QmsModFeatPend
-  char modName[kQmsNameSize];
-  uint8_t noReload;  // 1: removed and not loaded again
-};
-
-struct QmsModFeatPend {
-  QmListLink link;  // must stay first
-  char featName[kQmsNameSize];
-};
-
 using QmsKeywordLetterFunc = uint32_t (*)(const char* name);
 using QmsDeviateKindParseFunc = uint32_t (*)(QmsModule* module, xmlNode* element,
                                              QmsDeviate* deviate);
-using QmsCoupleEvtFunc = uint32_t (*)(QmCtx* ctx, const char* changedModName,
-                                      const char* dependentModName, uintptr_t arg);
-
-enum QmsModuleEvent : uint32_t { QMS_EVENT_COUPLE = 0, QMS_EVENT_UNCOUPLE = 1 };

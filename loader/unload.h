@@ -4,6 +4,7 @@
 
 #include "context/internal.h"
 #include "context/upcalls.h"
+#include "loader/pending.h"
 #include "loader/records.h"
 
 // The steps of QMS_LOADER_UnloadModuleProc (context/upcalls.h), in their order.
