@@ -12,7 +12,7 @@
 #include "loader/argument.h"
 #include "loader/statements.h"
 #include "loader/stmt_node.h"
-#include "schema/inherit.h"
+#include "schema/augment_condition.h"
 #include "schema/module.h"
 
 static constexpr QmsStmt kAugmentSubStmts[] = {

@@ -15,7 +15,7 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/string.h"
-#include "schema/inherit.h"
+#include "schema/augment_condition.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_walk.h"

@@ -14,12 +14,5 @@ uint32_t QMS_NODE_UpdateFlag(QmsNode* node);
 uint32_t QMS_NODE_ImplUpdateFlagCb(QmsNode* node, uint32_t travType, void* arg);
 void QMS_NODE_SetNacmFlag(QmsNode* node, const char* moduleName, const char* extName);
 uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uint8_t* keyCount);
-char* QMS_NODE_GetParentCond(const char* when, const QmsNode* augment);
-char* QMS_NODE_CombineTwoWhenCondition(const char* a, const char* b);
-uint32_t QMS_NODE_InheritAugNodeWhenCondToChildNode(QmDict* dict, const char* parentCond,
-                                                    QmsNode* child);
-uint32_t QMS_NODE_InheritAugNodeEvalToChildNode(QmDict* dict, const QmsNode* augment,
-                                                const char* parentCond, QmsNode* child);
-uint32_t QMS_NODE_InheritAugNodeEvalToAllChildNode(QmDict* dict, QmsNode* augment);
 
 QM_END_INTERNAL_DECLS

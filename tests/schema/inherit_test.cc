@@ -9,6 +9,7 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
+#include "schema/augment_condition.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"

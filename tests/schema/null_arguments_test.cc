@@ -6,6 +6,7 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
+#include "schema/augment_condition.h"
 #include "schema/definitions.h"
 #include "schema/ext_inst.h"
 #include "schema/inherit.h"
