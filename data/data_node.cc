@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Single elements of a data tree: their module, their children by name or by
-// schema node, new children, and their value as conditions see it. Elements are
-// made through libxml2 and belong to their tree; texts handed out are copies
-// from the memory hooks.
+// schema node, and new children. Elements are made through libxml2 and belong to
+// their tree.
 
 #include "data/data_node.h"
 
-#include <cstdio>
 #include <cstring>
 
-#include "context/guard.h"
-#include "context/memory.h"
-#include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/element_walk.h"
 #include "data/schema_query.h"
@@ -98,45 +93,6 @@ xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, 
   if (content != nullptr && content->content != nullptr) return child;
   RemoveNode(child);
   return nullptr;
-}
-
-// The name of the module that the prefix of `length` characters stands for at
-// the element; NULL when it stands for none.
-static const char* ResolvePrefix(const xmlNode* element, QmCtx* ctx, const char* text,
-                                 size_t length) {
-  const char* ns = FindNamespaceOfPrefix(element, text, length);
-  return ns == nullptr ? nullptr : QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, ns));
-}
-
-static char* JoinModuleAndName(const char* modName, const char* name) {
-  const size_t size = std::strlen(modName) + std::strlen(name) + 2;
-  char* joined = static_cast<char*>(AllocZeroed(size));
-  if (joined != nullptr) static_cast<void>(std::snprintf(joined, size, "%s:%s", modName, name));
-  return joined;
-}
-
-char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNode,
-                                            const char* text) {
-  if (!IsElement(element) || schemaNode == nullptr || schemaNode->module == nullptr ||
-      text == nullptr) {
-    return nullptr;
-  }
-  const char* colon = std::strchr(text, ':');
-  const char* modName = colon == nullptr ? QM_MOD_GetModuleName(schemaNode->module)
-                                         : ResolvePrefix(element, schemaNode->module->ctx, text,
-                                                         static_cast<size_t>(colon - text));
-  if (modName == nullptr) return nullptr;
-  return JoinModuleAndName(modName, colon == nullptr ? text : colon + 1);
-}
-
-char* QMD_NODE_GetValueContent(xmlNode* element, QmsNode* schemaNode) {
-  if (!IsElement(element) || schemaNode == nullptr) return nullptr;
-  const char* text = QM_XML_GetElemNodeContent(element);
-  if (text == nullptr) return nullptr;
-  if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
-    return QMD_NODE_ConvertPrefixValueToModValue(element, schemaNode, text);
-  }
-  return QM_UTL_StrDup(text);
 }
 
 // The branch of the choice that the node lies in: the node itself, or its

@@ -75,18 +75,3 @@ QmsNode* QMD_MDL_GetChoiceCaseParentNode(QmsNode* schemaNode) {
   if (parent != nullptr && parent->kind == QMS_NODE_CASE) parent = parent->parent;
   return parent != nullptr && parent->kind == QMS_NODE_CHOICE ? parent : nullptr;
 }
-
-static uint32_t NoteIdentityref(const char*, const char*, QmtType* type, void* arg) {
-  if (QM_TYPE_GetBuiltInBaseType(type) == QMT_BASE_IDENTITYREF) *static_cast<uint32_t*>(arg) = 1;
-  return QM_OK;
-}
-
-// Standard models name their identityrefs by typedef, so the whole chain counts.
-uint32_t QMD_MDL_IsIdentityref(QmsNode* schemaNode) {
-  uint32_t found = 0;
-  const QmtType* type = QM_NODE_GetRealType(schemaNode);
-  if (type == nullptr) return 0;
-  if (QM_TYPE_GetBuiltInBaseType(type) == QMT_BASE_IDENTITYREF) return 1;
-  const uint32_t ret = QM_NODE_ScanDerivedType(schemaNode, NoteIdentityref, &found);
-  return ret == QM_OK ? found : 0;
-}

@@ -8,6 +8,7 @@
 
 #include "context/memory.h"
 #include "data/bind.h"
+#include "data/bound_value.h"
 #include "data/child_lookup.h"
 #include "data/data_node.h"
 #include "data/defaults.h"
