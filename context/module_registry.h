@@ -15,12 +15,8 @@ uint32_t QM_CTX_InitModuleTree(QmCtx* ctx);
 uint32_t QM_CTX_AddModuleNode(QmCtx* ctx, QmsModule* module);
 // Find a definition by the names of its module and its own; NULL when either is
 // not there.
-QmsIdentity* QM_CTX_FindIdentityByModNameAndIdentName(QmCtx* ctx, const char* modName,
-                                                      const char* identName);
 QmsFeature* QM_CTX_FindFeatureByModNameAndFeatName(QmCtx* ctx, const char* modName,
                                                    const char* featName);
-QmsTypedef* QM_CTX_FindTdefObjByModAndTdefName(QmCtx* ctx, const char* modName,
-                                               const char* tdefName);
 // Orders modules by text; 0 when either key is NULL.
 int32_t QM_CTX_ModTreeKeyCompare(const void* keyA, const void* keyB);
 

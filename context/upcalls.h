@@ -47,5 +47,10 @@ QmsNode* QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(QmsModule* module, const char
 uint32_t QM_XPATH_SplitTargetNodeXpath(const char* path, char* lastModName,
                                        uint32_t lastModNameSize, char** outParentPath,
                                        char** outLastPart);
+QmsIdentity* QM_CTX_FindIdentityByModNameAndIdentName(QmCtx* ctx, const char* modName,
+                                                      const char* identName);
+QmsTypedef* QM_CTX_FindTdefObjByModAndTdefName(QmCtx* ctx, const char* modName,
+                                               const char* tdefName);
+const char* QMS_MOD_GetModuleNameByPrefix(const QmsModule* mod, const char* prefix);
 
 QM_END_INTERNAL_DECLS

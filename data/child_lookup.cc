@@ -12,8 +12,8 @@
 
 #include "context/array.h"
 #include "context/memory.h"
-#include "data/data_node.h"
 #include "data/element_walk.h"
+#include "xpath/bound_data.h"
 
 namespace {
 constexpr uint32_t kLongSearch = 64;  // shorter ones cost less than keeping them

@@ -2,8 +2,9 @@
 #pragma once
 #include <libxml/tree.h>
 
+#include <qmodel/context.h>
+
 #include "context/xml_tree.h"
-#include "schema/records.h"
 
 // Steps over element trees. Only element nodes are entered: an entity reference
 // in a caller's tree has the entity's declaration as child, whose parent links

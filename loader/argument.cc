@@ -12,7 +12,6 @@
 #include "context/load_error.h"
 #include "context/path_scan.h"
 #include "context/xml_tree.h"
-#include "loader/couple.h"
 #include "loader/keyword.h"
 #include "schema/module.h"
 #include "xpath/target_path.h"

@@ -6,7 +6,6 @@
 #include "context/records.h"
 #include "context/upcalls.h"
 #include "schema/records.h"
-#include "xpath/upcalls.h"
 
 // The dictionary that holds the texts of a module.
 inline QmDict* ModuleDict(const QmsModule* module) {

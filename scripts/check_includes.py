@@ -25,8 +25,8 @@ FOLDERS = parse_layers((pathlib.Path(__file__).resolve().parents[1] / "cmake" / 
 LAYERS = FOLDERS[:2] + ["xpath tokens"] + FOLDERS[2:]
 RANK = {name: rank for rank, name in enumerate(LAYERS)}
 # What the loader needs of xpath/: the tokenizer, the splitting of target paths,
-# their records, and the declarations of what these two ask of higher layers.
-XPATH_TOKEN_STEMS = {"token", "target_path", "records", "upcalls"}
+# and their records.
+XPATH_TOKEN_STEMS = {"token", "target_path", "records"}
 # Header-only code that one file may use.
 ONLY_IN = {"boost/": "platform/avl.cc"}
 

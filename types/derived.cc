@@ -6,7 +6,7 @@
 // again. A check never stores what it found: checks run side by side.
 #include <qmodel/schema.h>
 
-#include "context/module_registry.h"
+#include "context/upcalls.h"
 #include "types/check_ctx.h"
 #include "types/constraint_ops.h"
 #include "types/item_body.h"

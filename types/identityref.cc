@@ -13,7 +13,7 @@
 
 #include <cstring>
 
-#include "context/module_registry.h"
+#include "context/upcalls.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "types/constraint_ops.h"

@@ -9,11 +9,11 @@
 #include "context/load_error.h"
 #include "context/memory.h"
 #include "context/path_scan.h"
+#include "context/upcalls.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "types/load_type.h"
 #include "types/module_access.h"
-#include "xpath/upcalls.h"
 
 // The list-like restrictions of a type: base, pattern and union members. Each
 // child with the mark of its kind becomes the next item of the body, whose array

@@ -4,7 +4,6 @@
 
 #include "context/internal.h"
 #include "context/upcalls.h"
-#include "xpath/records.h"
 
 // Writes the name of the module that a target path leads into, that of its last
 // qualified step. False for a path that cannot be split.
