@@ -64,7 +64,7 @@ class LoadEntry : public testing::Test {
 
 using LoadModule = LoadEntry;
 using LoadMemory = LoadEntry;
-using UnloadModule = LoadEntry;
+using UnloadModuleByName = LoadEntry;
 using GetTargetNode = LoadEntry;
 
 const char* const kImportT = "<import module='t'><prefix value='t'/></import>";
@@ -231,19 +231,19 @@ TEST_F(LoadMemory, MissingMemoryGivesAStatusAndLeavesNothingBehind) {
   EXPECT_GT(injected, 20u);
 }
 
-TEST_F(UnloadModule, NullContextOrNameGives0) {
+TEST_F(UnloadModuleByName, NullContextOrNameGives0) {
   EXPECT_EQ(0u, QM_CTX_UnloadModule(nullptr, "m"));
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, nullptr));
 }
 
-TEST_F(UnloadModule, ModuleIsGoneAfterwards) {
+TEST_F(UnloadModuleByName, ModuleIsGoneAfterwards) {
   Write("m.yin", YinModule("m"));
   ASSERT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
   EXPECT_EQ(nullptr, Module("m"));
 }
 
-TEST_F(UnloadModule, NameThatIsNotLoadedForgetsItsErrors) {
+TEST_F(UnloadModuleByName, NameThatIsNotLoadedForgetsItsErrors) {
   EXPECT_EQ(2u, QM_CTX_LoadModule(ctx_, "absent"));
   ASSERT_NE(Texts{}, Errors());
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "absent"));

@@ -42,7 +42,7 @@ using AddModuleNode = Registry;
 using DestroyModuleNode = Registry;
 using DeInitModuleTree = Registry;
 using FindDefinition = Registry;
-using Features = Registry;
+using FeaturesOfModules = Registry;
 
 constexpr char kAugmentTarget[] = "<container name='x'/>";
 constexpr char kAugment[] =
@@ -192,7 +192,7 @@ TEST_F(FindDefinition, GoesByModuleAndName) {
   EXPECT_EQ(nullptr, QM_CTX_FindTdefObjByModAndTdefName(nullptr, "m", "t"));
 }
 
-TEST_F(Features, AreAskedForAndDisabledByName) {
+TEST_F(FeaturesOfModules, AreAskedForAndDisabledByName) {
   ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
   EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
   ASSERT_EQ(0u, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx_, "m"), "f"));
@@ -202,7 +202,7 @@ TEST_F(Features, AreAskedForAndDisabledByName) {
   EXPECT_EQ(0u, QM_CTX_DisableModFeature(ctx_, "m", "f")) << "also when it is disabled already";
 }
 
-TEST_F(Features, UnknownOnesAreNotEnabledAndCannotBeDisabled) {
+TEST_F(FeaturesOfModules, UnknownOnesAreNotEnabledAndCannotBeDisabled) {
   ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
   EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "absent", "f"));
   EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "m", "absent"));
@@ -210,7 +210,7 @@ TEST_F(Features, UnknownOnesAreNotEnabledAndCannotBeDisabled) {
   EXPECT_EQ(22u, QM_CTX_DisableModFeature(ctx_, "m", "absent"));
 }
 
-TEST_F(Features, NullArgumentsGive22) {
+TEST_F(FeaturesOfModules, NullArgumentsGive22) {
   EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(nullptr, "m", "f"));
   EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(ctx_, nullptr, "f"));
   EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(ctx_, "m", nullptr));
