@@ -7,9 +7,9 @@
 
 #include "data/bind.h"
 
+#include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"

@@ -7,8 +7,8 @@
 // each element meets only what stands after its predecessor in the same choice, a
 // long list in one case costs no more than its length.
 
+#include "context/element_walk.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"

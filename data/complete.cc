@@ -6,9 +6,9 @@
 // containers, which do make elements, are in complete_node.cc. The way down is a walk
 // over the schema; each kind only says what it goes through.
 
+#include "context/element_walk.h"
 #include "data/data_node.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/schema_query.h"
 
 static uint32_t OpenLeaflist(QmdWalk*, xmlNode*, QmsNode*, QmdLevel*) {

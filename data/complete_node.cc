@@ -7,13 +7,13 @@
 
 #include <cstring>
 
+#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"
 

@@ -7,8 +7,8 @@
 
 #include <cstring>
 
+#include "context/element_walk.h"
 #include "context/xml_tree.h"
-#include "data/element_walk.h"
 #include "data/schema_query.h"
 
 const char* QMD_NODE_GetModuleName(QmCtx* ctx, const xmlNode* element) {

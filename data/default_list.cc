@@ -8,9 +8,9 @@
 
 #include <functional>
 
+#include "context/element_walk.h"
 #include "context/memory.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 
 static int32_t CompareNodes(const void* a, const void* b) {
   if (a == b) return 0;

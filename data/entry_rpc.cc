@@ -6,11 +6,11 @@
 
 #include <cstring>
 
+#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/xml_parse.h"
 #include "data/bind.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/validate.h"
 

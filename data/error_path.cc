@@ -7,12 +7,12 @@
 
 #include <cstring>
 
+#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 
 // Writes in front of what the buffer holds; the caller has checked the room.

@@ -5,8 +5,8 @@
 // values are found here. Since all others fail at their second occurrence, the
 // siblings are searched at most once for each child of the schema.
 
+#include "context/element_walk.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/node_check.h"
 

@@ -8,15 +8,15 @@
 
 #include "data/mandatory.h"
 
+#include "context/element_walk.h"
 #include "context/guard.h"
-#include "data/child_lookup.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/must.h"
 #include "data/schema_query.h"
 #include "data/schema_walk.h"
 #include "data/when.h"
+#include "xpath/child_lookup.h"
 
 static void RemoveTemporary(xmlNode* node) {
   NoteChildLeaves(node);

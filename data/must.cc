@@ -7,11 +7,11 @@
 
 #include "data/must.h"
 
-#include "data/child_lookup.h"
-#include "data/element_walk.h"
+#include "context/element_walk.h"
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "data/when.h"
+#include "xpath/child_lookup.h"
 
 // An empty error-message stays no message: the general one does not stand in.
 static void ReportMustViolation(QmCheckAux* aux, xmlNode* node, const QmsMust* must) {

@@ -7,8 +7,8 @@
 
 #include <cstring>
 
+#include "context/element_walk.h"
 #include "context/xml_tree.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 
 namespace {

@@ -5,7 +5,7 @@
 // module added by augmentation have no place among the module's own and are not
 // ordered against them.
 
-#include "data/element_walk.h"
+#include "context/element_walk.h"
 #include "data/error.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"

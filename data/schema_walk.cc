@@ -8,9 +8,9 @@
 #include <cstring>
 #include <type_traits>
 
+#include "context/element_walk.h"
 #include "context/memory.h"
 #include "data/data_node.h"
-#include "data/element_walk.h"
 #include "data/schema_query.h"
 
 static_assert(std::is_trivially_copyable_v<QmdLevel>, "the levels move when their block grows");

@@ -6,12 +6,12 @@
 
 #include "data/validate.h"
 
+#include "context/element_walk.h"
 #include "data/bind.h"
-#include "data/child_lookup.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/must.h"
 #include "data/node_check.h"
+#include "xpath/child_lookup.h"
 
 void QMD_PAS_InitCheckAux(QmCheckAux* aux, QmCtx* ctx, uint32_t flags, QmDefaultNodeFunc callback,
                           void* callbackArg) {

@@ -8,11 +8,11 @@
 
 #include "data/when.h"
 
-#include "data/child_lookup.h"
+#include "context/element_walk.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/schema_query.h"
+#include "xpath/child_lookup.h"
 
 uint32_t QMD_MDL_IsNeedCheckWhenCond(uint32_t kind) {
   switch (kind) {

@@ -6,7 +6,7 @@
 #include "fuzz/fixed_model.h"
 #include "fuzz/fuzz_target.h"
 #include "schema/lookup.h"
-#include "xpath/target_path.h"
+#include "schema/target_path.h"
 
 void FuzzOne(const FuzzInput& input) {
   QmCtx* ctx = LoadFixedModel();

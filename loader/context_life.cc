@@ -8,10 +8,10 @@
 #include "context/dict.h"
 #include "context/load_error.h"
 #include "context/memory.h"
-#include "context/module_registry.h"
 #include "context/relation.h"
 #include "context/search_dir.h"
 #include "loader/module_end.h"
+#include "schema/module_registry.h"
 
 QmCtx* QM_CTX_Create(uint32_t loadFlags) noexcept {
   // Once, before any thread parses; a repeated call does nothing.

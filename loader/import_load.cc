@@ -10,10 +10,10 @@
 
 #include <qmodel/error.h>
 
-#include "context/module_registry.h"
-#include "loader/change_event.h"
-#include "loader/couple.h"
+#include "coupling/change_event.h"
+#include "coupling/couple.h"
 #include "loader/pending.h"
+#include "schema/module_registry.h"
 
 static bool IsLoadedOrPending(QmCtx* ctx, QmsModPendTbl* tbl, const char* name) {
   return QM_CTX_GetModuleByModName(ctx, name) != nullptr ||

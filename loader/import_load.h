@@ -5,7 +5,7 @@
 #include "context/internal.h"
 #include "context/upcalls.h"
 #include "loader/pending.h"
-#include "loader/records.h"
+#include "yin/records.h"
 
 // The walk over the imports is QMS_LOADER_LoadModuleImportedNames
 // (context/upcalls.h).

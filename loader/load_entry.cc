@@ -7,10 +7,10 @@
 
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "context/module_registry.h"
 #include "context/upcalls.h"
 #include "context/xml_parse.h"
 #include "loader/module_end.h"
+#include "schema/module_registry.h"
 
 constexpr uint32_t kCoupleEvent = 0;
 

@@ -11,12 +11,12 @@
 #include "context/guard.h"
 #include "context/load_error.h"
 #include "context/xml_parse.h"
-#include "loader/detach.h"
-#include "loader/file_lookup.h"
-#include "loader/header.h"
-#include "loader/reader.h"
+#include "coupling/detach.h"
 #include "schema/merge_definitions.h"
 #include "schema/node.h"
+#include "yin/file_lookup.h"
+#include "yin/header.h"
+#include "yin/reader.h"
 
 static constexpr uint8_t kFilesPerLoad = 10;
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "loader/records.h"
+#include "yin/records.h"
 
 // The modules that one import walk or one unload has still to handle. New nodes
 // go to the tail, so that a walk also meets the nodes it appends itself.

@@ -4,7 +4,7 @@
 
 #include "context/internal.h"
 #include "context/upcalls.h"
-#include "loader/records.h"
+#include "yin/records.h"
 
 // The steps of QMS_LOADER_AppendModuleToCtx (context/upcalls.h), which enters a
 // finished module into its context and brings the other modules in line.

@@ -19,14 +19,14 @@
 #include <qmodel/schema.h>
 
 #include "context/load_error.h"
-#include "context/module_registry.h"
 #include "context/relation.h"
-#include "loader/change_event.h"
-#include "loader/couple.h"
+#include "coupling/change_event.h"
+#include "coupling/couple.h"
 #include "loader/module_end.h"
 #include "loader/pending.h"
 #include "platform/string.h"
-#include "xpath/target_path.h"
+#include "schema/module_registry.h"
+#include "schema/target_path.h"
 
 // Relation items stand in their list by their first member.
 static const QmCtxModRelItem* ItemOf(const QmListLink* link) {

@@ -5,7 +5,7 @@
 #include "context/internal.h"
 #include "context/upcalls.h"
 #include "loader/pending.h"
-#include "loader/records.h"
+#include "yin/records.h"
 
 // The steps of QMS_LOADER_UnloadModuleProc (context/upcalls.h), in their order.
 // The first failure of a step before the reload is returned at once; modules

@@ -5,9 +5,9 @@
 
 #include <qmodel/schema.h>
 
-#include "context/module_registry.h"
 #include "platform/string.h"
 #include "schema/definitions.h"
+#include "schema/module_registry.h"
 
 constinit const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo = {
     QM_CTX_ModTreeKeyCompare, offsetof(QmsModule, name), offsetof(QmsModule, nameLink)};

@@ -4,7 +4,7 @@
 #include <qmodel/error.h>
 #include <qmodel/schema.h>
 
-#include "context/module_registry.h"
+#include "schema/module_registry.h"
 #include "schema/node.h"
 #include "types/type.h"
 

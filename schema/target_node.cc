@@ -2,8 +2,8 @@
 // The node that a path names, across modules: the path is cut at the last step that
 // names a module, which is asked for the rest.
 #include "context/guard.h"
-#include "context/module_registry.h"
 #include "context/upcalls.h"
+#include "schema/module_registry.h"
 
 constexpr size_t kModNameSize = 65;
 

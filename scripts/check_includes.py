@@ -2,9 +2,8 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """Checks the include directions of the layers, which cmake/layers.txt lists.
 
-A folder includes itself and folders below it; the two halves of xpath/ stand
-at different heights. The public headers include only each other, the client
-only the public headers.
+A folder includes itself and folders below it. The public headers include only
+each other, the client only the public headers.
 
 usage: check_includes.py <source folder>
 """
@@ -22,8 +21,7 @@ def parse_layers(text):
 
 FOLDERS = parse_layers((pathlib.Path(__file__).resolve().parents[1] / "cmake" / "layers.txt")
                        .read_text(encoding="utf-8"))
-LAYERS = FOLDERS[:2] + ["xpath tokens"] + FOLDERS[2:]
-RANK = {name: rank for rank, name in enumerate(LAYERS)}
+RANK = {name: rank for rank, name in enumerate(FOLDERS)}
 # What the loader needs of xpath/: the tokenizer, the splitting of target paths,
 # and their records.
 XPATH_TOKEN_STEMS = {"token", "target_path", "records"}
@@ -38,8 +36,6 @@ def layer_of(path):
     parts = pathlib.PurePosixPath(path).parts
     if len(parts) < 2 or parts[0] not in FOLDERS:
         return None
-    if parts[0] == "xpath" and pathlib.PurePosixPath(path).stem in XPATH_TOKEN_STEMS:
-        return "xpath tokens"
     return parts[0]
 
 

@@ -8,9 +8,9 @@
 #include <qmodel/schema.h>
 
 #include "context/guard.h"
-#include "context/module_registry.h"
 #include "context/path_scan.h"
 #include "platform/string.h"
+#include "schema/module_registry.h"
 #include "schema/records.h"
 #include "xpath/bound_data.h"
 #include "xpath/object.h"

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "context/memory.h"
-#include "context/module_registry.h"
+#include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin_text.h"
 

@@ -6,13 +6,11 @@
 #include <cstring>
 #include <string>
 
+#include "context/element_walk.h"
 #include "context/memory.h"
 #include "data/bind.h"
-#include "data/bound_value.h"
-#include "data/child_lookup.h"
 #include "data/data_node.h"
 #include "data/defaults.h"
-#include "data/element_walk.h"
 #include "data/error.h"
 #include "data/mandatory.h"
 #include "data/must.h"
@@ -23,6 +21,8 @@
 #include "schema/node_walk.h"
 #include "tests/support/message_fixture.h"
 #include "tests/support/null_arguments.h"
+#include "xpath/bound_value.h"
+#include "xpath/child_lookup.h"
 
 namespace {
 

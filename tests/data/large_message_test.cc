@@ -6,11 +6,11 @@
 
 #include <string>
 
-#include "data/child_lookup.h"
 #include "data/data_node.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
 #include "xpath/bound_data.h"
+#include "xpath/child_lookup.h"
 
 namespace {
 

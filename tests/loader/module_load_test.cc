@@ -9,12 +9,12 @@
 
 #include "context/dict.h"
 #include "context/upcalls.h"
-#include "loader/header.h"
-#include "loader/linkage.h"
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/listing.h"
 #include "tests/support/yin.h"
+#include "yin/header.h"
+#include "yin/linkage.h"
 
 using testing::ElementsAre;
 

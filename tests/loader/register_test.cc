@@ -8,8 +8,8 @@
 #include <string>
 
 #include "context/dict.h"
-#include "context/module_registry.h"
 #include "context/xml_parse.h"
+#include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 #include "types/type.h"

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "context/dict.h"
-#include "context/module_registry.h"
 #include "context/relation.h"
 #include "loader/pending.h"
+#include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 

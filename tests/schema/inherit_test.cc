@@ -9,12 +9,12 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "schema/augment_condition.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/schema_tree.h"
+#include "yin/augment_condition.h"
 
 using schema_tree::Child;
 using schema_tree::Loose;

@@ -9,9 +9,9 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "context/module_registry.h"
 #include "loader/module_end.h"
 #include "schema/definitions.h"
+#include "schema/module_registry.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "tests/support/counting_memory.h"

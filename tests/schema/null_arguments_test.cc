@@ -6,7 +6,6 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "schema/augment_condition.h"
 #include "schema/definitions.h"
 #include "schema/ext_inst.h"
 #include "schema/inherit.h"
@@ -21,6 +20,7 @@
 #include "schema/node_walk.h"
 #include "tests/support/module_builder.h"
 #include "tests/support/null_arguments.h"
+#include "yin/augment_condition.h"
 
 namespace {
 

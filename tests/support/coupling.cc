@@ -7,8 +7,8 @@
 #include <set>
 
 #include "context/list.h"
-#include "context/module_registry.h"
 #include "context/relation.h"
+#include "schema/module_registry.h"
 
 namespace coupling {
 namespace {

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "types/load_type.h"
 #include "types/type.h"
+#include "yin/load_type.h"
 
 namespace type_fixture {
 namespace {

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include "yin/records.h"
+
+// The runs of coupled augments, taken by their links and not by their paths.
+// DetachModuleAugments (context/upcalls.h) is made of these.
+
+// Clears the marks of a run: afterwards the augment has no children.
+void ForgetRun(QmsNode* augment);
+
+// Moves the nodes from `first` to `last` back under their augment, which is not
+// marked as coupled any more. 22, with what was moved so far, when the chain
+// ends before `last`.
+uint32_t MoveRunBack(QmsNode* augment, QmsNode* first, QmsNode* last);
+
+// Takes the run out of wherever it lies; the augment is pending afterwards.
+void ForceDetach(QmsNode* augment);
+
+// The same for every coupled augment whose run lies below `top`.
+void DetachRunsBelow(QmCtx* ctx, const QmsNode* top);
+
+// For a subtree that is about to be freed: every augment whose run lies below
+// `top` forgets it, and still counts as coupled until SettleForgottenRuns().
+void ForgetRunsBelow(QmCtx* ctx, const QmsNode* top);
+void SettleForgottenRuns(QmCtx* ctx);

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <libxml/tree.h>
+
+#include <cstdint>
+
+#include "context/internal.h"
+#include "context/statement.h"
+#include "context/xml_tree.h"
+#include "types/upcalls.h"
+#include "yin/records.h"
+
+// One row of the dispatch table; its index is the id.
+struct QmsStmtParse {
+  uint16_t id;
+  QmsStmtParseFunc parse;  // NULL: the statement is read by its parent or ignored
+};
+extern const QmsStmtParse g_qmsStmtParseFuncMapTbl[QMS_STMT_COUNT];
+
+// A descriptor for a statement whose result is one field.
+inline QmsSubStmtDesc SingleSubStmt(uint32_t stmt, void* dest) {
+  return {stmt, dest, nullptr, nullptr, 0, 0};
+}
+
+// A descriptor for a statement that is collected into an array. `used` is the
+// record's counter, `found` a local one of the parser.
+template <typename Elem>
+QmsSubStmtDesc ArraySubStmt(uint32_t stmt, Elem** array, uint16_t* used, uint16_t* found) {
+  return {stmt, array, used, found, sizeof(Elem), QMS_SUBSTMT_ARRAY};
+}
+
+// Whether statements with this id become schema nodes, which keep extension
+// instances in a field of their own.
+bool IsSchemaNodeStmt(uint32_t stmt);
+
+// The statement id that a child was marked with; QMS_STMT_UNKNOWN for one without mark
+// and for what is no element.
+inline uint32_t MarkedStmt(const xmlNode* child) {
+  if (child->type != XML_ELEMENT_NODE) return QMS_STMT_UNKNOWN;
+  return static_cast<uint32_t>(PrivateMark(child));
+}
+
+// Parses one marked child into the place that its descriptor names.
+uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
+                          QmsSubStmtDesc* desc);
+
+QM_BEGIN_INTERNAL_DECLS
+
+// The parser of a statement, NULL when it has none or the id is past the last.
+QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt);
+
+// The three passes of QMS_LOADER_ParseSubStatements() (types/upcalls.h), which
+// parses the children of a statement: classify, mark and count; make the arrays
+// at their exact size; parse each marked child into its place.
+uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* element,
+                                                 QmsSubStmtDesc* table, uint32_t count);
+uint32_t QMS_LOADER_NewSubStatementsArray(uint32_t parentStmt, QmsSubStmtDesc* table,
+                                          uint32_t count);
+uint32_t QMS_LOADER_ParseSubStatementsInner(QmsModule* module, xmlNode* element,
+                                            uint32_t parentStmt, QmsSubStmtDesc* table,
+                                            uint32_t count);
+
+// The first descriptor for `stmt`, or NULL.
+QmsSubStmtDesc* QMS_LOADER_GetSubParseElem(QmsSubStmtDesc* table, uint32_t count, uint32_t stmt);
+
+// Where the next child of this kind goes. Takes an array element: the record's
+// counter is raised. NULL when the array has no element left.
+void* QMS_LOADER_GetSubParseDest(QmsSubStmtDesc* desc, uint32_t parentStmt);
+
+// Marks every child with its statement id.
+void QMS_LOADER_MarkSubNode(xmlNode* element);
+
+QM_END_INTERNAL_DECLS

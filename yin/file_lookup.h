@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "context/internal.h"
+#include "yin/records.h"
+
+// Frees a candidate list; NULL is ignored.
+void FreePathCollection(QmsPathCollection* collection);
+
+// Whether the assister holds a suffix whose file was not loaded yet.
+bool HasUnloadedSuffix(const QmsLoadAssister* assister);
+
+// Frees the suffixes of an assister.
+void ClearLoadAssister(QmsLoadAssister* assister);
+
+QM_BEGIN_INTERNAL_DECLS
+
+// All files of a module or submodule: a new list, freed by the caller with
+// FreePathCollection(), or NULL when there is none or memory ran out. The plain
+// file "name.yin" of a directory ends the search; files "name@….yin" let it go on
+// to the next one.
+QmsPathCollection* QMS_LOADER_CollectFilePathMatchedInAllDir(QmCtx* ctx, const char* name);
+
+// Adds the plain file; 0 when the directory has it, 2 when it has not.
+uint32_t QMS_LOADER_FillFullNameWithNoRevision(QmsPathCollection* collection, const char* dir,
+                                               const char* name);
+
+// Adds the revision files and split files of a directory in the order of its
+// listing. Split files and others are not meant to be mixed: the listing stops
+// with 22 after the first file that makes the list a mix.
+uint32_t QMS_LOADER_FillFullNameWithRevision(QmsPathCollection* collection, const char* dir,
+                                             const char* name);
+
+// Adds one file. A path too long for its field is left out without complaint; a
+// split file without a suffix of at most nine characters before a "." gives 22.
+uint32_t QMS_LOADER_AppendOnePathObj(QmsPathCollection* collection, const char* path);
+
+// Enters the suffixes that the loaded module (NULL: not loaded) came from as
+// loaded, then those of the candidates as not loaded, each once. Nothing for a
+// module that is loaded and was not merged from split files.
+uint32_t QMS_LOADER_PreFillLoadAssisterFromExisting(QmsLoadAssister* assister,
+                                                    const QmsModule* existing,
+                                                    const QmsPathCollection* collection);
+
+// Enters the suffixes of the candidates that the assister does not have yet.
+uint32_t QMS_LOADER_AddPathObjToLoadAssister(QmsLoadAssister* assister,
+                                             const QmsPathCollection* collection);
+
+// The next file to read, or NULL. While a suffix is not loaded, the candidate
+// with the first such suffix, which becomes the current one; else the first
+// candidate, once.
+QmsPathObj* QMS_LOADER_GetNextPathObjToProc(QmsPathCollection* collection,
+                                            QmsLoadAssister* assister);
+
+// Marks the current suffix as loaded.
+void QMS_LOADER_ResetCurrentLoadingSuffix(QmsLoadAssister* assister);
+
+QM_END_INTERNAL_DECLS

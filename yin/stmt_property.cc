@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: BSD-3-Clause
+//
+// The statements that fill one field of a node: flag words from fixed sets of
+// values, interned texts, and the conditions of when and must. Arguments are
+// borrowed from the document; everything but the key text is interned.
+#include <cstdint>
+
+#include "context/guard.h"
+#include "context/load_error.h"
+#include "platform/string.h"
+#include "schema/module.h"
+#include "schema/node_array.h"
+#include "yin/argument.h"
+#include "yin/dispatch.h"
+#include "yin/keyword.h"
+#include "yin/statements.h"
+#include "yin/stmt_property.h"
+
+struct FlagWord {
+  const char* word;
+  uint16_t bits;
+};
+
+static constexpr FlagWord kConfigWords[] = {{"true", QMS_NODE_CONFIG_TRUE | QMS_NODE_CONFIG_OWN},
+                                            {"false", QMS_NODE_CONFIG_FALSE | QMS_NODE_CONFIG_OWN}};
+static constexpr FlagWord kMandatoryWords[] = {{"true", QMS_NODE_MANDATORY_TRUE},
+                                               {"false", QMS_NODE_MANDATORY_FALSE}};
+static constexpr FlagWord kOrderedByWords[] = {{"user", QMS_NODE_ORDERED_BY_USER}, {"system", 0}};
+static constexpr FlagWord kStatusWords[] = {
+    {"current", 0}, {"deprecated", QMS_NODE_DEPRECATED}, {"obsolete", QMS_NODE_OBSOLETE}};
+
+// A node's flag word has 32 bits, that of a deviate 16: a wider write would
+// change the counter behind it.
+static void AddFlagBits(uint16_t bits, uint32_t parentStmt, void* dest) {
+  if (parentStmt == QMS_STMT_DEVIATE) {
+    auto* flags = static_cast<uint16_t*>(dest);
+    *flags = static_cast<uint16_t>(*flags | bits);
+  } else {
+    *static_cast<uint32_t*>(dest) |= bits;
+  }
+}
+
+template <uint32_t kStmt, const auto& kWords>
+static uint32_t ParseFlagWord(QmsModule* module, const xmlNode* element, uint32_t parentStmt,
+                              void* dest) {
+  const char* value = ReadArgument(module, element, kStmt);
+  if (value == nullptr) return QM_INVALID;
+  for (const FlagWord& row : kWords) {
+    if (RTK_StrCmp(row.word, value) != 0) continue;
+    AddFlagBits(row.bits, parentStmt, dest);
+    return QM_OK;
+  }
+  RecordBadValue(module, value, kStmt);
+  return QM_INVALID;
+}
+
+uint32_t QMS_LOADER_ParseConfig(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                void* dest) {
+  return ParseFlagWord<QMS_STMT_CONFIG, kConfigWords>(module, element, parentStmt, dest);
+}
+
+uint32_t QMS_LOADER_ParseMandatory(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                   void* dest) {
+  return ParseFlagWord<QMS_STMT_MANDATORY, kMandatoryWords>(module, element, parentStmt, dest);
+}
+
+uint32_t QMS_LOADER_ParseOrderedBy(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                   void* dest) {
+  return ParseFlagWord<QMS_STMT_ORDERED_BY, kOrderedByWords>(module, element, parentStmt, dest);
+}
+
+uint32_t QMS_LOADER_ParseStatus(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                void* dest) {
+  return ParseFlagWord<QMS_STMT_STATUS, kStatusWords>(module, element, parentStmt, dest);
+}
+
+// What the presence means is for the reader of the model; only that it is there
+// is kept.
+uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                  void* dest) {
+  if (ReadArgument(module, element, QMS_STMT_PRESENCE) == nullptr) return QM_INVALID;
+  AddFlagBits(QMS_NODE_PRESENCE, parentStmt, dest);
+  return QM_OK;
+}
+
+// Borrowed: the keys are marked before the document is released.
+uint32_t QMS_LOADER_ParseKey(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  const char* keyText = ReadArgument(module, element, QMS_STMT_KEY);
+  if (keyText == nullptr) return QM_INVALID;
+  *static_cast<const char**>(dest) = keyText;
+  return QM_OK;
+}
+
+uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  const char* value = ReadArgument(module, element, QMS_STMT_DEFAULT);
+  if (value == nullptr) return QM_INVALID;
+  const uint32_t ret = InternOrRefuse(module, static_cast<const char**>(dest), value);
+  if (ret != QM_OK) RecordBadValue(module, value, QMS_STMT_DEFAULT);
+  return ret;
+}
+
+uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  if ((module->ctx->loadFlags & QM_LOAD_UNITS) == 0) return QM_OK;
+  const char* value = ReadArgument(module, element, QMS_STMT_UNITS);
+  if (value == nullptr) return QM_INVALID;
+  const uint32_t ret = InternOrRefuse(module, static_cast<const char**>(dest), value);
+  return ret == QM_OK ? uint32_t{QM_OK} : uint32_t{QM_NO_MEMORY};
+}
+
+uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  return InternArgument(module, element, QMS_STMT_ERROR_APP_TAG, static_cast<const char**>(dest),
+                        nullptr);
+}
+
+// Deliberate: a condition that cannot be rewritten is kept as it is written, and
+// the load goes on; only the message tells.
+static uint32_t InternCondition(QmsModule* module, const char* text, uint32_t stmt,
+                                const char** field) {
+  const QmHeld<char> rewritten(QMS_LOADER_TransPrefix2ModNameInLiteral(module, text));
+  if (!rewritten)
+    QM_CTX_AddModError(module->ctx, module->name,
+                       "Failed to transfer prefix to module name in statement \"%s\".",
+                       QMS_LOADER_GetKeywordByStmt(stmt));
+  return InternOrRefuse(module, field, rewritten ? rewritten.Get() : text);
+}
+
+uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  const char* text = ReadArgument(module, element, QMS_STMT_WHEN);
+  if (text == nullptr) return QM_INVALID;
+  return InternCondition(module, text, QMS_STMT_WHEN, static_cast<const char**>(dest));
+}
+
+uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  auto* must = static_cast<QmsMust*>(dest);
+  const char* text = ReadArgument(module, element, QMS_STMT_MUST);
+  if (text == nullptr) return QM_INVALID;
+  uint32_t ret = InternCondition(module, text, QMS_STMT_MUST, &must->condition);
+  if (ret != QM_OK) return ret;
+  QmsSubStmtDesc table[] = {SingleSubStmt(QMS_STMT_ERROR_MESSAGE, &must->errorMessage),
+                            SingleSubStmt(QMS_STMT_ERROR_APP_TAG, &must->errorAppTag)};
+  ret = QMS_LOADER_ParseSubStatements(module, element, QMS_STMT_MUST, table, 2);
+  if (ret == QM_OK) return QM_OK;
+  RecordBadValue(module, text, QMS_STMT_MUST);
+  QMS_NODE_ClearMust(ModuleDict(module), must);
+  return ret;
+}
