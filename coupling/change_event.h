@@ -3,11 +3,10 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "yin/records.h"
 
 // How modules hear that a module they act on came or is about to go. The event
-// is raised with QMS_MOD_NotifyModuleChangeEvent (context/upcalls.h).
+// is raised with QMS_MOD_NotifyModuleChangeEvent.
 
 using QmsCoupleEvtFunc = uint32_t (*)(QmCtx* ctx, const char* changedModName,
                                       const char* dependentModName, uintptr_t arg);
@@ -32,5 +31,8 @@ uint32_t QMS_MOD_UnCoupleDeviationFromDepMods(QmCtx* ctx, const char* changedMod
 
 // The handler for a QmRelationKind and a QmsModuleEvent; NULL for any other numbers.
 QmsCoupleEvtFunc QMS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t event);
+
+uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uint32_t event,
+                                         uintptr_t arg);
 
 QM_END_INTERNAL_DECLS

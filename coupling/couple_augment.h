@@ -3,11 +3,10 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "yin/records.h"
 
 // Attaching an augment's children to its target, and detaching them with
-// QMS_NODE_UnCoupleAugmentNode (context/upcalls.h). Statuses: 0 and 22.
+// QMS_NODE_UnCoupleAugmentNode. Statuses: 0 and 22.
 
 QM_BEGIN_INTERNAL_DECLS
 
@@ -49,5 +48,7 @@ uint32_t QMS_LOADER_CoupleSelfAugmentNode(QmCtx* ctx, QmsModule* module);
 // Ends an augment of its own module: coupled, its children belong to the target
 // alone; not coupled, they are freed with it, since nothing could find them.
 void QMS_LOADER_DestroySelfAugNode(QmsNode* augment);
+
+uint32_t QMS_NODE_UnCoupleAugmentNode(QmsNode* augment);
 
 QM_END_INTERNAL_DECLS

@@ -11,7 +11,6 @@
 
 #include <qmodel/error.h>
 
-#include "context/upcalls.h"
 #include "coupling/couple_augment.h"
 #include "platform/avl.h"
 #include "schema/node.h"

@@ -3,7 +3,7 @@
 #include "yin/records.h"
 
 // The runs of coupled augments, taken by their links and not by their paths.
-// DetachModuleAugments (context/upcalls.h) is made of these.
+// DetachModuleAugments is made of these.
 
 // Clears the marks of a run: afterwards the augment has no children.
 void ForgetRun(QmsNode* augment);
@@ -23,3 +23,8 @@ void DetachRunsBelow(QmCtx* ctx, const QmsNode* top);
 // `top` forgets it, and still counts as coupled until SettleForgottenRuns().
 void ForgetRunsBelow(QmCtx* ctx, const QmsNode* top);
 void SettleForgottenRuns(QmCtx* ctx);
+
+// Takes the coupled augments of `module`, and those of other modules whose
+// children lie in its trees, apart without a path lookup, so that no node
+// outlives its module.
+void DetachModuleAugments(QmCtx* ctx, QmsModule* module);

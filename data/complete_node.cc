@@ -16,6 +16,7 @@
 #include "data/defaults.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"
+#include "xpath/bound_value.h"
 
 using NewElement = QmOwn<RemoveNode>;
 

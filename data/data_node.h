@@ -6,7 +6,6 @@
 
 #include "context/internal.h"
 #include "data/records.h"
-#include "xpath/bound_data.h"
 
 // The first child element of that name; other kinds of nodes have names too
 // ("text", "comment") and are passed over.

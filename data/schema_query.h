@@ -4,7 +4,6 @@
 
 #include "context/internal.h"
 #include "data/records.h"
-#include "xpath/bound_data.h"
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -12,6 +12,7 @@
 
 #include "coupling/change_event.h"
 #include "coupling/couple.h"
+#include "loader/module_load.h"
 #include "loader/pending.h"
 #include "schema/module_registry.h"
 

@@ -3,12 +3,10 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "loader/pending.h"
 #include "yin/records.h"
 
-// The walk over the imports is QMS_LOADER_LoadModuleImportedNames
-// (context/upcalls.h).
+// The walk over the imports is QMS_LOADER_LoadModuleImportedNames.
 
 QM_BEGIN_INTERNAL_DECLS
 
@@ -21,5 +19,7 @@ uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
 // followed by the couple event of the named module. 22 when it is not loaded.
 uint32_t QMS_LOADER_CoupleModPendTblAndCurMod(QmCtx* ctx, const char* moduleName,
                                               QmsModPendTbl* tbl);
+
+uint32_t QMS_LOADER_LoadModuleImportedNames(QmCtx* ctx, const char* modName);
 
 QM_END_INTERNAL_DECLS

@@ -7,10 +7,16 @@
 
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "context/upcalls.h"
 #include "context/xml_parse.h"
+#include "coupling/change_event.h"
+#include "loader/import_load.h"
 #include "loader/module_end.h"
+#include "loader/module_load.h"
+#include "loader/register.h"
+#include "loader/unload.h"
+#include "schema/module.h"
 #include "schema/module_registry.h"
+#include "yin/header.h"
 
 constexpr uint32_t kCoupleEvent = 0;
 

@@ -7,6 +7,9 @@
 #include <qmodel/schema.h>
 
 #include "context/load_error.h"
+#include "coupling/couple_augment.h"
+#include "coupling/detach.h"
+#include "schema/module.h"
 
 static QmsModule* FirstModule(const QmCtx* ctx) {
   return static_cast<QmsModule*>(RTK_AVL3_First(&ctx->modByName));

@@ -2,7 +2,6 @@
 #pragma once
 #include "context/internal.h"
 #include "context/records.h"
-#include "context/upcalls.h"
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -20,6 +20,7 @@
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
+#include "schema/node.h"
 #include "types/type.h"
 #include "types/upcalls.h"
 

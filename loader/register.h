@@ -3,10 +3,9 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "yin/records.h"
 
-// The steps of QMS_LOADER_AppendModuleToCtx (context/upcalls.h), which enters a
+// The steps of QMS_LOADER_AppendModuleToCtx, which enters a
 // finished module into its context and brings the other modules in line.
 
 QM_BEGIN_INTERNAL_DECLS
@@ -22,5 +21,7 @@ uint32_t QMS_LOADER_SaveSuccLoadingSuffix(QmsModule* module, const QmsLoadAssist
 // 1 when the module has the suffix.
 uint32_t QMS_LOADER_FindSuffixInModMrgSource(const QmsModule* module, const char* suffix);
 uint32_t QMS_LOADER_AddSuffixToModMrgSource(QmsModule* module, const char* suffix);
+
+uint32_t QMS_LOADER_AppendModuleToCtx(QmCtx* ctx, QmsModule* module, QmsLoadAssister* assister);
 
 QM_END_INTERNAL_DECLS

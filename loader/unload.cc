@@ -22,6 +22,7 @@
 #include "context/relation.h"
 #include "coupling/change_event.h"
 #include "coupling/couple.h"
+#include "coupling/couple_augment.h"
 #include "loader/module_end.h"
 #include "loader/pending.h"
 #include "platform/string.h"

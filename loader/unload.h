@@ -3,11 +3,10 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "loader/pending.h"
 #include "yin/records.h"
 
-// The steps of QMS_LOADER_UnloadModuleProc (context/upcalls.h), in their order.
+// The steps of QMS_LOADER_UnloadModuleProc, in their order.
 // The first failure of a step before the reload is returned at once; modules
 // that were removed until then stay removed.
 
@@ -42,5 +41,7 @@ uint32_t QMS_LOADER_UnloadModRemoveProc(QmCtx* ctx, QmsModPendTbl* tbl);
 // and every feature succeeded; any other value means nothing but failure.
 uint32_t QMS_LOADER_ReloadRelatedMod(QmCtx* ctx, QmsModPendTbl* tbl);
 uint32_t QMS_LOADER_EnableReloadModFeature(QmCtx* ctx, QmsModPendNode* node);
+
+uint32_t QMS_LOADER_UnloadModuleProc(QmCtx* ctx, const char* modName);
 
 QM_END_INTERNAL_DECLS

@@ -4,8 +4,8 @@
 
 #include "context/internal.h"
 #include "context/records.h"
-#include "context/upcalls.h"
 #include "schema/records.h"
+#include "types/upcalls.h"
 
 // Forgets every resolved pointer into the typedef array of `module`, wherever in
 // the module it is kept. To be called before the array is moved or freed; until
@@ -86,5 +86,8 @@ void QMS_MOD_FreeMrgSource(QmsModule* mod);
 QmsIdentBase* QMS_MOD_CopyIdentBaseArray(QmDict* dict, const QmsIdentBase* bases, uint32_t count);
 // Whole copies, extension instances included.
 QmsDeviate* QMS_MOD_CopyDeviateArray(QmDict* dict, const QmsDeviate* deviates, uint32_t count);
+
+QmsFeature* QMS_MOD_FindFeatureByName(QmsModule* mod, const char* name);
+QmsIdentity* QMS_MOD_FindIdentityByName(QmsModule* mod, const char* name);
 
 QM_END_INTERNAL_DECLS

@@ -20,7 +20,6 @@
 #include "schema/node.h"
 #include "schema/node_path.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 uint32_t RunDeviateSteps(const QmsDeviateStep* steps, size_t count, QmsModule* module,
                          QmsNode* target, QmsDeviate* deviate) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Features of loaded modules: asking for and clearing the enabled flag. They are
 // enabled while a module is loaded, or through its record.
+#include "schema/module.h"
 #include "schema/module_registry.h"
 
 uint32_t QM_CTX_DisableModFeature(QmCtx* ctx, const char* modName, const char* featName) noexcept {

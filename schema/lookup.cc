@@ -17,6 +17,7 @@
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
+#include "schema/target_path.h"
 
 static constexpr uint32_t kStepNameSize = 65;
 

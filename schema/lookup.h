@@ -4,7 +4,6 @@
 
 #include "context/internal.h"
 #include "context/records.h"
-#include "context/upcalls.h"
 #include "schema/records.h"
 
 QM_BEGIN_INTERNAL_DECLS
@@ -18,5 +17,9 @@ QmsNode* QMS_MOD_GetDataTreeNodeByNodeIdentifier(QmCtx* ctx, QmsModule** mod, Qm
                                                  const char* qualifier, const char* name);
 uint32_t QMS_MOD_FindAugNodeTargetInSelfMod(QmsModule* module, QmsNode* augment, QmsNode** target);
 const char* QMS_NODE_GetNextLeafrefPath(QmsNode* node);
+
+QmsNode* QMS_MOD_GetNodeBySchemaNodeId(QmsModule* module, QmsNode* startNode, const char* path);
+QmsNode* QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(QmsModule* module, const char* augTargetPath,
+                                                   const char* subPath, QmsNode** augment);
 
 QM_END_INTERNAL_DECLS

@@ -4,7 +4,6 @@
 
 #include "context/internal.h"
 #include "context/records.h"
-#include "context/upcalls.h"
 #include "schema/records.h"
 
 // The dictionary that holds the texts of a module.
@@ -29,6 +28,13 @@ constexpr QmsTopList kNotifList = {&QmsModule::notifNodes, &QmsModule::notifTail
 constexpr QmsTopList kAugmentList = {&QmsModule::augmentNodes, &QmsModule::augmentTail};
 constexpr QmsTopList kTopLists[] = {kDataList, kRpcList, kNotifList, kAugmentList};
 
+// How the registry reads module records; owned by the module record.
+extern const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo;
+extern const RtkAvl3TreeInfo g_qmsModuleNsTreeInfo;
+// The enabled bit of a feature record.
+bool IsFeatureEnabled(const QmsFeature* feature);
+void SetFeatureEnabled(QmsFeature* feature, bool enabled);
+
 QM_BEGIN_INTERNAL_DECLS
 
 const char* QMS_MOD_GetImportModNameByPrefix(const QmsModule* mod, const char* prefix);
@@ -36,5 +42,8 @@ uint32_t QMS_MOD_AddTopNodeToSchemaTree(QmsModule* mod, QmsNode* node);
 QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name);
 void QMS_MOD_DestroyNonNodeMember(QmsModule* mod);
 void QMS_MOD_DestroyNodeMember(QmsModule* mod);
+
+void QMS_MOD_Free(QmsModule* mod);
+const char* QMS_MOD_GetModuleNameByPrefix(const QmsModule* mod, const char* prefix);
 
 QM_END_INTERNAL_DECLS

@@ -4,7 +4,8 @@
 
 #include "context/internal.h"
 #include "context/records.h"
-#include "context/upcalls.h"
+#include "schema/records.h"
+#include "types/upcalls.h"
 
 QM_BEGIN_INTERNAL_DECLS
 

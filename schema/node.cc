@@ -12,10 +12,10 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "context/statement.h"
 #include "platform/string.h"
 #include "schema/ext_inst.h"
 #include "schema/node_array.h"
+#include "schema/statement.h"
 #include "types/type.h"
 
 using PayloadDestroyFunc = void (*)(QmDict* dict, void* payload);

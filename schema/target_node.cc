@@ -2,8 +2,9 @@
 // The node that a path names, across modules: the path is cut at the last step that
 // names a module, which is asked for the rest.
 #include "context/guard.h"
-#include "context/upcalls.h"
+#include "schema/lookup.h"
 #include "schema/module_registry.h"
+#include "schema/target_path.h"
 
 constexpr size_t kModNameSize = 65;
 

@@ -9,8 +9,8 @@
 #include "context/memory.h"
 #include "context/path_scan.h"
 #include "context/string.h"
-#include "context/upcalls.h"
 #include "platform/string.h"
+#include "schema/module.h"
 
 // Schema-node paths as plain text. The converter turns the prefixes of a module
 // into module names and writes them as the JSON encoding does (RFC 7951 section

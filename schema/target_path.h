@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
+#include "context/records.h"
 
 // Writes the name of the module that a target path leads into, that of its last
 // qualified step. False for a path that cannot be split.
@@ -29,5 +29,9 @@ uint32_t QM_XPATH_NeedAppendModifiedModName(const char* lastPrefix, const char* 
 // "/a:x/y/b:z/w" into "/a:x/y" and "/b:z/w". It gives 22 for every failure, with
 // both texts NULL; with only one place for a text it gives the name alone.
 const char* QM_XPATH_GetXpathLastModNameFromRear(const char* path, uint32_t* nameLength);
+
+uint32_t QM_XPATH_SplitTargetNodeXpath(const char* path, char* lastModName,
+                                       uint32_t lastModNameSize, char** outParentPath,
+                                       char** outLastPart);
 
 QM_END_INTERNAL_DECLS

@@ -6,11 +6,11 @@
 // again. A check never stores what it found: checks run side by side.
 #include <qmodel/schema.h>
 
-#include "context/upcalls.h"
 #include "types/check_ctx.h"
 #include "types/constraint_ops.h"
 #include "types/item_body.h"
 #include "types/type.h"
+#include "types/upcalls.h"
 #include "types/value_check.h"
 
 constexpr uint32_t kMaxDerivedDepth = 128;

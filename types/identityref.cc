@@ -13,12 +13,12 @@
 
 #include <cstring>
 
-#include "context/upcalls.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "types/constraint_ops.h"
 #include "types/item_body.h"
 #include "types/type.h"
+#include "types/upcalls.h"
 #include "types/value_check.h"
 
 constexpr uint32_t kMaxBaseDepth = 128;

@@ -7,11 +7,13 @@
 #include <qmodel/context.h>
 
 #include "context/internal.h"
-#include "xpath/bound_data.h"
 
 QM_BEGIN_INTERNAL_DECLS
 
 char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNode,
                                             const char* text);
+
+char* QMD_NODE_GetValueContent(xmlNode* element, QmsNode* schemaNode);
+uint32_t QMD_MDL_IsIdentityref(QmsNode* schemaNode);
 
 QM_END_INTERNAL_DECLS

@@ -13,7 +13,6 @@
 #include "context/array.h"
 #include "context/element_walk.h"
 #include "context/memory.h"
-#include "xpath/bound_data.h"
 
 namespace {
 constexpr uint32_t kLongSearch = 64;  // shorter ones cost less than keeping them

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "context/internal.h"
+
 // Conditions name children ("../limit"), and each lookup goes through the
 // siblings from the first one. A list whose 100,000 entries all ask their parent
 // for one leaf would make a run quadratic, so a run keeps the answers of long
@@ -66,3 +68,15 @@ ChildLookup* ActiveChildLookup();
 // Tell it, if there is one.
 void NoteChildAdded(const xmlNode* child);
 void NoteChildLeaves(const xmlNode* child);
+
+// A run keeps the numbers that long texts stand for: a hundred thousand entries may
+// all compare themselves with one leaf of megabytes. False when none is kept; outside
+// of a run none is.
+bool FindKeptNumber(const xmlNode* element, double* number);
+void KeepNumber(const xmlNode* element, double number);
+
+QM_BEGIN_INTERNAL_DECLS
+
+xmlNode* QMD_PAS_FindChildDataNode(const xmlNode* element, const char* name);
+
+QM_END_INTERNAL_DECLS

@@ -12,7 +12,8 @@
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/records.h"
-#include "xpath/bound_data.h"
+#include "xpath/bound_value.h"
+#include "xpath/child_lookup.h"
 #include "xpath/functions.h"
 
 // The conversions between the four types of operands, XPath 1.0 section 4, as far

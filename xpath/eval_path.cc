@@ -4,7 +4,7 @@
 #include <qmodel/error.h>
 
 #include "context/path_scan.h"
-#include "xpath/bound_data.h"
+#include "xpath/child_lookup.h"
 #include "xpath/eval.h"
 #include "xpath/object.h"
 

@@ -12,7 +12,8 @@
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/records.h"
-#include "xpath/bound_data.h"
+#include "types/upcalls.h"
+#include "xpath/bound_value.h"
 #include "xpath/object.h"
 
 // The functions that conditions may call: not (XPath 1.0 section 4.3) and the two

@@ -5,9 +5,8 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/statement.h"
 #include "context/xml_tree.h"
-#include "types/upcalls.h"
+#include "schema/statement.h"
 #include "yin/records.h"
 
 // One row of the dispatch table; its index is the id.
@@ -49,7 +48,7 @@ QM_BEGIN_INTERNAL_DECLS
 // The parser of a statement, NULL when it has none or the id is past the last.
 QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt);
 
-// The three passes of QMS_LOADER_ParseSubStatements() (types/upcalls.h), which
+// The three passes of QMS_LOADER_ParseSubStatements(), which
 // parses the children of a statement: classify, mark and count; make the arrays
 // at their exact size; parse each marked child into its place.
 uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* element,
@@ -69,5 +68,8 @@ void* QMS_LOADER_GetSubParseDest(QmsSubStmtDesc* desc, uint32_t parentStmt);
 
 // Marks every child with its statement id.
 void QMS_LOADER_MarkSubNode(xmlNode* element);
+
+uint32_t QMS_LOADER_ParseSubStatements(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                       QmsSubStmtDesc* table, uint32_t count);
 
 QM_END_INTERNAL_DECLS

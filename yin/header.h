@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/upcalls.h"
 #include "yin/records.h"
 
 QM_BEGIN_INTERNAL_DECLS
@@ -41,5 +40,7 @@ uint32_t QMS_LOADER_CounterAndExpandBodyStmtArray(QmsModule* module, xmlNode* ro
 
 uint32_t QMS_LOADER_ParseYangVersion(QmsModule* module, xmlNode* element);
 uint32_t QMS_LOADER_ParseNamespace(QmsModule* module, xmlNode* element);
+
+QmsModule* QMS_LOADER_ParseYinContent(QmCtx* ctx, xmlDoc* doc, QmsLoadAssister* assister);
 
 QM_END_INTERNAL_DECLS

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/statement.h"
+#include "schema/statement.h"
 #include "yin/records.h"
 
 // The keyword of each statement id; the index is the id.

@@ -9,9 +9,9 @@
 #include "context/load_error.h"
 #include "context/memory.h"
 #include "context/path_scan.h"
-#include "context/upcalls.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/module.h"
 #include "yin/load_type.h"
 #include "yin/module_access.h"
 

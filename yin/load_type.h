@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/statement.h"
+#include "schema/statement.h"
 #include "types/records.h"
 
 // A type statement is loaded in two passes over the children of its element. The

@@ -8,9 +8,10 @@
 #include "context/load_error.h"
 #include "context/xml_tree.h"
 #include "types/type.h"
-#include "types/upcalls.h"
+#include "yin/dispatch.h"
 #include "yin/load_type.h"
 #include "yin/module_access.h"
+#include "yin/stmt_property.h"
 
 // The typedef statement, RFC 7950 section 7.3: its name, then type, default and
 // units. Its base need not exist yet; nothing is resolved while parsing.

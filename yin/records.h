@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "context/records.h"
-#include "context/statement.h"
 #include "schema/records.h"
+#include "schema/statement.h"
 
 constexpr uint32_t kQmsPathSize = 256;
 constexpr uint32_t kQmsSuffixSize = 10;

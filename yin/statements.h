@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/statement.h"
+#include "schema/statement.h"
 #include "yin/records.h"
 
 // The parsers of the dispatch table, one per statement. Each takes the module

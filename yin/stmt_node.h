@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/statement.h"
+#include "schema/statement.h"
 #include "yin/records.h"
 
 // A node whose sub-statements are being parsed, with what the parse needs and

@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "types/upcalls.h"
 #include "yin/records.h"
 
 constexpr uint32_t kConditionSize = 3097;  // a rewritten condition of 3096 characters and its NUL
@@ -12,7 +11,7 @@ QM_BEGIN_INTERNAL_DECLS
 
 // Bring the defaults of a node whose own type is identityref into module-name
 // form; nothing for other types. The same for a typedef is
-// QMS_LOADER_RefreshTypeDefDefaultValue() (types/upcalls.h).
+// QMS_LOADER_RefreshTypeDefDefaultValue().
 uint32_t QMS_LOADER_RefreshLeafDefaultValue(QmsModule* module, QmsNode* leaf);
 uint32_t QMS_LOADER_RefreshLeafListDefaultValue(QmsModule* module, QmsNode* leafList);
 
@@ -30,5 +29,7 @@ uint32_t QMS_LOADER_CopyTokenIntoOutCondition(QmsModule* module, const char* tex
 uint32_t QMS_LOADER_AddModuleNameIntoCondition(QmsModule* module, const char* token,
                                                uint32_t tokenLength, char* out, uint32_t outSize,
                                                uint32_t* used);
+
+uint32_t QMS_LOADER_RefreshTypeDefDefaultValue(QmsModule* module, QmsTypedef* td);
 
 QM_END_INTERNAL_DECLS

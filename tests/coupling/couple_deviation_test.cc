@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "context/dict.h"
-#include "context/upcalls.h"
+#include "coupling/couple_augment.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 

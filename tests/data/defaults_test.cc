@@ -14,6 +14,8 @@
 #include "data/validate.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
+#include "xpath/bound_value.h"
+#include "xpath/child_lookup.h"
 
 namespace {
 

@@ -9,7 +9,6 @@
 #include "data/data_node.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
-#include "xpath/bound_data.h"
 #include "xpath/child_lookup.h"
 
 namespace {

@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "context/dict.h"
-#include "context/upcalls.h"
+#include "loader/module_load.h"
+#include "schema/module.h"
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/listing.h"

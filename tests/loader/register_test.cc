@@ -9,10 +9,12 @@
 
 #include "context/dict.h"
 #include "context/xml_parse.h"
+#include "coupling/couple_augment.h"
 #include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 #include "types/type.h"
+#include "yin/header.h"
 
 using coupling::Augment;
 using coupling::Container;

@@ -9,6 +9,7 @@
 
 #include "context/dict.h"
 #include "context/relation.h"
+#include "coupling/detach.h"
 #include "loader/pending.h"
 #include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"

@@ -14,6 +14,7 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 #include "types/type.h"
+#include "types/upcalls.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "loader/module_end.h"
 #include "schema/records.h"
 #include "tests/support/yin_text.h"
+#include "types/upcalls.h"
 
 namespace {
 

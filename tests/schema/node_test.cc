@@ -10,10 +10,10 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "context/statement.h"
 #include "schema/ext_inst.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
+#include "schema/statement.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/schema_tree.h"
 

@@ -7,11 +7,11 @@
 #include <qmodel/qmodel.h>
 
 #include "context/dict.h"
-#include "context/upcalls.h"
 #include "context/xml_tree.h"
 #include "schema/node.h"
 #include "tests/support/schema_tree.h"
 #include "tests/support/yin.h"
+#include "types/upcalls.h"
 
 using schema_tree::Child;
 using schema_tree::LeafOf;

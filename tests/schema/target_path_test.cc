@@ -6,7 +6,6 @@
 #include <string>
 
 #include "context/memory.h"
-#include "context/upcalls.h"
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 

@@ -3,9 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "context/upcalls.h"
 #include "context/xml_parse.h"
+#include "schema/module.h"
 #include "schema/records.h"
+#include "yin/header.h"
 
 namespace yin {
 
