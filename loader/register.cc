@@ -21,6 +21,7 @@
 #include "schema/module.h"
 #include "schema/module_registry.h"
 #include "schema/node.h"
+#include "schema/type_resolve.h"
 #include "types/type.h"
 #include "types/upcalls.h"
 

@@ -15,6 +15,7 @@
 #include "schema/module.h"
 #include "schema/node_array.h"
 #include "schema/record_array.h"
+#include "schema/type_resolve.h"
 #include "types/type.h"
 #include "types/upcalls.h"
 

@@ -18,6 +18,7 @@
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "schema/record_array.h"
+#include "schema/type_resolve.h"
 #include "types/type.h"
 
 static uint32_t GiveNodeToModule(QmsNode* node, uint32_t travType, void* arg) {

@@ -52,6 +52,9 @@ bool IsOfModule(const QmsNode* node, const char* moduleName);
 // The blocks of texts are not even read.
 void FreeNodesWithoutTexts(QmsNode* first);
 
+// The type of a leaf or leaf-list whose context can be asked for typedefs, or NULL.
+QmtType* UsableType(QmsNode* node);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The record's life. A node is freed through the dictionary of its module, so

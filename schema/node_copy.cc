@@ -14,6 +14,7 @@
 #include "schema/node_array.h"
 #include "schema/node_link.h"
 #include "schema/record_array.h"
+#include "schema/type_resolve.h"
 #include "types/type.h"
 
 using PayloadCopyFunc = void* (*)(QmDict* dict, const void* payload);

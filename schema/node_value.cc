@@ -77,7 +77,7 @@ const char* QM_NODE_GetUnitsValueStr(const QmsNode* node) noexcept {
 }
 
 // The type of a leaf or leaf-list whose context can be asked for typedefs.
-static QmtType* UsableType(QmsNode* node) {
+QmtType* UsableType(QmsNode* node) {
   if (node == nullptr || NodeCtx(node) == nullptr) return nullptr;
   QmtType* type = QMS_NODE_GetLeafSchemaRealType(node);
   return QMT_TYPE_IsInvalidType(type) != 0 ? nullptr : type;
@@ -87,29 +87,4 @@ uint32_t QM_NODE_ScanDerivedType(QmsNode* node, QmDerivedTypeScanFunc cb, void* 
   QmtType* type = UsableType(node);
   if (type == nullptr || cb == nullptr) return QM_INVALID;
   return QM_TYPE_IterRealTypeDerivedName(type, NodeCtx(node), cb, arg);
-}
-
-static uint32_t CheckValue(QmsNode* node, QmtType* type, uint32_t inputKind, const void* input,
-                           QmtType** matched) {
-  QmtCheckCtx check{};
-  check.ctx = NodeCtx(node);
-  check.schemaNode = node;
-  const uint32_t ret = QMT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, input, &check);
-  *matched = check.matchedType != nullptr ? check.matchedType : type;
-  return ret;
-}
-
-uint32_t QM_NODE_ValidateValue(QmsNode* node, uint32_t inputKind, const void* input) noexcept {
-  QmtType* type = UsableType(node);
-  if (type == nullptr) return QM_INVALID;
-  QmtType* matched = nullptr;
-  return CheckValue(node, type, inputKind, input, &matched);
-}
-
-QmtType* QM_NODE_FindRealTypeMatchedValue(QmsNode* node, uint32_t inputKind,
-                                          const void* input) noexcept {
-  QmtType* type = UsableType(node);
-  if (type == nullptr) return nullptr;
-  QmtType* matched = nullptr;
-  return CheckValue(node, type, inputKind, input, &matched) == QM_OK ? matched : nullptr;
 }

@@ -4,6 +4,7 @@
 #include <qmodel/error.h>
 
 #include "schema/print_tree.h"
+#include "types/builtin.h"
 #include "types/type.h"
 
 uint32_t QMS_NODE_PrintTypeLeafref(const QmtType* type, QmsPrintPara* para) {

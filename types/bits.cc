@@ -5,12 +5,12 @@
 // holds more names than the type has bits; then each must be a bit of the type.
 #include <cstring>
 
+#include "context/array.h"
 #include "context/guard.h"
 #include "context/path_scan.h"
 #include "platform/string.h"
-#include "types/constraint_ops.h"
-#include "types/item_body.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 constexpr uint16_t kMaxBitNames = 129;
@@ -86,7 +86,7 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataBit(void* body, uint32_t inputKind
   return valid ? QM_OK : QM_VALUE_BAD_BITS;
 }
 
-static uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg) {
+uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg) {
   const auto* own = static_cast<const QmtConsBit*>(body);
   for (uint32_t i = 0; own->items != nullptr && i < own->count; ++i) {
     const uint32_t ret = cb(own->items[i].name, int64_t{own->items[i].position}, nullptr, arg);
@@ -94,27 +94,3 @@ static uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg) {
   }
   return QM_OK;
 }
-
-static void ReleaseBit(QmDict* dict, QmtBit* item) {
-  ReleaseText(dict, &item->name);
-}
-
-static bool CopyBit(QmDict* dict, QmtBit* copy, const QmtBit* src) {
-  copy->position = src->position;
-  return CopyText(dict, &copy->name, src->name);
-}
-
-static void* CreateBits(uint32_t itemCount, uint32_t) {
-  return NewItemBody<QmtConsBit>(itemCount);
-}
-
-static void* CopyBits(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsBit, CopyBit, ReleaseBit>(dict, static_cast<const QmtConsBit*>(body));
-}
-
-const QmtConsOps g_qmtBitOps = {
-    CreateBits, DestroyItemBody<QmtConsBit, ReleaseBit>,
-    CopyBits,   QMT_CONS_ValidateValueNodeAgainstDataBit,
-    nullptr,    ScanBits,
-    nullptr,
-};

@@ -1,25 +1,266 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The table of constraint kinds. Each kind keeps its operations in a record of its own
-// file; here they get their place by kind, and the getters that guard the index.
+// The bodies of the ten kinds of constraint: how each is made, freed and copied.
+//
+// A body is a counted array of items (bases, bits, enums, patterns, union members), a list
+// of segments (length, range), or a record by itself. A zero-filled item is freed and
+// copied without special care, so that a half-filled body is fit for both. A copy of a
+// derived entry is not resolved: it may go to another module, and the pointer would lead
+// into an array that this module neither owns nor watches.
 #include "types/constraint.h"
 
+#include <cstring>
 #include <iterator>
 
-#include "types/constraint_ops.h"
+#include <qmodel/context.h>
+
+#include "context/array.h"
+#include "context/guard.h"
+#include "context/memory.h"
+#include "types/item_body.h"
+#include "types/type.h"
+
+static void* CreateDerived(uint32_t, uint32_t) {
+  return NewRecord<QmtConsDerived>();
+}
+
+static void DestroyDerived(QmDict* dict, void* body) {
+  auto* derived = static_cast<QmtConsDerived*>(body);
+  if (derived == nullptr) return;
+  ReleaseText(dict, &derived->moduleName);
+  ReleaseText(dict, &derived->typedefName);
+  g_qmMemFreeFunc(derived);
+}
+
+// The copy is not resolved: it may go to another module, and the pointer would lead into
+// an array that this module neither owns nor watches.
+static void* CopyDerived(QmDict* dict, const void* body) {
+  const auto* src = static_cast<const QmtConsDerived*>(body);
+  auto* copy = NewRecord<QmtConsDerived>();
+  if (copy == nullptr) return nullptr;
+  if (CopyText(dict, &copy->moduleName, src->moduleName) &&
+      CopyText(dict, &copy->typedefName, src->typedefName)) {
+    return copy;
+  }
+  DestroyDerived(dict, copy);
+  return nullptr;
+}
+
+static void ReleaseBase(QmDict* dict, QmtIdentRef* item) {
+  ReleaseText(dict, &item->moduleName);
+  ReleaseText(dict, &item->identityName);
+}
+
+static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
+  return CopyText(dict, &copy->moduleName, src->moduleName) &&
+         CopyText(dict, &copy->identityName, src->identityName);
+}
+
+static void* CreateBases(uint32_t itemCount, uint32_t) {
+  return NewItemBody<QmtConsBase>(itemCount);
+}
+
+static void* CopyBases(QmDict* dict, const void* body) {
+  return CopyItemBody<QmtConsBase, CopyBase, ReleaseBase>(dict,
+                                                          static_cast<const QmtConsBase*>(body));
+}
+
+static void ReleaseBit(QmDict* dict, QmtBit* item) {
+  ReleaseText(dict, &item->name);
+}
+
+static bool CopyBit(QmDict* dict, QmtBit* copy, const QmtBit* src) {
+  copy->position = src->position;
+  return CopyText(dict, &copy->name, src->name);
+}
+
+static void* CreateBits(uint32_t itemCount, uint32_t) {
+  return NewItemBody<QmtConsBit>(itemCount);
+}
+
+static void* CopyBits(QmDict* dict, const void* body) {
+  return CopyItemBody<QmtConsBit, CopyBit, ReleaseBit>(dict, static_cast<const QmtConsBit*>(body));
+}
+
+static void ReleaseEnum(QmDict* dict, QmtEnum* item) {
+  ReleaseText(dict, &item->name);
+}
+
+static bool CopyEnum(QmDict* dict, QmtEnum* copy, const QmtEnum* src) {
+  copy->value = src->value;
+  return CopyText(dict, &copy->name, src->name);
+}
+
+static void DestroyEnums(QmDict* dict, void* body) {
+  auto* own = static_cast<QmtConsEnum*>(body);
+  if (own == nullptr) return;
+  for (uint32_t i = 0; own->descriptions != nullptr && i < own->count; ++i) {
+    ReleaseText(dict, &own->descriptions[i]);
+  }
+  g_qmMemFreeFunc(own->descriptions);
+  DestroyItemBody<QmtConsEnum, ReleaseEnum>(dict, own);
+}
+
+static void* CreateEnums(uint32_t itemCount, uint32_t loadFlags) {
+  QmtConsEnum* own = NewItemBody<QmtConsEnum>(itemCount);
+  if (own == nullptr || (loadFlags & QM_LOAD_DESCRIPTIONS) == 0) return own;
+  if (NewArrayOf(&own->descriptions, itemCount) == QM_OK) return own;
+  DestroyEnums(nullptr, own);
+  return nullptr;
+}
+
+static bool CopyDescriptions(QmDict* dict, QmtConsEnum* copy, const QmtConsEnum* src) {
+  if (src->descriptions == nullptr) return true;
+  if (NewArrayOf(&copy->descriptions, src->count) != QM_OK) return false;
+  for (uint32_t i = 0; i < src->count; ++i) {
+    if (!CopyText(dict, &copy->descriptions[i], src->descriptions[i])) return false;
+  }
+  return true;
+}
+
+static void* CopyEnums(QmDict* dict, const void* body) {
+  const auto* src = static_cast<const QmtConsEnum*>(body);
+  QmtConsEnum* copy = CopyItemBody<QmtConsEnum, CopyEnum, ReleaseEnum>(dict, src);
+  if (copy == nullptr || CopyDescriptions(dict, copy, src)) return copy;
+  DestroyEnums(dict, copy);
+  return nullptr;
+}
+
+static void* CreateFraction(uint32_t, uint32_t) {
+  return NewRecord<QmtConsFraction>();
+}
+
+static void DestroyFraction(QmDict*, void* body) {
+  g_qmMemFreeFunc(body);
+}
+
+static void* CopyFraction(QmDict*, const void* body) {
+  auto* copy = NewRecord<QmtConsFraction>();
+  if (copy != nullptr) *copy = *static_cast<const QmtConsFraction*>(body);
+  return copy;
+}
+
+static void* CreateSegList(uint32_t, uint32_t) {
+  return NewRecord<QmtSegList>();
+}
+
+static void DestroySegList(QmDict*, void* body) {
+  auto* list = static_cast<QmtSegList*>(body);
+  if (list == nullptr) return;
+  g_qmMemFreeFunc(list->segs);
+  g_qmMemFreeFunc(list);
+}
+
+static void* CopySegList(QmDict* dict, const void* body) {
+  const auto* src = static_cast<const QmtSegList*>(body);
+  auto* copy = NewRecord<QmtSegList>();
+  if (copy == nullptr || src->segs == nullptr) return copy;
+  if (QM_UTL_NewArray(&copy->segs, src->capacity, src->segSize) != QM_OK) {
+    DestroySegList(dict, copy);
+    return nullptr;
+  }
+  std::memcpy(copy->segs, src->segs, size_t{src->count} * src->segSize);
+  copy->capacity = src->capacity;
+  copy->segSize = src->segSize;
+  copy->count = src->count;
+  return copy;
+}
+
+static void* CreatePath(uint32_t, uint32_t) {
+  auto* body = NewRecord<QmtConsPath>();
+  if (body != nullptr) body->requireInstance = 1;
+  return body;
+}
+
+static void DestroyPath(QmDict* dict, void* body) {
+  auto* own = static_cast<QmtConsPath*>(body);
+  if (own == nullptr) return;
+  ReleaseText(dict, &own->path);
+  g_qmMemFreeFunc(own);
+}
+
+static void* CopyPath(QmDict* dict, const void* body) {
+  const auto* src = static_cast<const QmtConsPath*>(body);
+  auto* copy = NewRecord<QmtConsPath>();
+  if (copy == nullptr) return nullptr;
+  copy->requireInstance = src->requireInstance;
+  if (CopyText(dict, &copy->path, src->path)) return copy;
+  DestroyPath(dict, copy);
+  return nullptr;
+}
+
+static void ReleasePattern(QmDict* dict, QmtPattern* item) {
+  ReleaseText(dict, &item->pattern);
+}
+
+static bool CopyPattern(QmDict* dict, QmtPattern* copy, const QmtPattern* src) {
+  copy->invertMatch = src->invertMatch;
+  return CopyText(dict, &copy->pattern, src->pattern);
+}
+
+static void* CreatePatterns(uint32_t itemCount, uint32_t) {
+  return NewItemBody<QmtConsPattern>(itemCount);
+}
+
+static void* CopyPatterns(QmDict* dict, const void* body) {
+  return CopyItemBody<QmtConsPattern, CopyPattern, ReleasePattern>(
+      dict, static_cast<const QmtConsPattern*>(body));
+}
+
+static QmtConsUnion* NewUnion(uint32_t itemCount) {
+  if (itemCount > kMaxArrayCount) return nullptr;
+  QmHeld<QmtConsUnion> own(NewRecord<QmtConsUnion>());
+  if (!own || NewArrayOf(&own->members, itemCount) != QM_OK) return nullptr;
+  own->count = static_cast<uint16_t>(itemCount);
+  return own.Release();
+}
+
+static void* CreateUnion(uint32_t itemCount, uint32_t) {
+  return NewUnion(itemCount);
+}
+
+static void DestroyUnion(QmDict* dict, void* body) {
+  auto* own = static_cast<QmtConsUnion*>(body);
+  if (own == nullptr) return;
+  for (uint32_t i = 0; own->members != nullptr && i < own->count; ++i) {
+    QMT_TYPE_DestroyQmtRealTypeInner(dict, &own->members[i]);
+  }
+  g_qmMemFreeFunc(own->members);
+  g_qmMemFreeFunc(own);
+}
+
+static void* CopyUnion(QmDict* dict, const void* body) {
+  const auto* src = static_cast<const QmtConsUnion*>(body);
+  QmtConsUnion* copy = NewUnion(src->count);
+  if (copy == nullptr) return nullptr;
+  for (uint32_t i = 0; src->members != nullptr && i < src->count; ++i) {
+    if (QMT_TYPE_CopyQmtRealTypeInner(dict, &copy->members[i], &src->members[i]) == QM_OK) continue;
+    DestroyUnion(dict, copy);
+    return nullptr;
+  }
+  return copy;
+}
 
 namespace {
 struct KindRow {
   uint32_t kind;
-  const QmtConsOps* ops;
+  QmtConsCreateFunc create;
+  QmtConsDestroyFunc destroy;
+  QmtConsCopyFunc copy;
 };
 }  // namespace
 
 static constexpr KindRow kKinds[] = {
-    {QMT_CONS_DERIVED, &g_qmtDerivedOps},   {QMT_CONS_BASE, &g_qmtBaseOps},
-    {QMT_CONS_BIT, &g_qmtBitOps},           {QMT_CONS_ENUM, &g_qmtEnumOps},
-    {QMT_CONS_FRACTION, &g_qmtFractionOps}, {QMT_CONS_LENGTH, &g_qmtLengthOps},
-    {QMT_CONS_PATH, &g_qmtPathOps},         {QMT_CONS_PATTERN, &g_qmtPatternOps},
-    {QMT_CONS_RANGE, &g_qmtRangeOps},       {QMT_CONS_UNION, &g_qmtUnionOps},
+    {QMT_CONS_DERIVED, CreateDerived, DestroyDerived, CopyDerived},
+    {QMT_CONS_BASE, CreateBases, DestroyItemBody<QmtConsBase, ReleaseBase>, CopyBases},
+    {QMT_CONS_BIT, CreateBits, DestroyItemBody<QmtConsBit, ReleaseBit>, CopyBits},
+    {QMT_CONS_ENUM, CreateEnums, DestroyEnums, CopyEnums},
+    {QMT_CONS_FRACTION, CreateFraction, DestroyFraction, CopyFraction},
+    {QMT_CONS_LENGTH, CreateSegList, DestroySegList, CopySegList},
+    {QMT_CONS_PATH, CreatePath, DestroyPath, CopyPath},
+    {QMT_CONS_PATTERN, CreatePatterns, DestroyItemBody<QmtConsPattern, ReleasePattern>,
+     CopyPatterns},
+    {QMT_CONS_RANGE, CreateSegList, DestroySegList, CopySegList},
+    {QMT_CONS_UNION, CreateUnion, DestroyUnion, CopyUnion},
 };
 
 static consteval bool RowsStandAtTheirKind() {
@@ -34,33 +275,17 @@ static_assert(RowsStandAtTheirKind(), "a row's index is its constraint kind");
 // The operation of a kind, NULL for a kind that is none.
 template <auto Operation>
 static auto OperationOf(uint32_t kind) {
-  return kind < QMT_CONS_COUNT ? kKinds[kind].ops->*Operation : nullptr;
+  return kind < QMT_CONS_COUNT ? kKinds[kind].*Operation : nullptr;
 }
 
 QmtConsCreateFunc QMT_CONS_GetConsDataCreateBodyFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::create>(kind);
+  return OperationOf<&KindRow::create>(kind);
 }
 
 QmtConsDestroyFunc QMT_CONS_GetConsDataDestroyBodyFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::destroy>(kind);
+  return OperationOf<&KindRow::destroy>(kind);
 }
 
 QmtConsCopyFunc QMT_CONS_GetConsDataCopyBodyFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::copy>(kind);
-}
-
-QmtConsValidateFunc QMT_CONS_GetConsDataValueRestricationCheckFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::validate>(kind);
-}
-
-QmtConsUpdateDerFunc QMT_CONS_GetConsDataUpdateDerFromModFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::updateDerivedFrom>(kind);
-}
-
-QmtConsScanNameValueFunc QMT_CONS_GetConsDataScanNameValueFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::scanNameValue>(kind);
-}
-
-QmtConsScanStartEndFunc QMT_CONS_GetConsDataScanStartEndFunc(uint32_t kind) {
-  return OperationOf<&QmtConsOps::scanStartEnd>(kind);
+  return OperationOf<&KindRow::copy>(kind);
 }

@@ -7,9 +7,7 @@
 // The integer reader then finds what does not fit 64 bits. The digit limits keep the
 // rewritten number inside its buffer whatever the length of the literal.
 #include "context/integer.h"
-#include "context/memory.h"
 #include "context/path_scan.h"
-#include "types/constraint_ops.h"
 #include "types/range.h"
 #include "types/value_check.h"
 
@@ -97,22 +95,3 @@ uint32_t QMT_CONS_CheckValStrAgainstDefRestrictDecimal64(uint32_t, const char* v
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataFraction(void*, uint32_t, const void*, QmtCheckCtx*) {
   return QM_OK;
 }
-
-static void* CreateFraction(uint32_t, uint32_t) {
-  return NewRecord<QmtConsFraction>();
-}
-
-static void DestroyFraction(QmDict*, void* body) {
-  g_qmMemFreeFunc(body);
-}
-
-static void* CopyFraction(QmDict*, const void* body) {
-  auto* copy = NewRecord<QmtConsFraction>();
-  if (copy != nullptr) *copy = *static_cast<const QmtConsFraction*>(body);
-  return copy;
-}
-
-const QmtConsOps g_qmtFractionOps = {
-    CreateFraction, DestroyFraction, CopyFraction, QMT_CONS_ValidateValueNodeAgainstDataFraction,
-    nullptr,        nullptr,         nullptr,
-};

@@ -7,9 +7,8 @@
 #include <qmodel/schema.h>
 
 #include "types/check_ctx.h"
-#include "types/constraint_ops.h"
-#include "types/item_body.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/upcalls.h"
 #include "types/value_check.h"
 
@@ -36,46 +35,3 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataDerived(void* body, uint32_t input
   if (ret == QM_OK) RecordMatch(checkCtx, type);
   return ret;
 }
-
-static uint32_t ResolveInModule(void* body, QmsModule* module) {
-  auto* derived = static_cast<QmtConsDerived*>(body);
-  // Interned names: equal texts have equal addresses.
-  if (derived->resolved != nullptr || derived->moduleName != QM_MOD_GetModuleName(module)) {
-    return QM_OK;
-  }
-  QmsTypedef* td = QMS_MOD_FindQmsTypDefByName(module, derived->typedefName);
-  if (td == nullptr) return QM_INVALID;
-  derived->resolved = &td->type;
-  return QM_OK;
-}
-
-static void* CreateDerived(uint32_t, uint32_t) {
-  return NewRecord<QmtConsDerived>();
-}
-
-static void DestroyDerived(QmDict* dict, void* body) {
-  auto* derived = static_cast<QmtConsDerived*>(body);
-  if (derived == nullptr) return;
-  ReleaseText(dict, &derived->moduleName);
-  ReleaseText(dict, &derived->typedefName);
-  g_qmMemFreeFunc(derived);
-}
-
-// The copy is not resolved: it may go to another module, and the pointer would lead into
-// an array that this module neither owns nor watches.
-static void* CopyDerived(QmDict* dict, const void* body) {
-  const auto* src = static_cast<const QmtConsDerived*>(body);
-  auto* copy = NewRecord<QmtConsDerived>();
-  if (copy == nullptr) return nullptr;
-  if (CopyText(dict, &copy->moduleName, src->moduleName) &&
-      CopyText(dict, &copy->typedefName, src->typedefName)) {
-    return copy;
-  }
-  DestroyDerived(dict, copy);
-  return nullptr;
-}
-
-const QmtConsOps g_qmtDerivedOps = {
-    CreateDerived,   DestroyDerived, CopyDerived, QMT_CONS_ValidateValueNodeAgainstDataDerived,
-    ResolveInModule, nullptr,        nullptr,
-};

@@ -13,11 +13,12 @@
 
 #include <cstring>
 
+#include "context/array.h"
+#include "context/memory.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
-#include "types/constraint_ops.h"
-#include "types/item_body.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/upcalls.h"
 #include "types/value_check.h"
 
@@ -180,29 +181,3 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataBase(void* body, uint32_t inputKin
   if (ret != QM_OK) return ret;
   return walk.found ? QM_OK : QM_VALUE_BAD_IDENTITY;
 }
-
-static void ReleaseBase(QmDict* dict, QmtIdentRef* item) {
-  ReleaseText(dict, &item->moduleName);
-  ReleaseText(dict, &item->identityName);
-}
-
-static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
-  return CopyText(dict, &copy->moduleName, src->moduleName) &&
-         CopyText(dict, &copy->identityName, src->identityName);
-}
-
-static void* CreateBases(uint32_t itemCount, uint32_t) {
-  return NewItemBody<QmtConsBase>(itemCount);
-}
-
-static void* CopyBases(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsBase, CopyBase, ReleaseBase>(dict,
-                                                          static_cast<const QmtConsBase*>(body));
-}
-
-const QmtConsOps g_qmtBaseOps = {
-    CreateBases, DestroyItemBody<QmtConsBase, ReleaseBase>,
-    CopyBases,   QMT_CONS_ValidateValueNodeAgainstDataBase,
-    nullptr,     nullptr,
-    nullptr,
-};

@@ -6,11 +6,9 @@
 // instance with the value exists is no matter of the type.
 #include <qmodel/schema.h>
 
-#include "context/memory.h"
 #include "types/check_ctx.h"
-#include "types/constraint_ops.h"
-#include "types/item_body.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/upcalls.h"
 #include "types/value_check.h"
 
@@ -27,31 +25,3 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataPath(void*, uint32_t inputKind, co
   RecordMatch(checkCtx, nested.matchedType != nullptr ? nested.matchedType : type);
   return QM_OK;
 }
-
-static void* CreatePath(uint32_t, uint32_t) {
-  auto* body = NewRecord<QmtConsPath>();
-  if (body != nullptr) body->requireInstance = 1;
-  return body;
-}
-
-static void DestroyPath(QmDict* dict, void* body) {
-  auto* own = static_cast<QmtConsPath*>(body);
-  if (own == nullptr) return;
-  ReleaseText(dict, &own->path);
-  g_qmMemFreeFunc(own);
-}
-
-static void* CopyPath(QmDict* dict, const void* body) {
-  const auto* src = static_cast<const QmtConsPath*>(body);
-  auto* copy = NewRecord<QmtConsPath>();
-  if (copy == nullptr) return nullptr;
-  copy->requireInstance = src->requireInstance;
-  if (CopyText(dict, &copy->path, src->path)) return copy;
-  DestroyPath(dict, copy);
-  return nullptr;
-}
-
-const QmtConsOps g_qmtPathOps = {
-    CreatePath, DestroyPath, CopyPath, QMT_CONS_ValidateValueNodeAgainstDataPath,
-    nullptr,    nullptr,     nullptr,
-};

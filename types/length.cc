@@ -4,9 +4,9 @@
 // Deliberate: the length of a string counts bytes, not characters. That of a binary
 // value is its decoded length, which the binary check left in the check context.
 #include "platform/string.h"
-#include "types/constraint_ops.h"
 #include "types/segment.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 uint32_t QMT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t, const char*,
@@ -34,13 +34,3 @@ uint32_t QMT_CONS_ScanStartEndPairsWithLength(void* body, uint32_t, QmStartEndSc
   const auto* list = static_cast<const QmtSegList*>(body);
   return ScanSegments(list, list == nullptr ? nullptr : LengthLayout(list->segSize), cb, arg);
 }
-
-const QmtConsOps g_qmtLengthOps = {
-    CreateSegList,
-    DestroySegList,
-    CopySegList,
-    QMT_CONS_ValidateValueNodeAgainstDataLength,
-    nullptr,
-    nullptr,
-    QMT_CONS_ScanStartEndPairsWithLength,
-};

@@ -6,9 +6,8 @@
 // share no state. A pattern that does not compile matches nothing: it refuses every
 // value, or with invert-match accepts every value.
 #include "context/string.h"
-#include "types/constraint_ops.h"
-#include "types/item_body.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataPattern(void* body, uint32_t inputKind,
@@ -23,28 +22,3 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataPattern(void* body, uint32_t input
   }
   return QM_OK;
 }
-
-static void ReleasePattern(QmDict* dict, QmtPattern* item) {
-  ReleaseText(dict, &item->pattern);
-}
-
-static bool CopyPattern(QmDict* dict, QmtPattern* copy, const QmtPattern* src) {
-  copy->invertMatch = src->invertMatch;
-  return CopyText(dict, &copy->pattern, src->pattern);
-}
-
-static void* CreatePatterns(uint32_t itemCount, uint32_t) {
-  return NewItemBody<QmtConsPattern>(itemCount);
-}
-
-static void* CopyPatterns(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsPattern, CopyPattern, ReleasePattern>(
-      dict, static_cast<const QmtConsPattern*>(body));
-}
-
-const QmtConsOps g_qmtPatternOps = {
-    CreatePatterns, DestroyItemBody<QmtConsPattern, ReleasePattern>,
-    CopyPatterns,   QMT_CONS_ValidateValueNodeAgainstDataPattern,
-    nullptr,        nullptr,
-    nullptr,
-};

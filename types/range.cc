@@ -8,9 +8,10 @@
 
 #include "context/integer.h"
 #include "context/path_scan.h"
-#include "types/constraint_ops.h"
+#include "types/builtin.h"
 #include "types/segment.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 static uint32_t SignKindOf(uint32_t baseType) {
@@ -105,13 +106,3 @@ uint32_t QMT_CONS_ScanStartEndPairsWithRange(void* body, uint32_t baseType, QmSt
                                              void* arg) {
   return ScanSegments(static_cast<const QmtSegList*>(body), RangeLayout(baseType), cb, arg);
 }
-
-const QmtConsOps g_qmtRangeOps = {
-    CreateSegList,
-    DestroySegList,
-    CopySegList,
-    QMT_CONS_ValidateValueNodeAgainstDataRange,
-    nullptr,
-    nullptr,
-    QMT_CONS_ScanStartEndPairsWithRange,
-};

@@ -27,9 +27,6 @@ uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t 
 uint32_t QMT_CONS_ConvertValStrToDecimal64PowerInteger(const char* valueStr,
                                                        uint32_t fractionDigits, int64_t* out);
 
-// Zero for types without limits; 22 for an id above 19.
-uint32_t QMT_CONS_GetBasedIntegerMinMaxVal(uint32_t baseType, QmtLimits* out);
-
 // The table entries.
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Signed(const QmtGenericSeg* value,
                                                       const void* segment,

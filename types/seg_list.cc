@@ -5,38 +5,9 @@
 // from the first on: below a segment's start it lies in a gap, and the search ends. The
 // outer type's "min" and "max" mean the limits of the type below, so a hit notes the
 // first start and the last end for the types that are checked after this one.
-#include <cstring>
+#include <cstddef>
 
-#include "context/array.h"
-#include "context/memory.h"
-#include "types/constraint_ops.h"
 #include "types/segment.h"
-
-void* CreateSegList(uint32_t, uint32_t) {
-  return NewRecord<QmtSegList>();
-}
-
-void DestroySegList(QmDict*, void* body) {
-  auto* list = static_cast<QmtSegList*>(body);
-  if (list == nullptr) return;
-  g_qmMemFreeFunc(list->segs);
-  g_qmMemFreeFunc(list);
-}
-
-void* CopySegList(QmDict* dict, const void* body) {
-  const auto* src = static_cast<const QmtSegList*>(body);
-  auto* copy = NewRecord<QmtSegList>();
-  if (copy == nullptr || src->segs == nullptr) return copy;
-  if (QM_UTL_NewArray(&copy->segs, src->capacity, src->segSize) != QM_OK) {
-    DestroySegList(dict, copy);
-    return nullptr;
-  }
-  std::memcpy(copy->segs, src->segs, size_t{src->count} * src->segSize);
-  copy->capacity = src->capacity;
-  copy->segSize = src->segSize;
-  copy->count = src->count;
-  return copy;
-}
 
 static const void* SegAt(const QmtSegList* list, uint32_t index) {
   return static_cast<const uint8_t*>(list->segs) + size_t{index} * list->segSize;

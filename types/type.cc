@@ -135,18 +135,6 @@ uint32_t QMT_TYPE_IsInvalidType(const QmtType* type) {
   return type->baseType == QMT_BASE_TYPEDEF && type->consCount == 0 ? 1 : 0;
 }
 
-uint32_t QMT_TYPE_UpdateRealTypeDerivedFrom(QmtType* type, QmsModule* module) {
-  if (type == nullptr || module == nullptr) return QM_INVALID;
-  for (uint32_t i = 0; type->cons != nullptr && i < type->consCount; ++i) {
-    const QmtConsUpdateDerFunc update =
-        QMT_CONS_GetConsDataUpdateDerFromModFunc(type->cons[i].kind);
-    if (update == nullptr || type->cons[i].body == nullptr) continue;
-    const uint32_t ret = update(type->cons[i].body, module);
-    if (ret != QM_OK) return ret;
-  }
-  return QM_OK;
-}
-
 void ClearResolvedInType(QmtType* type, const char* moduleName) {
   QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(type);
   // Interned names: equal texts have equal addresses.

@@ -10,9 +10,6 @@
 // typedefs of the module with this interned name.
 void ClearResolvedInType(QmtType* type, const char* moduleName);
 
-// The YANG name of a built-in type, "int8"; NULL for 0 and for ids above 19.
-const char* BuiltInTypeName(uint32_t baseType);
-
 QM_BEGIN_INTERNAL_DECLS
 
 // Life of a record. A record holds its entries in a block that is made once, with
@@ -34,17 +31,5 @@ uint32_t QMT_TYPE_GetTypeConsDataFractionVal(const QmtType* type);
 const char* QMT_TYPE_GetInheritedTypDefName(const QmtType* type, const char** moduleName);
 uint32_t QMT_TYPE_IsTypeWithIdentref(const QmtType* type);
 uint32_t QMT_TYPE_IsInvalidType(const QmtType* type);
-
-// Sets `resolved` of the derived entries that name typedefs of `module`; 22 when one
-// does not exist there. The pointers lead into the typedef array of the module:
-// whoever moves or frees that array calls ClearResolvedInType() first.
-uint32_t QMT_TYPE_UpdateRealTypeDerivedFrom(QmtType* type, QmsModule* module);
-
-// The value check. `input` is a text or an element, see QmtInputKind; the second
-// function gives its value text, NULL when there is none. A check context serves
-// one top-level check; nothing but the context is written.
-uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t inputKind,
-                                                   const void* input, QmtCheckCtx* checkCtx);
-const char* QMT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void* input);
 
 QM_END_INTERNAL_DECLS

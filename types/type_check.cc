@@ -10,8 +10,10 @@
 
 #include "context/xml_tree.h"
 #include "types/check_ctx.h"
+#include "types/check_table.h"
 #include "types/constraint.h"
 #include "types/type.h"
+#include "types/type_check.h"
 
 const char* QMT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void* input) {
   if (input == nullptr) return nullptr;

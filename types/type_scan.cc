@@ -5,10 +5,9 @@
 #include <qmodel/context.h>
 #include <qmodel/schema.h>
 
+#include "types/check_table.h"
 #include "types/constraint.h"
 #include "types/type.h"
-
-constexpr uint32_t kMaxDerivedLinks = 128;
 
 uint32_t QM_TYPE_ScanNameValuePair(QmtType* type, QmNameValueScanFunc cb, void* arg) noexcept {
   if (type == nullptr || cb == nullptr) return QM_INVALID;
@@ -67,25 +66,4 @@ uint32_t QM_TYPE_ScanPatternInvertMatch(QmtType* type, QmPatternScanFunc cb, voi
     if (ret != QM_OK) return ret;
   }
   return QM_OK;
-}
-
-static QmtType* FindTypedefType(QmCtx* ctx, const char* moduleName, const char* typedefName) {
-  if (ctx == nullptr || moduleName == nullptr || typedefName == nullptr) return nullptr;
-  QmsModule* module = QM_CTX_GetModuleByModName(ctx, moduleName);
-  return module == nullptr ? nullptr : QM_MOD_GetRealTypeByTypDefName(module, typedefName);
-}
-
-uint32_t QM_TYPE_IterRealTypeDerivedName(QmtType* type, QmCtx* ctx, QmDerivedTypeScanFunc cb,
-                                         void* arg) noexcept {
-  if (type == nullptr || cb == nullptr) return QM_INVALID;
-  if (type->baseType != QMT_BASE_TYPEDEF) return cb(nullptr, nullptr, type, arg);
-  for (uint32_t link = 0; link < kMaxDerivedLinks; ++link) {
-    const QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(type);
-    if (derived == nullptr) return QM_INVALID;
-    type = FindTypedefType(ctx, derived->moduleName, derived->typedefName);
-    const uint32_t ret = cb(derived->moduleName, derived->typedefName, type, arg);
-    if (ret != QM_OK) return ret;
-    if (type == nullptr || type->baseType != QMT_BASE_TYPEDEF) return QM_OK;
-  }
-  return QM_INVALID;
 }

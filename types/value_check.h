@@ -9,6 +9,10 @@
 // its own code; `body` and `checkCtx` are never NULL. Checks by kind are called
 // ValidateValueNode…, those of built-in types CheckValStr….
 
+// Named values, RFC 7950 sections 9.6.4 and 9.7.4, handed to `cb` in stored order.
+uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg);
+uint32_t ScanEnums(void* body, QmNameValueScanFunc cb, void* arg);
+
 QM_BEGIN_INTERNAL_DECLS
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataDerived(void* body, uint32_t inputKind,

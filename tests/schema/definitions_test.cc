@@ -11,6 +11,7 @@
 #include "schema/ext_inst.h"
 #include "schema/module.h"
 #include "schema/node_array.h"
+#include "schema/type_resolve.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 #include "types/type.h"

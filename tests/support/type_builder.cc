@@ -9,6 +9,7 @@
 #include "context/array.h"
 #include "types/constraint.h"
 #include "types/type.h"
+#include "types/type_check.h"
 
 namespace type_builder {
 

@@ -12,6 +12,7 @@
 
 #include "context/dict.h"
 #include "schema/records.h"
+#include "schema/type_resolve.h"
 #include "tests/support/leaf_module.h"
 #include "tests/support/null_arguments.h"
 #include "tests/support/type_builder.h"
@@ -19,6 +20,7 @@
 #include "types/range.h"
 #include "types/segment.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 #include "yin/load_type.h"
 

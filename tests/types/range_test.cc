@@ -12,6 +12,7 @@
 #include "tests/support/type_builder.h"
 #include "types/segment.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 using namespace type_builder;

@@ -6,8 +6,11 @@
 #include <cstring>
 
 #include "schema/records.h"
+#include "schema/type_resolve.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/type_builder.h"
+#include "types/builtin.h"
+#include "types/check_table.h"
 #include "types/constraint.h"
 #include "types/range.h"
 

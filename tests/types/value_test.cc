@@ -10,6 +10,7 @@
 #include "tests/support/type_builder.h"
 #include "types/check_ctx.h"
 #include "types/type.h"
+#include "types/type_check.h"
 #include "types/value_check.h"
 
 using namespace type_builder;
