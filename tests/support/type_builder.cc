@@ -9,7 +9,7 @@
 #include "context/array.h"
 #include "types/constraint.h"
 #include "types/type.h"
-#include "types/type_check.h"
+#include "values/type_check.h"
 
 namespace type_builder {
 

@@ -17,11 +17,11 @@
 #include "tests/support/null_arguments.h"
 #include "tests/support/type_builder.h"
 #include "types/constraint.h"
-#include "types/range.h"
-#include "types/segment.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/range.h"
+#include "values/segment.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 #include "yin/load_type.h"
 
 using null_arguments::ExpectEachGives;

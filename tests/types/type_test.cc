@@ -10,9 +10,9 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/type_builder.h"
 #include "types/builtin.h"
-#include "types/check_table.h"
 #include "types/constraint.h"
-#include "types/range.h"
+#include "values/check_table.h"
+#include "values/range.h"
 
 using namespace type_builder;
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "types/range.h"
 #include "types/records.h"
+#include "values/range.h"
 
 // How the segments of a list are stored, compared and widened.
 struct QmtSegLayout {

@@ -4,10 +4,10 @@
 // Deliberate: the length of a string counts bytes, not characters. That of a binary
 // value is its decoded length, which the binary check left in the check context.
 #include "platform/string.h"
-#include "types/segment.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/segment.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 uint32_t QMT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t, const char*,
                                                       QmtCheckCtx* checkCtx) {

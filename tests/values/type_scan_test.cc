@@ -7,8 +7,8 @@
 
 #include "tests/support/leaf_module.h"
 #include "tests/support/type_builder.h"
-#include "types/range.h"
 #include "types/type.h"
+#include "values/range.h"
 
 using namespace type_builder;
 

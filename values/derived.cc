@@ -6,11 +6,11 @@
 // again. A check never stores what it found: checks run side by side.
 #include <qmodel/schema.h>
 
-#include "types/check_ctx.h"
 #include "types/type.h"
-#include "types/type_check.h"
 #include "types/upcalls.h"
-#include "types/value_check.h"
+#include "values/check_ctx.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 constexpr uint32_t kMaxDerivedDepth = 128;
 

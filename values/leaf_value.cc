@@ -3,7 +3,7 @@
 #include <qmodel/schema.h>
 
 #include "schema/node.h"
-#include "types/type_check.h"
+#include "values/type_check.h"
 
 static uint32_t CheckValue(QmsNode* node, QmtType* type, uint32_t inputKind, const void* input,
                            QmtType** matched) {

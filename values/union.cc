@@ -5,10 +5,10 @@
 // does not reach the next. What must pass through are the limits against unions that
 // contain themselves or multiply: how deep unions are nested, and how many members the
 // whole check may try.
-#include "types/check_ctx.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/check_ctx.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 static bool TakeMemberCheck(const QmtCheckCtx* checkCtx) {
   if (checkCtx->memberBudget == nullptr) return true;

@@ -8,8 +8,8 @@
 // rewritten number inside its buffer whatever the length of the literal.
 #include "context/integer.h"
 #include "context/path_scan.h"
-#include "types/range.h"
-#include "types/value_check.h"
+#include "values/range.h"
+#include "values/value_check.h"
 
 constexpr uint32_t kMaxDigits = 19;          // digits of a signed 64-bit number
 constexpr uint32_t kMaxFractionDigits = 18;  // RFC 7950 section 9.3.4

@@ -4,8 +4,8 @@
 
 #include "platform/string.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataEnum(void* body, uint32_t inputKind,
                                                    const void* input, QmtCheckCtx*) {

@@ -6,11 +6,11 @@
 // instance with the value exists is no matter of the type.
 #include <qmodel/schema.h>
 
-#include "types/check_ctx.h"
 #include "types/type.h"
-#include "types/type_check.h"
 #include "types/upcalls.h"
-#include "types/value_check.h"
+#include "values/check_ctx.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataPath(void*, uint32_t inputKind, const void* input,
                                                    QmtCheckCtx* checkCtx) {

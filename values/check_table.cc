@@ -2,12 +2,12 @@
 // The tables of checks: by kind of constraint, and by built-in type for what runs at the
 // bottom of every chain of typedefs. Types without a check of their own are checked by
 // their constraint entries.
-#include "types/check_table.h"
+#include "values/check_table.h"
 
 #include <iterator>
 
-#include "types/range.h"
-#include "types/value_check.h"
+#include "values/range.h"
+#include "values/value_check.h"
 
 namespace {
 struct KindRow {

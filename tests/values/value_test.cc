@@ -8,10 +8,10 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/leaf_module.h"
 #include "tests/support/type_builder.h"
-#include "types/check_ctx.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/check_ctx.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 using namespace type_builder;
 

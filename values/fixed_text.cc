@@ -2,7 +2,7 @@
 // Types whose values are fixed texts: boolean (RFC 7950 section 9.5) has two, empty
 // (section 9.11) has none.
 #include "platform/string.h"
-#include "types/value_check.h"
+#include "values/value_check.h"
 
 uint32_t QMT_CONS_CheckValStrAgainstDefRestrictBoolean(uint32_t, const char* valueStr,
                                                        QmtCheckCtx*) {

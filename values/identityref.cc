@@ -18,9 +18,9 @@
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "types/type.h"
-#include "types/type_check.h"
 #include "types/upcalls.h"
-#include "types/value_check.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 constexpr uint32_t kMaxBaseDepth = 128;
 constexpr uint32_t kModuleNameSize = 65;

@@ -3,7 +3,7 @@
 // to. Nothing is decoded; counting characters tells the length.
 #include "context/path_scan.h"
 #include "platform/string.h"
-#include "types/value_check.h"
+#include "values/value_check.h"
 
 constexpr size_t kGroupChars = 4;
 constexpr size_t kGroupBytes = 3;

@@ -5,9 +5,9 @@
 #include <qmodel/context.h>
 #include <qmodel/schema.h>
 
-#include "types/check_table.h"
 #include "types/constraint.h"
 #include "types/type.h"
+#include "values/check_table.h"
 
 uint32_t QM_TYPE_ScanNameValuePair(QmtType* type, QmNameValueScanFunc cb, void* arg) noexcept {
   if (type == nullptr || cb == nullptr) return QM_INVALID;

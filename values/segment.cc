@@ -7,7 +7,7 @@
 // base type of the statement selects the layout of a range, the segment size that of a
 // length. The functions of one table need one type, so all take the check context;
 // only the generic segments with "min" and "max" look into it.
-#include "types/segment.h"
+#include "values/segment.h"
 
 #include <iterator>
 

@@ -4,15 +4,15 @@
 // The bottom check compares a value with the limits of its built-in type. The range
 // check compares it with the segments of one type statement; the chain's built-in type
 // says how the text is read, the statement's own base type how the segments are stored.
-#include "types/range.h"
+#include "values/range.h"
 
 #include "context/integer.h"
 #include "context/path_scan.h"
 #include "types/builtin.h"
-#include "types/segment.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/segment.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 static uint32_t SignKindOf(uint32_t baseType) {
   QmtLimits limits{};

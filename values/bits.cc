@@ -10,8 +10,8 @@
 #include "context/path_scan.h"
 #include "platform/string.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 constexpr uint16_t kMaxBitNames = 129;
 constexpr uint32_t kBitNameSize = 65;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Integers, decimal64, ranges and lengths.
-#include "types/range.h"
+#include "values/range.h"
 
 #include <gtest/gtest.h>
 
@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "tests/support/type_builder.h"
-#include "types/segment.h"
 #include "types/type.h"
-#include "types/type_check.h"
-#include "types/value_check.h"
+#include "values/segment.h"
+#include "values/type_check.h"
+#include "values/value_check.h"
 
 using namespace type_builder;
 

@@ -9,11 +9,11 @@
 #include <libxml/tree.h>
 
 #include "context/xml_tree.h"
-#include "types/check_ctx.h"
-#include "types/check_table.h"
 #include "types/constraint.h"
 #include "types/type.h"
-#include "types/type_check.h"
+#include "values/check_ctx.h"
+#include "values/check_table.h"
+#include "values/type_check.h"
 
 const char* QMT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void* input) {
   if (input == nullptr) return nullptr;

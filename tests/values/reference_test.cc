@@ -8,7 +8,7 @@
 #include "tests/support/leaf_module.h"
 #include "tests/support/type_builder.h"
 #include "types/type.h"
-#include "types/type_check.h"
+#include "values/type_check.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 // first start and the last end for the types that are checked after this one.
 #include <cstddef>
 
-#include "types/segment.h"
+#include "values/segment.h"
 
 static const void* SegAt(const QmtSegList* list, uint32_t index) {
   return static_cast<const uint8_t*>(list->segs) + size_t{index} * list->segSize;
