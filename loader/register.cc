@@ -23,7 +23,6 @@
 #include "schema/node.h"
 #include "schema/type_resolve.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 static uint32_t RegisterModule(QmCtx* ctx, QmsModule* module) {
   if (QM_CTX_GetModuleByModName(ctx, module->name) == module) return QM_OK;

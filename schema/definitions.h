@@ -5,7 +5,6 @@
 #include "context/internal.h"
 #include "context/records.h"
 #include "schema/records.h"
-#include "types/upcalls.h"
 
 // Forgets every resolved pointer into the typedef array of `module`, wherever in
 // the module it is kept. To be called before the array is moved or freed; until
@@ -89,5 +88,6 @@ QmsDeviate* QMS_MOD_CopyDeviateArray(QmDict* dict, const QmsDeviate* deviates, u
 
 QmsFeature* QMS_MOD_FindFeatureByName(QmsModule* mod, const char* name);
 QmsIdentity* QMS_MOD_FindIdentityByName(QmsModule* mod, const char* name);
+QmsTypedef* QMS_MOD_FindQmsTypDefByName(QmsModule* mod, const char* name);
 
 QM_END_INTERNAL_DECLS

@@ -10,7 +10,6 @@
 #include "schema/node.h"
 #include "schema/record_array.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 static uint32_t ForgetResolvedInNode(QmsNode* node, uint32_t travType, void* arg) {
   if (travType == QMS_TRAV_PARENT) return QM_OK;

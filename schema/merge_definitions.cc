@@ -17,7 +17,6 @@
 #include "schema/record_array.h"
 #include "schema/type_resolve.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 // A record is not merged into itself: it would append its deviations to the array that
 // is being walked, which moves as it grows, and find each of its nodes to be its own twin.

@@ -8,7 +8,6 @@
 #include "platform/string.h"
 #include "schema/definitions.h"
 #include "schema/module_registry.h"
-#include "types/upcalls.h"
 
 constinit const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo = {
     QM_CTX_ModTreeKeyCompare, offsetof(QmsModule, name), offsetof(QmsModule, nameLink)};

@@ -5,7 +5,6 @@
 #include "context/internal.h"
 #include "context/records.h"
 #include "schema/records.h"
-#include "types/upcalls.h"
 
 QM_BEGIN_INTERNAL_DECLS
 
@@ -20,5 +19,9 @@ QmsFeature* QM_CTX_FindFeatureByModNameAndFeatName(QmCtx* ctx, const char* modNa
                                                    const char* featName);
 // Orders modules by text; 0 when either key is NULL.
 int32_t QM_CTX_ModTreeKeyCompare(const void* keyA, const void* keyB);
+QmsIdentity* QM_CTX_FindIdentityByModNameAndIdentName(QmCtx* ctx, const char* modName,
+                                                      const char* identName);
+QmsTypedef* QM_CTX_FindTdefObjByModAndTdefName(QmCtx* ctx, const char* modName,
+                                               const char* tdefName);
 
 QM_END_INTERNAL_DECLS

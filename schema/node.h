@@ -5,7 +5,6 @@
 #include "context/internal.h"
 #include "context/records.h"
 #include "schema/records.h"
-#include "types/upcalls.h"
 
 // Kinds whose nodes name an element of a data tree.
 constexpr uint32_t kQmsDataTreeKinds =
@@ -73,5 +72,6 @@ void QMS_NODE_DestroySchemaChoice(QmDict* dict, void* payload);
 
 // Hands the private data back to the client, when there is any and a hook is set.
 void QMS_NODE_DestroyPrivateData(QmCtx* ctx, QmsNode* node);
+QmtType* QMS_NODE_GetLeafSchemaRealType(QmsNode* node);
 
 QM_END_INTERNAL_DECLS

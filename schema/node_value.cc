@@ -7,7 +7,6 @@
 #include "schema/module_registry.h"
 #include "schema/node.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 namespace {
 // A search for a text along the typedefs of a type.

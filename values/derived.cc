@@ -6,8 +6,8 @@
 // again. A check never stores what it found: checks run side by side.
 #include <qmodel/schema.h>
 
+#include "schema/module_registry.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 #include "values/check_ctx.h"
 #include "values/type_check.h"
 #include "values/value_check.h"

@@ -17,8 +17,8 @@
 #include "context/memory.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/module_registry.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 #include "values/type_check.h"
 #include "values/value_check.h"
 

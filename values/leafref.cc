@@ -6,8 +6,8 @@
 // instance with the value exists is no matter of the type.
 #include <qmodel/schema.h>
 
+#include "schema/node.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 #include "values/check_ctx.h"
 #include "values/type_check.h"
 #include "values/value_check.h"

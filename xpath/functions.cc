@@ -12,7 +12,6 @@
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/records.h"
-#include "types/upcalls.h"
 #include "xpath/bound_value.h"
 #include "xpath/object.h"
 

@@ -15,7 +15,6 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 namespace {
 

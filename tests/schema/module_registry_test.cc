@@ -11,7 +11,6 @@
 #include "loader/module_end.h"
 #include "schema/records.h"
 #include "tests/support/yin_text.h"
-#include "types/upcalls.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 
 #include "context/dict.h"
 #include "context/xml_tree.h"
+#include "schema/definitions.h"
 #include "schema/node.h"
 #include "tests/support/schema_tree.h"
 #include "tests/support/yin.h"
-#include "types/upcalls.h"
 
 using schema_tree::Child;
 using schema_tree::LeafOf;

@@ -12,7 +12,6 @@
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "types/type.h"
-#include "types/upcalls.h"
 
 namespace schema_tree {
 namespace {
