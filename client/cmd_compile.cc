@@ -15,6 +15,8 @@
 
 #include "client/commands.h"
 #include "client/compile_first.h"
+#include "client/file_input.h"
+#include "compiler/convert.h"
 
 namespace {
 
@@ -110,9 +112,40 @@ int StatusOf(compiler::JobState state) {
   }
 }
 
+// False, with one line on standard error: the options ask for more than a conversion.
+bool CheckConversion(const Options& options) {
+  for (const std::string& used : options.used) {
+    if (used == "--convert") continue;
+    PrintError("option '%s' does not go with '--convert'", used.c_str());
+    return false;
+  }
+  if (!options.features.empty() || options.loadFlags != 0) {
+    PrintError("option '%s' does not go with '--convert'", options.features.empty() ? "-i" : "-f");
+    return false;
+  }
+  if (options.operands.size() > 1) PrintError("'--convert' takes one FILE");
+  return options.operands.size() == 1;
+}
+
+int RunConvert(const Options& options) {
+  if (!CheckConversion(options)) return kExitUsage;
+  compiler::ConvertRequest request;
+  request.folders = options.searchDirs;
+  request.file = options.operands[0];
+  std::string input;
+  if (request.file == "-") {
+    if (!ReadInput(request.file, &input)) return kExitUnusable;
+    request.text = &input;
+  }
+  const compiler::JobResult result = ConvertFile(request);
+  PrintFindings(result);
+  return std::max(StatusOf(result.state), WriteToOutput(result));
+}
+
 }  // namespace
 
 int RunCompile(const Options& options) {
+  if (options.convert) return RunConvert(options);
   const bool withImports = (options.loadFlags & QM_LOAD_IMPORTS) != 0;
   if (options.outputDir.empty() && (withImports || options.operands.size() > 1)) {
     PrintError("several modules are written into a folder only; name one with '-o'");

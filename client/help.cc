@@ -30,12 +30,15 @@ constexpr CommandHelp kCommands[] = {
      "An identity is written module:identity."},
     {"compile",
      "compile [-p DIR]... [-r] [-f MODULE:FEATURE]... [-F] [-i] [--drop-failing] [-o DIR]\n"
-     "                 MODULE|FILE...",
+     "                 MODULE|FILE...\n"
+     "  qmodel compile --convert [-p DIR]... FILE",
      "Spells models out, YANG text or YIN as they are published, into YIN that the\n"
      "library loads. One module is written to standard output, more into the folder\n"
      "that -o names; -i adds what they import. Here -f says which features are on.\n"
      "What is lost is said as FILE:LINE: what and why; exit status 1 when something\n"
-     "was, 3 when a module has an error that stops it."},
+     "was, 3 when a module has an error that stops it.\n"
+     "With --convert one FILE of YANG text is written to standard output as YIN, nothing\n"
+     "spelled out; what it imports is looked up in its folder and the directories."},
     {"help", "help [COMMAND]", "Prints this help, or that of one command."},
 };
 
@@ -54,6 +57,7 @@ constexpr char kOptionsText[] =
     "  -F, --features-complete        compile: features that -f does not name are off\n"
     "  -o, --output DIR               compile: write NAME.yin into this folder\n"
     "      --drop-failing             compile: leave out conditions that fail each request\n"
+    "      --convert                  compile: only turn YANG text into YIN\n"
     "      --help                     print this help\n"
     "      --version                  print the version\n"
     "\n"

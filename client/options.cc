@@ -14,7 +14,7 @@
 
 namespace {
 
-enum LongOnly : int { kHelp = 256, kVersion = 257, kDropFailing = 258 };
+enum LongOnly : int { kHelp = 256, kVersion = 257, kDropFailing = 258, kConvert = 259 };
 
 constexpr option kLongOptions[] = {
     {"path", required_argument, nullptr, 'p'},
@@ -28,6 +28,7 @@ constexpr option kLongOptions[] = {
     {"features-complete", no_argument, nullptr, 'F'},
     {"output", required_argument, nullptr, 'o'},
     {"drop-failing", no_argument, nullptr, kDropFailing},
+    {"convert", no_argument, nullptr, kConvert},
     {"help", no_argument, nullptr, kHelp},
     {"version", no_argument, nullptr, kVersion},
     {nullptr, 0, nullptr, 0},
@@ -42,8 +43,11 @@ struct OptionUse {
 };
 
 constexpr OptionUse kUses[] = {
-    {"-m", true, false}, {"-u", true, false}, {"-d", true, false}, {"-c", true, false},
-    {"-r", true, true},  {"-F", false, true}, {"-o", false, true}, {"--drop-failing", false, true},
+    {"-m", true, false},        {"-u", true, false},
+    {"-d", true, false},        {"-c", true, false},
+    {"-r", true, true},         {"-F", false, true},
+    {"-o", false, true},        {"--drop-failing", false, true},
+    {"--convert", false, true},
 };
 
 // "-": operands are reported in place; ":": a missing argument is told apart.
@@ -98,6 +102,10 @@ bool TakeCompileOption(int code, char** argv, Options* options) {
     case kDropFailing:
       options->used.emplace_back("--drop-failing");
       options->dropFailing = true;
+      return true;
+    case kConvert:
+      options->used.emplace_back("--convert");
+      options->convert = true;
       return true;
     default:
       PrintOptionError(code, argv);

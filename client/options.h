@@ -29,6 +29,7 @@ struct Options {
   bool recursive = false;         // -r
   bool featuresComplete = false;  // -F
   bool dropFailing = false;
+  bool convert = false;
   std::string outputDir;          // -o; empty: none
   std::vector<std::string> used;  // the options that not every command takes, as written
   // With -c: the file that a module was compiled from, by the name of the compiled one.

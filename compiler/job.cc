@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
 
+#include "compiler/reader.h"
 #include "compiler/session.h"
 #include "compiler/writer.h"
 
@@ -14,13 +16,20 @@ namespace compiler {
 
 namespace {
 
+// Line 0 is the file as a whole.
 std::string At(const Place& place) {
-  return place.file->path + ":" + std::to_string(place.line);
+  return place.line == 0 ? place.file->path : place.file->path + ":" + std::to_string(place.line);
 }
 
+// Where a text is wrong is told to the column.
 std::string LineOf(const Finding& finding) {
   std::string line;
-  if (finding.place.file != nullptr) line = At(finding.place) + ": ";
+  if (finding.place.file != nullptr) {
+    line = At(finding.place);
+    if (finding.place.line != 0 && std::string_view(finding.group) == kSyntaxClass)
+      line += ":" + std::to_string(finding.place.column);
+    line += ": ";
+  }
   line += finding.message;
   if (!finding.advice.empty()) line += "; " + finding.advice;
   if (finding.usedAt != nullptr) line += ", used at " + At(*finding.usedAt);
@@ -113,16 +122,16 @@ void Run(const JobRequest& request, JobResult* result) {
 std::vector<std::string> FindingLines(const Session& session, const Report& report) {
   std::unordered_map<const SourceFile*, size_t> order;
   for (const SourceFile& file : session.files) order.emplace(&file, order.size() + 1);
-  std::vector<std::tuple<size_t, uint32_t, size_t>> keys;
+  std::vector<std::tuple<size_t, uint32_t, uint32_t, size_t>> keys;
   for (size_t i = 0; i < report.findings.size(); ++i) {
     const Place& place = report.findings[i].place;
-    keys.emplace_back(place.file == nullptr ? 0 : order[place.file], place.line, i);
+    keys.emplace_back(place.file == nullptr ? 0 : order[place.file], place.line, place.column, i);
   }
   std::sort(keys.begin(), keys.end());
   std::vector<std::string> lines;
   std::set<std::string> seen;
   for (const auto& key : keys) {
-    std::string line = LineOf(report.findings[std::get<2>(key)]);
+    std::string line = LineOf(report.findings[std::get<3>(key)]);
     if (seen.insert(line).second) lines.push_back(std::move(line));
   }
   return lines;

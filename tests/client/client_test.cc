@@ -128,9 +128,9 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
   const std::string manual((std::istreambuf_iterator<char>(page)),
                            std::istreambuf_iterator<char>());
   const std::set<std::string> expected = {
-      "path",         "module",  "imports",   "feature",           "unload",
-      "descriptions", "compile", "recursive", "features-complete", "output",
-      "drop-failing", "help",    "version"};
+      "path",    "module",    "imports",           "feature", "unload",       "descriptions",
+      "compile", "recursive", "features-complete", "output",  "drop-failing", "convert",
+      "help",    "version"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

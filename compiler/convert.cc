@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/convert.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "compiler/reader.h"
+#include "compiler/repository.h"
+#include "compiler/session.h"
+#include "compiler/statement.h"
+#include "compiler/writer.h"
+
+namespace compiler {
+
+namespace {
+
+std::string FolderOf(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+void ReportMissing(Repository* repository, const xmlNode* at, const std::string& what) {
+  AddFinding(repository->report, Severity::kFatal, kLinkageClass, at, what + " is not found",
+             "add its folder with -p");
+}
+
+// The submodules of a module, as far as they are found: extensions may be defined there.
+void FindSubmodules(Repository* repository, Module* module) {
+  std::vector<Module*> files = {module};
+  for (size_t i = 0; i < files.size(); ++i) {
+    for (Include& include : files[i]->includes) {
+      if (include.target != nullptr) continue;
+      Module* found = FindModuleFile(repository, include.submodule, include.revision);
+      if (found == nullptr || found->belongsTo != module->name) continue;
+      include.target = found;
+      if (std::find(files.begin(), files.end(), found) == files.end()) files.push_back(found);
+    }
+  }
+}
+
+void FindImports(Repository* repository, Module* module) {
+  for (Import& import : module->imports) {
+    Module* found = FindModuleFile(repository, import.module, import.revision);
+    if (found == nullptr) {
+      ReportMissing(repository, import.statement, "the imported module '" + import.module + "'");
+    } else if (!found->belongsTo.empty()) {
+      AddFinding(repository->report, Severity::kFatal, kLinkageClass, import.statement,
+                 "'" + import.module + "' is a submodule and cannot be imported",
+                 "import its module '" + found->belongsTo + "'");
+    } else {
+      import.target = found;
+      if (!module->extensions.empty()) FindSubmodules(repository, found);
+    }
+  }
+}
+
+// The module of a submodule has the namespace of its prefix.
+void FindOwner(Repository* repository, Module* module) {
+  if (module->belongsTo.empty()) return;
+  Module* owner = FindModuleFile(repository, module->belongsTo, {});
+  if (owner == nullptr) {
+    ReportMissing(repository, FirstChild(module->root, Keyword::kBelongsTo),
+                  "the module '" + module->belongsTo + "' of this submodule");
+    return;
+  }
+  module->owner = owner;
+  if (!module->extensions.empty()) FindSubmodules(repository, owner);
+}
+
+// A statement that YANG does not know has no form in YIN.
+void ReportUnknown(const Session& session, const Module& module, Report* report) {
+  for (const xmlNode* s = module.root; s != nullptr; s = NextInTree(module.root, s)) {
+    if (!Is(s, Keyword::kNone) || s->ns != session.yin) continue;
+    AddFinding(report, Severity::kFatal, kSyntaxClass, s,
+               std::string("'") + NameOf(s) + "' is no statement of YANG");
+  }
+}
+
+JobState StateOf(const Report& report) {
+  JobState state = JobState::kDone;
+  for (const Finding& finding : report.findings) {
+    if (finding.severity == Severity::kFatal) return JobState::kStopped;
+    state = JobState::kLost;
+  }
+  return state;
+}
+
+void Convert(const ConvertRequest& request, JobResult* result) {
+  const std::unique_ptr<Session> session = OpenSession();
+  Report report;
+  Repository repository;
+  repository.session = session.get();
+  repository.report = &report;
+  AddSearchFolder(&repository, FolderOf(request.file), false);
+  for (const std::string& folder : request.folders) {
+    if (AddSearchFolder(&repository, folder, false)) continue;
+    result->state = JobState::kNoFolder;
+    result->detail = folder;
+    return;
+  }
+  Module* module = request.text != nullptr
+                       ? ReadModuleText(session.get(), request.file, *request.text, &report)
+                       : ReadModuleFile(session.get(), request.file, &report);
+  if (module != nullptr) {
+    FindImports(&repository, module);
+    FindOwner(&repository, module);
+    if (module->belongsTo.empty() && !module->extensions.empty())
+      FindSubmodules(&repository, module);
+    BindPrefixes(session.get(), module, &report);
+    ReportUnknown(*session, *module, &report);
+  }
+  result->state = StateOf(report);
+  result->findings = FindingLines(*session, report);
+  if (result->state != JobState::kStopped)
+    result->modules.push_back({module->name, module->file->path, WriteYin(*module)});
+}
+
+}  // namespace
+
+JobResult ConvertFile(const ConvertRequest& request) {
+  JobResult result;
+  try {
+    Convert(request, &result);
+  } catch (const std::bad_alloc&) {
+    result = JobResult();
+    result.state = JobState::kNoMemory;
+  }
+  return result;
+}
+
+}  // namespace compiler
