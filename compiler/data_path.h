@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Steps of XPath on the schema: from a node to its data children and to its parent,
+// choices and cases looked through (RFC 7950, section 6.4.1).
+#include <string>
+#include <string_view>
+
+#include "compiler/schema_view.h"
+
+namespace compiler {
+
+// Where a path has come to. The top of a module's tree stands for the root of all data.
+struct DataCursor {
+  const SchemaView* view = nullptr;
+  const SchemaNode* node = nullptr;  // NULL: nowhere
+  bool unknown = false;              // cannot be told: what is there was not read, or the
+                                     // path leaves a grouping that is looked at alone
+};
+
+// The root, when `module` is whose top-level nodes are asked for.
+DataCursor RootOf(const SchemaView* view, const Module* module);
+
+DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name);
+DataCursor StepUp(const DataCursor& from);
+
+// What could have been meant with a step that leads nowhere.
+std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,
+                        std::string_view otherwise);
+
+}  // namespace compiler

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The order of the checks, and the table of their classes.
+#include "compiler/lint.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "compiler/lint_pass.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr LintClass kClasses[] = {
+    {cls::kSyntax, true},  {cls::kStatement, true},   {cls::kArgument, true},
+    {cls::kName, true},    {cls::kLinkage, true},     {cls::kExtension, true},
+    {cls::kFeature, true}, {cls::kIdentity, true},    {cls::kGrouping, true},
+    {cls::kType, true},    {cls::kRestriction, true}, {cls::kDefault, true},
+    {cls::kList, true},    {cls::kConfig, true},      {cls::kTarget, true},
+    {cls::kPath, true},    {cls::kCondition, true},   {cls::kStatus, true},
+    {cls::kUnused, true},  {cls::kStyle, false},
+};
+
+// Of one file, by its statements.
+constexpr void (*kFileChecks[])(Lint*, const Module*) = {
+    LintGrammar, LintLinkage,      LintFeatures, LintIdentities, LintGroupings,
+    LintTypes,   LintRestrictions, LintDefaults, LintStatus,     LintStyle,
+};
+
+// Of a module with all of its files.
+constexpr void (*kModuleChecks[])(Lint*) = {
+    LintNames, LintNodes, LintTargets, LintPaths, LintConditions, LintUnused,
+};
+
+void CollectFile(Module* file, void* arg) {
+  static_cast<std::vector<Module*>*>(arg)->push_back(file);
+}
+
+void AddTop(Lint* lint, const SchemaNode* top) {
+  if (top == nullptr) return;
+  if (std::find(lint->tops.begin(), lint->tops.end(), top) == lint->tops.end())
+    lint->tops.push_back(top);
+}
+
+void CollectTops(Lint* lint) {
+  for (const Module* file : lint->files)
+    for (xmlNode* s = NextInTree(file->root, file->root); s != nullptr;
+         s = NextInTree(file->root, s))
+      if (Is(s, Keyword::kGrouping)) AddTop(lint, ViewGrouping(lint->view, s));
+  AddTop(lint, lint->view->trees[lint->module]);
+  for (const TargetView& augment : lint->view->augments) {
+    const Module* words = MainModuleOf(StatementOf(augment.statement)->words);
+    if (augment.target != nullptr && words == lint->module) AddTop(lint, TopOf(augment.target));
+  }
+}
+
+// `common`: what all modules of a call share.
+void LintOne(const Lint& common, Module* module) {
+  Lint lint = common;
+  SchemaView* view = lint.view;
+  lint.module = module;
+  ForEachFile(module, CollectFile, &lint.files);
+  AddToView(view, module);
+  CollectTops(&lint);
+  for (const auto& check : kFileChecks)
+    for (const Module* file : lint.files) check(&lint, file);
+  for (const auto& check : kModuleChecks) check(&lint);
+  if (view->full)
+    Fatal(&lint, cls::kGrouping, module->root,
+          "the schema has more than " + std::to_string(kMaxSchemaNodes) +
+              " nodes or is nested too deeply",
+          "look for groupings that use one another several times");
+}
+
+// What the class of a finding has for its place in the table.
+size_t IndexOfClass(std::string_view name) noexcept {
+  const auto* row = std::find_if(std::begin(kClasses), std::end(kClasses),
+                                 [name](const LintClass& c) { return name == c.name; });
+  return static_cast<size_t>(row - std::begin(kClasses));
+}
+
+bool IsWanted(const LintOptions& options, const Finding& finding) {
+  if (finding.severity != Severity::kWarning) return finding.severity != Severity::kLoss;
+  const size_t index = IndexOfClass(finding.group);
+  return index == std::size(kClasses) || options.shown[index];
+}
+
+// Orders by file as it was read, line, column; of one place as they were found.
+struct ByPlace {
+  const Session* session;
+
+  size_t FileOf(const Finding& f) const {
+    size_t index = 0;
+    for (const SourceFile& file : session->files) {
+      if (&file == f.place.file) break;
+      ++index;
+    }
+    return index;
+  }
+  bool operator()(const Finding& a, const Finding& b) const {
+    if (a.place.file != b.place.file) return FileOf(a) < FileOf(b);
+    if (a.place.line != b.place.line) return a.place.line < b.place.line;
+    return a.place.column < b.place.column;
+  }
+};
+
+// What is said of a statement itself is not said again of each use of it.
+bool SaysTheSame(const Finding& a, const Finding& b) {
+  return a.place.file == b.place.file && a.place.line == b.place.line &&
+         a.place.column == b.place.column && a.message == b.message;
+}
+
+}  // namespace
+
+std::span<const LintClass> LintClasses() noexcept {
+  return kClasses;
+}
+
+LintOptions::LintOptions() {
+  for (const LintClass& row : kClasses) shown.push_back(row.on);
+}
+
+bool SetLintClass(LintOptions* options, std::string_view text) {
+  const bool on = text.substr(0, 3) != "no-";
+  const size_t index = IndexOfClass(on ? text : text.substr(3));
+  if (index == std::size(kClasses)) return false;
+  options->shown[index] = on;
+  return true;
+}
+
+void LintModules(Session* session, std::span<Module* const> modules, Report* report) {
+  SchemaView view;
+  std::unordered_set<const xmlNode*> used;
+  CollectUsed(*session, &used);
+  Lint common;
+  common.session = session;
+  common.report = report;
+  common.view = &view;
+  common.used = &used;
+  for (Module* module : modules) LintOne(common, module);
+}
+
+void SettleFindings(const Session& session, const LintOptions& options, Report* report) {
+  std::vector<Finding>* findings = &report->findings;
+  findings->erase(std::remove_if(findings->begin(), findings->end(),
+                                 [&](const Finding& f) { return !IsWanted(options, f); }),
+                  findings->end());
+  std::stable_sort(findings->begin(), findings->end(), ByPlace{&session});
+  std::vector<Finding> settled;
+  for (Finding& finding : *findings) {
+    const auto sameStart = std::find_if(settled.rbegin(), settled.rend(), [&](const Finding& f) {
+      return f.place.file != finding.place.file || f.place.line != finding.place.line ||
+             f.place.column != finding.place.column;
+    });
+    const auto same = std::find_if(settled.rbegin(), sameStart,
+                                   [&](const Finding& f) { return SaysTheSame(f, finding); });
+    if (same == sameStart) settled.push_back(std::move(finding));
+  }
+  findings->swap(settled);
+}
+
+size_t CountErrors(const Report& report) noexcept {
+  return static_cast<size_t>(
+      std::count_if(report.findings.begin(), report.findings.end(), [](const Finding& f) {
+        return f.severity == Severity::kError || f.severity == Severity::kFatal;
+      }));
+}
+
+}  // namespace compiler

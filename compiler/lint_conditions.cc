@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Conditions, must and when: that they parse, call functions that exist, use prefixes
+// that are declared, and name nodes that data can have (RFC 7950, sections 6.4, 7.5.3
+// and 7.21.5).
+//
+// A condition is judged at each node that has it. Its paths are walked on the schema
+// from the context node; where a step cannot be followed (a wildcard, another axis, the
+// outside of a grouping) what comes behind it is not judged, but for its prefixes.
+#include "compiler/data_path.h"
+#include "compiler/lint_nodes.h"
+#include "compiler/lint_pass.h"
+#include "compiler/xpath.h"
+
+namespace compiler {
+
+namespace {
+
+// A condition at one place of the schema.
+struct Condition {
+  Lint* lint;
+  const xmlNode* statement;
+  Module* local;       // what a name without prefix means
+  DataCursor context;  // current()
+  const Place* usedAt;
+  const Xpath* xpath;
+};
+
+void Say(const Condition& condition, std::string message, std::string advice) {
+  Error(condition.lint, cls::kCondition, condition.statement, std::move(message),
+        std::move(advice));
+  condition.lint->report->findings.back().usedAt = condition.usedAt;
+}
+
+std::string What(const xmlNode* statement) {
+  return std::string("the ") + NameOf(statement) + " " + Quote(ArgumentOf(statement));
+}
+
+DataCursor Unknown(const Condition& condition) {
+  return {condition.lint->view, nullptr, true};
+}
+
+DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context);
+
+Module* SpaceOf(const Condition& condition, std::string_view prefix) {
+  if (prefix.empty()) return condition.local;
+  Module* words = StatementOf(condition.statement)->words;
+  if (KnowsPrefix(words, prefix)) return ModuleOfPrefix(words, prefix);
+  ResolvePrefix(condition.lint, cls::kCondition, condition.statement, prefix);
+  return nullptr;
+}
+
+DataCursor FollowName(const Condition& condition, const XpathStep& step, const DataCursor& from,
+                      bool root) {
+  const std::string_view name = condition.xpath->Of(step.name);
+  const Module* space = SpaceOf(condition, condition.xpath->Of(step.prefix));
+  if (space == nullptr || step.axis != XpathAxis::kChild || step.descendants || from.unknown)
+    return Unknown(condition);
+  const DataCursor at = root ? RootOf(condition.lint->view, space) : from;
+  const DataCursor next = StepDown(at, space, name);
+  if (next.node != nullptr || next.unknown) return next;
+  const bool top = at.node->parent == nullptr;
+  Say(condition,
+      "in " + What(condition.statement) + " the path leads nowhere: " +
+          (top ? "module " + Quote(space->name) + " has no top-level node "
+               : Quote(at.node->name) + " has no child ") +
+          Quote(name),
+      NearestData(at, space, name, "correct the path"));
+  return Unknown(condition);
+}
+
+DataCursor FollowUp(const Condition& condition, const DataCursor& from) {
+  const DataCursor up = StepUp(from);
+  if (up.node != nullptr || up.unknown) return up;
+  Say(condition, "in " + What(condition.statement) + " the path climbs above the root",
+      "take one \"..\" away");
+  return Unknown(condition);
+}
+
+DataCursor FollowStep(const Condition& condition, const XpathStep& step, const DataCursor& from,
+                      bool root) {
+  if (step.test == XpathTest::kName) return FollowName(condition, step, from, root);
+  if (step.test == XpathTest::kAnyOfPrefix) SpaceOf(condition, condition.xpath->Of(step.prefix));
+  if (step.test != XpathTest::kNode || step.descendants || root) return Unknown(condition);
+  if (step.axis == XpathAxis::kSelf) return from;
+  if (step.axis == XpathAxis::kParent) return FollowUp(condition, from);
+  return Unknown(condition);
+}
+
+DataCursor FollowPath(const Condition& condition, const XpathNode& path,
+                      const DataCursor& context) {
+  DataCursor cursor = context;
+  if (!path.operands.empty()) cursor = FollowNode(condition, path.operands[0], context);
+  for (const uint32_t predicate : path.predicates) FollowNode(condition, predicate, cursor);
+  bool root = path.absolute;
+  if (path.absolute && path.steps.empty()) return Unknown(condition);
+  for (const XpathStep& step : path.steps) {
+    cursor = FollowStep(condition, step, cursor, root);
+    root = false;
+    for (const uint32_t predicate : step.predicates) FollowNode(condition, predicate, cursor);
+  }
+  return cursor;
+}
+
+// The second argument of derived-from() and its kin names an identity.
+void JudgeIdentity(const Condition& condition, const XpathNode& call) {
+  const std::string_view name = condition.xpath->Of(call.name);
+  if ((name != "derived-from" && name != "derived-from-or-self") || call.operands.size() != 2)
+    return;
+  if (condition.xpath->At(call.operands[1]).kind != XpathKind::kLiteral) return;
+  const std::string literal(LiteralText(*condition.xpath, call.operands[1]));
+  const Reference reference = SplitReference(literal);
+  const Module* module = SpaceOf(condition, reference.prefix);
+  if (module == nullptr || module->broken) return;
+  const xmlNode* found = reference.prefix.empty()
+                             ? FindGlobal(condition.local, SymbolKind::kIdentity, reference.name)
+                             : FindSymbol(condition.statement, SymbolKind::kIdentity, literal);
+  if (found == nullptr)
+    Say(condition, "in " + What(condition.statement) + " there is no identity " + Quote(literal),
+        "name an identity with the prefix of its module");
+}
+
+DataCursor FollowCall(const Condition& condition, const XpathNode& call,
+                      const DataCursor& context) {
+  for (const uint32_t operand : call.operands) FollowNode(condition, operand, context);
+  JudgeIdentity(condition, call);
+  const std::string_view name = condition.xpath->Of(call.name);
+  return name == "current" ? condition.context : Unknown(condition);
+}
+
+DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context) {
+  const XpathNode& node = condition.xpath->At(index);
+  switch (node.kind) {
+    case XpathKind::kPath:
+      return FollowPath(condition, node, context);
+    case XpathKind::kCall:
+      return FollowCall(condition, node, context);
+    case XpathKind::kGroup:
+      return FollowNode(condition, node.operands[0], context);
+    default:
+      for (const uint32_t operand : node.operands) FollowNode(condition, operand, context);
+      return Unknown(condition);
+  }
+}
+
+void JudgeCalls(const Condition& condition) {
+  for (const XpathError& error : CheckXpathCalls(*condition.xpath))
+    Say(condition, "in " + What(condition.statement) + " " + error.message,
+        "see the functions of XPath 1.0 and of RFC 7950, section 10");
+  if (StatementOf(condition.statement)->words->version11) return;
+  for (const XpathNode& node : condition.xpath->nodes) {
+    if (node.kind != XpathKind::kCall) continue;
+    const XpathFunction* function = FindXpathFunction(condition.xpath->Of(node.name));
+    if (function != nullptr && function->version11)
+      Say(condition,
+          "in " + What(condition.statement) + " the function " + Quote(function->name) +
+              " is of YANG version 1.1",
+          "write \"yang-version 1.1;\" at the head of the file");
+  }
+}
+
+void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode* context,
+           const Place* usedAt) {
+  const char* text = ArgumentOf(statement);
+  if (text == nullptr) return;
+  Xpath xpath;
+  XpathError error;
+  Condition condition = {lint, statement, local, {lint->view, context, false}, usedAt, &xpath};
+  if (!ParseXpath(text, &xpath, &error)) {
+    Say(condition,
+        What(statement) + " does not parse: " + error.message + " at character " +
+            std::to_string(error.offset + 1),
+        "write an expression of XPath 1.0");
+    return;
+  }
+  JudgeCalls(condition);
+  FollowNode(condition, xpath.root, condition.context);
+}
+
+void JudgeAll(Lint* lint, const xmlNode* holder, Keyword keyword, const SchemaNode* node,
+              const SchemaNode* context) {
+  for (const xmlNode* s = FirstChild(holder, keyword); s != nullptr; s = NextSibling(s, keyword))
+    Judge(lint, s, node->space, context, node->usedAt);
+}
+
+// The context node of a condition on a node that data do not show is the next one above
+// that they do.
+const SchemaNode* ContextOf(const SchemaNode* node) {
+  return IsDataNode(node) ? node : DataParent(node);
+}
+
+void JudgeNode(Lint* lint, const SchemaNode* node) {
+  if (!node->written || node->parent == nullptr) return;
+  const SchemaNode* context = ContextOf(node);
+  JudgeAll(lint, node->statement, Keyword::kMust, node, context);
+  JudgeAll(lint, node->statement, Keyword::kWhen, node, context);
+  for (const xmlNode* change : node->changes) JudgeAll(lint, change, Keyword::kMust, node, context);
+}
+
+// The `when` of a `uses` or of an augment.
+void JudgeBringer(Lint* lint, const TargetView& bringer, Module* space) {
+  if (bringer.target == nullptr) return;
+  const xmlNode* when = FirstChild(bringer.statement, Keyword::kWhen);
+  const SchemaNode* target = bringer.target;
+  const SchemaNode* context =
+      IsDataNode(target) || target->parent == nullptr ? target : DataParent(target);
+  if (when != nullptr) Judge(lint, when, space, context, bringer.usedAt);
+}
+
+void JudgeDeviations(Lint* lint, const Module* file) {
+  ForEachStatement(file, Keyword::kDeviation, [&](xmlNode* deviation) {
+    const TargetView target = FollowAbsolute(*lint->view, deviation);
+    for (const xmlNode* s = FirstChild(deviation, Keyword::kDeviate); s != nullptr;
+         s = NextSibling(s, Keyword::kDeviate))
+      for (const xmlNode* must = FirstChild(s, Keyword::kMust);
+           must != nullptr && target.target != nullptr; must = NextSibling(must, Keyword::kMust)) {
+        const char* kind = ArgumentOf(s);
+        if (kind != nullptr && std::string_view(kind) == "add")
+          Judge(lint, must, lint->module, ContextOf(target.target), nullptr);
+      }
+  });
+}
+
+}  // namespace
+
+void LintConditions(Lint* lint) {
+  for (const SchemaNode* top : lint->tops)
+    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node))
+      if (IsOfModule(*lint, node)) JudgeNode(lint, node);
+  for (const auto* bringers : {&lint->view->augments, &lint->view->inner, &lint->view->uses})
+    for (const TargetView& bringer : *bringers)
+      if (MainModuleOf(StatementOf(bringer.statement)->words) == lint->module)
+        JudgeBringer(lint, bringer, lint->module);
+  for (const Module* file : lint->files) JudgeDeviations(lint, file);
+}
+
+}  // namespace compiler

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Defaults against their types, where they are written and where a type with a default
+// is restricted further (RFC 7950, sections 7.3.4, 7.6.4 and 7.7.4). What a refine or a
+// deviation gives is judged with its node.
+#include <set>
+
+#include "compiler/lint_pass.h"
+#include "compiler/type_chain.h"
+#include "compiler/value_check.h"
+
+namespace compiler {
+
+namespace {
+
+void JudgeWritten(Lint* lint, const xmlNode* holder, const xmlNode* type) {
+  std::set<std::string_view> values;
+  for (const xmlNode* s = FirstChild(holder, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault)) {
+    if (ArgumentOf(s) == nullptr) continue;
+    JudgeDefault(lint, s, type);
+    if (!values.insert(ArgumentOf(s)).second)
+      Error(lint, cls::kDefault, s,
+            Describe(holder) + " has the default " + Quote(ArgumentOf(s)) + " already",
+            "remove one");
+  }
+}
+
+// The nearest typedef with a default along the chain.
+const xmlNode* TypedefWithDefault(const TypeChain& chain) {
+  for (const xmlNode* definition : chain.typedefs)
+    if (FirstChild(definition, Keyword::kDefault) != nullptr) return definition;
+  return nullptr;
+}
+
+void JudgeInherited(Lint* lint, const xmlNode* holder, const xmlNode* type) {
+  const TypeChain chain = ChainOf(type);
+  if (chain.base == BuiltIn::kNone || FirstChild(type) == nullptr) return;
+  const xmlNode* definition = TypedefWithDefault(chain);
+  if (definition == nullptr) return;
+  const xmlNode* statement = FirstChild(definition, Keyword::kDefault);
+  const char* value = ArgumentOf(statement);
+  if (value == nullptr || !FaultOfValue(ChainOf(type).types[1], value, statement).empty()) return;
+  const std::string fault = FaultOfValue(type, value, statement);
+  if (fault.empty()) return;
+  Error(lint, cls::kDefault, type,
+        "the default " + Quote(value) + " of " + Describe(definition) + " " + fault + " in " +
+            Describe(holder),
+        "give it a default of its own");
+}
+
+}  // namespace
+
+void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
+  const char* value = ArgumentOf(statement);
+  if (value == nullptr) return;
+  const std::string fault = FaultOfValue(type, value, statement);
+  if (fault.empty()) return;
+  Error(lint, cls::kDefault, statement, "the default " + Quote(value) + " " + fault,
+        "write a value of type " + Quote(ArgumentOf(type) == nullptr ? "" : ArgumentOf(type)));
+}
+
+void LintDefaults(Lint* lint, const Module* file) {
+  for (const Keyword keyword : {Keyword::kTypedef, Keyword::kLeaf, Keyword::kLeafList}) {
+    ForEachStatement(file, keyword, [&](const xmlNode* s) {
+      const xmlNode* type = FirstChild(s, Keyword::kType);
+      if (type == nullptr) return;
+      if (FirstChild(s, Keyword::kDefault) != nullptr) {
+        JudgeWritten(lint, s, type);
+      } else {
+        JudgeInherited(lint, s, type);
+      }
+    });
+  }
+}
+
+}  // namespace compiler

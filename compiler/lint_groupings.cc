@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Groupings: that a `uses` names one, that none uses itself, and where refine and
+// augment inside a `uses` lead (RFC 7950, sections 7.12 and 7.13).
+#include <algorithm>
+#include <map>
+
+#include "compiler/lint_pass.h"
+#include "compiler/suggestion.h"
+
+namespace compiler {
+
+namespace {
+
+std::vector<const xmlNode*> UsedBy(const xmlNode* grouping) {
+  std::vector<const xmlNode*> used;
+  for (const xmlNode* s = NextInTree(grouping, grouping); s != nullptr;
+       s = NextInTree(grouping, s)) {
+    if (!Is(s, Keyword::kUses) || ArgumentOf(s) == nullptr) continue;
+    const xmlNode* found = FindSymbol(s, SymbolKind::kGrouping, ArgumentOf(s));
+    if (found != nullptr) used.push_back(found);
+  }
+  return used;
+}
+
+void JudgeCircle(Lint* lint, const xmlNode* grouping) {
+  std::map<const xmlNode*, bool> seen;
+  std::vector<const xmlNode*> open = UsedBy(grouping);
+  while (!open.empty()) {
+    const xmlNode* next = open.back();
+    open.pop_back();
+    if (next == grouping) {
+      Fatal(lint, cls::kGrouping, grouping, Describe(grouping) + " uses itself",
+            "take one uses of the circle away");
+      return;
+    }
+    if (!seen.emplace(next, true).second) continue;
+    for (const xmlNode* further : UsedBy(next)) open.push_back(further);
+  }
+}
+
+// ---- what refine may change
+
+struct RefineRow {
+  Keyword property;
+  std::initializer_list<Keyword> nodes;
+};
+
+// config and the texts go for every node.
+constexpr RefineRow kRefines[] = {
+    {Keyword::kDefault, {Keyword::kLeaf, Keyword::kLeafList, Keyword::kChoice}},
+    {Keyword::kMandatory, {Keyword::kLeaf, Keyword::kChoice, Keyword::kAnydata, Keyword::kAnyxml}},
+    {Keyword::kPresence, {Keyword::kContainer}},
+    {Keyword::kMinElements, {Keyword::kList, Keyword::kLeafList}},
+    {Keyword::kMaxElements, {Keyword::kList, Keyword::kLeafList}},
+    {Keyword::kMust,
+     {Keyword::kLeaf, Keyword::kLeafList, Keyword::kList, Keyword::kContainer, Keyword::kAnydata,
+      Keyword::kAnyxml}},
+    {Keyword::kIfFeature,
+     {Keyword::kLeaf, Keyword::kLeafList, Keyword::kList, Keyword::kContainer, Keyword::kAnydata,
+      Keyword::kAnyxml, Keyword::kChoice, Keyword::kCase}},
+    {Keyword::kConfig,
+     {Keyword::kLeaf, Keyword::kLeafList, Keyword::kList, Keyword::kContainer, Keyword::kAnydata,
+      Keyword::kAnyxml, Keyword::kChoice}},
+};
+
+void JudgeRefine(Lint* lint, const TargetView& refine) {
+  const SchemaNode* node = refine.target;
+  for (const RefineRow& row : kRefines) {
+    const xmlNode* property = FirstChild(refine.statement, row.property);
+    if (property == nullptr) continue;
+    if (std::find(row.nodes.begin(), row.nodes.end(), node->keyword) != row.nodes.end()) continue;
+    Error(lint, cls::kGrouping, property,
+          std::string("refine gives ") + Quote(NameOf(property)) + " to the " +
+              std::string(RowOf(node->keyword).name) + " " + Quote(node->name) +
+              ", which cannot have it",
+          "refine another node, or leave it out");
+  }
+}
+
+void JudgeTarget(Lint* lint, const TargetView& target) {
+  if (target.unknown) {
+    JudgePathPrefixes(lint, target.statement);
+    return;
+  }
+  if (target.target != nullptr) {
+    if (Is(target.statement, Keyword::kRefine)) JudgeRefine(lint, target);
+    return;
+  }
+  Suggestion near(SplitReference(target.failed).name);
+  for (const SchemaNode* child = target.reached->firstChild; child != nullptr; child = child->next)
+    near.Consider(child->name);
+  const bool refine = Is(target.statement, Keyword::kRefine);
+  (refine ? Error : Fatal)(lint, cls::kGrouping, target.statement,
+                           Describe(target.statement) + " leads nowhere: there is no " +
+                               Quote(target.failed) + " in what the grouping brings",
+                           near.Advice("name a node of the grouping, choices and cases included"));
+}
+
+}  // namespace
+
+void LintGroupings(Lint* lint, const Module* file) {
+  ForEachStatement(file, Keyword::kUses, [&](const xmlNode* s) {
+    const char* name = ArgumentOf(s);
+    if (name != nullptr) Resolve(lint, cls::kGrouping, s, SymbolKind::kGrouping, name, true);
+  });
+  ForEachStatement(file, Keyword::kGrouping, [&](const xmlNode* s) { JudgeCircle(lint, s); });
+  for (const TargetView& target : lint->view->inner)
+    if (StatementOf(target.statement)->words == file) JudgeTarget(lint, target);
+}
+
+}  // namespace compiler

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Nodes of the schema, with what groupings and refinements made of them: config and
+// mandatory, defaults of choices, numbers of entries, and where operations may stand
+// (RFC 7950, sections 7.5 to 7.16 and 7.21.1). Keys and unique have a file of their own.
+#include <algorithm>
+
+#include "compiler/argument.h"
+#include "compiler/lint_nodes.h"
+#include "compiler/lint_pass.h"
+#include "compiler/suggestion.h"
+
+namespace compiler {
+
+namespace {
+
+bool IsTrue(const SchemaNode* node, Keyword keyword) {
+  const char* value = PropertyOf(node, keyword);
+  return value != nullptr && std::string_view(value) == "true";
+}
+
+bool IsOperation(Keyword keyword) {
+  return keyword == Keyword::kRpc || keyword == Keyword::kAction ||
+         keyword == Keyword::kNotification;
+}
+
+void JudgeConfig(Lint* lint, const SchemaNode* node) {
+  const xmlNode* statement = PropertyStatement(node, Keyword::kConfig);
+  if (statement == nullptr || !IsTrue(node, Keyword::kConfig) || node->parent == nullptr) return;
+  if (ConfigOf(node->parent) != Config::kFalse) return;
+  ErrorOn(lint, cls::kConfig, node, statement,
+          Quote(node->name) + " is config true below " + Quote(node->parent->name) +
+              ", which is config false",
+          "leave the config statement out, or make the node above config true");
+}
+
+void JudgeMandatory(Lint* lint, const SchemaNode* node) {
+  if (!IsTrue(node, Keyword::kMandatory)) return;
+  const xmlNode* statement = PropertyStatement(node, Keyword::kDefault);
+  if (statement == nullptr) return;
+  ErrorOn(lint, cls::kDefault, node, statement,
+          Quote(node->name) + " is mandatory and has a default",
+          "a default is for a node that may be missing; remove one of the two");
+}
+
+void JudgeElements(Lint* lint, const SchemaNode* node) {
+  const char* least = PropertyOf(node, Keyword::kMinElements);
+  const char* most = PropertyOf(node, Keyword::kMaxElements);
+  uint64_t low = 0;
+  uint64_t high = 0;
+  if (least == nullptr || !ParseUnsigned(least, UINT32_MAX, &low)) return;
+  if (most != nullptr && ParseUnsigned(most, UINT32_MAX, &high) && high < low)
+    ErrorOn(lint, cls::kList, node, PropertyStatement(node, Keyword::kMaxElements),
+            Quote(node->name) + " has max-elements " + most + " below its min-elements " + least,
+            "swap them, or correct one");
+  const xmlNode* statement = PropertyStatement(node, Keyword::kDefault);
+  if (low > 0 && statement != nullptr)
+    ErrorOn(lint, cls::kDefault, node, statement,
+            Quote(node->name) + " has a default and a min-elements above 0",
+            "a default is for a leaf-list that may be empty; remove one of the two");
+}
+
+// A refine's default; the others are judged where they are written.
+void JudgeRefinedDefault(Lint* lint, const SchemaNode* node) {
+  if (!node->written || node->changes.empty()) return;
+  const xmlNode* type = FirstChild(node->statement, Keyword::kType);
+  if (type == nullptr) return;
+  for (const xmlNode* change : node->changes)
+    for (const xmlNode* s = FirstChild(change, Keyword::kDefault); s != nullptr;
+         s = NextSibling(s, Keyword::kDefault))
+      JudgeDefault(lint, s, type);
+}
+
+// A node below `top` that data cannot be without, choices and cases looked through.
+const SchemaNode* FindMandatory(const SchemaNode* top) {
+  for (const SchemaNode* node = top->firstChild; node != nullptr; node = node->next)
+    if (IsMandatory(node)) return node;
+  return nullptr;
+}
+
+void JudgeDefaultCase(Lint* lint, const SchemaNode* choice) {
+  const xmlNode* statement = PropertyStatement(choice, Keyword::kDefault);
+  const char* name = statement == nullptr ? nullptr : ArgumentOf(statement);
+  if (name == nullptr || !IsIdentifierRef(name, true)) return;
+  const Reference wanted = SplitReference(name);
+  const SchemaNode* found = nullptr;
+  Suggestion near(wanted.name);
+  for (const SchemaNode* node = choice->firstChild; node != nullptr; node = node->next) {
+    near.Consider(node->name);
+    if (wanted.name == node->name) found = node;
+  }
+  if (found == nullptr) {
+    if (lint->view->holes.count(choice) != 0) return;
+    ErrorOn(lint, cls::kDefault, choice, statement,
+            "choice " + Quote(choice->name) + " has no case " + Quote(name),
+            near.Advice("name one of its cases"));
+    return;
+  }
+  const SchemaNode* mandatory = FindMandatory(found);
+  if (mandatory == nullptr) return;
+  ErrorOn(lint, cls::kDefault, choice, statement,
+          "the default case " + Quote(name) + " holds the mandatory node " + Quote(mandatory->name),
+          "make another case the default, or none");
+}
+
+// The node above in which an action or notification may not stand; NULL: there is none.
+const SchemaNode* FindBarrier(const SchemaNode* node) {
+  for (const SchemaNode* above = node->parent; above != nullptr; above = above->parent) {
+    if (IsOperation(above->keyword)) return above;
+    if (above->keyword == Keyword::kList && PropertyOf(above, Keyword::kKey) == nullptr)
+      return above;
+  }
+  return nullptr;
+}
+
+void JudgeOperation(Lint* lint, const SchemaNode* node) {
+  const std::string what = std::string(RowOf(node->keyword).name) + " " + Quote(node->name);
+  if (node->parent != nullptr && node->parent->keyword == Keyword::kModule) {
+    if (node->keyword == Keyword::kAction)
+      ErrorOn(lint, cls::kStatement, node, node->statement,
+              what + " stands at the top of the module",
+              "make it an rpc, or move it into a container or list");
+    return;
+  }
+  if (node->parent != nullptr && node->parent->keyword == Keyword::kCase)
+    ErrorOn(lint, cls::kStatement, node, node->statement, what + " stands in a case",
+            "move it out of the choice");
+  const SchemaNode* barrier = FindBarrier(node);
+  if (barrier == nullptr) return;
+  const bool list = barrier->keyword == Keyword::kList;
+  ErrorOn(lint, cls::kStatement, node, node->statement,
+          what + " stands in " + (list ? "a list without key, " : "the operation ") +
+              Quote(barrier->name),
+          list ? "give the list a key" : "actions and notifications stand in data nodes only");
+}
+
+void JudgeNode(Lint* lint, const SchemaNode* node) {
+  JudgeConfig(lint, node);
+  JudgeMandatory(lint, node);
+  JudgeElements(lint, node);
+  JudgeRefinedDefault(lint, node);
+  if (node->keyword == Keyword::kChoice) JudgeDefaultCase(lint, node);
+  if (node->keyword == Keyword::kList) JudgeList(lint, node);
+  if (node->keyword == Keyword::kAction || node->keyword == Keyword::kNotification)
+    JudgeOperation(lint, node);
+}
+
+}  // namespace
+
+Config ConfigOf(const SchemaNode* node) {
+  Config config = Config::kTrue;
+  bool decided = false;
+  for (; node != nullptr; node = node->parent) {
+    if (IsOperation(node->keyword)) return Config::kNone;
+    const char* value = decided ? nullptr : PropertyOf(node, Keyword::kConfig);
+    if (value != nullptr) {
+      config = std::string_view(value) == "false" ? Config::kFalse : Config::kTrue;
+      decided = true;
+    }
+    if (node->keyword == Keyword::kGrouping && !decided) return Config::kOpen;
+  }
+  return config;
+}
+
+// Looks through containers without presence; goes no further into anything else.
+static bool HoldsMandatory(const SchemaNode* container) {
+  const SchemaNode* node = container->firstChild;
+  while (node != nullptr) {
+    const bool open = node->keyword == Keyword::kContainer;
+    if (!open && IsMandatory(node)) return true;
+    if (open && node->firstChild != nullptr &&
+        PropertyStatement(node, Keyword::kPresence) == nullptr) {
+      node = node->firstChild;
+      continue;
+    }
+    while (node != container && node->next == nullptr) node = node->parent;
+    node = node == container ? nullptr : node->next;
+  }
+  return false;
+}
+
+bool IsMandatory(const SchemaNode* node) {
+  uint64_t least = 0;
+  switch (node->keyword) {
+    case Keyword::kLeaf:
+    case Keyword::kChoice:
+    case Keyword::kAnydata:
+    case Keyword::kAnyxml:
+      return IsTrue(node, Keyword::kMandatory);
+    case Keyword::kList:
+    case Keyword::kLeafList: {
+      const char* text = PropertyOf(node, Keyword::kMinElements);
+      return text != nullptr && ParseUnsigned(text, UINT32_MAX, &least) && least > 0;
+    }
+    case Keyword::kContainer:
+      return PropertyStatement(node, Keyword::kPresence) == nullptr && HoldsMandatory(node);
+    default:
+      return false;
+  }
+}
+
+void LintNodes(Lint* lint) {
+  for (const SchemaNode* top : lint->tops)
+    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node))
+      if (IsOfModule(*lint, node)) JudgeNode(lint, node);
+}
+
+}  // namespace compiler

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// What several checks ask about a node of the schema.
+#include "compiler/lint_pass.h"
+
+namespace compiler {
+
+enum class Config : uint8_t {
+  kTrue,
+  kFalse,
+  kNone,  // in an operation or notification, where config says nothing
+  kOpen,  // in a grouping, whose use decides
+};
+
+Config ConfigOf(const SchemaNode* node);
+
+// True when data cannot be without the node: by its own statement, or, of a container
+// without presence, by what stands in it.
+bool IsMandatory(const SchemaNode* node);
+
+// Key and unique of a list.
+void JudgeList(Lint* lint, const SchemaNode* list);
+
+}  // namespace compiler

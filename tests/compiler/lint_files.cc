@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/compiler/lint_files.h"
+
+#include <gtest/gtest.h>
+
+#include "compiler/repository.h"
+#include "compiler/session.h"
+
+namespace compiler {
+
+LintRun LintFiles(const std::vector<std::string>& operands, const std::vector<std::string>& folders,
+                  const std::vector<std::string>& classes) {
+  LintRun run;
+  run.session = OpenSession();
+  Repository repository;
+  repository.session = run.session.get();
+  repository.report = &run.report;
+  for (const std::string& folder : folders)
+    EXPECT_TRUE(AddSearchFolder(&repository, folder, false)) << folder;
+  std::vector<Module*> modules;
+  for (Module* module : OpenOperands(&repository, operands))
+    if (module != nullptr) modules.push_back(module);
+  LintOptions options;
+  for (const std::string& name : classes) EXPECT_TRUE(SetLintClass(&options, name)) << name;
+  LintModules(run.session.get(), modules, &run.report);
+  SettleFindings(*run.session, options, &run.report);
+  return run;
+}
+
+}  // namespace compiler
