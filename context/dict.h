@@ -13,6 +13,12 @@ void ReleaseText(QmDict* dict, const char** field);
 // unchanged, when `text` is NULL or memory runs out.
 bool InternText(QmDict* dict, const char** field, const char* text);
 
+// Interns `text`, or nothing when it is NULL: what is not there is not there in a copy
+// either. False when memory runs out.
+inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
+  return text == nullptr || InternText(dict, field, text);
+}
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Makes an empty dictionary. 0, or 1 without memory.

@@ -9,8 +9,8 @@
 #include "platform/string.h"
 
 static bool IsIdentChar(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
-         c == '.' || c == '_';
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '-' || c == '.' ||
+         c == '_';
 }
 
 static bool EndsStep(char c) {
@@ -39,7 +39,7 @@ uint32_t QM_UTL_ConsumeIdentNameFromTail(const char* str, uint32_t len) {
 
 // Deliberate: a carriage return is not skipped.
 const char* QM_UTL_ConsumeAllSpaceChar(const char* str) {
-  while (*str == ' ' || *str == '\t' || *str == '\n') ++str;
+  while (IsBlank(*str)) ++str;
   return str;
 }
 

@@ -16,10 +16,6 @@ constexpr RtkAvl3TreeInfo kModRelTreeInfo = {QM_CTX_CompareModRelationTbl,
                                              offsetof(QmCtxModRelTbl, modName),
                                              offsetof(QmCtxModRelTbl, link)};
 
-static QmCtxModRelItem* ItemOf(QmListLink* link) {
-  return static_cast<QmCtxModRelItem*>(static_cast<void*>(link));
-}
-
 int32_t QM_CTX_CompareModRelationTbl(const void* keyA, const void* keyB) {
   if (keyA == keyB) return 0;
   return RTK_StrCmp(static_cast<const char*>(keyA), static_cast<const char*>(keyB));
@@ -54,7 +50,7 @@ static void FreeItem(QmDict* dict, QmCtxModRelItem* item) {
 void QM_CTX_DeleteModRelationTbl(QmCtx* ctx, QmCtxModRelTbl* tbl) {
   if (ctx == nullptr || tbl == nullptr) return;
   RTK_AVL3_Delete(&ctx->modRelTree, tbl);
-  while (!ListIsEmpty(&tbl->items)) FreeItem(tbl->dict, ItemOf(tbl->items.next));
+  while (!ListIsEmpty(&tbl->items)) FreeItem(tbl->dict, RecordOf<QmCtxModRelItem>(tbl->items.next));
   ReleaseText(tbl->dict, &tbl->modName);
   g_qmMemFreeFunc(tbl);
 }
@@ -89,7 +85,7 @@ QmCtxModRelItem* QM_CTX_AddModRelationItem(QmCtxModRelTbl* tbl, uint32_t relType
 
 static QmCtxModRelItem* FindItem(QmCtxModRelTbl* tbl, const char* srcModName, uint32_t relType) {
   for (QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
-    QmCtxModRelItem* item = ItemOf(link);
+    QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     if (item->relType == relType && item->srcModName == srcModName) return item;
   }
   return nullptr;
@@ -146,7 +142,7 @@ static uint32_t WriteDepModsOf(QmCtx* ctx, const char* modName, uint32_t relType
   QmCtxModRelTbl* tbl = QM_CTX_FindModRelationTbl(ctx, modName);
   if (tbl == nullptr) return QM_OK;
   for (QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
-    const QmCtxModRelItem* item = ItemOf(link);
+    const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     if (item->relType != relType) continue;
     const uint32_t ret = QM_CTX_WriteOneDepModIntoNameHolder(holder, item->srcModName);
     if (ret != QM_OK) return ret;

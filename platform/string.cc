@@ -36,14 +36,6 @@ const char* RTK_StrStr(const char* str, const char* sub) {
   return std::strstr(str, sub);
 }
 
-static bool IsSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-static bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // The exponent of a number whose form is known to be right. One that does not
 // fit counts as larger than any number of digits.
 static int64_t ReadExponent(const char* str, const char* end) {

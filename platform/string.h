@@ -5,6 +5,21 @@
 
 // Texts are NUL-terminated bytes and never NULL here; the locale plays no part.
 
+// Characters, by ASCII alone.
+inline bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// What separates the words of a YANG argument here: a carriage return does not.
+inline bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\n';
+}
+
+// White space of XML and XPath.
+inline bool IsSpace(char c) {
+  return IsBlank(c) || c == '\r';
+}
+
 extern "C" {
 // Byte-wise compare: negative, 0 or positive. The second looks at `n` bytes at most.
 int32_t RTK_StrCmp(const char* a, const char* b);

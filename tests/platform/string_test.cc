@@ -108,3 +108,15 @@ TEST(StrToFloat, DecimalPointDoesNotDependOnTheLocale) {
   EXPECT_NE(0u, RTK_StrToFloat("1,5", &value));
   std::setlocale(LC_ALL, "C");
 }
+
+TEST(CharacterClass, ACarriageReturnIsWhiteSpaceButNoBlank) {
+  std::string digits, blanks, spaces;
+  for (int c = 1; c < 256; ++c) {
+    if (IsDigit(static_cast<char>(c))) digits += static_cast<char>(c);
+    if (IsBlank(static_cast<char>(c))) blanks += static_cast<char>(c);
+    if (IsSpace(static_cast<char>(c))) spaces += static_cast<char>(c);
+  }
+  EXPECT_EQ("0123456789", digits);
+  EXPECT_EQ("\t\n ", blanks);
+  EXPECT_EQ("\t\n\r ", spaces);
+}
