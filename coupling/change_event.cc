@@ -91,7 +91,7 @@ uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uin
   for (QmListLink* link = tbl->items.next; link != &tbl->items; link = next) {
     // Read first: a handler may add items at the head, which this walk leaves out.
     next = link->next;
-    const auto* item = static_cast<const QmCtxModRelItem*>(static_cast<const void*>(link));
+    const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     const QmsCoupleEvtFunc handler = QMS_MOD_GetCoupleEvtProcFunc(item->relType, event);
     if (handler != nullptr) static_cast<void>(handler(ctx, moduleName, item->srcModName, arg));
   }

@@ -15,12 +15,6 @@
 #include "platform/string.h"
 #include "schema/records.h"
 
-// The links stand first in their records.
-template <typename Record>
-static Record* RecordOf(QmListLink* link) {
-  return static_cast<Record*>(static_cast<void*>(link));
-}
-
 static QmsModPendNode* NodeOrEnd(const QmsModPendTbl* tbl, QmListLink* link) {
   return link == &tbl->nodes ? nullptr : RecordOf<QmsModPendNode>(link);
 }

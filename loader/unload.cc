@@ -18,6 +18,7 @@
 #include <qmodel/loader.h>
 #include <qmodel/schema.h>
 
+#include "context/list.h"
 #include "context/load_error.h"
 #include "context/relation.h"
 #include "coupling/change_event.h"
@@ -28,11 +29,6 @@
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/target_path.h"
-
-// Relation items stand in their list by their first member.
-static const QmCtxModRelItem* ItemOf(const QmListLink* link) {
-  return static_cast<const QmCtxModRelItem*>(static_cast<const void*>(link));
-}
 
 static uint32_t AppendUnlessPending(QmsModPendTbl* tbl, const char* name) {
   if (QMS_LOADER_FindModPendNodeByName(tbl, name) != nullptr) return QM_OK;
@@ -71,7 +67,7 @@ extern "C" {
 uint32_t QMS_LOADER_CheckRelTblHaveDevByWithSameName(const QmCtxModRelTbl* tbl,
                                                      const char* srcModName) {
   for (const QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
-    const QmCtxModRelItem* item = ItemOf(link);
+    const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     if (item->relType == QM_RELATION_DEVIATION && item->srcModName == srcModName) return 0;
   }
   return 1;
@@ -83,7 +79,7 @@ uint32_t QMS_LOADER_IsAugAndRmvModShareSameDevaition(QmCtx* ctx, const char* aug
   const QmCtxModRelTbl* rmvTbl = QM_CTX_FindModRelationTbl(ctx, module->name);
   if (augTbl == nullptr || rmvTbl == nullptr) return 0;
   for (const QmListLink* link = rmvTbl->items.next; link != &rmvTbl->items; link = link->next) {
-    const QmCtxModRelItem* item = ItemOf(link);
+    const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     if (item->relType != QM_RELATION_DEVIATION) continue;
     if (QMS_LOADER_CheckRelTblHaveDevByWithSameName(augTbl, item->srcModName) == 0) return 1;
   }
@@ -94,7 +90,7 @@ uint32_t QMS_LOADER_UpdateIndirectDeviatedMod(QmCtx* ctx, QmsModule* module, Qms
   const QmCtxModRelTbl* rel = QM_CTX_FindModRelationTbl(ctx, module->name);
   if (rel == nullptr) return QM_OK;
   for (const QmListLink* link = rel->items.next; link != &rel->items; link = link->next) {
-    const QmCtxModRelItem* item = ItemOf(link);
+    const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     if (item->relType != QM_RELATION_AUGMENT) continue;
     // The relation of a module that lost its augment to a deviation outlives the
     // module; what is not loaded must not come back from an unload.
@@ -176,7 +172,7 @@ uint32_t QMS_LOADER_EnableReloadModFeature(QmCtx* ctx, QmsModPendNode* node) {
   if (module == nullptr) return QM_NOT_FOUND;
   uint32_t ret = QM_OK;
   for (QmListLink* link = node->featPends.next; link != &node->featPends; link = link->next) {
-    const auto* feature = static_cast<const QmsModFeatPend*>(static_cast<const void*>(link));
+    const auto* feature = RecordOf<QmsModFeatPend>(link);
     ret |= QM_MOD_EnableFeature(module, feature->featName);
   }
   return ret;

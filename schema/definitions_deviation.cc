@@ -2,6 +2,7 @@
 // Deviations and their deviates (RFC 7950 section 7.20.3) as a module keeps
 // them: what is to be changed at which target. Here they are only stored, copied
 // and compared; applying them is a matter of their own.
+#include "context/dict.h"
 #include "schema/definitions.h"
 #include "schema/ext_inst.h"
 #include "schema/module.h"

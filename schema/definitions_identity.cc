@@ -2,6 +2,7 @@
 // Features, identities with their bases, and extension definitions (RFC 7950
 // sections 7.20.1, 7.18 and 7.19). Two definitions are compared by the pointers
 // of their interned texts, so both must come from one context.
+#include "context/dict.h"
 #include "schema/definitions.h"
 #include "schema/module.h"
 #include "schema/node_array.h"

@@ -5,6 +5,7 @@
 // typedef is looked up by name, with the same result.
 #include <qmodel/schema.h>
 
+#include "context/dict.h"
 #include "schema/definitions.h"
 #include "schema/module.h"
 #include "schema/node.h"

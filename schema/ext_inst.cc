@@ -6,6 +6,7 @@
 // of the statements in one document and so at most 256 deep.
 #include "schema/ext_inst.h"
 
+#include "context/dict.h"
 #include "schema/inherit.h"
 #include "schema/record_array.h"
 

@@ -10,13 +10,12 @@
 #include "schema/node.h"
 #include "schema/node_walk.h"
 
-static constexpr uint32_t kKeyNameSize = 65;
 static constexpr uint8_t kMaxKeyCount = UINT8_MAX;
 
 // Takes the name at *text into `name` and moves *text behind it.
-static bool TakeKeyName(const char** text, char (&name)[kKeyNameSize]) {
+static bool TakeKeyName(const char** text, char (&name)[kQmsNameSize]) {
   const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(*text);
-  if (length == 0 || length >= kKeyNameSize) return false;
+  if (length == 0 || length >= kQmsNameSize) return false;
   memcpy(name, *text, length);
   name[length] = '\0';
   *text += length;
@@ -33,7 +32,7 @@ static bool MarkKeyLeaf(QmsNode* list, const char* name) {
 uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uint8_t* keyCount) {
   if (keyText == nullptr) return QM_OK;
   if (list == nullptr || list->firstChild == nullptr || keyCount == nullptr) return QM_INVALID;
-  char name[kKeyNameSize];
+  char name[kQmsNameSize];
   for (const char* text = QM_UTL_ConsumeAllSpaceChar(keyText); *text != '\0';
        text = QM_UTL_ConsumeAllSpaceChar(text)) {
     if (*keyCount == kMaxKeyCount) return QM_MINUS_ONE;

@@ -19,17 +19,15 @@
 #include "schema/node_walk.h"
 #include "schema/target_path.h"
 
-static constexpr uint32_t kStepNameSize = 65;
-
 namespace {
 struct PathStep {
-  char qualifier[kStepNameSize];
-  char name[kStepNameSize];
+  char qualifier[kQmsNameSize];
+  char name[kQmsNameSize];
 };
 
 // A target path, split at the last step that names a module.
 struct SplitTarget {
-  char moduleName[kStepNameSize];
+  char moduleName[kQmsNameSize];
   char* head;  // owned; NULL when that step is the first
   char* tail;  // owned
 };

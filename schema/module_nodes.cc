@@ -5,6 +5,7 @@
 
 #include <iterator>
 
+#include "context/table.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node_link.h"
@@ -28,14 +29,8 @@ static constexpr KindList kListOfKind[] = {
     {QMS_NODE_AUGMENT, &kAugmentList},
 };
 
-static consteval bool RowsStandAtTheirKind() {
-  for (size_t i = 0; i < std::size(kListOfKind); ++i) {
-    if (kListOfKind[i].kind != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kListOfKind) == QMS_NODE_KIND_COUNT, "one row per node kind");
-static_assert(RowsStandAtTheirKind(), "a row's index is its node kind");
+static_assert(RowsStandAtTheir<&KindList::kind>(kListOfKind), "a row's index is its node kind");
 
 // What a client sees as the contents of a module, in the order of scans.
 static constexpr QmsNode* QmsModule::*kOwnLists[] = {&QmsModule::dataNodes, &QmsModule::rpcNodes,

@@ -2,6 +2,7 @@
 // The must statements of nodes and deviates (RFC 7950 section 7.5.3). A must is
 // set as long as it has a condition: a deviation clears the ones that it
 // deletes, and the rest is compacted afterwards.
+#include "context/dict.h"
 #include "schema/node_array.h"
 #include "schema/record_array.h"
 

@@ -12,6 +12,7 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
+#include "context/table.h"
 #include "platform/string.h"
 #include "schema/ext_inst.h"
 #include "schema/node_array.h"
@@ -47,14 +48,8 @@ static constexpr NodeKindRow kNodeKinds[] = {
     {QMS_NODE_AUGMENT, QMS_STMT_AUGMENT, 0, nullptr},
 };
 
-static consteval bool RowsStandAtTheirKind() {
-  for (uint32_t i = 0; i < std::size(kNodeKinds); ++i) {
-    if (kNodeKinds[i].kind != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kNodeKinds) == QMS_NODE_KIND_COUNT, "one row per kind");
-static_assert(RowsStandAtTheirKind(), "a row's index is its kind");
+static_assert(RowsStandAtTheir<&NodeKindRow::kind>(kNodeKinds), "a row's index is its kind");
 
 static const NodeKindRow& KindRow(uint32_t kind) {
   return kNodeKinds[kind < std::size(kNodeKinds) ? kind : 0];

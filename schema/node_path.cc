@@ -18,7 +18,6 @@
 #include "schema/node.h"
 
 static constexpr uint32_t kPathSize = 3096;
-static constexpr uint32_t kNameSize = 65;
 
 namespace {
 // One step of a path, "/name" or "/module:name".
@@ -91,9 +90,9 @@ char* QMS_NODE_PrintPath(QmsNode* node) {
 
 char* QMS_MOD_ConvertPrefixValToJsonFormat(QmsModule* module, const char* text) {
   if (module == nullptr || text == nullptr) return nullptr;
-  char prefix[kNameSize];
-  char value[kNameSize];
-  if (QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kNameSize, value, kNameSize) != QM_OK) {
+  char prefix[kQmsNameSize];
+  char value[kQmsNameSize];
+  if (QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kQmsNameSize, value, kQmsNameSize) != QM_OK) {
     return nullptr;
   }
   const char* moduleName =

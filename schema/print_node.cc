@@ -7,6 +7,7 @@
 
 #include <qmodel/error.h>
 
+#include "context/table.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
 #include "schema/print_tree.h"
@@ -210,14 +211,8 @@ static constexpr LineRow kLines[] = {
     {QMS_NODE_AUGMENT, PrintAugment},
 };
 
-static consteval bool LinesStandAtTheirKind() {
-  for (uint32_t i = 0; i < std::size(kLines); ++i) {
-    if (kLines[i].kind != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kLines) == QMS_NODE_KIND_COUNT, "one row per kind");
-static_assert(LinesStandAtTheirKind(), "a row's index is its kind");
+static_assert(RowsStandAtTheir<&LineRow::kind>(kLines), "a row's index is its kind");
 
 uint32_t PrintNodeLine(const QmsNode* node, QmsPrintPara* para) {
   if (node->kind >= std::size(kLines) || kLines[node->kind].print == nullptr) return QM_INVALID;

@@ -11,11 +11,6 @@
 // A zero-filled element is valid everywhere, and so is a NULL array beside a
 // count: a failed replacement leaves one behind.
 
-// Interns `text`, or nothing when it is NULL. False when memory runs out.
-inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
-  return text == nullptr || InternText(dict, field, text);
-}
-
 // Interns both texts or none.
 inline bool InternBoth(QmDict* dict, const char** fieldA, const char* textA, const char** fieldB,
                        const char* textB) {

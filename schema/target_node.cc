@@ -2,16 +2,15 @@
 // The node that a path names, across modules: the path is cut at the last step that
 // names a module, which is asked for the rest.
 #include "context/guard.h"
+#include "context/records.h"
 #include "schema/lookup.h"
 #include "schema/module_registry.h"
 #include "schema/target_path.h"
 
-constexpr size_t kModNameSize = 65;
-
 QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
   if (augment != nullptr) *augment = nullptr;
   if (ctx == nullptr || path == nullptr) return nullptr;
-  char modName[kModNameSize] = "";
+  char modName[kQmsNameSize] = "";
   char* parentPath = nullptr;
   char* lastPart = nullptr;
   const uint32_t ret =

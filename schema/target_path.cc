@@ -20,7 +20,6 @@
 
 namespace {
 
-constexpr uint32_t kNameSize = 65;  // 64 characters and the NUL
 constexpr uint32_t kPathSize = 3096;
 
 // Text under construction in a buffer of the caller, always NUL-terminated.
@@ -63,7 +62,8 @@ uint32_t QM_XPATH_UpdateCurrentXpathModName(QmsModule* module, const char* prefi
 static uint32_t WriteStep(QmsModule* module, PathWriter* writer, char* lastPrefix,
                           const char* prefix, const char* node) {
   if (RTK_StrCmp(node, "..") != 0 && QM_XPATH_NeedAppendModifiedModName(lastPrefix, prefix) != 0) {
-    const uint32_t ret = QM_XPATH_UpdateCurrentXpathModName(module, prefix, lastPrefix, kNameSize);
+    const uint32_t ret =
+        QM_XPATH_UpdateCurrentXpathModName(module, prefix, lastPrefix, kQmsNameSize);
     if (ret != QM_OK) return ret;
     const char* moduleName = QMS_MOD_GetModuleNameByPrefix(module, lastPrefix);
     if (moduleName == nullptr) return QM_INVALID;
@@ -76,16 +76,16 @@ uint32_t QM_XPATH_GetJsonFormatXpath(QmsModule* module, const char* path, char* 
                                      uint32_t outSize) {
   if (module == nullptr || path == nullptr || out == nullptr || outSize == 0) return QM_INVALID;
   PathWriter writer = {out, outSize, 0};
-  char lastPrefix[kNameSize] = "";
-  char prefix[kNameSize] = "";
-  char node[kNameSize] = "";
+  char lastPrefix[kQmsNameSize] = "";
+  char prefix[kQmsNameSize] = "";
+  char node[kQmsNameSize] = "";
   *out = '\0';
   while (*path != '\0') {
     if (*path == '/') {
       if (!Write(&writer, "/")) return QM_INVALID;
       ++path;
     }
-    path = QM_UTL_GetXPathNextPredicatedPrefixNode(path, prefix, kNameSize, node, kNameSize);
+    path = QM_UTL_GetXPathNextPredicatedPrefixNode(path, prefix, kQmsNameSize, node, kQmsNameSize);
     if (path == nullptr) return QM_INVALID;
     const uint32_t ret = WriteStep(module, &writer, lastPrefix, prefix, node);
     if (ret != QM_OK) return ret;

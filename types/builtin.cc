@@ -4,6 +4,8 @@
 
 #include <iterator>
 
+#include "context/table.h"
+
 namespace {
 struct BuiltInRow {
   uint32_t id;
@@ -46,14 +48,8 @@ static constexpr BuiltInRow kBuiltIns[] = {
     {QMT_BASE_UNION, "union", kNoLimits},
 };
 
-static consteval bool RowsStandAtTheirId() {
-  for (uint32_t i = 0; i < std::size(kBuiltIns); ++i) {
-    if (kBuiltIns[i].id != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kBuiltIns) == QMT_BASE_COUNT, "one row per built-in type");
-static_assert(RowsStandAtTheirId(), "a row's index is its built-in type");
+static_assert(RowsStandAtTheir<&BuiltInRow::id>(kBuiltIns), "a row's index is its built-in type");
 
 const char* BuiltInTypeName(uint32_t baseType) {
   return baseType < QMT_BASE_COUNT ? kBuiltIns[baseType].name : nullptr;

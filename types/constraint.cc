@@ -14,8 +14,10 @@
 #include <qmodel/context.h>
 
 #include "context/array.h"
+#include "context/dict.h"
 #include "context/guard.h"
 #include "context/memory.h"
+#include "context/table.h"
 #include "types/item_body.h"
 #include "types/type.h"
 
@@ -37,8 +39,8 @@ static void* CopyDerived(QmDict* dict, const void* body) {
   const auto* src = static_cast<const QmtConsDerived*>(body);
   auto* copy = NewRecord<QmtConsDerived>();
   if (copy == nullptr) return nullptr;
-  if (CopyText(dict, &copy->moduleName, src->moduleName) &&
-      CopyText(dict, &copy->typedefName, src->typedefName)) {
+  if (InternOptional(dict, &copy->moduleName, src->moduleName) &&
+      InternOptional(dict, &copy->typedefName, src->typedefName)) {
     return copy;
   }
   DestroyDerived(dict, copy);
@@ -51,8 +53,8 @@ static void ReleaseBase(QmDict* dict, QmtIdentRef* item) {
 }
 
 static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
-  return CopyText(dict, &copy->moduleName, src->moduleName) &&
-         CopyText(dict, &copy->identityName, src->identityName);
+  return InternOptional(dict, &copy->moduleName, src->moduleName) &&
+         InternOptional(dict, &copy->identityName, src->identityName);
 }
 
 static void* CreateBases(uint32_t itemCount, uint32_t) {
@@ -70,7 +72,7 @@ static void ReleaseBit(QmDict* dict, QmtBit* item) {
 
 static bool CopyBit(QmDict* dict, QmtBit* copy, const QmtBit* src) {
   copy->position = src->position;
-  return CopyText(dict, &copy->name, src->name);
+  return InternOptional(dict, &copy->name, src->name);
 }
 
 static void* CreateBits(uint32_t itemCount, uint32_t) {
@@ -87,7 +89,7 @@ static void ReleaseEnum(QmDict* dict, QmtEnum* item) {
 
 static bool CopyEnum(QmDict* dict, QmtEnum* copy, const QmtEnum* src) {
   copy->value = src->value;
-  return CopyText(dict, &copy->name, src->name);
+  return InternOptional(dict, &copy->name, src->name);
 }
 
 static void DestroyEnums(QmDict* dict, void* body) {
@@ -112,7 +114,7 @@ static bool CopyDescriptions(QmDict* dict, QmtConsEnum* copy, const QmtConsEnum*
   if (src->descriptions == nullptr) return true;
   if (NewArrayOf(&copy->descriptions, src->count) != QM_OK) return false;
   for (uint32_t i = 0; i < src->count; ++i) {
-    if (!CopyText(dict, &copy->descriptions[i], src->descriptions[i])) return false;
+    if (!InternOptional(dict, &copy->descriptions[i], src->descriptions[i])) return false;
   }
   return true;
 }
@@ -183,7 +185,7 @@ static void* CopyPath(QmDict* dict, const void* body) {
   auto* copy = NewRecord<QmtConsPath>();
   if (copy == nullptr) return nullptr;
   copy->requireInstance = src->requireInstance;
-  if (CopyText(dict, &copy->path, src->path)) return copy;
+  if (InternOptional(dict, &copy->path, src->path)) return copy;
   DestroyPath(dict, copy);
   return nullptr;
 }
@@ -194,7 +196,7 @@ static void ReleasePattern(QmDict* dict, QmtPattern* item) {
 
 static bool CopyPattern(QmDict* dict, QmtPattern* copy, const QmtPattern* src) {
   copy->invertMatch = src->invertMatch;
-  return CopyText(dict, &copy->pattern, src->pattern);
+  return InternOptional(dict, &copy->pattern, src->pattern);
 }
 
 static void* CreatePatterns(uint32_t itemCount, uint32_t) {
@@ -263,14 +265,8 @@ static constexpr KindRow kKinds[] = {
     {QMT_CONS_UNION, CreateUnion, DestroyUnion, CopyUnion},
 };
 
-static consteval bool RowsStandAtTheirKind() {
-  for (uint32_t i = 0; i < std::size(kKinds); ++i) {
-    if (kKinds[i].kind != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kKinds) == QMT_CONS_COUNT, "one row per constraint kind");
-static_assert(RowsStandAtTheirKind(), "a row's index is its constraint kind");
+static_assert(RowsStandAtTheir<&KindRow::kind>(kKinds), "a row's index is its constraint kind");
 
 // The operation of a kind, NULL for a kind that is none.
 template <auto Operation>

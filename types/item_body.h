@@ -9,11 +9,6 @@
 
 // Constraint bodies that are a counted array of items: bases, bits, enums, patterns.
 
-// Interns a copy of `text`; a text that is not there is not there in the copy either.
-inline bool CopyText(QmDict* dict, const char** field, const char* text) {
-  return text == nullptr || InternText(dict, field, text);
-}
-
 template <typename Body>
 Body* NewItemBody(uint32_t itemCount) {
   if (itemCount > kMaxArrayCount) return nullptr;

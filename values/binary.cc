@@ -9,10 +9,6 @@ constexpr size_t kGroupChars = 4;
 constexpr size_t kGroupBytes = 3;
 constexpr uint32_t kMaxPadding = 2;
 
-static bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n';
-}
-
 static size_t TrimmedLength(const char* text) {
   size_t length = RTK_StrLen(text);
   while (length != 0 && IsBlank(text[length - 1])) --length;
@@ -21,8 +17,7 @@ static size_t TrimmedLength(const char* text) {
 
 // Written out, so that the locale of the client has no say.
 static bool IsBase64Data(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
-         c == '/';
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '+' || c == '/';
 }
 
 // Counts the padding; false for data after padding, or too much padding. Deliberate: any

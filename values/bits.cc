@@ -8,17 +8,17 @@
 #include "context/array.h"
 #include "context/guard.h"
 #include "context/path_scan.h"
+#include "context/records.h"
 #include "platform/string.h"
 #include "types/type.h"
 #include "values/type_check.h"
 #include "values/value_check.h"
 
 constexpr uint16_t kMaxBitNames = 129;
-constexpr uint32_t kBitNameSize = 65;
 
 namespace {
 struct BitName {
-  char text[kBitNameSize];
+  char text[kQmsNameSize];
 };
 
 // The names of one value.
@@ -37,7 +37,7 @@ static bool HoldsName(const BitNames* names, const char* name) {
 }
 
 static bool AppendName(BitNames* names, const char* text, uint32_t length) {
-  if (length == 0 || length >= kBitNameSize || names->used >= names->capacity) return false;
+  if (length == 0 || length >= kQmsNameSize || names->used >= names->capacity) return false;
   BitName* slot = &names->names[names->used];
   std::memcpy(slot->text, text, length);
   if (HoldsName(names, slot->text)) return false;

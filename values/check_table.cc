@@ -6,6 +6,7 @@
 
 #include <iterator>
 
+#include "context/table.h"
 #include "values/range.h"
 #include "values/value_check.h"
 
@@ -38,14 +39,8 @@ static constexpr KindRow kKinds[] = {
     {QMT_CONS_UNION, QMT_CONS_ValidateValueNodeAgainstDataUnion, nullptr, nullptr},
 };
 
-static consteval bool RowsStandAtTheirKind() {
-  for (uint32_t i = 0; i < std::size(kKinds); ++i) {
-    if (kKinds[i].kind != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kKinds) == QMT_CONS_COUNT, "one row per constraint kind");
-static_assert(RowsStandAtTheirKind(), "a row's index is its constraint kind");
+static_assert(RowsStandAtTheir<&KindRow::kind>(kKinds), "a row's index is its constraint kind");
 
 // The operation of a kind, NULL for a kind that is none.
 template <auto Operation>
@@ -76,14 +71,8 @@ static constexpr BuiltInRow kBuiltIns[] = {
     {QMT_BASE_UNION, nullptr},
 };
 
-static consteval bool RowsStandAtTheirId() {
-  for (uint32_t i = 0; i < std::size(kBuiltIns); ++i) {
-    if (kBuiltIns[i].id != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kBuiltIns) == QMT_BASE_COUNT, "one row per built-in type");
-static_assert(RowsStandAtTheirId(), "a row's index is its built-in type");
+static_assert(RowsStandAtTheir<&BuiltInRow::id>(kBuiltIns), "a row's index is its built-in type");
 
 QmtConsValidateFunc QMT_CONS_GetConsDataValueRestricationCheckFunc(uint32_t kind) {
   return OperationOf<&KindRow::validate>(kind);

@@ -8,6 +8,7 @@
 // rewritten number inside its buffer whatever the length of the literal.
 #include "context/integer.h"
 #include "context/path_scan.h"
+#include "platform/string.h"
 #include "values/range.h"
 #include "values/value_check.h"
 
@@ -26,10 +27,6 @@ static_assert(1 + kMaxDigits < kBufferSize, "a sign, all digits and the terminat
 
 static void Put(ScaledText* out, char c) {
   out->text[out->used++] = c;
-}
-
-static bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // Copies at most `limit` digits and gives the place after them; NULL when there are more.

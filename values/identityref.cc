@@ -15,6 +15,7 @@
 
 #include "context/array.h"
 #include "context/memory.h"
+#include "context/records.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"
@@ -23,14 +24,13 @@
 #include "values/value_check.h"
 
 constexpr uint32_t kMaxBaseDepth = 128;
-constexpr uint32_t kModuleNameSize = 65;
 constexpr size_t kMaxPrefix = 1024;
 constexpr uint32_t kInlineVisits = 16;
 
 namespace {
 // The two parts of a value.
 struct IdentityName {
-  char module[kModuleNameSize];
+  char module[kQmsNameSize];
   const char* name;  // inside the value; not empty
 };
 }  // namespace

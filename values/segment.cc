@@ -11,6 +11,8 @@
 
 #include <iterator>
 
+#include "context/table.h"
+
 QmtGenericSeg ResolveMinMax(const QmtGenericSeg& seg, const QmtGenericSeg& limits) {
   QmtGenericSeg out = seg;
   const uint32_t flags = seg.segFlags;
@@ -165,14 +167,8 @@ static constexpr RangeRow kRangeRows[] = {
     {QMT_BASE_UNION, kNoLayout},
 };
 
-static consteval bool RowsStandAtTheirId() {
-  for (uint32_t i = 0; i < std::size(kRangeRows); ++i) {
-    if (kRangeRows[i].id != i) return false;
-  }
-  return true;
-}
 static_assert(std::size(kRangeRows) == QMT_BASE_COUNT, "one row per built-in type");
-static_assert(RowsStandAtTheirId(), "a row's index is its built-in type");
+static_assert(RowsStandAtTheir<&RangeRow::id>(kRangeRows), "a row's index is its built-in type");
 
 const QmtSegLayout* RangeLayout(uint32_t baseType) {
   if (baseType >= QMT_BASE_COUNT || kRangeRows[baseType].layout.size == 0) return nullptr;

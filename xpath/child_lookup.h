@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
+#include "context/records.h"
 
 // Conditions name children ("../limit"), and each lookup goes through the
 // siblings from the first one. A list whose 100,000 entries all ask their parent
@@ -16,8 +17,8 @@
 // One kept answer. A free slot has no parent.
 struct QmdChildAnswer {
   const xmlNode* parent;
-  xmlNode* child;  // NULL: there is no such child
-  char name[65];   // longer names are not kept
+  xmlNode* child;           // NULL: there is no such child
+  char name[kQmsNameSize];  // longer names are not kept
 };
 
 // The number of one element's text. A free slot has no element.

@@ -4,6 +4,7 @@
 #include <qmodel/error.h>
 
 #include "context/path_scan.h"
+#include "context/records.h"
 #include "xpath/child_lookup.h"
 #include "xpath/eval.h"
 #include "xpath/object.h"
@@ -15,7 +16,6 @@
 
 namespace {
 
-constexpr uint32_t kNameSize = 65;             // 64 characters and the NUL
 constexpr uint32_t kMaxNameTest = 2 * 64 + 1;  // prefix, ":" and name
 
 }  // namespace
@@ -98,18 +98,18 @@ uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* ind
 // a name that is too long, or none after the prefix. A wildcard stands for itself.
 static bool LocalNameOf(const QmXpathExpr* expr, const QmXpathToken* token, char* name) {
   char text[kMaxNameTest + 1] = "";
-  char prefix[kNameSize] = "";
+  char prefix[kQmsNameSize] = "";
   if (token->length > kMaxNameTest) return false;
   std::memcpy(text, expr->text + token->start, token->length);
   if (text[token->length - 1] == '*') {
     std::memcpy(name, "*", 2);
     return true;
   }
-  return QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kNameSize, name, kNameSize) == QM_OK;
+  return QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kQmsNameSize, name, kQmsNameSize) == QM_OK;
 }
 
 uint32_t QM_XPATH_EvalNameTest(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  char name[kNameSize] = "";
+  char name[kQmsNameSize] = "";
   xmlNode* node = QM_XPATH_GetStackTopObjNode(ctx->objStack);
   if (node != nullptr) {
     const bool named = LocalNameOf(expr, &expr->tokens[*index], name);

@@ -9,6 +9,7 @@
 
 #include "context/guard.h"
 #include "context/path_scan.h"
+#include "context/records.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/records.h"
@@ -21,7 +22,6 @@
 
 namespace {
 
-constexpr uint32_t kNameSize = 65;  // 64 characters and the NUL
 constexpr uint32_t kMaxFunctionName = 20;
 
 struct FunctionRow {
@@ -37,8 +37,8 @@ constexpr FunctionRow g_qmXpathFuncTbl[] = {
 
 // An identity as a condition or a value names it.
 struct IdentityName {
-  char module[kNameSize];
-  char name[kNameSize];
+  char module[kQmsNameSize];
+  char name[kQmsNameSize];
 };
 
 }  // namespace
@@ -64,8 +64,8 @@ static QmsNode* SchemaNodeOf(const xmlNode* node) {
 }
 
 static bool SplitIdentity(const char* text, IdentityName* out) {
-  return QM_UTL_GetXPathNextPrefixAndNode(text, out->module, kNameSize, out->name, kNameSize) ==
-         QM_OK;
+  return QM_UTL_GetXPathNextPrefixAndNode(text, out->module, kQmsNameSize, out->name,
+                                          kQmsNameSize) == QM_OK;
 }
 
 static bool NamesIdentity(const IdentityName* wanted, const char* module, const char* name) {
@@ -86,7 +86,7 @@ static uint32_t ReadWantedIdentity(const char* argument, const QmsNode* schemaNo
   const char* own = QM_MOD_GetModuleName(schemaNode->module);
   if (own == nullptr) return QM_INVALID;
   const size_t length = RTK_StrLen(own);
-  if (length >= kNameSize) return QM_INVALID;
+  if (length >= kQmsNameSize) return QM_INVALID;
   std::memcpy(wanted->module, own, length + 1);
   return QM_OK;
 }

@@ -8,6 +8,7 @@
 #include "context/array.h"
 #include "context/guard.h"
 #include "context/memory.h"
+#include "context/table.h"
 #include "platform/string.h"
 
 // Splits an XPath text into tokens (XPath 1.0 section 3.7) in one pass from left
@@ -92,23 +93,10 @@ constexpr ExprTypeRow kExprTypes[] = {
     {QM_XPATH_TOKEN_OR, QM_XPATH_EXPR_OR},
 };
 
-consteval bool ExprTypesStandAtTheirKind() {
-  for (size_t i = 0; i < std::size(kExprTypes); ++i) {
-    if (kExprTypes[i].kind != QM_XPATH_TOKEN_UNION + i) return false;
-  }
-  return std::size(kExprTypes) == QM_XPATH_TOKEN_OR - QM_XPATH_TOKEN_UNION + 1;
-}
-static_assert(ExprTypesStandAtTheirKind());
+static_assert(std::size(kExprTypes) == QM_XPATH_TOKEN_OR - QM_XPATH_TOKEN_UNION + 1);
+static_assert(RowsStandAtTheir<&ExprTypeRow::kind>(kExprTypes, QM_XPATH_TOKEN_UNION));
 
 }  // namespace
-
-static bool IsSpace(char c) {
-  return c == '\t' || c == '\n' || c == '\r' || c == ' ';
-}
-
-static bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 // ASCII only: the locale must not decide what a name is.
 static bool IsNameStart(char c) {

@@ -14,6 +14,7 @@
 
 #include "context/array.h"
 #include "context/load_error.h"
+#include "context/table.h"
 #include "context/xml_tree.h"
 #include "yin/keyword.h"
 #include "yin/load_type.h"
@@ -94,14 +95,9 @@ constexpr QmsStmtParse g_qmsStmtParseFuncMapTbl[] = {
     {QMS_STMT_EXTENSION_INSTANCE, QMS_LOADER_ParseExtInst},
 };
 
-static consteval bool RowsStandAtTheirId() {
-  for (uint32_t i = 0; i < std::size(g_qmsStmtParseFuncMapTbl); ++i)
-    if (g_qmsStmtParseFuncMapTbl[i].id != i) return false;
-  return true;
-}
-
 static_assert(std::size(g_qmsStmtParseFuncMapTbl) == QMS_STMT_COUNT, "one row per statement id");
-static_assert(RowsStandAtTheirId(), "a row's index is its statement id");
+static_assert(RowsStandAtTheir<&QmsStmtParse::id>(g_qmsStmtParseFuncMapTbl),
+              "a row's index is its statement id");
 
 static constexpr QmsStmt kSchemaNodeStmts[] = {
     QMS_STMT_ACTION,       QMS_STMT_ANYDATA, QMS_STMT_ANYXML, QMS_STMT_CASE,      QMS_STMT_CHOICE,

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "context/table.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 
@@ -108,12 +109,6 @@ static consteval bool ComesBefore(const char* a, const char* b) {
   return *a < *b;
 }
 
-static consteval bool RowsStandAtTheirId() {
-  for (uint32_t i = 0; i < std::size(g_qmsKeyWordTbl); ++i)
-    if (g_qmsKeyWordTbl[i].id != i) return false;
-  return true;
-}
-
 static consteval bool KeywordsAscend() {
   for (uint32_t i = kFirstKeyword; i < kLastKeyword; ++i)
     if (!ComesBefore(g_qmsKeyWordTbl[i].name, g_qmsKeyWordTbl[i + 1].name)) return false;
@@ -121,7 +116,8 @@ static consteval bool KeywordsAscend() {
 }
 
 static_assert(std::size(g_qmsKeyWordTbl) == QMS_STMT_COUNT, "one row per statement id");
-static_assert(RowsStandAtTheirId(), "a row's index is its statement id");
+static_assert(RowsStandAtTheir<&QmsKeyWord::id>(g_qmsKeyWordTbl),
+              "a row's index is its statement id");
 static_assert(KeywordsAscend(), "the ids of YANG keywords are alphabetical");
 
 static constexpr QmsKeyWord kWordsA[] = {{"augment", QMS_STMT_AUGMENT},

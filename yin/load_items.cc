@@ -19,12 +19,6 @@
 // child with the mark of its kind becomes the next item of the body, whose array
 // has been made for all of them.
 
-namespace {
-
-constexpr uint32_t kNameSize = 65;  // 64 characters and the NUL
-
-}  // namespace
-
 uint32_t QMT_LOADER_FillTypeConstraintSeg(QmsModule* module, xmlNode* typeElem,
                                           QmtSegFiller* filler, void* items) {
   uint32_t index = 0;
@@ -42,9 +36,9 @@ uint32_t QMT_LOADER_FillTypeConstraintSeg(QmsModule* module, xmlNode* typeElem,
 
 uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** moduleName,
                            const char** name) {
-  char prefix[kNameSize] = "";
-  char local[kNameSize] = "";
-  if (QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kNameSize, local, kNameSize) != QM_OK) {
+  char prefix[kQmsNameSize] = "";
+  char local[kQmsNameSize] = "";
+  if (QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kQmsNameSize, local, kQmsNameSize) != QM_OK) {
     return QM_INVALID;
   }
   const char* owner = prefix[0] == '\0' ? QM_MOD_GetModuleName(module)

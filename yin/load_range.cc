@@ -7,6 +7,7 @@
 
 #include "context/integer.h"
 #include "context/path_scan.h"
+#include "platform/string.h"
 #include "values/range.h"
 
 // The scanner of range and length expressions, "1..4 | 10 | 20..max". It fills a
@@ -21,10 +22,6 @@ constexpr uint32_t kMaxTokens = 256;  // the end of the text counts as one
 constexpr uint32_t kMaxDecimalChars = 31;
 
 }  // namespace
-
-static bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 static uint32_t ScanMinMax(QmtRangeParseState* state, QmtGenericSeg* seg, const char** pos) {
   const bool isMin = std::strncmp(*pos, "min", 3) == 0;

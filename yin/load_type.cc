@@ -8,6 +8,7 @@
 
 #include "context/array.h"
 #include "context/load_error.h"
+#include "context/table.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "types/constraint.h"
@@ -49,13 +50,7 @@ constexpr BuiltInNameRow kBuiltInNames[] = {
 };
 static_assert(std::size(kBuiltInNames) == QMT_BASE_UNION);
 
-consteval bool BuiltInNamesStandAtTheirId() {
-  for (size_t i = 0; i < std::size(kBuiltInNames); ++i) {
-    if (kBuiltInNames[i].baseType != i + 1) return false;
-  }
-  return true;
-}
-static_assert(BuiltInNamesStandAtTheirId());
+static_assert(RowsStandAtTheir<&BuiltInNameRow::baseType>(kBuiltInNames, QMT_BASE_TYPEDEF + 1));
 
 struct ConsKindRow {
   const char* tag;  // NULL: no element of its own
@@ -78,13 +73,7 @@ constexpr ConsKindRow kConsKinds[] = {
 };
 static_assert(std::size(kConsKinds) == QMT_CONS_COUNT);
 
-consteval bool ConsKindsStandAtTheirKind() {
-  for (size_t i = 0; i < std::size(kConsKinds); ++i) {
-    if (kConsKinds[i].kind != i) return false;
-  }
-  return true;
-}
-static_assert(ConsKindsStandAtTheirKind());
+static_assert(RowsStandAtTheir<&ConsKindRow::kind>(kConsKinds));
 
 }  // namespace
 

@@ -31,7 +31,7 @@ class Relation : public testing::Test {
     if (tbl == nullptr) return "none";
     std::string text;
     for (QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
-      const auto* item = static_cast<QmCtxModRelItem*>(static_cast<void*>(link));
+      const auto* item = RecordOf<QmCtxModRelItem>(link);
       EXPECT_EQ(1u, item->refCount);
       text += std::string(item->srcModName) + "/" + std::to_string(item->relType) + " ";
     }

@@ -28,9 +28,7 @@ class Pending : public testing::Test {
   static std::string Features(const QmsModPendNode* node) {
     std::string text;
     for (const QmListLink* link = node->featPends.next; link != &node->featPends; link = link->next)
-      text +=
-          (text.empty() ? "" : " ") +
-          std::string(static_cast<const QmsModFeatPend*>(static_cast<const void*>(link))->featName);
+      text += (text.empty() ? "" : " ") + std::string(RecordOf<QmsModFeatPend>(link)->featName);
     return text;
   }
 

@@ -172,7 +172,7 @@ std::string World::Relations(const std::string& target) const {
   QmCtxModRelTbl* tbl = QM_CTX_FindModRelationTbl(ctx_, target.c_str());
   if (tbl == nullptr) return text;
   for (QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
-    const auto* item = static_cast<const QmCtxModRelItem*>(static_cast<const void*>(link));
+    const auto* item = RecordOf<QmCtxModRelItem>(link);
     AppendWord(&text,
                std::string(item->relType == QM_RELATION_AUGMENT ? "augment:" : "deviation:") +
                    item->srcModName);
