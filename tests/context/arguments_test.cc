@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What the context's parts answer when an argument is missing or has no room.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstdint>
 
@@ -47,7 +48,7 @@ TEST_F(ContextArguments, MessagesNeedAModuleAndAText) {
 }
 
 TEST_F(ContextArguments, RelationsNeedAContext) {
-  EXPECT_EQ(22u, QM_CTX_InitModRelationTree(nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_InitModRelationTree(nullptr));
   QM_CTX_DeInitModRelationTree(nullptr);
   QmCtxModRelTbl* tbl = QM_CTX_AddModRelationTbl(ctx_, "t");
   ASSERT_NE(nullptr, tbl);
@@ -87,9 +88,9 @@ TEST_F(ContextArguments, OutputsWithoutRoomAreLeftAlone) {
 TEST_F(ContextArguments, ArraysOfRecordsGrowUpToTheCounterAndNoFurther) {
   uint64_t* array = nullptr;
   ASSERT_EQ(0u, NewArrayOf(&array, 1));
-  EXPECT_EQ(22u, GrowByOne(&array, kMaxArrayCount));
+  EXPECT_EQ(QM_INVALID, GrowByOne(&array, kMaxArrayCount));
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, GrowByOne(&array, 1));
+  EXPECT_EQ(QM_NO_MEMORY, GrowByOne(&array, 1));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   ASSERT_NE(nullptr, array);
   EXPECT_EQ(0u, GrowByOne(&array, 1));

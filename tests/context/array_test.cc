@@ -2,6 +2,7 @@
 #include "context/array.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 
@@ -24,37 +25,37 @@ using ExpandArray = Array;
 }  // namespace
 
 TEST_F(NewArray, IsZeroFilled) {
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 3, sizeof(uint32_t)));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 3, sizeof(uint32_t)));
   for (int i = 0; i < 3; ++i) EXPECT_EQ(0u, Numbers()[i]);
 }
 
 TEST_F(NewArray, Count0AllocatesNothing) {
-  EXPECT_EQ(0u, QM_UTL_NewArray(&block_, 0, 4));
+  EXPECT_EQ(QM_OK, QM_UTL_NewArray(&block_, 0, 4));
   EXPECT_EQ(nullptr, block_);
 }
 
 TEST_F(NewArray, BadArgumentsGive22) {
-  EXPECT_EQ(22u, QM_UTL_NewArray(nullptr, 1, 4));
-  EXPECT_EQ(22u, QM_UTL_NewArray(&block_, 1, 0));
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 1, 4));
+  EXPECT_EQ(QM_INVALID, QM_UTL_NewArray(nullptr, 1, 4));
+  EXPECT_EQ(QM_INVALID, QM_UTL_NewArray(&block_, 1, 0));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 1, 4));
   void* const before = block_;
-  EXPECT_EQ(22u, QM_UTL_NewArray(&block_, 1, 4)) << "the pointer is set";
-  EXPECT_EQ(22u, QM_UTL_NewArray(&block_, 0, 4)) << "also for no elements";
+  EXPECT_EQ(QM_INVALID, QM_UTL_NewArray(&block_, 1, 4)) << "the pointer is set";
+  EXPECT_EQ(QM_INVALID, QM_UTL_NewArray(&block_, 0, 4)) << "also for no elements";
   EXPECT_EQ(before, block_);
 }
 
 TEST_F(NewArray, WithoutMemoryGives12) {
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QM_UTL_NewArray(&block_, 1, 4));
+  EXPECT_EQ(QM_NO_MEMORY, QM_UTL_NewArray(&block_, 1, 4));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, block_);
 }
 
 TEST_F(ExpandArray, KeepsTheOldElementsAndZeroFillsTheNew) {
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 2, sizeof(uint32_t)));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 2, sizeof(uint32_t)));
   Numbers()[0] = 11;
   Numbers()[1] = 22;
-  ASSERT_EQ(0u, QM_UTL_ExpandArray(&block_, 2, 2, sizeof(uint32_t)));
+  ASSERT_EQ(QM_OK, QM_UTL_ExpandArray(&block_, 2, 2, sizeof(uint32_t)));
   EXPECT_EQ(11u, Numbers()[0]);
   EXPECT_EQ(22u, Numbers()[1]);
   EXPECT_EQ(0u, Numbers()[2]);
@@ -63,36 +64,36 @@ TEST_F(ExpandArray, KeepsTheOldElementsAndZeroFillsTheNew) {
 }
 
 TEST_F(ExpandArray, OldCount0MakesANewArray) {
-  ASSERT_EQ(0u, QM_UTL_ExpandArray(&block_, 0, 1, 4));
+  ASSERT_EQ(QM_OK, QM_UTL_ExpandArray(&block_, 0, 1, 4));
   EXPECT_NE(nullptr, block_);
 }
 
 TEST_F(ExpandArray, OldCount0OnASetPointerGives22) {
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 1, 4));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 1, 4));
   void* const before = block_;
-  EXPECT_EQ(22u, QM_UTL_ExpandArray(&block_, 0, 1, 4));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ExpandArray(&block_, 0, 1, 4));
   EXPECT_EQ(before, block_);
 }
 
 TEST_F(ExpandArray, AddCount0ChangesNothing) {
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 1, 4));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 1, 4));
   void* const before = block_;
-  EXPECT_EQ(0u, QM_UTL_ExpandArray(&block_, 1, 0, 4));
+  EXPECT_EQ(QM_OK, QM_UTL_ExpandArray(&block_, 1, 0, 4));
   EXPECT_EQ(before, block_);
 }
 
 TEST_F(ExpandArray, BadArgumentsGive22) {
-  EXPECT_EQ(22u, QM_UTL_ExpandArray(nullptr, 1, 1, 4));
-  EXPECT_EQ(22u, QM_UTL_ExpandArray(&block_, 1, 1, 0));
-  EXPECT_EQ(22u, QM_UTL_ExpandArray(&block_, 1, 0, 0));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ExpandArray(nullptr, 1, 1, 4));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ExpandArray(&block_, 1, 1, 0));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ExpandArray(&block_, 1, 0, 0));
 }
 
 TEST_F(ExpandArray, FailureLeavesTheOldArray) {
-  ASSERT_EQ(0u, QM_UTL_NewArray(&block_, 1, sizeof(uint32_t)));
+  ASSERT_EQ(QM_OK, QM_UTL_NewArray(&block_, 1, sizeof(uint32_t)));
   Numbers()[0] = 11;
   void* const before = block_;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QM_UTL_ExpandArray(&block_, 1, 1, sizeof(uint32_t)));
+  EXPECT_EQ(QM_NO_MEMORY, QM_UTL_ExpandArray(&block_, 1, 1, sizeof(uint32_t)));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(before, block_);
   EXPECT_EQ(11u, Numbers()[0]);
@@ -100,12 +101,12 @@ TEST_F(ExpandArray, FailureLeavesTheOldArray) {
 
 TEST_F(ExpandArray, ASizeThatDoesNotFitGives12) {
   // 5522622740 elements of 3340214413 bytes are 2^64 + 4 bytes, which wraps to 4.
-  EXPECT_EQ(12u, QM_UTL_ExpandArray(&block_, 4294967295u, 1227655445u, 3340214413u));
+  EXPECT_EQ(QM_NO_MEMORY, QM_UTL_ExpandArray(&block_, 4294967295u, 1227655445u, 3340214413u));
   EXPECT_EQ(nullptr, block_);
 }
 
 TEST_F(ExpandArray, ACountBesideANullArrayCountsEmptyElements) {
-  ASSERT_EQ(0u, QM_UTL_ExpandArray(&block_, 2, 1, sizeof(uint32_t)));
+  ASSERT_EQ(QM_OK, QM_UTL_ExpandArray(&block_, 2, 1, sizeof(uint32_t)));
   for (int i = 0; i < 3; ++i) EXPECT_EQ(0u, Numbers()[i]);
 }
 
@@ -114,7 +115,7 @@ TEST(GrowByOne, IsRefusedBeforeA16BitCounterOverflows) {
   ASSERT_EQ(0u, NewArrayOf(&bytes, 65535));
   bytes[65534] = 7;
   uint8_t* const before = bytes;
-  EXPECT_EQ(22u, GrowByOne(&bytes, 65535));
+  EXPECT_EQ(QM_INVALID, GrowByOne(&bytes, 65535));
   EXPECT_EQ(before, bytes);
   EXPECT_EQ(0u, GrowByOne(&bytes, 65534));
   g_qmMemFreeFunc(bytes);

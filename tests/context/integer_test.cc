@@ -2,6 +2,7 @@
 #include "context/integer.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cerrno>
 
@@ -23,7 +24,7 @@ TEST(ReadSignedInteger, ReadsTheLeadingNumber) {
     SCOPED_TRACE(row.text);
     int64_t value = 99;
     char* end = nullptr;
-    EXPECT_EQ(0u, QM_UTL_ReadInputStrAsSignedInteger(row.text, &end, 0, &value));
+    EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsSignedInteger(row.text, &end, 0, &value));
     EXPECT_EQ(row.value, value);
     EXPECT_STREQ(row.rest, end);
   }
@@ -35,7 +36,7 @@ TEST(ReadSignedInteger, RefusesOverflowAndTextsWithoutDigit) {
     SCOPED_TRACE(text);
     int64_t value = 99;
     char* end = nullptr;
-    EXPECT_EQ(22u, QM_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &value));
+    EXPECT_EQ(QM_INVALID, QM_UTL_ReadInputStrAsSignedInteger(text, &end, 0, &value));
     EXPECT_EQ(99, value);
     EXPECT_EQ(nullptr, end);
   }
@@ -57,7 +58,7 @@ TEST(ReadUnsignedInteger, ReadsTheLeadingNumber) {
     SCOPED_TRACE(row.text);
     uint64_t value = 99;
     char* end = nullptr;
-    EXPECT_EQ(0u, QM_UTL_ReadInputStrAsUnsignedInteger(row.text, &end, 0, &value));
+    EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsUnsignedInteger(row.text, &end, 0, &value));
     EXPECT_EQ(row.value, value);
     EXPECT_STREQ(row.rest, end);
   }
@@ -68,7 +69,7 @@ TEST(ReadUnsignedInteger, RefusesAMinusSignOverflowAndTextsWithoutDigit) {
     SCOPED_TRACE(text);
     uint64_t value = 99;
     char* end = nullptr;
-    EXPECT_EQ(22u, QM_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &value));
+    EXPECT_EQ(QM_INVALID, QM_UTL_ReadInputStrAsUnsignedInteger(text, &end, 0, &value));
     EXPECT_EQ(99u, value);
     EXPECT_EQ(nullptr, end);
   }
@@ -78,15 +79,15 @@ TEST(ReadInteger, AnErrorNumberFromBeforeDoesNotCount) {
   int64_t number = 0;
   uint64_t count = 0;
   errno = ERANGE;
-  EXPECT_EQ(0u, QM_UTL_ReadInputStrAsSignedInteger("1", nullptr, 0, &number));
+  EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsSignedInteger("1", nullptr, 0, &number));
   errno = ERANGE;
-  EXPECT_EQ(0u, QM_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, &count));
+  EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, &count));
 }
 
 TEST(ReadInteger, ThirdArgumentIsNotUsedAndTheEndIsOptional) {
   int64_t number = 0;
-  EXPECT_EQ(0u, QM_UTL_ReadInputStrAsSignedInteger("12", nullptr, 16, &number));
+  EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsSignedInteger("12", nullptr, 16, &number));
   EXPECT_EQ(12, number);
-  EXPECT_EQ(22u, QM_UTL_ReadInputStrAsSignedInteger(nullptr, nullptr, 0, &number));
-  EXPECT_EQ(22u, QM_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ReadInputStrAsSignedInteger(nullptr, nullptr, 0, &number));
+  EXPECT_EQ(QM_INVALID, QM_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, nullptr));
 }

@@ -2,6 +2,7 @@
 #include "context/load_error.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <atomic>
 #include <string>
@@ -261,10 +262,10 @@ TEST_F(ScanLoadFail, OneThreadMayScanWhileAnotherRecords) {
 }
 
 TEST_F(ErrNode, InitGives22ForNullAnd12WithoutMemory) {
-  EXPECT_EQ(22u, QM_CTX_InitErrMng(nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_InitErrMng(nullptr));
   QmCtx other = {};
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QM_CTX_InitErrMng(&other));
+  EXPECT_EQ(QM_NO_MEMORY, QM_CTX_InitErrMng(&other));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, other.errMng);
 }
@@ -275,9 +276,9 @@ TEST_F(ErrNode, IsMadeWithRoomForTwo) {
   EXPECT_STREQ("m", node->modName);
   EXPECT_EQ(0u, node->errorCount);
   EXPECT_EQ(2u, node->errorCapacity);
-  EXPECT_EQ(0u, QMS_MOD_RecordErrorInfo(ctx_, node, "1"));
-  EXPECT_EQ(0u, QMS_MOD_RecordErrorInfo(ctx_, node, "2"));
-  EXPECT_EQ(0u, QMS_MOD_RecordErrorInfo(ctx_, node, "3")) << "dropped, and no failure";
+  EXPECT_EQ(QM_OK, QMS_MOD_RecordErrorInfo(ctx_, node, "1"));
+  EXPECT_EQ(QM_OK, QMS_MOD_RecordErrorInfo(ctx_, node, "2"));
+  EXPECT_EQ(QM_OK, QMS_MOD_RecordErrorInfo(ctx_, node, "3")) << "dropped, and no failure";
   EXPECT_EQ(2u, node->errorCount);
   Texts texts;
   EXPECT_EQ(0u, QMS_MOD_ScanModAllLoadFail(node, Collect, &texts));
@@ -289,11 +290,11 @@ TEST_F(ErrNode, FailedCopyGives12AndLeavesTheCount) {
   QmErrModNode* node = QMS_MOD_CreateErrNode(&ctx_->dict, "m");
   ASSERT_NE(nullptr, node);
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_MOD_RecordErrorInfo(ctx_, node, "lost"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_MOD_RecordErrorInfo(ctx_, node, "lost"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(0u, node->errorCount);
   EXPECT_EQ(nullptr, node->errs[0].message);
-  EXPECT_EQ(0u, QMS_MOD_RecordErrorInfo(ctx_, node, "kept"));
+  EXPECT_EQ(QM_OK, QMS_MOD_RecordErrorInfo(ctx_, node, "kept"));
   EXPECT_EQ(1u, node->errorCount);
   QMS_MOD_FreeErrModNode(&ctx_->dict, node);
 }

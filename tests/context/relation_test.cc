@@ -2,6 +2,7 @@
 #include "context/relation.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -40,7 +41,7 @@ class Relation : public testing::Test {
   std::vector<std::string> Closure(const char* start, uint32_t relType) {
     const char** names = nullptr;
     uint32_t count = 0;
-    EXPECT_EQ(0u, QM_CTX_CollectDepModNamesRecursive(ctx_, start, relType, &names, &count));
+    EXPECT_EQ(QM_OK, QM_CTX_CollectDepModNamesRecursive(ctx_, start, relType, &names, &count));
     std::vector<std::string> texts(names, names + count);
     g_qmMemFreeFunc(names);
     return texts;
@@ -96,9 +97,9 @@ TEST_F(TwoModRelation, DeletingWhatIsNotThereDoesNothing) {
 }
 
 TEST_F(TwoModRelation, NullNamesAreRefused) {
-  EXPECT_EQ(22u, QM_CTX_AddTwoModRelation(ctx_, nullptr, "A", 0));
-  EXPECT_EQ(22u, QM_CTX_AddTwoModRelation(ctx_, "T", nullptr, 0));
-  EXPECT_EQ(22u, QM_CTX_AddTwoModRelation(nullptr, "T", "A", 0));
+  EXPECT_EQ(QM_INVALID, QM_CTX_AddTwoModRelation(ctx_, nullptr, "A", 0));
+  EXPECT_EQ(QM_INVALID, QM_CTX_AddTwoModRelation(ctx_, "T", nullptr, 0));
+  EXPECT_EQ(QM_INVALID, QM_CTX_AddTwoModRelation(nullptr, "T", "A", 0));
   QM_CTX_DelTwoModRelation(ctx_, nullptr, "A", 0);
   EXPECT_EQ(nullptr, QM_CTX_FindModRelationTbl(ctx_, nullptr));
   EXPECT_EQ(nullptr, QM_CTX_FindModRelationTbl(nullptr, "T"));
@@ -112,16 +113,16 @@ TEST_F(TwoModRelation, MissingMemoryGives12AndLeavesNoHalfMadeTable) {
     SCOPED_TRACE(n);
     const size_t before = counting_memory::LiveBlocks();
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
-    EXPECT_EQ(12u, QM_CTX_AddTwoModRelation(ctx_, "T", source, 0));
+    EXPECT_EQ(QM_NO_MEMORY, QM_CTX_AddTwoModRelation(ctx_, "T", source, 0));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(before, counting_memory::LiveBlocks());
     EXPECT_EQ("none", Items("T"));
   }
-  EXPECT_EQ(0u, QM_CTX_AddTwoModRelation(ctx_, "T", source, 0));
+  EXPECT_EQ(QM_OK, QM_CTX_AddTwoModRelation(ctx_, "T", source, 0));
   // With the table in place: a failed item leaves the others.
   const char* other = Name("B");
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QM_CTX_AddTwoModRelation(ctx_, "T", other, 0));
+  EXPECT_EQ(QM_NO_MEMORY, QM_CTX_AddTwoModRelation(ctx_, "T", other, 0));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("A/0 ", Items("T"));
 }
@@ -173,8 +174,8 @@ TEST_F(CollectDepModNamesRecursive, WithoutNamesTheOutputsStay) {
   const char* name = "before";
   const char** names = &name;
   uint32_t count = 77;
-  EXPECT_EQ(0u, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 1, &names, &count));
-  EXPECT_EQ(0u, QM_CTX_CollectDepModNamesRecursive(ctx_, "absent", 0, &names, &count));
+  EXPECT_EQ(QM_OK, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 1, &names, &count));
+  EXPECT_EQ(QM_OK, QM_CTX_CollectDepModNamesRecursive(ctx_, "absent", 0, &names, &count));
   EXPECT_EQ(&name, names);
   EXPECT_EQ(77u, count);
 }
@@ -182,10 +183,10 @@ TEST_F(CollectDepModNamesRecursive, WithoutNamesTheOutputsStay) {
 TEST_F(CollectDepModNamesRecursive, NullArgumentsGive22) {
   const char** names = nullptr;
   uint32_t count = 0;
-  EXPECT_EQ(22u, QM_CTX_CollectDepModNamesRecursive(nullptr, "T", 0, &names, &count));
-  EXPECT_EQ(22u, QM_CTX_CollectDepModNamesRecursive(ctx_, nullptr, 0, &names, &count));
-  EXPECT_EQ(22u, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, nullptr, &count));
-  EXPECT_EQ(22u, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_CollectDepModNamesRecursive(nullptr, "T", 0, &names, &count));
+  EXPECT_EQ(QM_INVALID, QM_CTX_CollectDepModNamesRecursive(ctx_, nullptr, 0, &names, &count));
+  EXPECT_EQ(QM_INVALID, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, nullptr, &count));
+  EXPECT_EQ(QM_INVALID, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, nullptr));
 }
 
 TEST_F(CollectDepModNamesRecursive, NullEntryGives22AndTheArrayIsFreed) {
@@ -197,7 +198,7 @@ TEST_F(CollectDepModNamesRecursive, NullEntryGives22AndTheArrayIsFreed) {
   const char** names = nullptr;
   uint32_t count = 0;
   const size_t before = counting_memory::LiveBlocks();
-  EXPECT_EQ(22u, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, &count));
+  EXPECT_EQ(QM_INVALID, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, &count));
   EXPECT_EQ(nullptr, names);
   EXPECT_EQ(before, counting_memory::LiveBlocks());
   item->srcModName = name;
@@ -221,7 +222,7 @@ TEST_F(CollectDepModNamesRecursive, MissingMemoryGives12) {
     uint32_t count = 0;
     const size_t before = counting_memory::LiveBlocks();
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
-    EXPECT_EQ(12u, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, &count));
+    EXPECT_EQ(QM_NO_MEMORY, QM_CTX_CollectDepModNamesRecursive(ctx_, "T", 0, &names, &count));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(nullptr, names);
     EXPECT_EQ(before, counting_memory::LiveBlocks());

@@ -2,6 +2,7 @@
 #include "context/search_dir.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -65,20 +66,20 @@ TEST(FormatInputPath, DropsTrailingSlashesButNeverTheFirst) {
 }
 
 TEST_F(SetSearchDir, NullArgumentsGive22) {
-  EXPECT_EQ(22u, QM_CTX_SetSearchDir(nullptr, "/"));
-  EXPECT_EQ(22u, QM_CTX_SetSearchDir(ctx_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_SetSearchDir(nullptr, "/"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_SetSearchDir(ctx_, nullptr));
 }
 
 TEST_F(SetSearchDir, RelativePathIsRefusedWith20) {
-  EXPECT_EQ(20u, Set("."));
-  EXPECT_EQ(20u, Set(""));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, Set("."));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, Set(""));
   EXPECT_EQ(0u, ctx_->searchDirCount);
 }
 
 TEST_F(SetSearchDir, WhatIsNoDirectoryIsRefusedWith20) {
   std::ofstream(Dir("file")) << "x";
-  EXPECT_EQ(20u, Set(Dir("file")));
-  EXPECT_EQ(20u, Set(Dir("absent")));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, Set(Dir("file")));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, Set(Dir("absent")));
   EXPECT_EQ(0u, ctx_->searchDirCount);
 }
 
@@ -121,26 +122,26 @@ TEST_F(UnSetSearchDir, RemovesOneAndKeepsTheOrder) {
 
 TEST_F(UnSetSearchDir, DirectoryThatWasNotSetGives0) {
   EXPECT_EQ(0u, UnSet(Dir("a")));
-  EXPECT_EQ(22u, QM_CTX_UnSetSearchDir(nullptr, "/"));
-  EXPECT_EQ(20u, UnSet("relative"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_UnSetSearchDir(nullptr, "/"));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, UnSet("relative"));
 }
 
 TEST_F(UnSetSearchDir, VanishedDirectoryGives20AndStays) {
   ASSERT_EQ(0u, Set(Dir("a")));
   fs::remove(Dir("a"));
-  EXPECT_EQ(20u, UnSet(Dir("a")));
+  EXPECT_EQ(QM_NOT_A_DIRECTORY, UnSet(Dir("a")));
   EXPECT_EQ(Texts{Dir("a")}, Table());
 }
 
 TEST_F(UnSetSearchDir, NullRemovesAllAndKeepsTheSlots) {
   ASSERT_EQ(0u, Set(Dir("a")));
   ASSERT_EQ(0u, Set(Dir("b")));
-  EXPECT_EQ(0u, QM_CTX_UnSetSearchDir(ctx_, nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_UnSetSearchDir(ctx_, nullptr));
   EXPECT_EQ(0u, ctx_->searchDirCount);
   EXPECT_EQ(2u, ctx_->searchDirCap);
   EXPECT_EQ(nullptr, ctx_->searchDirs[0]);
   EXPECT_EQ(nullptr, ctx_->searchDirs[1]);
-  EXPECT_EQ(0u, QM_CTX_UnSetSearchDir(ctx_, nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_UnSetSearchDir(ctx_, nullptr));
   EXPECT_EQ(0u, Set(Dir("c")));
   EXPECT_EQ(Texts{Dir("c")}, Table());
 }
@@ -157,7 +158,7 @@ TEST_F(SearchDirTable, AppendRefusesASlotThatIsNotEmpty) {
   ASSERT_EQ(0u, Set(Dir("a")));
   ASSERT_EQ(0u, Set(Dir("b")));
   --ctx_->searchDirCount;
-  EXPECT_EQ(22u, QM_CTX_AppendSearchDirToTbl(ctx_, "/c"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_AppendSearchDirToTbl(ctx_, "/c"));
   ++ctx_->searchDirCount;
   EXPECT_EQ((Texts{Dir("a"), Dir("b")}), Table());
 }

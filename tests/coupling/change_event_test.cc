@@ -2,6 +2,7 @@
 #include "coupling/change_event.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -57,8 +58,8 @@ TEST(NotifyModuleChangeEvent, AnUnknownEventOrADependentThatIsGoneChangesNothing
   world.Add("t", Container("x"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   const char* ghost = QM_DICT_Insert(&world.ctx()->dict, "ghost");
-  ASSERT_EQ(0u, QM_CTX_AddTwoModRelation(world.ctx(), "t", ghost, QM_RELATION_AUGMENT));
-  ASSERT_EQ(0u, QM_CTX_AddTwoModRelation(world.ctx(), "t", ghost, 7));
+  ASSERT_EQ(QM_OK, QM_CTX_AddTwoModRelation(world.ctx(), "t", ghost, QM_RELATION_AUGMENT));
+  ASSERT_EQ(QM_OK, QM_CTX_AddTwoModRelation(world.ctx(), "t", ghost, 7));
   QM_DICT_Remove(&world.ctx()->dict, "ghost");
   EXPECT_EQ(0u, QMS_MOD_NotifyModuleChangeEvent(world.ctx(), "t", 2, 0));
   EXPECT_EQ(0u, QMS_MOD_NotifyModuleChangeEvent(world.ctx(), "t", 0, 0));
@@ -119,7 +120,7 @@ TEST(NotifyModuleChangeEvent, AHandlerMayRemoveWhatOthersHaveCoupledAndALaterOne
 }
 
 TEST(CoupleModRemainNodesToTgt, NullIsRefusedWith22) {
-  EXPECT_EQ(22u, QMS_LOADER_CoupleModRemainNodesToTgt(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleModRemainNodesToTgt(nullptr));
 }
 
 TEST(CoupleModRemainNodesToTgt, CouplesWhatWaitsAndIgnoresFailures) {
@@ -132,7 +133,7 @@ TEST(CoupleModRemainNodesToTgt, CouplesWhatWaitsAndIgnoresFailures) {
   ASSERT_EQ(0u, QMS_MOD_NotifyModuleChangeEvent(world.ctx(), "t", QMS_EVENT_UNCOUPLE, 0));
   ASSERT_EQ("/u:none pending{no}; /t:x pending{y}", world.Augments("m"));
   ASSERT_EQ("/u:none pending; /t:l pending", world.Deviations("m"));
-  EXPECT_EQ(0u, QMS_LOADER_CoupleModRemainNodesToTgt(m));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CoupleModRemainNodesToTgt(m));
   EXPECT_EQ("/u:none pending{no}; /t:x coupled{y}", world.Augments("m"));
   EXPECT_EQ("/u:none pending; /t:l applied", world.Deviations("m"));
 }
@@ -151,7 +152,7 @@ class CoupleModPendTbl : public testing::Test {
 }  // namespace
 
 TEST_F(CoupleModPendTbl, AModuleThatIsNotLoadedGives22) {
-  EXPECT_EQ(22u, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "none", &tbl_));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "none", &tbl_));
 }
 
 TEST_F(CoupleModPendTbl, CouplesTheModuleThePendingOnesAndWhoWaitsForTheModule) {
@@ -163,7 +164,7 @@ TEST_F(CoupleModPendTbl, CouplesTheModuleThePendingOnesAndWhoWaitsForTheModule) 
   ASSERT_EQ(0u, QMS_MOD_NotifyModuleChangeEvent(world_.ctx(), "m", QMS_EVENT_UNCOUPLE, 0));
   ASSERT_NE(nullptr, QMS_LOADER_AddModPendNode(&tbl_, "gone"));
   ASSERT_NE(nullptr, QMS_LOADER_AddModPendNode(&tbl_, "p"));
-  EXPECT_EQ(0u, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "m", &tbl_));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "m", &tbl_));
   EXPECT_EQ("x{of-module:m of-pending:p}", world_.Tree("t"));
   EXPECT_EQ("c{of-waiting:w}", world_.Tree("m"));
 }
@@ -174,6 +175,6 @@ TEST_F(CoupleModPendTbl, NoEventIsRaisedForThePendingModules) {
   world_.Add("w", Imports({"p"}) + Augment("/p:e", Leaf("l")));
   ASSERT_EQ(0u, QMS_MOD_NotifyModuleChangeEvent(world_.ctx(), "p", QMS_EVENT_UNCOUPLE, 0));
   ASSERT_NE(nullptr, QMS_LOADER_AddModPendNode(&tbl_, "p"));
-  EXPECT_EQ(0u, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "m", &tbl_));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CoupleModPendTblAndCurMod(world_.ctx(), "m", &tbl_));
   EXPECT_EQ("/p:e pending{l}", world_.Augments("w"));
 }

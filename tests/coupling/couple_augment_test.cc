@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -30,7 +31,7 @@ static uint32_t ConfigOf(const QmsNode* node) {
 }
 
 TEST(CoupleAugmentNode, NullIsRefusedWith22) {
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNode(nullptr));
 }
 
 TEST(CoupleAugmentNode, ChildrenJoinTheTargetAsARunAtItsEnd) {
@@ -49,14 +50,14 @@ TEST(CoupleAugmentNode, ACoupledAugmentIsLeftAsItIs) {
   coupling::World world;
   world.Add("t", Container("x"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  EXPECT_EQ(0u, QMS_NODE_CoupleAugmentNode(world.Module("a")->augmentNodes));
+  EXPECT_EQ(QM_OK, QMS_NODE_CoupleAugmentNode(world.Module("a")->augmentNodes));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
 }
 
 TEST(CoupleAugmentNode, WithoutTargetItIsRefusedWith22AndStaysPending) {
   coupling::World world;
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(world.Module("a")->augmentNodes));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNode(world.Module("a")->augmentNodes));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
 }
 
@@ -65,7 +66,7 @@ TEST(CoupleAugmentNode, AnAugmentWithoutChildrenIsCoupledAndUncoupled) {
   world.Add("t", Container("x"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", ""));
   EXPECT_EQ("/t:x coupled{}", world.Augments("a"));
-  EXPECT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
+  EXPECT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
   EXPECT_EQ("/t:x pending{}", world.Augments("a"));
 }
 
@@ -145,7 +146,7 @@ TEST(CoupleAugmentNode, AccessControlMarksOfTheTargetAreCarriedDown) {
   const std::string text =
       yin::Module("t", std::string(kNacmImport) + Container("x", "<nacm:default-deny-all/>"),
                   "xmlns:nacm=\"urn:ietf-netconf-acm\"");
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(world.ctx(), text.c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(world.ctx(), text.c_str()));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Container("y", Leaf("deep"))));
   const QmsNode* y = yin::Find(world.Module("t"), "x/y");
   ASSERT_NE(nullptr, y);
@@ -222,12 +223,12 @@ TEST(CoupleAugmentNode, WithoutMemoryForTheLookupNoSecondInputIsMade) {
   uint64_t refused = 1;
   for (uint64_t n = 1; refused != 0; ++n) {
     SCOPED_TRACE(n);
-    ASSERT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(augment));
+    ASSERT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNode(augment));
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
     static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
     refused = counting_memory::StopRefusing();
     ASSERT_EQ(nullptr, world.Module("m")->rpcNodes->firstChild->next);
-    ASSERT_EQ(0u, QMS_NODE_CoupleAugmentNode(augment));
+    ASSERT_EQ(QM_OK, QMS_NODE_CoupleAugmentNode(augment));
     ASSERT_EQ("r{input{i late:a}}", world.Tree("m"));
   }
 }
@@ -302,7 +303,7 @@ TEST(SelfAugment, WithoutMemoryForTheLookupItIsReportedAndItsChildrenAreKept) {
     EXPECT_THAT(ctx.Errors(), testing::ElementsAre("m -: Failed to couple augment statements."));
     QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
     EXPECT_EQ("/m:x pending{y}", coupling::Augments(m));
-    EXPECT_EQ(0u, QMS_LOADER_CoupleAugmentAndGenRelation(ctx, m));
+    EXPECT_EQ(QM_OK, QMS_LOADER_CoupleAugmentAndGenRelation(ctx, m));
     EXPECT_EQ("x{y}", coupling::Tree(m));
     EXPECT_EQ("", coupling::Augments(m));
   }
@@ -323,7 +324,7 @@ TEST(CoupleSelfAugmentNode, MovesAugmentsOfTheModuleAndLeavesTheOthers) {
       ctx, yin::Module("m", Imports({"t"}) + Container("c") + Augment("/m:c", Leaf("self")) +
                                 Augment("/t:x", Leaf("other")) + Augment("/m:none", Leaf("no"))));
   ASSERT_TRUE(m);
-  EXPECT_EQ(0u, QMS_LOADER_CoupleSelfAugmentNode(ctx, m.Get()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CoupleSelfAugmentNode(ctx, m.Get()));
   EXPECT_EQ("c{self}", coupling::Tree(m.Get()));
   EXPECT_EQ("/t:x pending{other}; /m:none pending{no}", coupling::Augments(m.Get()));
 }
@@ -333,8 +334,8 @@ TEST(CoupleSelfAugmentNode, APathThatCannotBeSplitGives22) {
   yin::Parsed m(ctx, yin::Module("m", Container("c") + Augment("/m:c", Leaf("self"))));
   ASSERT_TRUE(m);
   ASSERT_TRUE(InternText(&ctx.Get()->dict, &m.Get()->augmentNodes->name, "nowhere"));
-  EXPECT_EQ(22u, QMS_LOADER_CoupleSelfAugmentNode(ctx, m.Get()));
-  EXPECT_EQ(22u, QMS_LOADER_CoupleSelfAugmentNode(ctx, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleSelfAugmentNode(ctx, m.Get()));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleSelfAugmentNode(ctx, nullptr));
 }
 
 TEST(CoupleAugmentAndGenRelation, APathThatCannotBeSplitGives22) {
@@ -342,7 +343,7 @@ TEST(CoupleAugmentAndGenRelation, APathThatCannotBeSplitGives22) {
   yin::Parsed m(ctx, yin::Module("m", Container("c") + Augment("/m:c", Leaf("self"))));
   ASSERT_TRUE(m);
   ASSERT_TRUE(InternText(&ctx.Get()->dict, &m.Get()->augmentNodes->name, "/c"));
-  EXPECT_EQ(22u, QMS_LOADER_CoupleAugmentAndGenRelation(ctx, m.Get()));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleAugmentAndGenRelation(ctx, m.Get()));
 }
 
 TEST(CoupleAugmentAndGenRelation, TheRelationNamesTheModuleOfTheLastQualifiedStep) {
@@ -358,7 +359,7 @@ TEST(UnCoupleAugmentNode, MovesTheRunBackUnderTheAugment) {
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y1") + Leaf("y2") + Leaf("y3")));
   world.Add("b", Imports({"t"}) + Augment("/t:x", Leaf("z")));
   QmsNode* augment = world.Module("a")->augmentNodes;
-  EXPECT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNode(augment));
   EXPECT_EQ("x{own z:b}", world.Tree("t"));
   EXPECT_EQ("/t:x pending{y1 y2 y3}", world.Augments("a"));
   EXPECT_EQ(augment, augment->firstChild->parent);
@@ -367,14 +368,14 @@ TEST(UnCoupleAugmentNode, MovesTheRunBackUnderTheAugment) {
 TEST(UnCoupleAugmentNode, OnePendingOrWithoutTargetIsRefusedWith22) {
   coupling::World world;
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNode(nullptr));
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNode(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
   world.Add("t", Container("x"));
   QmsNode* augment = world.Module("a")->augmentNodes;
   ASSERT_TRUE(IsCoupledAugment(augment));
   // A name that leads nowhere: the run stays where it is, and can still be found.
   ASSERT_TRUE(InternText(&world.ctx()->dict, &augment->name, "/t:gone"));
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNode(augment));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNode(augment));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
 }
 
@@ -383,11 +384,11 @@ TEST(UnCoupleAugmentNodeAndTargetNode, ARunInAnotherListIsRefusedAndKept) {
   world.Add("t", Container("x") + Container("other"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   QmsNode* augment = world.Module("a")->augmentNodes;
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment,
-                                                           yin::Find(world.Module("t"), "other")));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(
+                            augment, yin::Find(world.Module("t"), "other")));
   EXPECT_EQ("/t:x coupled{y}", world.Augments("a"));
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(nullptr, augment));
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(nullptr, augment));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, nullptr));
 }
 
 TEST(UnCoupleAugmentNodeAndTargetNode, NoFirstChildSucceedsOnlyWithoutLastChild) {
@@ -396,9 +397,9 @@ TEST(UnCoupleAugmentNodeAndTargetNode, NoFirstChildSucceedsOnlyWithoutLastChild)
   world.Add("a", Imports({"t"}) + Augment("/t:x", ""));
   QmsNode* augment = world.Module("a")->augmentNodes;
   QmsNode* target = world.Module("t")->dataNodes;
-  EXPECT_EQ(0u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
+  EXPECT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
   augment->lastChild = target->firstChild;
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
   augment->lastChild = nullptr;
 }
 
@@ -409,7 +410,7 @@ TEST(UnCoupleAugmentNodeAndTargetNode, AChainThatEndsTooEarlyGives22AndLosesNoth
   QmsNode* augment = world.Module("a")->augmentNodes;
   QmsNode* target = world.Module("t")->dataNodes;
   augment->lastChild = target->firstChild;  // stands before the run
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target));
   EXPECT_EQ("x{l}", world.Tree("t"));
   EXPECT_STREQ("y1", augment->firstChild->name);
   EXPECT_STREQ("y2", augment->lastChild->name);
@@ -422,9 +423,9 @@ TEST(CoupleAugmentNodeAndTargetNode, NullAndATargetBelowTheAugmentAreRefusedWith
   coupling::World world;
   world.Add("a", Imports({"t"}) + Augment("/t:x", Container("y")));
   QmsNode* augment = world.Module("a")->augmentNodes;
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNodeAndTargetNode(nullptr, augment));
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, augment->firstChild));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNodeAndTargetNode(nullptr, augment));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNodeAndTargetNode(augment, augment->firstChild));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
 }
 

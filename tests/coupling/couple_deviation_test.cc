@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -44,7 +45,7 @@ TEST(CoupleDeviation, IsAppliedToALoadedTarget) {
 TEST(CoupleDeviation, WaitsForItsTargetAndIsAppliedByTheCoupleEvent) {
   coupling::World world;
   QmsModule* d = world.Add("d", Imports({"t"}) + Deviation("/t:l", Deviate("add", Default("v"))));
-  EXPECT_EQ(0u, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
+  EXPECT_EQ(QM_OK, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
   EXPECT_EQ("/t:l pending", world.Deviations("d"));
   EXPECT_EQ("deviation:d", world.Relations("t"));
   world.Add("t", Leaf("l"));
@@ -57,10 +58,10 @@ TEST(CoupleDeviation, AnAppliedOneIsLeftAsItIs) {
   coupling::World world;
   world.Add("t", Leaf("l"));
   QmsModule* d = world.Add("d", Imports({"t"}) + Deviation("/t:l", Deviate("add", Default("v"))));
-  EXPECT_EQ(0u, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
+  EXPECT_EQ(QM_OK, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
   EXPECT_THAT(world.Errors(), IsEmpty());
-  EXPECT_EQ(22u, QMS_MOD_CoupleDeviation(nullptr, &d->deviations[0]));
-  EXPECT_EQ(22u, QMS_MOD_CoupleDeviation(d, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_CoupleDeviation(nullptr, &d->deviations[0]));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_CoupleDeviation(d, nullptr));
 }
 
 TEST(CoupleDeviation, WithoutDeviatesItIsMarkedAsApplied) {
@@ -100,7 +101,7 @@ TEST(CoupleDeviation, AFailedOneIsTriedAgainFromItsFirstDeviate) {
       "d", Imports({"t"}) + Deviation("/t:l", Deviate("add", Default("v")) +
                                                   Deviate("add", "<mandatory value=\"true\"/>")));
   ASSERT_EQ(2u, world.Errors().size());
-  EXPECT_EQ(1u, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
+  EXPECT_EQ(QM_FAILED, QMS_MOD_CoupleDeviation(d, &d->deviations[0]));
   EXPECT_STREQ("v", LeafAt(world, "t", "l")->defaultValue);
 }
 
@@ -159,7 +160,7 @@ TEST(CoupleDeviation, AnUnknownKindOfDeviateFailsWith1) {
   ASSERT_TRUE(InternText(&world.ctx()->dict, &deviation->targetPath, "/t:l"));
   for (const uint32_t kind : {0u, 5u, 99u}) {
     deviation->deviates[0].kind = kind;
-    EXPECT_EQ(1u, QMS_MOD_CoupleDeviation(d, deviation)) << kind;
+    EXPECT_EQ(QM_FAILED, QMS_MOD_CoupleDeviation(d, deviation)) << kind;
     EXPECT_EQ("/t:l pending", world.Deviations("d"));
   }
 }
@@ -186,8 +187,8 @@ TEST(CoupleDeviationAndGenRelation, APathThatCannotBeSplitGives22) {
   yin::Parsed d(ctx, yin::Module("d", Leaf("l") + Deviation("/d:l", NotSupported())));
   ASSERT_TRUE(d);
   ASSERT_TRUE(InternText(&ctx.Get()->dict, &d.Get()->deviations[0].targetPath, "/l"));
-  EXPECT_EQ(22u, QMS_LOADER_CoupleDeviationAndGenRelation(ctx, d.Get()));
-  EXPECT_EQ(22u, QMS_LOADER_CoupleDeviationAndGenRelation(ctx, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleDeviationAndGenRelation(ctx, d.Get()));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CoupleDeviationAndGenRelation(ctx, nullptr));
 }
 
 TEST(NotSupported, RemovesTheNodeWithItsSubtree) {
@@ -333,7 +334,7 @@ TEST(NotSupported, AnAugmentThatStillWaitedAboveLosesItsChildrenToo) {
   world.Add("c", Imports({"t", "a"}) + Augment("/t:x/a:y", Container("z")));
   world.Add("e", Imports({"t", "a"}) + Augment("/t:x/y/z", Leaf("deep")));
   ASSERT_EQ("x{y:a{z:c{deep:e}}}", world.Tree("t"));
-  ASSERT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
+  ASSERT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNode(world.Module("a")->augmentNodes));
   world.Add("d", Imports({"t"}) + Deviation("/t:x", NotSupported()));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
   EXPECT_EQ("y", coupling::Subtree(world.Module("a")->augmentNodes->firstChild));
@@ -364,7 +365,7 @@ TEST(NotSupportedHook, IsCalledBeforeTheRemovalAndItsAnswerChangesNothing) {
   EXPECT_THAT(removed, ElementsAre("x by d /t:x"));
   EXPECT_EQ("", world.Tree("t"));
   EXPECT_EQ("/t:x applied", world.Deviations("d"));
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeDeviateNotSupport(nullptr, nullptr, "d", "/p"));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeDeviateNotSupport(nullptr, nullptr, "d", "/p"));
 }
 
 TEST(NotSupportedHook, WithoutHookTheAnswerIs0) {
@@ -401,7 +402,7 @@ TEST(RemoveAugments, WithoutRelationTheAugmentStaysWithoutItsRun) {
   const char* name = QM_DICT_Insert(&world.ctx()->dict, "d");
   // The first allocation is the relation table of c.
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(c, name, "/t:x"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(c, name, "/t:x"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("/t:x pending{y}", world.Augments("c"));
   EXPECT_EQ("x", world.Tree("t"));
@@ -428,15 +429,16 @@ TEST(RemoveAugments, NotSupportedWithoutMemoryForTheRelationGives12AndLeavesNoRu
 }
 
 TEST(RemoveAugments, NullArgumentsAreRefusedWith22) {
-  EXPECT_EQ(22u, QMS_MOD_CoupleDevNotSup(nullptr, nullptr, "d", "/t:x"));
-  EXPECT_EQ(22u, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(nullptr, "d", "/t:x"));
-  EXPECT_EQ(22u, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_CoupleDevNotSup(nullptr, nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(nullptr, "d", "/t:x"));
 }
 
 TEST(RemoveAugments, AModuleThatIsNotAugmentedHasNothingToRemove) {
   coupling::World world;
   world.Add("t", Container("x"));
-  EXPECT_EQ(0u, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(world.Module("t"), "d", "/t:x"));
+  EXPECT_EQ(QM_OK,
+            QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(world.Module("t"), "d", "/t:x"));
 }
 
 static void DeviateAway(bool refusing) {

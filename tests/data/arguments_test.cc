@@ -2,6 +2,7 @@
 // Validation's parts when they are called with less than a whole run gives them:
 // missing arguments, elements without binding, records without names.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 #include <string>
@@ -66,50 +67,50 @@ TEST_F(DataArguments, BindingRefusesWhatIsMissingWith22) {
   ExpectEachGives(22, QMD_PAS_FlushAllElementChildNodeWithSchema, &aux_, doc_.root(), rpc_);
   ExpectEachGives(22, QMD_PAS_FlushSubTreeWithSchema, &aux_, doc_.Find("a"), rpc_);
   ExpectEachGives(22, QMD_PAS_FlushTreeWithSchema, &aux_, doc_.root());
-  EXPECT_EQ(22u, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, Text(), rpc_));
-  EXPECT_EQ(22u, QMD_PAS_FlushSubTreeWithSchema(&aux_, Text(), rpc_));
-  EXPECT_EQ(22u, QMD_PAS_CheckTopSchemaNode(&aux_, doc_.root())) << "not bound";
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, Text(), rpc_));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushSubTreeWithSchema(&aux_, Text(), rpc_));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CheckTopSchemaNode(&aux_, doc_.root())) << "not bound";
   EXPECT_EQ(0u, doc_.BoundElements());
   EXPECT_EQ(nullptr, aux_.err);
 }
 
 TEST_F(DataArguments, OneElementIsBoundWithAllBelowIt) {
-  EXPECT_EQ(0u, QMD_PAS_FlushSubTreeWithSchema(&aux_, doc_.Find("a"), rpc_));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushSubTreeWithSchema(&aux_, doc_.Find("a"), rpc_));
   EXPECT_EQ(Node("a"), doc_.Find("a")->_private);
   EXPECT_EQ(nullptr, doc_.root()->_private);
   Document other("<r xmlns='urn:m'><a>1</a></r>");
-  EXPECT_EQ(0u, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, other.root(), rpc_));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, other.root(), rpc_));
   EXPECT_EQ(Node("a"), other.Find("a")->_private);
 }
 
 TEST_F(DataArguments, AnElementThatDoesNotBindIsReported) {
   Document other("<r xmlns='urn:m'><q/></r>");
   aux_.topNode = other.root()->parent;
-  EXPECT_EQ(22u, QMD_PAS_FlushSubTreeWithSchema(&aux_, other.Find("q"), rpc_));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushSubTreeWithSchema(&aux_, other.Find("q"), rpc_));
   EXPECT_EQ("9|/m:r/q|Unexpected element: q.|q|-", Describe(aux_.err));
 }
 
 TEST_F(DataArguments, CompletionRefusesWhatIsMissingWith22) {
   uint32_t added = 0;
   ExpectEachGives(22, QMD_PAS_CompleteSubTree, &aux_, doc_.root(), rpc_, &added);
-  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC)) << "not bound";
-  EXPECT_EQ(0u, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_NOTIF));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC)) << "not bound";
+  EXPECT_EQ(QM_OK, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_NOTIF));
   EXPECT_EQ(0u, added);
-  EXPECT_EQ(22u, QMD_PAS_ValidateDataTree(nullptr, doc_.root()));
-  EXPECT_EQ(22u, QMD_PAS_ValidateDataTree(&aux_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ValidateDataTree(nullptr, doc_.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ValidateDataTree(&aux_, nullptr));
 }
 
 TEST_F(DataArguments, AnInputIsCheckedForMandatoryNodesByItself) {
-  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), input_));
+  ASSERT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), input_));
   EXPECT_EQ("7|/m:r|Missing element: need.|need|-", Describe(aux_.err));
   aux_.err = nullptr;
   Document whole("<r xmlns='urn:m'><need/></r>");
-  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, whole.root()));
-  EXPECT_EQ(0u, QM_PAS_CheckSubtreeMandatory(&aux_, whole.root(), input_));
+  ASSERT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux_, whole.root()));
+  EXPECT_EQ(QM_OK, QM_PAS_CheckSubtreeMandatory(&aux_, whole.root(), input_));
   QmsNode strange = {};
   strange.kind = QMS_NODE_KIND_COUNT;
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(&aux_, whole.root(), &strange));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(&aux_, whole.root(), &strange));
 }
 
 TEST_F(DataArguments, ElementsThatAreMissingHaveNoModuleNoValueAndNoChildren) {
@@ -154,23 +155,23 @@ TEST_F(DataArguments, ElementsWithoutBindingPassEveryCheckOfTheirOwn) {
   EXPECT_EQ(0u, QMD_PAS_CheckDataNodeValue(&aux_, a));
   EXPECT_EQ(0u, QMD_PAS_EvalDataNodeWhenCond(&aux_, a, &pass));
   EXPECT_EQ(1u, pass);
-  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeMustCond(&aux_, a, nullptr));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeMustCond(&aux_, a, nullptr));
   EXPECT_EQ(0u, QMD_PAS_EvalDataTreeWhen(&aux_, root));
   EXPECT_EQ(0u, QMD_PAS_EvalDataSubtreeMust(&aux_, root));
-  EXPECT_EQ(22u, QMD_PAS_EvalDataTreeMust(&aux_, root));
-  EXPECT_EQ(22u, QMD_PAS_EvalDataTreeWhenMust(&aux_, root));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataTreeMust(&aux_, root));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataTreeWhenMust(&aux_, root));
   EXPECT_EQ(nullptr, aux_.err);
 }
 
 TEST_F(DataArguments, ARunThatIsNeitherRequestNorNotificationEvaluatesNoMust) {
-  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
+  ASSERT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
   aux_.flags = 0;
-  EXPECT_EQ(0u, QMD_PAS_EvalDataTreeMust(&aux_, doc_.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataTreeMust(&aux_, doc_.root()));
 }
 
 TEST_F(DataArguments, TheStartNodeOfARunIsNeverRemovedForItsCondition) {
   xmlNode* next = doc_.root();
-  EXPECT_EQ(22u, QMD_PAS_ProcDataNodeWhenCondNoPass(&aux_, doc_.root(), doc_.root(), &next));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ProcDataNodeWhenCondNoPass(&aux_, doc_.root(), doc_.root(), &next));
   EXPECT_EQ(nullptr, next);
   EXPECT_EQ(nullptr, aux_.err);
 }
@@ -219,14 +220,14 @@ TEST_F(DataArguments, CommentsBeforeTheElementsOfACaseAreNoData) {
 TEST_F(DataArguments, AnElementThatIsBoundAlreadyIsLeftAloneWithAllBelowIt) {
   Document doc("<r xmlns='urn:m'><a><nowhere/></a><x/></r>");
   doc.Find("a")->_private = Node("a");
-  EXPECT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux_, doc.root()));
   EXPECT_EQ(nullptr, doc.Find("nowhere")->_private);
   EXPECT_NE(nullptr, doc.Find("x")->_private) << "the walk goes on behind it";
   EXPECT_EQ(nullptr, aux_.err);
 }
 
 TEST_F(DataArguments, AnElementIsMadeWithoutTextToo) {
-  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
+  ASSERT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux_, doc_.root()));
   xmlNode* added = QMD_PAS_AddNewChildNodeWithValue(doc_.root(), Node("need"), nullptr);
   ASSERT_NE(nullptr, added);
   EXPECT_EQ("<r xmlns=\"urn:m\"><a>1</a><need/></r>", doc_.Dump());
@@ -310,12 +311,13 @@ TEST_F(DataArguments, AKeyTooLongForThePathLeavesTheRecordWithoutOne) {
 TEST_F(DataArguments, APredicateFitsByEachOfItsParts) {
   char room[32] = "";
   QmdPathBuf buf = {room, 4};
-  EXPECT_EQ(12u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "", "")) << "not even the marks";
+  EXPECT_EQ(QM_NO_MEMORY, QMD_ERR_PrintElementNodeAsPredicate(&buf, "", ""))
+      << "not even the marks";
   buf.position = 6;
-  EXPECT_EQ(12u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "nn", "")) << "not the name";
-  EXPECT_EQ(12u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "v")) << "not the value";
+  EXPECT_EQ(QM_NO_MEMORY, QMD_ERR_PrintElementNodeAsPredicate(&buf, "nn", "")) << "not the name";
+  EXPECT_EQ(QM_NO_MEMORY, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "v")) << "not the value";
   EXPECT_EQ(6u, buf.position);
-  EXPECT_EQ(0u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", ""));
+  EXPECT_EQ(QM_OK, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", ""));
 }
 
 TEST_F(DataArguments, AWalkFromOutsideItsRootEndsAtTheTop) {

@@ -2,6 +2,7 @@
 #include "data/bind.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -43,7 +44,7 @@ TEST_F(Bind, EveryElementIsBoundToItsSchemaNode) {
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
   aux.topNode = doc.root()->parent;
-  ASSERT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
+  ASSERT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
   for (const char* name : {"r", "a", "c", "b", "x", "ll"}) {
     SCOPED_TRACE(name);
     auto* node = static_cast<QmsNode*>(doc.Find(name)->_private);
@@ -63,7 +64,7 @@ TEST_F(Bind, BoundRootIsLeftAlone) {
   doc.root()->_private = &schemaNode;
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(0u, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
   EXPECT_EQ(nullptr, doc.Find("nowhere")->_private);
 }
 
@@ -73,7 +74,7 @@ TEST_F(Bind, BoundElementIsNotBoundAgain) {
   doc.root()->_private = &schemaNode;
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(0u, QMD_PAS_FlushSubTreeWithSchema(&aux, doc.root(), &schemaNode));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushSubTreeWithSchema(&aux, doc.root(), &schemaNode));
   EXPECT_EQ(nullptr, doc.Find("nowhere")->_private);
 }
 
@@ -81,9 +82,9 @@ TEST_F(Bind, NoElementAndNoNamespaceGive22WithoutRecord) {
   Document doc("<r/>");
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(22u, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
-  EXPECT_EQ(22u, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()->parent));
-  EXPECT_EQ(22u, QMD_PAS_FlushTreeWithSchema(&aux, nullptr));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushTreeWithSchema(&aux, doc.root()->parent));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_FlushTreeWithSchema(&aux, nullptr));
   EXPECT_EQ(nullptr, aux.err);
 }
 
@@ -155,7 +156,7 @@ TEST_F(Bind, ContentOfAnyxmlAndAnydataIsNeitherBoundNorChecked) {
   Document doc("<r xmlns='urn:m'><ax><a>1</a><q xmlns='urn:q'/></ax><ad><q/></ad></r>");
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(0u, QMD_PAS_ValidateDataTree(&aux, doc.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_ValidateDataTree(&aux, doc.root()));
   EXPECT_EQ(3u, doc.BoundElements());
   EXPECT_EQ(nullptr, doc.Find("a")->_private);
   EXPECT_EQ(nullptr, doc.Find("q")->_private);
@@ -169,7 +170,7 @@ TEST_F(Bind, RpcIsUnexpectedAsNotification) {
   Document doc("<r xmlns='urn:m'/>");
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_NOTIF, nullptr, nullptr);
-  EXPECT_EQ(22u, QMD_PAS_ValidateDataTree(&aux, doc.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ValidateDataTree(&aux, doc.root()));
   EXPECT_EQ("9|/m:r|Unexpected element: r.|r|-", message_fixture::Describe(aux.err));
   EXPECT_EQ("22", ValidateNotif(schema_.ctx(), "<r xmlns='urn:m'/>"));
 }
@@ -242,7 +243,7 @@ class MountPoint : public testing::Test {
     const std::string mark = " xmlns:m=";
     text.insert(text.find(mark),
                 " xmlns:ysm=\"urn:ietf:params:xml:ns:yang:ietf-yang-schema-mount\"");
-    ASSERT_EQ(0u, QM_CTX_LoadMemory(schema_.ctx(), text.c_str()));
+    ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(schema_.ctx(), text.c_str()));
   }
   Schema schema_;
 };
@@ -251,7 +252,7 @@ TEST_F(MountPoint, ContentIsNeitherBoundNorCheckedNorCompleted) {
   Document doc("<r xmlns='urn:m'><c><q/></c><li><k>x</k></li></r>");
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(0u, QMD_PAS_ValidateDataTree(&aux, doc.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_ValidateDataTree(&aux, doc.root()));
   EXPECT_EQ(QMD_MODE_RPC | QMD_MODE_MOUNT_POINT, aux.flags);
   EXPECT_EQ(3u, doc.BoundElements());
   EXPECT_EQ("<r xmlns=\"urn:m\"><c><q/></c><li><k>x</k></li></r>", doc.Dump());
@@ -303,7 +304,7 @@ TEST(BindEntities, ReferencesAreNotEntered) {
   schema.Load("m", kRpc);
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, schema.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(0u, QMD_PAS_ValidateDataTree(&aux, doc.root())) << "what the entry points refuse";
+  EXPECT_EQ(QM_OK, QMD_PAS_ValidateDataTree(&aux, doc.root())) << "what the entry points refuse";
   EXPECT_EQ(2u, doc.BoundElements());
   QMD_PAS_ClearXmlTreePrivate(doc.root());
   EXPECT_EQ(0u, doc.BoundElements());

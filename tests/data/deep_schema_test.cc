@@ -2,6 +2,7 @@
 // Augments of augments may stack a schema higher than any file could nest it, and
 // a caller's tree may follow it. Nothing of this may exhaust the stack.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <vector>
 
@@ -91,12 +92,12 @@ TEST_F(DeepRun, TreesOfAnyDepthAreBoundAndEvaluated) {
   DeepSchema schema(schema_.ctx(), kDepth);
   const DeepTree tree(schema.rpc(), kDepth);
   aux_.topNode = tree.root()->parent;
-  EXPECT_EQ(0u, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, tree.root(), schema.rpc()));
+  EXPECT_EQ(QM_OK, QMD_PAS_FlushAllElementChildNodeWithSchema(&aux_, tree.root(), schema.rpc()));
   const xmlNode* node = tree.root();
   size_t bound = 0;
   for (; node != nullptr && node->_private != nullptr; node = node->children) ++bound;
   EXPECT_EQ(kDepth + 2, bound);
-  EXPECT_EQ(0u, QMD_PAS_EvalDataTreeWhenMust(&aux_, tree.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataTreeWhenMust(&aux_, tree.root()));
   QMD_PAS_ClearXmlTreePrivate(tree.root());
 }
 
@@ -105,8 +106,8 @@ TEST_F(DeepRun, DefaultsAndMandatoryNodesAreFollowedTo4096Levels) {
   DeepSchema schema(schema_.ctx(), 4093);
   const DeepTree tree(schema.rpc(), 0);
   aux_.topNode = tree.root()->parent;
-  EXPECT_EQ(0u, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(&aux_, tree.root()));
+  EXPECT_EQ(QM_OK, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(&aux_, tree.root()));
   ASSERT_NE(nullptr, aux_.err);
   EXPECT_STREQ("Missing element: x.", QM_GetErrorMessage(aux_.err));
   EXPECT_EQ(nullptr, tree.root()->children);
@@ -116,7 +117,7 @@ TEST_F(DeepRun, DefaultsAndMandatoryNodesAreFollowedTo4096Levels) {
 TEST_F(DeepRun, OneLevelMoreIsRefused) {
   DeepSchema schema(schema_.ctx(), 4094);
   const DeepTree tree(schema.rpc(), 0);
-  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
   EXPECT_EQ(nullptr, tree.root()->children);
   EXPECT_EQ(0u, aux_.nesting);
 }
@@ -125,8 +126,8 @@ TEST_F(DeepRun, DeeperSchemasAreRefusedWithoutRecord) {
   DeepSchema schema(schema_.ctx(), 50000);
   const DeepTree tree(schema.rpc(), 0);
   aux_.topNode = tree.root()->parent;
-  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(&aux_, tree.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteTree(&aux_, tree.root(), QMD_MODE_RPC));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(&aux_, tree.root()));
   EXPECT_EQ(nullptr, aux_.err);
   EXPECT_EQ(nullptr, tree.root()->children);
   EXPECT_EQ(0u, aux_.nesting);

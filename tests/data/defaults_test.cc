@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -330,11 +331,11 @@ class CompleteTree : public testing::Test {
 
 TEST_F(CompleteTree, StartNodeMustBeAnRpcOrAction) {
   schemaNode_.kind = QMS_NODE_CONTAINER;
-  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC));
-  EXPECT_EQ(22u, QMD_PAS_CompleteTree(&aux_, doc_.Find("c"), QMD_MODE_RPC));
-  EXPECT_EQ(0u, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_NOTIF));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteTree(&aux_, doc_.Find("c"), QMD_MODE_RPC));
+  EXPECT_EQ(QM_OK, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_NOTIF));
   schemaNode_.kind = QMS_NODE_ACTION;
-  EXPECT_EQ(0u, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC));
+  EXPECT_EQ(QM_OK, QMD_PAS_CompleteTree(&aux_, doc_.root(), QMD_MODE_RPC));
 }
 
 TEST_F(CompleteTree, KindsWithoutFunctionAreLeftAloneAndOthersRefused) {
@@ -342,12 +343,12 @@ TEST_F(CompleteTree, KindsWithoutFunctionAreLeftAloneAndOthersRefused) {
   for (uint32_t kind : {QMS_NODE_NONE, QMS_NODE_LEAF_LIST, QMS_NODE_ANYDATA, QMS_NODE_ANYXML,
                         QMS_NODE_NOTIFICATION, QMS_NODE_OUTPUT, QMS_NODE_AUGMENT}) {
     schemaNode_.kind = kind;
-    EXPECT_EQ(0u, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added)) << kind;
+    EXPECT_EQ(QM_OK, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added)) << kind;
   }
   schemaNode_.kind = QMS_NODE_KIND_COUNT;
-  EXPECT_EQ(22u, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added));
   schemaNode_.kind = QMS_NODE_LEAF;  // without its payload
-  EXPECT_EQ(22u, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added));
   EXPECT_EQ(0u, added);
 }
 
@@ -373,13 +374,13 @@ TEST_F(DefaultList, OnlyElementsOnLine256ReadAsAdded) {
 }
 
 TEST_F(DefaultList, OnlyTopmostMarkedNodesAreListed) {
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   EXPECT_EQ(0u, Length());
   Mark("c");
   Mark("d");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
   EXPECT_EQ(0u, Length());
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   ASSERT_EQ(1u, Length());
   EXPECT_EQ(doc_.Find("c"), aux_.defaultList.next->node);
   QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("d"));
@@ -402,7 +403,7 @@ TEST_F(DefaultList, ASentinelThatIsZeroedAndLinkedToItselfIsAnEmptyList) {
   EXPECT_EQ(0u, Length());
   zeroed();
   Mark("c");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   ASSERT_EQ(1u, Length());
   EXPECT_EQ(doc_.Find("c"), aux_.defaultList.next->node);
   QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
@@ -416,14 +417,14 @@ TEST_F(DefaultList, ASentinelThatIsZeroedAndLinkedToItselfIsAnEmptyList) {
 TEST_F(DefaultList, RefusedEntryGives12) {
   Mark("c");
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_NO_MEMORY, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(0u, Length());
 }
 
 TEST_F(DefaultList, DeletedNodeLeavesTreeAndList) {
   Mark("d");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
   QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("d"));
   EXPECT_EQ(0u, Length());
   EXPECT_EQ("<r><c/></r>", doc_.Dump());
@@ -433,7 +434,7 @@ TEST_F(DefaultList, DeletedNodeLeavesTreeAndList) {
 // an element of the client stands between them.
 TEST_F(DefaultList, DeletingAnUnlistedNodeTakesTheEntriesBelowAlong) {
   Mark("d");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
   QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("c"));
   EXPECT_EQ(0u, Length());
   EXPECT_EQ("<r/>", doc_.Dump());
@@ -442,7 +443,7 @@ TEST_F(DefaultList, DeletingAnUnlistedNodeTakesTheEntriesBelowAlong) {
 TEST_F(DefaultList, KeptNodesStayWithoutMarks) {
   Mark("c");
   Mark("d");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   QMD_PAS_ClearDefaultNodeList(&aux_, 1);
   EXPECT_EQ(0u, Length());
   EXPECT_EQ("<r><c><d/></c></r>", doc_.Dump());
@@ -452,7 +453,7 @@ TEST_F(DefaultList, KeptNodesStayWithoutMarks) {
 
 TEST_F(DefaultList, OtherNodesAreFreed) {
   Mark("c");
-  EXPECT_EQ(0u, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
+  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
   QMD_PAS_ClearDefaultNodeList(&aux_, 2);
   EXPECT_EQ(0u, Length());
   EXPECT_EQ("<r/>", doc_.Dump());

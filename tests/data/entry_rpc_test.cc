@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <libxml/globals.h>
 #include <libxml/parser.h>
@@ -259,7 +260,7 @@ TEST(InitCheckAux, FieldsAreFilledAndTheListIsEmpty) {
   EXPECT_EQ(&arg, aux.callbackArg);
   EXPECT_EQ(&aux.defaultList, aux.defaultList.next);
   EXPECT_EQ(&aux.defaultList, aux.defaultList.prev);
-  EXPECT_EQ(22u, QMD_PAS_ValidateDataTree(&aux, nullptr));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ValidateDataTree(&aux, nullptr));
   QM_CTX_Delete(ctx);
 }
 

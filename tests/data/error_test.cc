@@ -2,6 +2,7 @@
 #include "data/error.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -221,24 +222,24 @@ TEST(ErrorPath, LongestPathHas10239Characters) {
 TEST(ErrorPath, PieceThatDoesNotFitIsRefused) {
   char room[16] = "";
   QmdPathBuf buf = {room, 7};
-  EXPECT_EQ(12u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "va"));
+  EXPECT_EQ(QM_NO_MEMORY, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "va"));
   EXPECT_EQ(7u, buf.position);
-  EXPECT_EQ(22u, QMD_ERR_PrintXpathNode(&buf, "abc", "def"));
+  EXPECT_EQ(QM_INVALID, QMD_ERR_PrintXpathNode(&buf, "abc", "def"));
   EXPECT_EQ(7u, buf.position);
-  EXPECT_EQ(0u, QMD_ERR_PrintXpathNode(&buf, "ab", "def"));
+  EXPECT_EQ(QM_OK, QMD_ERR_PrintXpathNode(&buf, "ab", "def"));
   EXPECT_EQ(0u, buf.position);
   buf.position = 7;
-  EXPECT_EQ(0u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "v"));
+  EXPECT_EQ(QM_OK, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", "v"));
   EXPECT_EQ(0u, buf.position);
 }
 
 TEST(ErrorPath, PredicateWithoutATextIsRefusedAndNothingIsWritten) {
   char room[16] = "";
   QmdPathBuf buf = {room, 15};
-  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", nullptr));
-  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, "v"));
-  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, nullptr));
-  EXPECT_EQ(22u, QMD_ERR_PrintElementNodeAsPredicate(nullptr, "n", "v"));
+  EXPECT_EQ(QM_INVALID, QMD_ERR_PrintElementNodeAsPredicate(&buf, "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, "v"));
+  EXPECT_EQ(QM_INVALID, QMD_ERR_PrintElementNodeAsPredicate(&buf, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMD_ERR_PrintElementNodeAsPredicate(nullptr, "n", "v"));
   EXPECT_EQ(15u, buf.position);
   EXPECT_EQ(std::string(sizeof(room), '\0'), std::string(room, sizeof(room)));
 }

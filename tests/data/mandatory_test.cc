@@ -2,6 +2,7 @@
 #include "data/mandatory.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -203,28 +204,28 @@ class MandatoryArguments : public testing::Test {
 
 TEST_F(MandatoryArguments, RunMustBeOneOfARequestOrNotification) {
   doc_.root()->_private = &schemaNode_;
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
   aux_.flags = QMD_MODE_RPC;
-  EXPECT_EQ(0u, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
+  EXPECT_EQ(QM_OK, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
   aux_.flags = QMD_MODE_NOTIF;
-  EXPECT_EQ(0u, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
+  EXPECT_EQ(QM_OK, QM_PAS_CheckTreeMandatory(&aux_, doc_.root()));
 }
 
 TEST_F(MandatoryArguments, NullIsRefused) {
   aux_.flags = QMD_MODE_RPC;
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(nullptr, doc_.root()));
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(&aux_, nullptr));
-  EXPECT_EQ(22u, QM_PAS_CheckTreeMandatory(&aux_, doc_.root())) << "unbound";
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(nullptr, doc_.root(), &schemaNode_));
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(&aux_, nullptr, &schemaNode_));
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), nullptr));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(nullptr, doc_.root()));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(&aux_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckTreeMandatory(&aux_, doc_.root())) << "unbound";
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(nullptr, doc_.root(), &schemaNode_));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(&aux_, nullptr, &schemaNode_));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), nullptr));
 }
 
 TEST_F(MandatoryArguments, KindsWithoutCheckPass) {
   for (uint32_t kind : {QMS_NODE_NONE, QMS_NODE_LEAF_LIST, QMS_NODE_OUTPUT, QMS_NODE_AUGMENT}) {
     schemaNode_.kind = kind;
     schemaNode_.flags = QMS_NODE_MANDATORY_TRUE;
-    EXPECT_EQ(0u, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), &schemaNode_)) << kind;
+    EXPECT_EQ(QM_OK, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), &schemaNode_)) << kind;
   }
 }
 
@@ -233,7 +234,7 @@ TEST_F(MandatoryArguments, ElementThatCannotBeMadeGives22) {
   schemaNode_.kind = QMS_NODE_LEAF;
   schemaNode_.name = "a";
   schemaNode_.flags = QMS_NODE_MANDATORY_TRUE;
-  EXPECT_EQ(22u, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), &schemaNode_));
+  EXPECT_EQ(QM_INVALID, QM_PAS_CheckSubtreeMandatory(&aux_, doc_.root(), &schemaNode_));
   EXPECT_EQ(nullptr, aux_.err);
   EXPECT_EQ("<n/>", doc_.Dump());
 }

@@ -2,6 +2,7 @@
 #include "data/must.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -59,7 +60,7 @@ TEST_F(MustPhase, OwnMessageAndAppTagAreTaken) {
 
 TEST_F(MustPhase, ConditionThatCannotBeEvaluatedIsReported) {
   schema_.Load("m", Rpc(Leaf("a", Must("//a"))));
-  EXPECT_EQ(28934u, Status("<r xmlns='urn:m'><a/></r>", QMD_MODE_RPC));
+  EXPECT_EQ(QM_XPATH_BAD_DOUBLE_SLASH, Status("<r xmlns='urn:m'><a/></r>", QMD_MODE_RPC));
   EXPECT_EQ("18|/m:r/a|Failed to check must condition of a.|a|-", record_);
 }
 
@@ -81,14 +82,14 @@ TEST_F(MustPhase, ParentsComeBeforeChildren) {
 TEST_F(MustPhase, StatusIs22BelowTheStartNodeAnd28928OnIt) {
   schema_.Load("m", Rpc(Must("a = '1'") + Leaf("a", Must(". != '3'"))));
   EXPECT_EQ(0u, Status("<r xmlns='urn:m'><a>1</a></r>", QMD_MODE_RPC));
-  EXPECT_EQ(28928u, Status("<r xmlns='urn:m'><a>2</a></r>", QMD_MODE_RPC));
+  EXPECT_EQ(QM_XPATH_FALSE, Status("<r xmlns='urn:m'><a>2</a></r>", QMD_MODE_RPC));
   EXPECT_EQ("18|/m:r|r is not satisfied must condition.|r|must-violation", record_);
   Schema other;
   other.Load("k", Rpc(Leaf("a", Must(". != '3'"))));
   Document doc("<r xmlns='urn:k'><a>3</a></r>");
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, other.ctx(), QMD_MODE_RPC, nullptr, nullptr);
-  EXPECT_EQ(22u, QMD_PAS_ValidateDataTree(&aux, doc.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_ValidateDataTree(&aux, doc.root()));
   QM_FreeErrNode(aux.err);
 }
 
@@ -146,14 +147,14 @@ TEST_F(MustPhase, NotificationNodesWithFalseMustDisappear) {
 
 TEST_F(MustPhase, FalseMustOfTheNotificationItselfFailsWithoutRecord) {
   schema_.Load("m", "<notification name=\"n\">" + Must("a") + Leaf("a") + "</notification>");
-  EXPECT_EQ(28928u, Status("<n xmlns='urn:m'/>", QMD_MODE_NOTIF));
+  EXPECT_EQ(QM_XPATH_FALSE, Status("<n xmlns='urn:m'/>", QMD_MODE_NOTIF));
   EXPECT_EQ("valid", record_);
   EXPECT_EQ("22", ValidateNotif(schema_.ctx(), "<n xmlns='urn:m'/>"));
 }
 
 TEST_F(MustPhase, FailedConditionFailsANotification) {
   schema_.Load("m", "<notification name=\"n\">" + Leaf("a", Must("(")) + "</notification>");
-  EXPECT_EQ(28930u, Status("<n xmlns='urn:m'><a/></n>", QMD_MODE_NOTIF));
+  EXPECT_EQ(QM_XPATH_BAD_PAREN, Status("<n xmlns='urn:m'><a/></n>", QMD_MODE_NOTIF));
 }
 
 // Records that a loaded model does not have.
@@ -172,26 +173,26 @@ class MustRecords : public testing::Test {
 };
 
 TEST_F(MustRecords, StatementWithoutConditionGives22) {
-  EXPECT_EQ(22u, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
   EXPECT_EQ(nullptr, aux_.err);
 }
 
 TEST_F(MustRecords, CountWithoutArrayPasses) {
   schemaNode_.musts = nullptr;
-  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
-  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), nullptr));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), nullptr));
 }
 
 // An empty message stays no message.
 TEST_F(MustRecords, EmptyMessageIsNotReplacedByTheGeneralText) {
   must_.condition = "nothing";
   must_.errorMessage = "";
-  EXPECT_EQ(28928u, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
+  EXPECT_EQ(QM_XPATH_FALSE, QMD_PAS_EvalDataNodeMustCond(&aux_, doc_.Find("a"), &schemaNode_));
   EXPECT_EQ("18|/r/a|-|a|must-violation", message_fixture::Describe(aux_.err));
 }
 
 TEST_F(MustRecords, StartNodeWithoutSchemaNodeGives22) {
-  EXPECT_EQ(22u, QMD_PAS_EvalDataTreeWhenMust(&aux_, doc_.root()));
+  EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataTreeWhenMust(&aux_, doc_.root()));
 }
 
 }  // namespace

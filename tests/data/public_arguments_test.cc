@@ -23,7 +23,7 @@ class PublicArguments : public testing::Test {
     ASSERT_NE(nullptr, mod_ = QM_CTX_GetModuleByModName(ctx_, "m"));
     ASSERT_NE(nullptr, node_ = QM_CTX_GetTargetNode(ctx_, "/m:l", nullptr));
     ASSERT_NE(nullptr, type_ = QM_NODE_GetRealType(node_));
-    ASSERT_EQ(0u, QM_MOD_ScanAllIdentity(mod_, NoteIdentity, &identity_));
+    ASSERT_EQ(QM_OK, QM_MOD_ScanAllIdentity(mod_, NoteIdentity, &identity_));
     ASSERT_NE(nullptr, identity_);
   }
   static uint32_t NoteIdentity(QmsIdentity* identity, void* arg, uint32_t) {
@@ -60,8 +60,8 @@ TEST_F(PublicArguments, OfContexts) {
   ExpectEachGives(22, QM_CTX_DisableModFeature, ctx_, "m", "f");
   ExpectEachGives(22, QM_CTX_IsModFeatureEnable, ctx_, "m", "f");
   ExpectEachGives(22, QM_CTX_SetSearchDir, ctx_, "/");
-  EXPECT_EQ(22u, QM_CTX_UnSetSearchDir(nullptr, "/"));
-  EXPECT_EQ(0u, QM_CTX_UnSetSearchDir(ctx_, nullptr)) << "takes all off";
+  EXPECT_EQ(QM_INVALID, QM_CTX_UnSetSearchDir(nullptr, "/"));
+  EXPECT_EQ(QM_OK, QM_CTX_UnSetSearchDir(ctx_, nullptr)) << "takes all off";
   QM_CTX_SetPridataFreeFunc(nullptr, nullptr);
   QM_CTX_SetFirstAugChildRelinkFunc(nullptr, nullptr);
   QM_CTX_SetBeforeDeviateNotSupportFunc(nullptr, nullptr);
@@ -123,15 +123,15 @@ TEST_F(PublicArguments, OfScansChecksAndPrintsOfNodes) {
   ExpectEachGives(22, QM_NODE_IterScanChildrenNode, node_, OnNode, nullptr);
   ExpectEachGives(22, QM_NODE_IterScanSiblingNode, node_, OnNode, nullptr);
   ExpectEachGives(22, QM_NODE_ScanDerivedType, node_, OnType, nullptr);
-  EXPECT_EQ(22u, QM_NODE_ValidateValue(nullptr, QM_INPUT_TEXT, "1"));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ValidateValue(nullptr, QM_INPUT_TEXT, "1"));
   EXPECT_EQ(nullptr, QM_NODE_FindRealTypeMatchedValue(nullptr, QM_INPUT_TEXT, "1"));
   ExpectEachGives(22, QM_NODE_AppendExtInst, node_, "m", "e", nullptr);
   ExpectEachGives(22, QM_NODE_ReplaceDstExtInst, node_, node_);
   QM_NODE_CleanExtInsts(nullptr);
-  EXPECT_EQ(22u, QM_NODE_ScanAllExtInsts(nullptr, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_NODE_ScanAllExtInsts(node_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanAllExtInsts(mod_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_EXT_ScanAllChildExtInsts(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanAllExtInsts(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanAllExtInsts(node_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanAllExtInsts(mod_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_EXT_ScanAllChildExtInsts(nullptr, nullptr, nullptr));
   ExpectEachGives(22, QM_MOD_PrintModelTree, mod_, OnText, nullptr);
   ExpectEachGives(22, QM_NODE_PrintNodesTree, node_, OnText, nullptr);
   ExpectEachGives(22, QM_NODE_PrintNodeHeader, node_, OnText, nullptr);
@@ -141,16 +141,16 @@ TEST_F(PublicArguments, OfTypes) {
   ExpectEachGives(QMT_BASE_NONE, QM_TYPE_GetBuiltInBaseType, type_);
   ExpectEachGives(0, QM_TYPE_GetDecimal64Fraction, type_);
   ExpectEachGives(nullptr, QM_TYPE_GetTypeConsDataLeafrefPath, type_);
-  EXPECT_EQ(22u, QM_TYPE_ScanNameValuePair(type_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanNameValuePair(nullptr, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanStartEndPair(type_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanStartEndPair(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanNameValuePair(type_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanNameValuePair(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanStartEndPair(type_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanStartEndPair(nullptr, nullptr, nullptr));
   ExpectEachGives(22, QM_TYPE_ScanUnionSubType, type_, OnType, nullptr);
   ExpectEachGives(22, QM_TYPE_ScanIdentRefBase, type_, OnBase, nullptr);
-  EXPECT_EQ(22u, QM_TYPE_ScanPatternInvertMatch(type_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanPatternInvertMatch(nullptr, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(nullptr, ctx_, OnType, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(type_, ctx_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanPatternInvertMatch(type_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanPatternInvertMatch(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(nullptr, ctx_, OnType, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(type_, ctx_, nullptr, nullptr));
   EXPECT_EQ(77u, QM_TYPE_IterRealTypeDerivedName(type_, nullptr, OnType, nullptr))
       << "without context the typedef is told by its name";
 }
@@ -179,7 +179,7 @@ TEST_F(PublicArguments, OfMessages) {
   EXPECT_EQ("18|/|-|-|-", message_fixture::Describe(QM_CTX_ValidateRpcDataTree(
                               nullptr, QM_INPUT_TEXT, rpc, nullptr, nullptr)));
   ExpectEachGives(22, QM_CTX_ValidateNotifDataTree, ctx_, "<n xmlns='urn:m'/>", nullptr, nullptr);
-  EXPECT_EQ(0u, QM_CTX_ValidateNotifDataTree(ctx_, "<n xmlns='urn:m'/>", nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_ValidateNotifDataTree(ctx_, "<n xmlns='urn:m'/>", nullptr, nullptr));
   QM_FreeErrNode(nullptr);
   EXPECT_EQ(0u, QM_GetErrorType(nullptr));
   EXPECT_EQ(0u, QM_GetErrorSeverity(nullptr));

@@ -74,8 +74,9 @@ void ScanFailures(QmCtx* ctx, const std::atomic<bool>* stop) {
 TEST(Threads, ValidateSideBySideWhileLoadErrorsAreScanned) {
   Schema schema;
   schema.Load("m", kModel);
-  ASSERT_NE(0u, QM_CTX_LoadMemory(schema.ctx(),
-                                  message_fixture::YinModule("bad", "<leaf name=\"x\"/>").c_str()));
+  ASSERT_NE(QM_OK,
+            QM_CTX_LoadMemory(schema.ctx(),
+                              message_fixture::YinModule("bad", "<leaf name=\"x\"/>").c_str()));
   std::atomic<bool> stop{false};
   std::thread scanner(ScanFailures, schema.ctx(), &stop);
   std::vector<std::thread> validators;

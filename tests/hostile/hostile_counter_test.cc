@@ -2,6 +2,7 @@
 // Items are counted with 16 bits. However more of them come together - in one file,
 // in parts of a split module, by a deviation, by an augment - no counter wraps.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -179,7 +180,7 @@ class SplitModule {
 
   std::string ErrorsOfLoading() const {
     QmCtx* ctx = QM_CTX_Create(0);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
     static_cast<void>(QM_CTX_LoadModule(ctx, "m"));
     const std::string errors = LoadErrorLines(ctx);
     QM_CTX_Delete(ctx);

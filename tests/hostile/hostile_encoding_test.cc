@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Encodings, marks and bytes that have no place in a text, in models and messages.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -31,7 +32,7 @@ class ModelFile {
 
   uint32_t Load() const {
     QmCtx* ctx = QM_CTX_Create(0);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
     const uint32_t status = QM_CTX_LoadModule(ctx, "m");
     EXPECT_EQ(status == 0, QM_CTX_GetModuleByModName(ctx, "m") != nullptr);
     EXPECT_EQ(status == 0, LoadErrorLines(ctx).empty());

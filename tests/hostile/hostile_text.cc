@@ -2,6 +2,7 @@
 #include "tests/hostile/hostile_text.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 std::string ModuleText(const std::string& body) {
   return "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
@@ -35,14 +36,14 @@ std::string LoadErrorLines(QmCtx* ctx) {
 
 uint32_t LoadBesideOther(const std::string& text, std::string* errors) {
   QmCtx* ctx = QM_CTX_Create(QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx,
-                                  "<module name='ok' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                                  "<namespace uri='urn:ok'/><prefix value='ok'/>"
-                                  "<leaf name='x'><type name='int8'/></leaf></module>"));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx,
+                                     "<module name='ok' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                                     "<namespace uri='urn:ok'/><prefix value='ok'/>"
+                                     "<leaf name='x'><type name='int8'/></leaf></module>"));
   const uint32_t status = QM_CTX_LoadMemory(ctx, text.c_str());
   if (errors != nullptr) *errors = LoadErrorLines(ctx);
   QmsNode* leaf = QM_CTX_GetTargetNode(ctx, "/ok:x", nullptr);
-  EXPECT_EQ(0u, QM_NODE_ValidateValue(leaf, QM_INPUT_TEXT, "5"));
+  EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(leaf, QM_INPUT_TEXT, "5"));
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
   QM_CTX_Delete(ctx);
   return status;
@@ -50,7 +51,7 @@ uint32_t LoadBesideOther(const std::string& text, std::string* errors) {
 
 static QmCtx* Load(const std::string& module) {
   QmCtx* ctx = QM_CTX_Create(0);
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, module.c_str())) << LoadErrorLines(ctx);
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, module.c_str())) << LoadErrorLines(ctx);
   return ctx;
 }
 

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <libxml/tree.h>
+#include <qmodel/error.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,7 +59,7 @@ TEST(LoaderArguments, CouplingOfAugmentsRefusesNull) {
   QmsNode* augment = a->augmentNodes;
   ExpectEachGives(22, QMS_LOADER_CoupleAugmentAndGenRelation, world.ctx(), a);
   ExpectEachGives(22, QMS_LOADER_CoupleSelfAugmentNode, world.ctx(), a);
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNode(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNode(nullptr));
   uint32_t kind = QMS_NODE_NONE;
   ExpectEachGives(nullptr, QMS_NODE_GetAugRpcParentNodeAndChildType, world.ctx(), "/t:r", "input",
                   &kind);
@@ -80,15 +81,15 @@ TEST(LoaderArguments, NodesOfNoContextAreNotReportedAndNotUncoupled) {
   node.flags = QMS_NODE_COUPLED;
   node.module = &bare;
   QMS_NODE_NotifyAugmentFirstChildNodeRelink(&node);
-  EXPECT_EQ(22u, QMS_NODE_UnCoupleAugmentNode(&node));
-  EXPECT_EQ(0u, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
-  EXPECT_EQ(22u, QMS_MOD_CoupleDevNotSup(&node, nullptr, "d", "/t:x"));
-  EXPECT_EQ(22u, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(&bare, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UnCoupleAugmentNode(&node));
+  EXPECT_EQ(QM_OK, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_CoupleDevNotSup(&node, nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(&bare, "d", "/t:x"));
   node.flags = 0;
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(&node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNode(&node));
   node.module = nullptr;
-  EXPECT_EQ(22u, QMS_NODE_CoupleAugmentNode(&node));
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CoupleAugmentNode(&node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeDeviateNotSupport(&node, nullptr, "d", "/t:x"));
 }
 
 TEST(LoaderArguments, CouplingOfDeviationsRefusesNull) {
@@ -97,8 +98,8 @@ TEST(LoaderArguments, CouplingOfDeviationsRefusesNull) {
   QmsDeviation deviation = {};
   ExpectEachGives(22, QMS_MOD_CoupleDeviation, t, &deviation);
   ExpectEachGives(22, QMS_LOADER_CoupleDeviationAndGenRelation, world.ctx(), t);
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeDeviateNotSupport(nullptr, nullptr, "d", "/t:x"));
-  EXPECT_EQ(22u, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(t, "d", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeDeviateNotSupport(nullptr, nullptr, "d", "/t:x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(t, "d", nullptr));
   EXPECT_EQ("x", world.Tree("t"));
 }
 
@@ -108,7 +109,7 @@ TEST(LoaderArguments, UnloadingNothingSucceeds) {
   EXPECT_EQ(0u, QMS_LOADER_UnloadModuleProc(nullptr, "t"));
   EXPECT_EQ(0u, QMS_LOADER_UnloadModuleProc(world.ctx(), nullptr));
   EXPECT_TRUE(world.IsLoaded("t"));
-  ASSERT_EQ(0u, QM_CTX_AddTwoModRelation(world.ctx(), "a", t->name, QM_RELATION_DEVIATION));
+  ASSERT_EQ(QM_OK, QM_CTX_AddTwoModRelation(world.ctx(), "a", t->name, QM_RELATION_DEVIATION));
   EXPECT_EQ(0u, QMS_LOADER_IsAugAndRmvModShareSameDevaition(world.ctx(), "a", t))
       << "nothing deviates t";
   QM_CTX_DelTwoModRelation(world.ctx(), "a", t->name, QM_RELATION_DEVIATION);
@@ -140,8 +141,8 @@ TEST(LoaderArguments, AnUnloadWithASharedDeviationSurvivesRefusedMemory) {
 TEST(LoaderArguments, SubmodulesNeedAContextAndAModule) {
   yin::Context ctx;
   yin::Parsed module(ctx, yin::Module("m", ""));
-  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(nullptr, module.Get(), "s", nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(ctx, nullptr, "s", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadSubModule(nullptr, module.Get(), "s", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadSubModule(ctx, nullptr, "s", nullptr));
   EXPECT_EQ(nullptr, QMS_LOADER_ParseYinContent(ctx, nullptr, nullptr));
   xmlDoc* doc = yin::Xml(yin::Module("m", ""));
   EXPECT_EQ(nullptr, QMS_LOADER_ParseYinContent(nullptr, doc, nullptr));
@@ -154,7 +155,7 @@ TEST(LoaderArguments, ASubmoduleOfAnotherSuffixIsNotFound) {
   yin::Folder folder;
   folder.Write("s@@two.yin", yin::Submodule("s", ""));
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder.Dir()));
   yin::Parsed module(ctx, yin::Module("m", ""));
   QmsLoadSuffix own = {"one", 0};
   QmsLoadAssister assister = {};
@@ -163,7 +164,7 @@ TEST(LoaderArguments, ASubmoduleOfAnotherSuffixIsNotFound) {
   ASSERT_NE(nullptr, assister.suffixes);
   assister.suffixes[0] = own;
   assister.suffixCount = 1;
-  EXPECT_EQ(2u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "s", &assister));
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_LoadSubModule(ctx, module.Get(), "s", &assister));
   EXPECT_EQ(2, assister.suffixCount) << "the other delivery is remembered all the same";
   EXPECT_EQ(0u, assister.includeDepth);
   ClearLoadAssister(&assister);
@@ -176,7 +177,7 @@ TEST(LoaderArguments, ASubmoduleIsNotLoadedWithoutMemoryForItsSuffix) {
   for (bool refused = true; refused; ++n) {
     SCOPED_TRACE(n);
     yin::Context ctx;
-    ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder.Dir()));
+    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder.Dir()));
     yin::Parsed module(ctx, yin::Module("m", ""));
     QmsLoadAssister assister = {};
     assister.current = kQmsNoSuffix;
@@ -197,12 +198,12 @@ TEST(LoaderArguments, SuffixesThatNoFileCanHaveAreNotRemembered) {
   QmsModule module = {};
   module.mergeSources = sources;
   module.mergeSourceCount = 3;
-  EXPECT_EQ(0u, QMS_LOADER_PreFillLoadAssisterFromExisting(&assister, &module, &none));
+  EXPECT_EQ(QM_OK, QMS_LOADER_PreFillLoadAssisterFromExisting(&assister, &module, &none));
   ASSERT_EQ(1, assister.suffixCount);
   EXPECT_STREQ("good", assister.suffixes[0].suffix);
   ClearLoadAssister(&assister);
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_LOADER_PreFillLoadAssisterFromExisting(&assister, &module, &none));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_PreFillLoadAssisterFromExisting(&assister, &module, &none));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, QMS_LOADER_GetNextPathObjToProc(&none, &assister)) << "no candidates";
   ClearLoadAssister(&assister);
@@ -225,7 +226,7 @@ TEST(LoaderArguments, EmptyRecordsArePassedOver) {
   QMS_LOADER_InitModPendTbl(&tbl);
   QmsModPendNode* node = QMS_LOADER_AddModPendNode(&tbl, "m");
   ASSERT_NE(nullptr, node);
-  EXPECT_EQ(0u, QMS_LOADER_SaveEnabledFeatureToPendNode(&module, node));
+  EXPECT_EQ(QM_OK, QMS_LOADER_SaveEnabledFeatureToPendNode(&module, node));
   ASSERT_NE(&node->featPends, node->featPends.next);
   EXPECT_EQ(&node->featPends, node->featPends.next->next) << "one feature";
   QMS_LOADER_DeInitModPendTbl(&tbl);
@@ -237,10 +238,11 @@ TEST(LoaderArguments, NodesNeedAParentUnlessTheyAreTopNodes) {
   ASSERT_NE(nullptr, module);
   QmsNode* parent = module_builder::AddTop(module, QMS_NODE_CONTAINER, "c");
   QmsNode* node = module_builder::NewNode(module, QMS_NODE_LEAF, "l");
-  EXPECT_EQ(22u, QMS_LOADER_AddNodeToSchemaTree(module, nullptr, node, QMS_STMT_CONTAINER));
-  EXPECT_EQ(22u, QMS_LOADER_AddNodeToSchemaTree(module, parent, nullptr, QMS_STMT_CONTAINER));
-  EXPECT_EQ(22u, QMS_LOADER_AddNodeToSchemaTree(module, nullptr, nullptr, QMS_STMT_MODULE));
-  EXPECT_EQ(0u, QMS_LOADER_AddNodeToSchemaTree(module, parent, node, QMS_STMT_CONTAINER));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AddNodeToSchemaTree(module, nullptr, node, QMS_STMT_CONTAINER));
+  EXPECT_EQ(QM_INVALID,
+            QMS_LOADER_AddNodeToSchemaTree(module, parent, nullptr, QMS_STMT_CONTAINER));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AddNodeToSchemaTree(module, nullptr, nullptr, QMS_STMT_MODULE));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddNodeToSchemaTree(module, parent, node, QMS_STMT_CONTAINER));
   QMS_MOD_Free(module);
 }
 
@@ -279,8 +281,8 @@ TEST(LoaderArguments, AnElementWithoutPrefixIsNoExtensionInstance) {
   EXPECT_EQ(0, module.Get()->dataNodes->extInstCount);
   xmlDoc* doc = yin::Xml("<e xmlns=\"urn:e\"/>");
   QmsExtInst inst = {};
-  EXPECT_EQ(22u, QMS_LOADER_ParseExtInst(module.Get(), xmlDocGetRootElement(doc),
-                                         QMS_STMT_EXTENSION_INSTANCE, &inst));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_ParseExtInst(module.Get(), xmlDocGetRootElement(doc),
+                                                QMS_STMT_EXTENSION_INSTANCE, &inst));
   EXPECT_EQ(nullptr, inst.name);
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to find module by prefix \"\"."));
   xmlFreeDoc(doc);
@@ -292,10 +294,11 @@ TEST(LoaderArguments, AConditionFitsOrIsRefusedWhateverPieceComesLast) {
   const char text[] = "a =  'other:b' or b";
   char out[64];
   for (uint32_t size = 1; size < sizeof text; ++size) {
-    EXPECT_EQ(22u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), text, out, size)) << size;
+    EXPECT_EQ(QM_INVALID, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), text, out, size))
+        << size;
     EXPECT_LT(std::strlen(out), size);
   }
-  EXPECT_EQ(0u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), text, out, sizeof text));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), text, out, sizeof text));
   EXPECT_STREQ(text, out);
   uint32_t used = 0;
   EXPECT_EQ(0u, QMS_LOADER_AddModuleNameIntoCondition(module.Get(), "'b'", 3, out, 64, &used));

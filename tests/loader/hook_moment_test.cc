@@ -9,6 +9,7 @@
 // list while the augment does not count as coupled.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <map>
 #include <string>
@@ -120,8 +121,8 @@ class HookMoment : public testing::Test {
 
   // Every node of the module, and of what others added to it, gets private data.
   void Mark(const std::string& name) const {
-    EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(world_.Module(name), GivePrivates, nullptr));
-    EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(world_.Module(name), GivePrivates, nullptr));
+    EXPECT_EQ(QM_OK, QM_MOD_IterScanTopmostNode(world_.Module(name), GivePrivates, nullptr));
+    EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(world_.Module(name), GivePrivates, nullptr));
   }
 
   coupling::World world_;
@@ -249,8 +250,8 @@ TEST(HookMomentAtTheEnd, DeletingAContext) {
     world.Add("b", Imports({"t"}) + Augment("/t:x/y", Container("z", Leaf("w"))));
     world.Add("c", Imports({"t", "a"}) + Augment("/t:x/a:y", Leaf("v") + Leaf("v2")));
     for (const char* name : {"t", "a", "b", "c"}) {
-      EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(world.Module(name), GivePrivates, nullptr));
-      EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(world.Module(name), GivePrivates, nullptr));
+      EXPECT_EQ(QM_OK, QM_MOD_IterScanTopmostNode(world.Module(name), GivePrivates, nullptr));
+      EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(world.Module(name), GivePrivates, nullptr));
     }
     ASSERT_TRUE(InternText(&g_ctx->dict, &world.Module("t")->dataNodes->name, "other"));
     QM_CTX_SetPridataFreeFunc(g_ctx, OnFree);

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include <qmodel/data.h>
+#include <qmodel/error.h>
 
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
@@ -292,8 +293,8 @@ void ReadModule(QmCtx* ctx, const std::string& name) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
   if (module == nullptr) return;
   static_cast<void>(QM_MOD_PrintModelTree(module, DropText, nullptr));
-  EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(module, ReadTree, ctx));
-  EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(module, ReadTree, ctx));
+  EXPECT_EQ(QM_OK, QM_MOD_IterScanTopmostNode(module, ReadTree, ctx));
+  EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(module, ReadTree, ctx));
   std::string request = "<n0 xmlns='urn:" + name + "'><n1>1</n1><n2/></n0>";
   QM_FreeErrNode(QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, request.data(), nullptr, nullptr));
   static_cast<void>(QM_CTX_ValidateNotifDataTree(ctx, request.c_str(), nullptr, nullptr));
@@ -337,7 +338,7 @@ class Operator {
  public:
   explicit Operator(uint32_t seed) : random_(seed), ctx_(seed % 3 == 0 ? QM_LOAD_IMPORTS : 0) {
     g_ctx = ctx_;
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
     QM_CTX_SetPridataFreeFunc(ctx_, FreePrivate);
     QM_CTX_SetFirstAugChildRelinkFunc(ctx_, OnRelink);
     QM_CTX_SetBeforeDeviateNotSupportFunc(ctx_, OnNotSupported);

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -193,24 +194,24 @@ TEST_F(ImportsAsPending, ImportsThatAreNeitherLoadedNorPendingAreAppendedInOrder
   world_.Add("loaded", "");
   world_.Add("m", Imports({"z", "loaded", "y", "x"}));
   ASSERT_NE(nullptr, QMS_LOADER_AddModPendNode(&tbl_, "y"));
-  EXPECT_EQ(0u, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
   EXPECT_EQ("y z x", Names());
 }
 
 TEST_F(ImportsAsPending, AModuleThatIsNotLoadedGives2) {
-  EXPECT_EQ(2u, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
 }
 
 TEST_F(ImportsAsPending, ANodeThatCannotBeAppendedGives12) {
   world_.Add("m", Imports({"first", std::string(65, 'n'), "third"}));
-  EXPECT_EQ(12u, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
   EXPECT_EQ("first", Names());
 }
 
 TEST_F(ImportsAsPending, WithoutMemoryItGives12) {
   world_.Add("m", Imports({"first", "second"}));
   counting_memory::RefuseNth(2, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_AppendQmModImportsAsPending(world_.ctx(), &tbl_, "m"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("first", Names());
 }

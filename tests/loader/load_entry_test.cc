@@ -38,7 +38,7 @@ class LoadEntry : public testing::Test {
   void MakeContext(uint32_t loadFlags) {
     QM_CTX_Delete(ctx_);
     ASSERT_NE(nullptr, ctx_ = QM_CTX_Create(loadFlags));
-    ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx_, dir_.c_str()));
+    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, dir_.c_str()));
   }
   void Write(const std::string& name, const std::string& text) const {
     std::ofstream(dir_ + "/" + name) << text;
@@ -77,19 +77,19 @@ std::string AugmentOfT(const std::string& path, const std::string& leaf) {
 }  // namespace
 
 TEST_F(LoadModule, NullArgumentsGive22) {
-  EXPECT_EQ(22u, QM_CTX_LoadModule(nullptr, "m"));
-  EXPECT_EQ(22u, QM_CTX_LoadModule(ctx_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_LoadModule(nullptr, "m"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_LoadModule(ctx_, nullptr));
 }
 
 TEST_F(LoadModule, FileInASearchDirectoryIsLoaded) {
   Write("m.yin", YinModule("m"));
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_STREQ("urn:m", QM_MOD_GetModuleNs(Module("m")));
   EXPECT_EQ(Texts{}, Errors());
 }
 
 TEST_F(LoadModule, MissingFileGives2AndItsMessage) {
-  EXPECT_EQ(2u, QM_CTX_LoadModule(ctx_, "absent"));
+  EXPECT_EQ(QM_NOT_FOUND, QM_CTX_LoadModule(ctx_, "absent"));
   EXPECT_EQ(Texts{"absent|NULL|Failed to find \"absent\" from search directories."}, Errors());
 }
 
@@ -101,8 +101,8 @@ TEST_F(LoadModule, FailureWithoutMessageOfItsOwnGetsTheGenericOne) {
     sameNs.replace(at, 5, "urn:m");
   }
   Write("n.yin", sameNs);
-  ASSERT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
-  EXPECT_EQ(1u, QM_CTX_LoadModule(ctx_, "n"));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
+  EXPECT_EQ(QM_FAILED, QM_CTX_LoadModule(ctx_, "n"));
   EXPECT_EQ(Texts{"n|NULL|Failed to load module \"n\"."}, Errors());
   EXPECT_EQ(nullptr, Module("n"));
   EXPECT_EQ(Module("m"), QM_CTX_GetModuleByModNs(ctx_, "urn:m"));
@@ -111,7 +111,7 @@ TEST_F(LoadModule, FailureWithoutMessageOfItsOwnGetsTheGenericOne) {
 TEST_F(LoadModule, WithTheFlagClearImportsAreNotLoaded) {
   Write("a.yin", YinModule("a", kImportT));
   Write("t.yin", YinModule("t"));
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, "a"));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
   EXPECT_EQ(nullptr, Module("t"));
 }
 
@@ -120,7 +120,7 @@ TEST_F(LoadModule, WithTheFlagSetImportsAreLoadedTransitively) {
   Write("a.yin", YinModule("a", kImportT));
   Write("t.yin", YinModule("t", "<import module='u'><prefix value='u'/></import>"));
   Write("u.yin", YinModule("u"));
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, "a"));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
   EXPECT_NE(nullptr, Module("t"));
   EXPECT_NE(nullptr, Module("u"));
 }
@@ -128,8 +128,8 @@ TEST_F(LoadModule, WithTheFlagSetImportsAreLoadedTransitively) {
 TEST_F(LoadModule, WithTheFlagClearAModuleLoadedLaterIsAugmentedByEarlierOnes) {
   Write("a.yin", YinModule("a", kImportT + AugmentOfT("/t:x", "y")));
   Write("t.yin", YinModule("t", "<container name='x'/>"));
-  ASSERT_EQ(0u, QM_CTX_LoadModule(ctx_, "a"));
-  ASSERT_EQ(0u, QM_CTX_LoadModule(ctx_, "t"));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "t"));
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", nullptr);
   ASSERT_NE(nullptr, y);
   EXPECT_STREQ("x", QM_NODE_GetNodeName(QM_NODE_GetParentNode(y)));
@@ -137,24 +137,24 @@ TEST_F(LoadModule, WithTheFlagClearAModuleLoadedLaterIsAugmentedByEarlierOnes) {
 
 TEST_F(LoadModule, MessagesOfAFailedLoadStayUntilTheNextAttempt) {
   Write("m.yin", "<module");
-  EXPECT_EQ(22u, QM_CTX_LoadModule(ctx_, "m"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ((Texts{"m|m.yin|Failed to read content from the yin file.",
                    "m|m.yin|Failed to parse module \"m\" from the yin file."}),
             Errors());
   Write("m.yin", YinModule("m"));
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ(Texts{}, Errors());
 }
 
 TEST_F(LoadMemory, NullArgumentsGive22) {
-  EXPECT_EQ(22u, QM_CTX_LoadMemory(nullptr, "<a/>"));
-  EXPECT_EQ(22u, QM_CTX_LoadMemory(ctx_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_LoadMemory(nullptr, "<a/>"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_LoadMemory(ctx_, nullptr));
 }
 
 TEST_F(LoadMemory, TextThatIsNotWellFormedGives22AndPrintsNothing) {
   testing::internal::CaptureStderr();
-  EXPECT_EQ(22u, LoadText("<module"));
-  EXPECT_EQ(22u, LoadText(""));
+  EXPECT_EQ(QM_INVALID, LoadText("<module"));
+  EXPECT_EQ(QM_INVALID, LoadText(""));
   EXPECT_EQ("", testing::internal::GetCapturedStderr());
 }
 
@@ -238,13 +238,13 @@ TEST_F(UnloadModuleByName, NullContextOrNameGives0) {
 
 TEST_F(UnloadModuleByName, ModuleIsGoneAfterwards) {
   Write("m.yin", YinModule("m"));
-  ASSERT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
   EXPECT_EQ(nullptr, Module("m"));
 }
 
 TEST_F(UnloadModuleByName, NameThatIsNotLoadedForgetsItsErrors) {
-  EXPECT_EQ(2u, QM_CTX_LoadModule(ctx_, "absent"));
+  EXPECT_EQ(QM_NOT_FOUND, QM_CTX_LoadModule(ctx_, "absent"));
   ASSERT_NE(Texts{}, Errors());
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "absent"));
   EXPECT_EQ(Texts{}, Errors());

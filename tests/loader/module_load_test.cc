@@ -2,6 +2,7 @@
 // Loading by name from files: what is read, what is registered, what is told.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <set>
 #include <string>
@@ -26,7 +27,7 @@ class Loader {
  public:
   Loader() { Search(folder_); }
   void Search(const yin::Folder& folder) const {
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder.Dir()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder.Dir()));
   }
   void Write(const std::string& file, const std::string& text) const { folder_.Write(file, text); }
   uint32_t Load(const char* name) const { return QM_CTX_LoadModule(ctx_, name); }
@@ -85,13 +86,13 @@ TEST(LoadModuleByModName, NoFileIs2) {
   Loader loader;
   EXPECT_EQ(2u, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre("m -: Failed to find \"m\" from search directories."));
-  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByModName(loader.Ctx(), nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByModName(nullptr, "m"));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadModuleByModName(loader.Ctx(), nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadModuleByModName(nullptr, "m"));
 }
 
 TEST(LoadModuleByModName, ALoadFromMemoryWithoutFileIs2ThoughTheModuleIsThere) {
   Loader loader;
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "").c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "").c_str()));
   EXPECT_EQ(2u, loader.Load("m"));
   EXPECT_NE(nullptr, loader.Module("m"));
 }
@@ -118,7 +119,7 @@ TEST(LoadModuleByModName, BrokenFilesAre22) {
     SCOPED_TRACE(row.text);
     Loader loader;
     loader.Write("m.yin", row.text);
-    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(QM_INVALID, loader.Load("m"));
     EXPECT_EQ(nullptr, loader.Module("m"));
     EXPECT_EQ(row.errors, loader.Errors());
     EXPECT_STREQ("", loader.Ctx()->curYinFile);
@@ -152,7 +153,7 @@ TEST(LoadModuleByModName, AFailureInTheBodyKeepsItsTwoInnermostMessages) {
     SCOPED_TRACE(row.text);
     Loader loader;
     loader.Write("m.yin", yin::Module("m", row.text));
-    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(QM_INVALID, loader.Load("m"));
     EXPECT_EQ(nullptr, loader.Module("m"));
     EXPECT_EQ(row.errors, loader.Errors());
     EXPECT_STREQ("", loader.Ctx()->curYinFile);
@@ -185,9 +186,9 @@ TEST(LoadModuleByModName, TheRevisionFileOfAnEarlierDirectoryIsTaken) {
   a.Write("m@2001-01-01.yin", yin::Module("m", Leaf("old")));
   b.Write("m.yin", yin::Module("m", Leaf("plain")));
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, b.Dir()));
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, "m"));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, b.Dir()));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, "m"));
   EXPECT_EQ("old ", TopNodes(QM_CTX_GetModuleByModName(ctx, "m")));
   EXPECT_EQ("", Suffixes(QM_CTX_GetModuleByModName(ctx, "m")));
 }
@@ -286,7 +287,7 @@ TEST(LoadModuleByModName, WhenTheFirstPartFailsTheOthersAreNotRead) {
   loader.Search(later);
   loader.Write("m@@x.yin", yin::Module("m", "<leaf name='l'/>"));
   later.Write("m@@y.yin", yin::Module("m", Leaf("y")));
-  EXPECT_EQ(22u, loader.Load("m"));
+  EXPECT_EQ(QM_INVALID, loader.Load("m"));
   EXPECT_EQ(nullptr, loader.Module("m"));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("m m@@x.yin: leaf \"l\" must define with type statement.",
@@ -340,11 +341,12 @@ TEST(LoadModuleByPath, AMergeThatFailsIsTold) {
   loader.Write("x.yin", yin::Module("m", "<container name='c'/>"));
   loader.Write("y.yin", yin::Module("m", "<list name='c'/>"));
   QmsModule* module = nullptr;
-  EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("x.yin").c_str(), "a",
-                                            nullptr, &module));
+  EXPECT_EQ(QM_OK, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("x.yin").c_str(),
+                                               "a", nullptr, &module));
   QmsModule* first = module;
-  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("y.yin").c_str(), "a",
-                                             nullptr, &module));
+  EXPECT_EQ(QM_INVALID,
+            QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("y.yin").c_str(), "a",
+                                        nullptr, &module));
   EXPECT_EQ(first, module);
   EXPECT_EQ("a y.yin: Failed to merge module \"a\".", loader.Errors().front());
   QMS_MOD_Free(module);
@@ -357,7 +359,7 @@ TEST(LoadModuleByModName, ALoadReadsTenPartsAtMost) {
                  yin::Module("m", std::string("<feature name='") + c + "'/>"));
   EXPECT_EQ(0u, loader.Load("m"));
   EXPECT_EQ(10u, loader.Module("m")->featureCount);
-  EXPECT_EQ(12u, loader.Module("m")->mergeSourceCount);
+  EXPECT_EQ(QM_NO_MEMORY, loader.Module("m")->mergeSourceCount);
 }
 
 TEST(LoadModuleByModName, CoupledAugmentsAreTakenOutBeforeAPartIsMergedAndPutBack) {
@@ -437,11 +439,12 @@ TEST(LoadModuleByPath, TheFirstFileBecomesTheModule) {
   Loader loader;
   loader.Write("m.yin", yin::Module("m", ""));
   QmsModule* module = nullptr;
-  EXPECT_EQ(0u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("m.yin").c_str(), "m",
-                                            nullptr, &module));
+  EXPECT_EQ(QM_OK, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("m.yin").c_str(),
+                                               "m", nullptr, &module));
   ASSERT_NE(nullptr, module);
-  EXPECT_EQ(22u, QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("n.yin").c_str(), "n",
-                                             nullptr, &module));
+  EXPECT_EQ(QM_INVALID,
+            QMS_LOADER_LoadModuleByPath(loader.Ctx(), loader.Dir().Path("n.yin").c_str(), "n",
+                                        nullptr, &module));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("n n.yin: Failed to read content from the yin file.",
                           "n n.yin: Failed to parse module \"n\" from the yin file."));
@@ -506,7 +509,7 @@ TEST(ParseInclude, RefusedSubmodules) {
     Loader loader;
     loader.Write("m.yin", yin::Module("m", "<include module='s'/>"));
     if (row.file != nullptr) loader.Write("s.yin", row.file);
-    EXPECT_EQ(22u, loader.Load("m"));
+    EXPECT_EQ(QM_INVALID, loader.Load("m"));
     EXPECT_EQ(row.errors, loader.Errors());
   }
 }
@@ -517,18 +520,19 @@ TEST(LoadSubModule, Statuses) {
   loader.Write("sub.yin", yin::Submodule("sub", ""));
   yin::Parsed module(loader.Ctx(), yin::Module("m", ""));
   QmCtx* ctx = loader.Ctx();
-  EXPECT_EQ(2u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "none", nullptr));
-  EXPECT_EQ(2u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "../sub", nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "module", nullptr));
-  EXPECT_EQ(0u, QMS_LOADER_LoadSubModule(ctx, module.Get(), "sub", nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_LoadSubModule(nullptr, module.Get(), "sub", nullptr));
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_LoadSubModule(ctx, module.Get(), "none", nullptr));
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_LoadSubModule(ctx, module.Get(), "../sub", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadSubModule(ctx, module.Get(), "module", nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_LoadSubModule(ctx, module.Get(), "sub", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadSubModule(nullptr, module.Get(), "sub", nullptr));
 }
 
 TEST(LoadSubModule, FromMemoryTheFirstPartIsTakenAndNothingRemembered) {
   Loader loader;
   loader.Write("s@@p.yin", yin::Submodule("s", "<include module='u'/>" + Leaf("sp")));
   loader.Write("u@@q.yin", yin::Submodule("u", Leaf("uq")));
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "<include module='s'/>").c_str()));
+  EXPECT_EQ(QM_OK,
+            QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "<include module='s'/>").c_str()));
   EXPECT_EQ("uq sp ", TopNodes(loader.Module("m")));
   EXPECT_EQ("", Suffixes(loader.Module("m")));
 }

@@ -2,6 +2,7 @@
 #include "loader/pending.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -107,10 +108,10 @@ TEST_F(Pending, OnlyEnabledFeaturesAreSaved) {
   yin::Parsed m(
       ctx, yin::Module("m", "<feature name=\"f1\"/><feature name=\"f2\"/><feature name=\"f3\"/>"));
   ASSERT_TRUE(m);
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(m.Get(), "f3"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(m.Get(), "f1"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(m.Get(), "f3"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(m.Get(), "f1"));
   QmsModPendNode* node = QMS_LOADER_AddModPendNode(&tbl_, "m");
-  EXPECT_EQ(0u, QMS_LOADER_SaveEnabledFeatureToPendNode(m.Get(), node));
+  EXPECT_EQ(QM_OK, QMS_LOADER_SaveEnabledFeatureToPendNode(m.Get(), node));
   EXPECT_EQ("f1 f3", Features(node));
 }
 
@@ -118,10 +119,10 @@ TEST_F(Pending, SavingWithoutMemoryGives12) {
   yin::Context ctx;
   yin::Parsed m(ctx, yin::Module("m", "<feature name=\"f1\"/><feature name=\"f2\"/>"));
   ASSERT_TRUE(m);
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(m.Get(), "*"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(m.Get(), "*"));
   QmsModPendNode* node = QMS_LOADER_AddModPendNode(&tbl_, "m");
   counting_memory::RefuseNth(2, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_LOADER_SaveEnabledFeatureToPendNode(m.Get(), node));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_SaveEnabledFeatureToPendNode(m.Get(), node));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("f1", Features(node));
 }

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 #include <string>
@@ -48,43 +49,43 @@ static const QmtType* TypeAt(const QmsModule* module, const char* path) {
 
 TEST(AppendModuleToCtx, NullIsRefusedWith22) {
   yin::Context ctx;
-  EXPECT_EQ(22u, QMS_LOADER_AppendModuleToCtx(ctx, nullptr, nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_AppendModuleToCtx(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AppendModuleToCtx(ctx, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AppendModuleToCtx(nullptr, nullptr, nullptr));
 }
 
 TEST(AppendModuleToCtx, EntersTheModuleByNameAndNamespace) {
   yin::Context ctx;
   QmsModule* m = Parse(ctx, yin::Module("m", ""));
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
   EXPECT_EQ(m, QM_CTX_GetModuleByModName(ctx, "m"));
   EXPECT_EQ(m, QM_CTX_GetModuleByModNs(ctx, "urn:m"));
 }
 
 TEST(AppendModuleToCtx, ANamespaceThatIsTakenGives1AndTheModuleStaysTheCallers) {
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("m", "").c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("m", "").c_str()));
   yin::Parsed other(ctx,
                     "<module name='o' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
                     "<namespace uri='urn:m'/><prefix value='o'/></module>");
   ASSERT_TRUE(other);
-  EXPECT_EQ(1u, QMS_LOADER_AppendModuleToCtx(ctx, other.Get(), nullptr));
+  EXPECT_EQ(QM_FAILED, QMS_LOADER_AppendModuleToCtx(ctx, other.Get(), nullptr));
   EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx, "o"));
 }
 
 TEST(AppendModuleToCtx, ASecondRecordOfOneNameGives1) {
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("m", "").c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("m", "").c_str()));
   yin::Parsed other(ctx, yin::Module("m", ""));
   ASSERT_TRUE(other);
-  EXPECT_EQ(1u, QMS_LOADER_AppendModuleToCtx(ctx, other.Get(), nullptr));
+  EXPECT_EQ(QM_FAILED, QMS_LOADER_AppendModuleToCtx(ctx, other.Get(), nullptr));
 }
 
 TEST(AppendModuleToCtx, ARegisteredModuleIsNotInsertedAgainButCoupled) {
   coupling::World world;
   QmsModule* m = world.Add("m", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   world.Add("t", Container("x"));
-  ASSERT_EQ(0u, QMS_NODE_UnCoupleAugmentNode(m->augmentNodes));
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(world.ctx(), m, nullptr));
+  ASSERT_EQ(QM_OK, QMS_NODE_UnCoupleAugmentNode(m->augmentNodes));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(world.ctx(), m, nullptr));
   EXPECT_EQ("/t:x coupled{y}", world.Augments("m"));
 }
 
@@ -103,7 +104,7 @@ TEST(AppendModuleToCtx, TypesOfTheModuleArePointedAtItsTypedefs) {
       Container("c", LeafOfType("deep", "m:mine")) + "<rpc name=\"r\"><input>" +
       LeafOfType("in", "mine") + "</input></rpc>" + "<notification name=\"n\">" +
       LeafOfType("note", "mine") + "</notification>";
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("m", body).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("m", body).c_str()));
   QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
   const QmtType* mine = QM_MOD_GetRealTypeByTypDefName(m, "mine");
   for (const char* path : {"top", "c/deep", "r/input/in", "n/note"}) {
@@ -141,12 +142,12 @@ TEST(AppendModuleToCtx, TheFirstUnresolvedTypeEndsTheRefreshButNotTheCoupling) {
 
 TEST(AppendModuleToCtx, PathsThatCannotBeSplitAreRecordedAndBothStepsRun) {
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x") + Leaf("l")).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("t", Container("x") + Leaf("l")).c_str()));
   QmsModule* m = Parse(ctx, yin::Module("m", Imports({"t"}) + Augment("/t:x", Leaf("y")) +
                                                  Deviation("/t:l", Deviate("add"))));
   ASSERT_TRUE(InternText(&ctx.Get()->dict, &m->augmentNodes->name, "/x"));
   ASSERT_TRUE(InternText(&ctx.Get()->dict, &m->deviations[0].targetPath, "/l"));
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
   EXPECT_EQ(m, QM_CTX_GetModuleByModName(ctx, "m"));
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to couple augment statements.",
                                         "m -: Failed to couple deviation statements."));
@@ -180,9 +181,9 @@ TEST(AppendModuleToCtx, EverySuffixIsRememberedOnceWhetherItsFileWasLoadedOrNot)
   yin::Context ctx;
   Assister assister;
   QmsModule* m = Parse(ctx, yin::Module("m", ""));
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
   EXPECT_EQ("x y", Suffixes(m));
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
   EXPECT_EQ("x y", Suffixes(m));
   EXPECT_EQ(1u, QMS_LOADER_FindSuffixInModMrgSource(m, "y"));
   EXPECT_EQ(0u, QMS_LOADER_FindSuffixInModMrgSource(m, "z"));
@@ -195,13 +196,13 @@ TEST(SaveSuccLoadingSuffix, WithoutMemoryItGives12AndTheCountTellsTheTruth) {
   ASSERT_TRUE(m);
   for (uint64_t n = 1; n <= 3; ++n) {
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
-    EXPECT_EQ(12u, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), &assister.record)) << n;
+    EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), &assister.record)) << n;
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ("", Suffixes(m.Get()));
   }
-  EXPECT_EQ(0u, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), &assister.record));
+  EXPECT_EQ(QM_OK, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), &assister.record));
   EXPECT_EQ("x y", Suffixes(m.Get()));
-  EXPECT_EQ(0u, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_SaveSuccLoadingSuffix(m.Get(), nullptr));
 }
 
 TEST(AppendModuleToCtx, ARefusedSuffixDoesNotFailTheLoad) {
@@ -209,7 +210,7 @@ TEST(AppendModuleToCtx, ARefusedSuffixDoesNotFailTheLoad) {
   Assister assister;
   QmsModule* m = Parse(ctx, yin::Module("m", ""));
   counting_memory::RefuseNth(1, counting_memory::Refuse::kFromThenOn);
-  EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, &assister.record));
   EXPECT_GT(counting_memory::StopRefusing(), 0u);
   EXPECT_EQ("", Suffixes(m));
 }
@@ -222,7 +223,7 @@ TEST(AppendModuleToCtx, ARelationWithoutMemoryIsRecorded) {
     yin::Context ctx;
     QmsModule* m = Parse(ctx, text);
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
-    EXPECT_EQ(0u, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
+    EXPECT_EQ(QM_OK, QMS_LOADER_AppendModuleToCtx(ctx, m, nullptr));
     counting_memory::StopRefusing();
     if (ctx.Errors().empty()) continue;
     ++recorded;

@@ -15,6 +15,7 @@
 // without children it is left out of the comparison.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <algorithm>
 #include <map>
@@ -75,7 +76,7 @@ uint32_t AppendText(const char* text, uint32_t length, void* arg) {
 
 std::string Print(QmsModule* module) {
   std::string text;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(module, AppendText, &text));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(module, AppendText, &text));
   return text;
 }
 
@@ -169,7 +170,7 @@ class Closure {
 class Player {
  public:
   explicit Player(uint32_t seed) : random_(seed) {
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, kModels));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, kModels));
     QM_CTX_SetReloadModuleCbFunc(ctx_, NoteDestroyed);
   }
 
@@ -190,13 +191,13 @@ class Player {
 
   void CompareWithAFreshContext() {
     yin::Context fresh;
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(fresh, kModels));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(fresh, kModels));
     for (const std::string& name : order_.Get())
       EXPECT_EQ(FindModel(name) != nullptr, QM_CTX_LoadModule(fresh, name.c_str()) == 0) << name;
     for (const auto& [name, features] : features_)
       for (const std::string& feature : features)
-        EXPECT_EQ(0u, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(fresh, name.c_str()),
-                                           feature.c_str()));
+        EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(fresh, name.c_str()),
+                                              feature.c_str()));
     for (const Model& model : ActingModels()) Compare(model.name, fresh);
     EXPECT_EQ(fresh.Errors(), ctx_.Errors());
     coupling::CheckLinks(fresh);
@@ -253,9 +254,9 @@ class Player {
     if (module == nullptr) return;
     log_ += std::string(" *") + name + ":" + feature;
     if (features_[name].erase(feature) > 0) {
-      EXPECT_EQ(0u, QM_MOD_DisableFeature(module, feature));
+      EXPECT_EQ(QM_OK, QM_MOD_DisableFeature(module, feature));
     } else {
-      EXPECT_EQ(0u, QM_MOD_EnableFeature(module, feature));
+      EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module, feature));
       features_[name].insert(feature);
     }
   }
@@ -311,7 +312,7 @@ TEST(WildSequence, LeavesNoPointerIntoADestroyedModule) {
     Names destroyed;
     g_destroyed = &destroyed;
     yin::Context ctx(seed % 3 == 0 ? QM_LOAD_IMPORTS : 0);
-    ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, kModels));
+    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, kModels));
     for (int step = 0; step < 50 && !HasFailure(); ++step) {
       const char* name = kNames[random() % std::size(kNames)];
       const bool load = random() % 5 < 3;
@@ -335,12 +336,12 @@ TEST(WildSequence, LeavesNoPointerIntoADestroyedModule) {
     for (const char* name : {"upper", "third", "fourth", "calls", "base"})
       EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx, name)) << name;
     yin::Context fresh;
-    ASSERT_EQ(0u, QM_CTX_SetSearchDir(fresh, kModels));
+    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(fresh, kModels));
     if (QM_CTX_GetModuleByModName(ctx, "split") != nullptr) {
-      ASSERT_EQ(0u, QM_CTX_LoadModule(fresh, "split"));
+      ASSERT_EQ(QM_OK, QM_CTX_LoadModule(fresh, "split"));
     }
-    ASSERT_EQ(0u, QM_CTX_LoadModule(fresh, "base"));
-    ASSERT_EQ(0u, QM_CTX_LoadModule(ctx, "base"));
+    ASSERT_EQ(QM_OK, QM_CTX_LoadModule(fresh, "base"));
+    ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx, "base"));
     EXPECT_EQ(Print(QM_CTX_GetModuleByModName(fresh, "base")),
               Print(QM_CTX_GetModuleByModName(ctx, "base")));
     EXPECT_FALSE(HasFailure()) << "seed " << seed << ":" << log;

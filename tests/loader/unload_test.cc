@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -78,8 +79,8 @@ TEST(UnloadModule, ADeviatedModuleIsReadAgainWithItsFeaturesEnabled) {
   coupling::World world;
   world.Add("t", std::string(kFeatures) + Leaf("l") + Leaf("k"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "f1"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "f3"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "f1"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "f3"));
   ASSERT_EQ("k", world.Tree("t"));
   EXPECT_EQ(0u, world.Unload("r"));
   EXPECT_FALSE(world.IsLoaded("r"));
@@ -234,7 +235,7 @@ TEST(UnloadModule, WithReloadTheAugmentsOfOthersComeBackBeforeTheFeatures) {
   world.Add("t", std::string(kFeatures) + Container("x"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   world.Add("r", Imports({"t"}) + Deviation("/t:x", Deviate("add", "<config value=\"true\"/>")));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "*"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "*"));
   EXPECT_EQ(0u, world.Unload("r"));
   EXPECT_THAT(reloads, ElementsAre("r", "t"));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
@@ -306,9 +307,9 @@ TEST(UnloadModule, AFeatureThatIsGoneAfterTheReloadGivesAFailure) {
   coupling::World world;
   world.Add("t", std::string(kFeatures) + Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "*"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "*"));
   world.Put("t", "<feature name=\"f1\"/><feature name=\"f3\"/>" + Leaf("l"));
-  EXPECT_EQ(22u, world.Unload("r"));
+  EXPECT_EQ(QM_INVALID, world.Unload("r"));
   EXPECT_EQ("f1 f3", EnabledFeatures(world, "t"));
 }
 
@@ -318,11 +319,11 @@ TEST(UnloadModule, AnEnabledFeatureWithATooLongNameStandsInNoWay) {
   const std::string longName(65, 'f');
   world.Add("t", "<feature name=\"" + longName + "\"/>" + kFeatures + Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "*"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "*"));
   EXPECT_EQ(0u, world.Unload("r"));
   EXPECT_EQ("l", world.Tree("t"));
   EXPECT_EQ("f1 f2 f3", EnabledFeatures(world, "t"));
-  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(world.ctx(), "t", longName.c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(world.ctx(), "t", longName.c_str()));
   EXPECT_EQ(0u, world.Unload("t"));
   EXPECT_FALSE(world.IsLoaded("t"));
 }
@@ -334,7 +335,7 @@ TEST(UnloadModule, AModuleMergedFromSplitFilesIsReadAgain) {
   ASSERT_EQ(0u, world.Load("m"));
   ASSERT_EQ("c r", world.Tree("m"));
   ASSERT_EQ(2u, world.Module("m")->mergeSourceCount);
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("m"), "f2"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("m"), "f2"));
   world.Remove("m@@y.yin");
   EXPECT_EQ(0u, world.Unload("m"));
   EXPECT_EQ("c", world.Tree("m"));
@@ -349,10 +350,10 @@ TEST(UnloadModule, APathThatCannotBeSplitGives22AndRemovesNothing) {
       "r", Imports({"t"}) + Deviation("/t:l", NotSupported()) + Augment("/t:none", Leaf("y")));
   QmDict* dict = &world.ctx()->dict;
   ASSERT_TRUE(InternText(dict, &r->deviations[0].targetPath, "/l"));
-  EXPECT_EQ(22u, world.Unload("r"));
+  EXPECT_EQ(QM_INVALID, world.Unload("r"));
   ASSERT_TRUE(InternText(dict, &r->deviations[0].targetPath, "/t:l"));
   ASSERT_TRUE(InternText(dict, &r->augmentNodes->name, "/none"));
-  EXPECT_EQ(22u, world.Unload("r"));
+  EXPECT_EQ(QM_INVALID, world.Unload("r"));
   EXPECT_TRUE(world.IsLoaded("r"));
   EXPECT_TRUE(world.IsLoaded("t"));
 }
@@ -382,7 +383,7 @@ TEST(UnloadModule, ANameOfMoreThan64CharactersGives12) {
   coupling::World world;
   const std::string name(65, 'n');
   world.Add(name, Leaf("l"));
-  EXPECT_EQ(12u, world.Unload(name));
+  EXPECT_EQ(QM_NO_MEMORY, world.Unload(name));
   EXPECT_TRUE(world.IsLoaded(name));
 }
 
@@ -390,7 +391,7 @@ TEST(UnloadModule, WithoutMemoryForTheTableItGives12AndRemovesNothing) {
   coupling::World world;
   world.Add("m", Leaf("l"));
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, world.Unload("m"));
+  EXPECT_EQ(QM_NO_MEMORY, world.Unload("m"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("l", world.Tree("m"));
 }
@@ -399,9 +400,9 @@ TEST(UnloadModule, WithoutMemoryForAFeatureTheRemovalEndsThereWith12) {
   coupling::World world;
   world.Add("t", std::string(kFeatures) + Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world.Module("t"), "f1"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "f1"));
   counting_memory::RefuseNth(3, counting_memory::Refuse::kOnce);  // after the nodes for r and t
-  EXPECT_EQ(12u, world.Unload("r"));
+  EXPECT_EQ(QM_NO_MEMORY, world.Unload("r"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_FALSE(world.IsLoaded("r")) << "what was removed stays removed";
   EXPECT_TRUE(world.IsLoaded("t"));
@@ -503,7 +504,7 @@ static void UnloadAndReload(bool refusing) {
   if (!refusing) {
     EXPECT_EQ(0u, ret);
     EXPECT_EQ("x{y:a{z:b}} l", coupling::Tree(QM_CTX_GetModuleByModName(ctx, "t")));
-    EXPECT_EQ(1u, QM_CTX_IsModFeatureEnable(ctx, "t", "f2"));
+    EXPECT_EQ(QM_FAILED, QM_CTX_IsModFeatureEnable(ctx, "t", "f2"));
   }
   static_cast<void>(QM_CTX_UnloadModule(ctx, "a"));
   coupling::CheckLinks(ctx);

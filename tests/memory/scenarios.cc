@@ -65,7 +65,7 @@ std::string ReadMessage(const std::string& name) {
 // The same call works once memory is back.
 void ExpectUsable(QmCtx* ctx, bool refusing, const char* module) {
   if (refusing || ctx == nullptr) return;
-  EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, module));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, module));
 }
 
 void LoadAndLook(bool refusing) {

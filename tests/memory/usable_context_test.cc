@@ -24,7 +24,7 @@ uint32_t AddText(const char* text, uint32_t length, void* arg) {
 
 QmCtx* NewContext() {
   QmCtx* ctx = QM_CTX_Create(QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
-  EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, QMODEL_TEST_MODELS "/statements"));
+  EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, QMODEL_TEST_MODELS "/statements"));
   return ctx;
 }
 
@@ -40,14 +40,14 @@ void UnloadAll(QmCtx* ctx) {
 // gives the trees with all features on.
 std::string TreesOfReload(QmCtx* ctx) {
   for (const char* name : kModules) EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, name)) << name;
-  for (const char* name : kModules) EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name)) << name;
+  for (const char* name : kModules) EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name)) << name;
   std::string trees;
   for (const char* name : kModules) {
-    EXPECT_EQ(0u, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx, name), "*")) << name;
+    EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx, name), "*")) << name;
   }
   for (const char* name : kModules) {
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, name);
-    EXPECT_EQ(0u, QM_MOD_PrintModelTree(module, AddText, &trees)) << name;
+    EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(module, AddText, &trees)) << name;
   }
   return trees;
 }

@@ -56,16 +56,16 @@ TEST_F(MemRegisterCallBack, DefaultsAreTheCLibrarysFunctions) {
 }
 
 TEST_F(MemRegisterCallBack, NullHookIsRefusedWith22AndLeavesTheRegistrationOpen) {
-  EXPECT_EQ(22u, QM_MemRegisterCallBack(nullptr, OtherRealloc, OtherFree));
-  EXPECT_EQ(22u, QM_MemRegisterCallBack(OtherMalloc, nullptr, OtherFree));
-  EXPECT_EQ(22u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MemRegisterCallBack(nullptr, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_INVALID, QM_MemRegisterCallBack(OtherMalloc, nullptr, OtherFree));
+  EXPECT_EQ(QM_INVALID, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, nullptr));
   EXPECT_EQ(0u, g_qmMemRegistered);
   EXPECT_EQ(g_qmMemMallocFunc, static_cast<QmMallocFunc>(std::malloc));
-  EXPECT_EQ(0u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_OK, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
 }
 
 TEST_F(MemRegisterCallBack, FirstRegistrationTakesAllThreeHooks) {
-  EXPECT_EQ(0u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_OK, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
   EXPECT_EQ(1u, g_qmMemRegistered);
   EXPECT_EQ(g_qmMemMallocFunc, OtherMalloc);
   EXPECT_EQ(g_qmMemReAllocFunc, OtherRealloc);
@@ -73,7 +73,7 @@ TEST_F(MemRegisterCallBack, FirstRegistrationTakesAllThreeHooks) {
 }
 
 TEST_F(MemRegisterCallBack, SecondRegistrationGives17AndKeepsTheFirstHooks) {
-  ASSERT_EQ(0u, QM_MemRegisterCallBack(CountingMalloc, OtherRealloc, CountingFree));
+  ASSERT_EQ(QM_OK, QM_MemRegisterCallBack(CountingMalloc, OtherRealloc, CountingFree));
   EXPECT_EQ(17u, QM_MemRegisterCallBack(OtherMalloc, std::realloc, OtherFree));
   EXPECT_EQ(g_qmMemMallocFunc, CountingMalloc);
   EXPECT_EQ(g_qmMemReAllocFunc, OtherRealloc);
@@ -81,8 +81,8 @@ TEST_F(MemRegisterCallBack, SecondRegistrationGives17AndKeepsTheFirstHooks) {
 }
 
 TEST_F(MemRegisterCallBack, NullHookGives22AlsoAfterARegistration) {
-  ASSERT_EQ(0u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
-  EXPECT_EQ(22u, QM_MemRegisterCallBack(nullptr, OtherRealloc, OtherFree));
+  ASSERT_EQ(QM_OK, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_INVALID, QM_MemRegisterCallBack(nullptr, OtherRealloc, OtherFree));
 }
 
 TEST_F(MemRegisterCallBack, MutexThatCannotBeLockedGives37AndRegistersNothing) {
@@ -92,16 +92,16 @@ TEST_F(MemRegisterCallBack, MutexThatCannotBeLockedGives37AndRegistersNothing) {
   ASSERT_EQ(0, pthread_mutexattr_settype(&attr, PTHREAD_MUTEX_ERRORCHECK));
   ASSERT_EQ(0, pthread_mutex_init(&g_qmMemMutex, &attr));
   ASSERT_EQ(0, pthread_mutex_lock(&g_qmMemMutex));
-  EXPECT_EQ(37u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_LOCK_FAILED, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
   EXPECT_EQ(0u, g_qmMemRegistered);
   EXPECT_EQ(g_qmMemMallocFunc, static_cast<QmMallocFunc>(std::malloc));
   EXPECT_EQ(0, pthread_mutex_unlock(&g_qmMemMutex));
-  EXPECT_EQ(0u, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
+  EXPECT_EQ(QM_OK, QM_MemRegisterCallBack(OtherMalloc, OtherRealloc, OtherFree));
   pthread_mutexattr_destroy(&attr);
 }
 
 TEST_F(MemRegisterCallBack, ContextIsMadeAndFreedThroughTheRegisteredHooks) {
-  ASSERT_EQ(0u, QM_MemRegisterCallBack(CountingMalloc, OtherRealloc, CountingFree));
+  ASSERT_EQ(QM_OK, QM_MemRegisterCallBack(CountingMalloc, OtherRealloc, CountingFree));
   QmCtx* ctx = QM_CTX_Create(0);
   ASSERT_NE(nullptr, ctx);
   // The context, the dictionary's table and the error manager.

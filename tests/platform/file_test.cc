@@ -2,6 +2,7 @@
 #include "platform/file.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,7 +41,8 @@ class File : public testing::Test {
     do {
       found.insert(name.data());
     } while (RTK_VFS_FindNext(find, name.data(), nameSize) == 0);
-    EXPECT_EQ(2u, RTK_VFS_FindNext(find, name.data(), nameSize)) << "the end stays the end";
+    EXPECT_EQ(QM_NOT_FOUND, RTK_VFS_FindNext(find, name.data(), nameSize))
+        << "the end stays the end";
     RTK_VFS_FindClose(find);
     return found;
   }
@@ -56,7 +58,7 @@ TEST_F(File, SizeIsFoundBySeekingAndTheTextIsRead) {
   Write("m.yin", "hello");
   RtkVfsFile* file = RTK_VFS_FOpen(Path("m.yin").c_str(), "r");
   ASSERT_NE(nullptr, file);
-  EXPECT_EQ(0u, RTK_VFS_SetBufMode(file, 1));
+  EXPECT_EQ(QM_OK, RTK_VFS_SetBufMode(file, 1));
   EXPECT_EQ(0, RTK_VFS_FSeek(file, 0, 2));
   EXPECT_EQ(5, RTK_VFS_FTell(file));
   EXPECT_EQ(0, RTK_VFS_FSeek(file, 0, 0));
@@ -74,7 +76,7 @@ TEST_F(File, UnknownModesAndOriginsAreRefused) {
   Write("m.yin", "hello");
   RtkVfsFile* file = RTK_VFS_FOpen(Path("m.yin").c_str(), "r");
   ASSERT_NE(nullptr, file);
-  EXPECT_EQ(22u, RTK_VFS_SetBufMode(file, 3));
+  EXPECT_EQ(QM_INVALID, RTK_VFS_SetBufMode(file, 3));
   EXPECT_EQ(-1, RTK_VFS_FSeek(file, 0, 3));
   EXPECT_EQ(-1, RTK_VFS_FSeek(file, 0, -1));
   EXPECT_EQ(-1, RTK_VFS_FSeek(file, -1, 0));
@@ -117,12 +119,12 @@ TEST_F(File, OpenIsForReadingOnly) {
 
 TEST_F(File, NullHandleGivesTheFailureValue) {
   char c = 0;
-  EXPECT_EQ(22u, RTK_VFS_SetBufMode(nullptr, 1));
+  EXPECT_EQ(QM_INVALID, RTK_VFS_SetBufMode(nullptr, 1));
   EXPECT_EQ(-1, RTK_VFS_FSeek(nullptr, 0, 0));
   EXPECT_EQ(-1, RTK_VFS_FTell(nullptr));
   EXPECT_EQ(0u, RTK_VFS_FRead(&c, 1, 1, nullptr));
   EXPECT_EQ(-1, RTK_VFS_FClose(nullptr));
-  EXPECT_EQ(22u, RTK_VFS_FindNext(nullptr, &c, 1));
+  EXPECT_EQ(QM_INVALID, RTK_VFS_FindNext(nullptr, &c, 1));
   Write("m.yin", "hello");
   RtkVfsFile* file = RTK_VFS_FOpen(Path("m.yin").c_str(), "r");
   ASSERT_NE(nullptr, file);
@@ -131,7 +133,7 @@ TEST_F(File, NullHandleGivesTheFailureValue) {
   char name[8] = "";
   RtkVfsFind* find = RTK_VFS_FindFirst(Path("*").c_str(), name, sizeof name);
   ASSERT_NE(nullptr, find);
-  EXPECT_EQ(22u, RTK_VFS_FindNext(find, nullptr, 8));
+  EXPECT_EQ(QM_INVALID, RTK_VFS_FindNext(find, nullptr, 8));
   RTK_VFS_FindClose(find);
   EXPECT_EQ(nullptr, RTK_VFS_FindFirst(nullptr, &c, 1));
   RTK_VFS_FindClose(nullptr);

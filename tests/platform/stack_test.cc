@@ -2,13 +2,14 @@
 #include "platform/stack.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "tests/support/counting_memory.h"
 
 TEST(Stack, LastPushedComesOffFirst) {
   int items[3] = {};
   RtkStack* stack = RTK_CreateStack();
-  for (int& item : items) EXPECT_EQ(0u, RTK_Push(stack, &item));
+  for (int& item : items) EXPECT_EQ(QM_OK, RTK_Push(stack, &item));
   EXPECT_EQ(3u, RTK_GetSize(stack));
   EXPECT_EQ(&items[2], RTK_Peep(stack));
   EXPECT_EQ(3u, RTK_GetSize(stack));
@@ -29,13 +30,13 @@ TEST(Stack, EmptyStackGivesNull) {
 TEST(Stack, HoldsMoreItemsThanItsFirstBlock) {
   char items[100];
   RtkStack* stack = RTK_CreateStack();
-  for (char& item : items) ASSERT_EQ(0u, RTK_Push(stack, &item));
+  for (char& item : items) ASSERT_EQ(QM_OK, RTK_Push(stack, &item));
   for (size_t i = sizeof items; i > 0; --i) ASSERT_EQ(&items[i - 1], RTK_Pop(stack));
   RTK_DeleteStack(stack);
 }
 
 TEST(Stack, NullStackIsHarmless) {
-  EXPECT_EQ(22u, RTK_Push(nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, RTK_Push(nullptr, nullptr));
   EXPECT_EQ(nullptr, RTK_Pop(nullptr));
   EXPECT_EQ(nullptr, RTK_Peep(nullptr));
   EXPECT_EQ(0u, RTK_GetSize(nullptr));

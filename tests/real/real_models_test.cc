@@ -62,7 +62,7 @@ class RealModels : public testing::Test {
 
   static QmCtx* NewContext(uint32_t flags) {
     QmCtx* ctx = QM_CTX_Create(flags);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, Models().c_str()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, Models().c_str()));
     return ctx;
   }
 
@@ -88,7 +88,7 @@ class RealModels : public testing::Test {
 
   static std::string Tree(QmCtx* ctx, const std::string& name) {
     std::string text;
-    EXPECT_EQ(0u,
+    EXPECT_EQ(QM_OK,
               QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx, name.c_str()), AddText, &text))
         << name;
     return text;
@@ -101,7 +101,7 @@ TEST_F(RealModels, EachLoadsAlone) {
   for (const std::string& name : names) {
     SCOPED_TRACE(name);
     QmCtx* ctx = NewContext(0);
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str()));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str()));
     EXPECT_EQ("", LoadErrors(ctx));
     EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx, name.c_str()));
     QM_CTX_Delete(ctx);
@@ -111,7 +111,7 @@ TEST_F(RealModels, EachLoadsAlone) {
 TEST_F(RealModels, AllLoadTogetherInOneContext) {
   QmCtx* ctx = NewContext(QM_LOAD_IMPORTS | QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
   for (const std::string& name : ModuleNames()) {
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
   }
   EXPECT_EQ("", LoadErrors(ctx));
   QM_CTX_Delete(ctx);
@@ -146,7 +146,7 @@ class RealOrders : public RealModels {
   static Trees LoadInOrder(const std::vector<std::string>& order, uint32_t flags) {
     QmCtx* ctx = NewContext(flags);
     for (const std::string& name : order) {
-      EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+      EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
     }
     EXPECT_EQ("", LoadErrors(ctx));
     Trees trees;
@@ -216,12 +216,12 @@ class RealMessages : public RealModels {
   static QmCtx* Load(const Expectation& row) {
     QmCtx* ctx = NewContext(QM_LOAD_IMPORTS);
     for (const std::string& name : row.modules) {
-      EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+      EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
     }
     for (const std::string& feature : row.features) {
       const std::vector<std::string> parts = Split(feature, ':');
       QmsModule* module = QM_CTX_GetModuleByModName(ctx, parts[0].c_str());
-      EXPECT_EQ(0u, QM_MOD_EnableFeature(module, parts[1].c_str())) << feature;
+      EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module, parts[1].c_str())) << feature;
     }
     return ctx;
   }

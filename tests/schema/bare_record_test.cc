@@ -87,11 +87,11 @@ TEST(BareNode, IsOfNoModule) {
   QMS_NODE_DestroySchemaInfo(&bare);
   QMS_NODE_DestroySchemaInfo(nullptr);
   QM_NODE_CalibrateTopNodeAddress(&bare, nullptr);
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeExtInstsChange(&bare));
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeExtInstsChange(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeExtInstsChange(&bare));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeExtInstsChange(nullptr));
   QmsModule module = {};
   bare.module = &module;
-  EXPECT_EQ(0u, QMS_NODE_NotifyBeforeExtInstsChange(&bare)) << "no context, no hook";
+  EXPECT_EQ(QM_OK, QMS_NODE_NotifyBeforeExtInstsChange(&bare)) << "no context, no hook";
 }
 
 TEST(BareNode, IsLeftAloneWhenItsParentIsFreed) {
@@ -102,7 +102,7 @@ TEST(BareNode, IsLeftAloneWhenItsParentIsFreed) {
   QmsNode* own = Child(box, QMS_NODE_CONTAINER, "own");
   bare.next = own;
   box->firstChild = &bare;
-  ASSERT_EQ(0u, QMS_NODE_Unlink(box));
+  ASSERT_EQ(QM_OK, QMS_NODE_Unlink(box));
   QMS_NODE_Free(box);
   EXPECT_EQ(uint32_t{QMS_NODE_LEAF}, bare.kind);
 }
@@ -136,12 +136,12 @@ TEST(BareNode, AListHeldByItsFirstChildAloneEndsWhereItsLinksEnd) {
 TEST(BareNode, AMergeRefusesATargetOfNoModule) {
   Tree tree;
   QmsNode target = {};
-  EXPECT_EQ(22u, QMS_NODE_MergeNodeListToTgtWithTravType(&target, tree.c, QMS_TRAV_CHILD));
-  EXPECT_EQ(22u, QMS_NODE_MergeDstNodeWithMimExtInst(&target, tree.c));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeNodeListToTgtWithTravType(&target, tree.c, QMS_TRAV_CHILD));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeDstNodeWithMimExtInst(&target, tree.c));
   EXPECT_EQ(tree.c, tree.m->dataNodes);
   QmsNode* leaf = LeafOf(tree.c, "l", QMT_BASE_INT8);
   leaf->module = nullptr;
-  EXPECT_EQ(0u, QMS_NODE_RefreshNodeTreeToQmMod(tree.c, tree.m));
+  EXPECT_EQ(QM_OK, QMS_NODE_RefreshNodeTreeToQmMod(tree.c, tree.m));
   EXPECT_EQ(tree.m, leaf->module);
 }
 
@@ -161,7 +161,7 @@ TEST(BareNode, APathThatStartsBehindItsBufferIsRefused) {
   Tree tree;
   char text[4] = "abc";
   uint32_t length = 4;
-  EXPECT_EQ(22u, QMS_NODE_PrintJsonPathRecursive(tree.c, text, 4, &length));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintJsonPathRecursive(tree.c, text, 4, &length));
   EXPECT_EQ(4u, length);
   EXPECT_STREQ("abc", text);
 }
@@ -169,9 +169,9 @@ TEST(BareNode, APathThatStartsBehindItsBufferIsRefused) {
 TEST(BareNode, ATopNodeInheritsNoMarks) {
   Tree tree;
   tree.c->flags = QMS_NODE_DENY_ALL;
-  EXPECT_EQ(0u, QMS_NODE_UpdateNacmFlag(tree.c));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateNacmFlag(tree.c));
   EXPECT_EQ(uint32_t{QMS_NODE_DENY_ALL}, tree.c->flags);
-  EXPECT_EQ(22u, QMS_NODE_ImplUpdateFlagCb(nullptr, QMS_TRAV_TOP, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_ImplUpdateFlagCb(nullptr, QMS_TRAV_TOP, nullptr));
 }
 
 TEST(BareNode, ATypedefThatEndsInNoLeafrefHasNoPath) {
@@ -185,14 +185,14 @@ TEST(BareNode, ATypedefThatEndsInNoLeafrefHasNoPath) {
 
 TEST(BareExtInsts, ACountOrAnArrayAloneReplacesNothing) {
   Tree tree;
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(tree.c, "m", "kept", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(tree.c, "m", "kept", nullptr));
   QmsExtInst inst = {};
   QmsNode src = {};
   src.extInstCount = 1;
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(tree.c, &src));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(tree.c, &src));
   src.extInstCount = 0;
   src.extInsts = &inst;
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(tree.c, &src));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(tree.c, &src));
   ASSERT_EQ(1, tree.c->extInstCount);
   EXPECT_STREQ("kept", tree.c->extInsts[0].name);
 }

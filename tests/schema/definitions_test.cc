@@ -2,6 +2,7 @@
 #include "schema/definitions.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -56,35 +57,35 @@ class Definitions : public testing::Test {
 };
 
 TEST_F(Definitions, AppendedElementsStandInOrderAndAreFound) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "a", "pa"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "b", "pb"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "a", "pa"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "b", "pb"));
   ASSERT_EQ(2, module_->importCount);
   EXPECT_STREQ("a", module_->imports[0].moduleName);
   EXPECT_EQ(&module_->imports[1], QMS_MOD_FindImportByPrefix(module_->imports, 2, "pb"));
   EXPECT_EQ(nullptr, QMS_MOD_FindImportByPrefix(module_->imports, 1, "pb"));
 
-  ASSERT_EQ(0u, QMS_MOD_AppendOneInclude(module_, "s"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneInclude(module_, "s"));
   EXPECT_EQ(&module_->includes[0], QMS_MOD_FindIncludeBySubName(module_->includes, 1, "s"));
 
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "f"));
   EXPECT_EQ(&module_->features[0], QMS_MOD_FindFeatureByName(module_, "f"));
   EXPECT_EQ(0, module_->features[0].flags);
 
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "i"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "i"));
   EXPECT_EQ(&module_->identities[0], QMS_MOD_FindIdentityByName(module_, "i"));
 
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(module_, "e", nullptr, 1));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(module_, "e", nullptr, 1));
   EXPECT_EQ(&module_->extensions[0], QMS_MOD_FindExtensionByName(module_, "e"));
   EXPECT_EQ(nullptr, module_->extensions[0].argument);
   EXPECT_EQ(1u, module_->extensions[0].yinElement);
 
-  ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
   EXPECT_STREQ("/a:b", module_->deviations[0].targetPath);
   EXPECT_EQ(nullptr, module_->deviations[0].deviates);
 
   QmtType type = {};
   type.baseType = QMT_BASE_INT8;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module_, "t", &type, "5"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module_, "t", &type, "5"));
   EXPECT_EQ(&module_->typedefs[0], QMS_MOD_FindQmsTypDefByName(module_, "t"));
   EXPECT_EQ(&module_->typedefs[0], QMS_MOD_FindTypDefObjByName(module_->typedefs, 1, "t"));
   EXPECT_STREQ("5", module_->typedefs[0].defaultValue);
@@ -96,29 +97,29 @@ TEST_F(Definitions, NullModuleAndModuleWithoutContextAreRefusedWith22) {
   QmtType type = {};
   QmsModule bare = {};
   for (QmsModule* module : {static_cast<QmsModule*>(nullptr), &bare}) {
-    EXPECT_EQ(22u, QMS_MOD_AppendOneImport(module, "a", "b"));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneInclude(module, "a"));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneFeature(module, "a"));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneIdentity(module, "a"));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneExtension(module, "a", nullptr, 0));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneDeviation(module, "/a"));
-    EXPECT_EQ(22u, QMS_MOD_AppendOneTypeDef(module, "a", &type, nullptr));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneImport(module, "a", "b"));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneInclude(module, "a"));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneFeature(module, "a"));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneIdentity(module, "a"));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneExtension(module, "a", nullptr, 0));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneDeviation(module, "/a"));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneTypeDef(module, "a", &type, nullptr));
   }
 }
 
 TEST_F(Definitions, MissingTextIsRefusedWith22AndNothingIsCounted) {
   QmtType type = {};
-  EXPECT_EQ(22u, QMS_MOD_AppendOneImport(module_, nullptr, "p"));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneImport(module_, "a", nullptr));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneInclude(module_, nullptr));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneFeature(module_, nullptr));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneIdentity(module_, nullptr));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneExtension(module_, nullptr, "x", 0));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneDeviation(module_, nullptr));
-  EXPECT_EQ(22u, QMS_MOD_AppendOneTypeDef(module_, nullptr, &type, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneImport(module_, nullptr, "p"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneImport(module_, "a", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneInclude(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneFeature(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneIdentity(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneExtension(module_, nullptr, "x", 0));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneDeviation(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneTypeDef(module_, nullptr, &type, nullptr));
   QmsIdentBase base = {};
-  EXPECT_EQ(22u, QMS_MOD_FillIdentBase(dict_, &base, nullptr, "x"));
-  EXPECT_EQ(22u, QMS_MOD_FillIdentBase(dict_, &base, "x", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FillIdentBase(dict_, &base, nullptr, "x"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FillIdentBase(dict_, &base, "x", nullptr));
   EXPECT_EQ(0, module_->importCount + module_->includeCount + module_->featureCount +
                    module_->identityCount + module_->extensionCount + module_->deviationCount +
                    module_->typedefCount);
@@ -127,29 +128,30 @@ TEST_F(Definitions, MissingTextIsRefusedWith22AndNothingIsCounted) {
 }
 
 TEST_F(Definitions, AppendWorksAfterAFailedFirstOne) {
-  EXPECT_EQ(22u, QMS_MOD_AppendOneImport(module_, "a", nullptr));
-  EXPECT_EQ(0u, QMS_MOD_AppendOneImport(module_, "a", "p"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneImport(module_, "a", nullptr));
+  EXPECT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "a", "p"));
   EXPECT_EQ(1, module_->importCount);
 }
 
 TEST_F(Definitions, FailedAppendKeepsWhatWasThere) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "kept"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "kept"));
   for (uint64_t n = 1; n <= 3; ++n) {  // the array, the dictionary entry, its text
-    EXPECT_EQ(12u, WithRefusal(n, [&] { return QMS_MOD_AppendOneFeature(module_, "lost"); }));
+    EXPECT_EQ(QM_NO_MEMORY,
+              WithRefusal(n, [&] { return QMS_MOD_AppendOneFeature(module_, "lost"); }));
     EXPECT_EQ(1, module_->featureCount);
     EXPECT_STREQ("kept", module_->features[0].name);
     EXPECT_EQ(nullptr, QMS_MOD_FindFeatureByName(module_, "lost"));
   }
-  EXPECT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "lost"));
+  EXPECT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "lost"));
   EXPECT_EQ(2, module_->featureCount);
 }
 
 TEST_F(Definitions, FullCounterIsRefusedWith22) {
   ASSERT_EQ(0u, NewArrayOf(&module_->includes, 65535));
   module_->includeCount = 65534;
-  EXPECT_EQ(0u, QMS_MOD_AppendOneInclude(module_, "last"));
+  EXPECT_EQ(QM_OK, QMS_MOD_AppendOneInclude(module_, "last"));
   EXPECT_EQ(65535, module_->includeCount);
-  EXPECT_EQ(22u, QMS_MOD_AppendOneInclude(module_, "one more"));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AppendOneInclude(module_, "one more"));
   EXPECT_EQ(65535, module_->includeCount);
   EXPECT_STREQ("last", module_->includes[65534].submoduleName);
 }
@@ -166,16 +168,23 @@ TEST_F(Definitions, FailedInterningHasTheStatusOfItsFamily) {
   QmtType type = {};
   // Each text takes two blocks: the third allocation belongs to the second text.
   for (uint64_t n : {1u, 3u}) {
-    EXPECT_EQ(22u, WithRefusal(n, [&] { return QMS_MOD_FillImport(dict_, &import, "x", "y"); }));
-    EXPECT_EQ(12u, WithRefusal(n, [&] { return QMS_MOD_FillIdentBase(dict_, &base, "x", "y"); }));
-    EXPECT_EQ(12u, WithRefusal(n, [&] { return QMS_MOD_SetExtension(dict_, &ext, "x", "y", 1); }));
-    EXPECT_EQ(12u,
+    EXPECT_EQ(QM_INVALID,
+              WithRefusal(n, [&] { return QMS_MOD_FillImport(dict_, &import, "x", "y"); }));
+    EXPECT_EQ(QM_NO_MEMORY,
+              WithRefusal(n, [&] { return QMS_MOD_FillIdentBase(dict_, &base, "x", "y"); }));
+    EXPECT_EQ(QM_NO_MEMORY,
+              WithRefusal(n, [&] { return QMS_MOD_SetExtension(dict_, &ext, "x", "y", 1); }));
+    EXPECT_EQ(QM_NO_MEMORY,
               WithRefusal(n, [&] { return QMS_MOD_FillTypeDef(dict_, &td, "x", &type, "y"); }));
   }
-  EXPECT_EQ(12u, WithRefusal(1, [&] { return QMS_MOD_FillInclude(dict_, &include, "x"); }));
-  EXPECT_EQ(12u, WithRefusal(1, [&] { return QMS_MOD_FillFeature(dict_, &feature, "x"); }));
-  EXPECT_EQ(12u, WithRefusal(1, [&] { return QMS_MOD_FillIdentity(dict_, &identity, "x"); }));
-  EXPECT_EQ(12u, WithRefusal(1, [&] { return QMS_MOD_FillDeviationTargetNode(dict_, &dev, "x"); }));
+  EXPECT_EQ(QM_NO_MEMORY,
+            WithRefusal(1, [&] { return QMS_MOD_FillInclude(dict_, &include, "x"); }));
+  EXPECT_EQ(QM_NO_MEMORY,
+            WithRefusal(1, [&] { return QMS_MOD_FillFeature(dict_, &feature, "x"); }));
+  EXPECT_EQ(QM_NO_MEMORY,
+            WithRefusal(1, [&] { return QMS_MOD_FillIdentity(dict_, &identity, "x"); }));
+  EXPECT_EQ(QM_NO_MEMORY,
+            WithRefusal(1, [&] { return QMS_MOD_FillDeviationTargetNode(dict_, &dev, "x"); }));
   EXPECT_EQ(nullptr, import.moduleName);
   EXPECT_EQ(nullptr, base.prefix);
   EXPECT_EQ(nullptr, ext.name);
@@ -189,12 +198,13 @@ TEST_F(Definitions, FailedTypeCopyGives22AndReleasesNameAndDefault) {
   ASSERT_TRUE(MakeDerived(dict_, &type, "m", "t"));
   QmsTypedef td = {};
   // Four blocks for the two texts, then the copy of the type.
-  EXPECT_EQ(22u, WithRefusal(5, [&] { return QMS_MOD_FillTypeDef(dict_, &td, "n", &type, "d"); }));
+  EXPECT_EQ(QM_INVALID,
+            WithRefusal(5, [&] { return QMS_MOD_FillTypeDef(dict_, &td, "n", &type, "d"); }));
   EXPECT_EQ(nullptr, td.name);
   EXPECT_EQ(nullptr, td.defaultValue);
   EXPECT_EQ(0u, References(dict_, "n"));
   EXPECT_EQ(0u, References(dict_, "d"));
-  EXPECT_EQ(22u, QMS_MOD_FillTypeDef(dict_, &td, "n", nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FillTypeDef(dict_, &td, "n", nullptr, nullptr));
   EXPECT_EQ(0u, References(dict_, "n"));
   QMT_TYPE_DestroyQmtRealTypeInner(dict_, &type);
 }
@@ -243,7 +253,7 @@ TEST_F(Definitions, ClearedAndFreedElementsMayBeEmpty) {
 }
 
 TEST_F(Definitions, ClearingTwiceTakesNoForeignReference) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "f"));
   QmsFeature feature = {};
   ASSERT_EQ(0u, QMS_MOD_FillFeature(dict_, &feature, "f"));
   QMS_MDL_ClearFeature(dict_, &feature);
@@ -366,8 +376,8 @@ TEST(CheckSame, DeviatesDifferByKindFlagsMustsDefaultsAndUnitsOnly) {
 }
 
 TEST_F(Definitions, EqualDeviationsAreNeverTheSame) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module_, "/a:b"));
   EXPECT_EQ(2, module_->deviationCount);
   EXPECT_EQ(0u, QMS_MOD_CheckTwoDeviationSame(&module_->deviations[0], &module_->deviations[1]));
   EXPECT_EQ(0u, QMS_MOD_CheckTwoDeviationSame(&module_->deviations[0], &module_->deviations[0]));
@@ -408,7 +418,7 @@ class Deviates : public Definitions {
 
 TEST_F(Deviates, FillCopiesAllButTheExtensionInstances) {
   QmsDeviate copy = {};
-  ASSERT_EQ(0u, QMS_MOD_FillDeviate(dict_, &copy, &source_));
+  ASSERT_EQ(QM_OK, QMS_MOD_FillDeviate(dict_, &copy, &source_));
   EXPECT_EQ(uint32_t{QMS_DEVIATE_REPLACE}, copy.kind);
   EXPECT_EQ(QMS_NODE_CONFIG_FALSE, copy.flags);
   EXPECT_EQ(1, copy.defaultsRewritten);
@@ -481,13 +491,13 @@ TEST_F(Deviates, FailedFillGives12AndLeavesTheElementClear) {
   }
   EXPECT_GT(failures, 10u);
   QmsDeviate unused = {};
-  EXPECT_EQ(22u, QMS_MOD_FillDeviate(dict_, &unused, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FillDeviate(dict_, &unused, nullptr));
 }
 
 TEST_F(Deviates, CountWithoutArrayIsCopiedAsEmpty) {
   source_.defaults = nullptr;
   QmsDeviate copy = {};
-  ASSERT_EQ(0u, QMS_MOD_FillDeviate(dict_, &copy, &source_));
+  ASSERT_EQ(QM_OK, QMS_MOD_FillDeviate(dict_, &copy, &source_));
   EXPECT_EQ(nullptr, copy.defaults);
   EXPECT_EQ(0, copy.defaultCount);
   QMS_MOD_ClearDeviate(dict_, &copy);
@@ -500,10 +510,10 @@ class ResolvedTypedefs : public Definitions {
     Definitions::SetUp();
     QmtType plain = {};
     plain.baseType = QMT_BASE_INT8;
-    ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module_, "base", &plain, nullptr));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module_, "base", &plain, nullptr));
     QmtType derived = {};
     ASSERT_TRUE(MakeDerived(dict_, &derived, "m", "base"));
-    ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module_, "next", &derived, nullptr));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module_, "next", &derived, nullptr));
     QmsNode* container = AddTop(module_, QMS_NODE_CONTAINER, "c");
     data_ = TypeOfLeaf(AddChild(AddChild(container, QMS_NODE_CHOICE, "ch"), QMS_NODE_LEAF, "l"));
     rpc_ = TypeOfLeaf(AddChild(
@@ -513,7 +523,7 @@ class ResolvedTypedefs : public Definitions {
     for (QmtType* type : {data_, rpc_, notif_, augment_}) {
       ASSERT_TRUE(MakeDerived(dict_, type, "m", "base"));
     }
-    ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module_, "/x:y"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module_, "/x:y"));
     QmsDeviate deviate = {};
     deviate.kind = QMS_DEVIATE_REPLACE;
     deviate.type = &derived;
@@ -526,7 +536,7 @@ class ResolvedTypedefs : public Definitions {
   }
   void ResolveAll() {
     for (QmtType* type : All()) {
-      ASSERT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(type, module_));
+      ASSERT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(type, module_));
       ASSERT_EQ(&module_->typedefs[0].type, ResolvedOf(type));
     }
   }
@@ -544,7 +554,7 @@ class ResolvedTypedefs : public Definitions {
 TEST_F(ResolvedTypedefs, AppendForgetsEveryPointerIntoTheArrayItMoves) {
   QmtType plain = {};
   plain.baseType = QMT_BASE_STRING;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module_, "third", &plain, nullptr));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module_, "third", &plain, nullptr));
   for (QmtType* type : All()) EXPECT_EQ(nullptr, ResolvedOf(type));
   ResolveAll();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -215,7 +216,7 @@ TEST(DeviateDeleteExtInst, TheClientIsToldOnceBeforeTheFirstChange) {
       "</import><deviation target-node='/t:n'>" +
           Delete("<ext:e1 v='lacks'/>") + Delete("<ext:e2/><ext:e1/>") + "</deviation>",
       "xmlns:ext='urn:ext'");
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(deviation.ctx(), d2.c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(deviation.ctx(), d2.c_str()));
   EXPECT_EQ("container n", deviation.Node());
   EXPECT_EQ(nullptr, deviation.Target()->extInsts);
   EXPECT_THAT(told, ElementsAre("container n ext:ext:e1,ext:e2"));
@@ -244,10 +245,11 @@ TEST(DeviateDeleteMemory, WithoutMemoryForTheRestItIsEmptyAndReported) {
         "</import><deviation target-node='/t:later'>" +
             Delete(row.property) + "</deviation>",
         "xmlns:ext='urn:ext'");
-    ASSERT_EQ(0u, QM_CTX_LoadMemory(deviation.ctx(), d2.c_str()));
+    ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(deviation.ctx(), d2.c_str()));
     QmsDeviate* deviate = QM_CTX_GetModuleByModName(deviation.ctx(), "d2")->deviations[0].deviates;
     counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-    EXPECT_EQ(12u, QMS_MOD_CoupleDevDel(deviation.Deviating(), deviation.Target(), deviate));
+    EXPECT_EQ(QM_NO_MEMORY,
+              QMS_MOD_CoupleDevDel(deviation.Deviating(), deviation.Target(), deviate));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(row.left, deviation.Node());
     EXPECT_THAT(deviation.Messages(), ElementsAre(row.message));

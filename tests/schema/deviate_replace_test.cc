@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -139,11 +140,11 @@ TEST(DeviateReplaceDefault, AFailedCopyLeavesTheCountWithoutAnArrayAndIsNotRepor
   deviate.defaults = values;
   deviate.defaultCount = 3;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(0u, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_OK, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("leaf-list n default:(no array for 3)", deviation.Node());
   // Whatever is done with such a list finds no defaults, and no hole.
-  EXPECT_EQ(0u, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_OK, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
   EXPECT_EQ("leaf-list n default:x,y,z", deviation.Node());
 }
 
@@ -151,8 +152,8 @@ TEST(DeviateReplaceType, TheTypeOfALeafAndALeafListIsReplaced) {
   for (const std::string& target : {Leaf(), LeafList()}) {
     const Case deviation(target, Replace(Type("uint8", "<range value='1..5'/>")));
     EXPECT_TRUE(deviation.IsApplied());
-    EXPECT_EQ(0u, QM_NODE_ValidateValue(deviation.Target(), 1, "5"));
-    EXPECT_NE(0u, QM_NODE_ValidateValue(deviation.Target(), 1, "6"));
+    EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(deviation.Target(), 1, "5"));
+    EXPECT_NE(QM_OK, QM_NODE_ValidateValue(deviation.Target(), 1, "6"));
   }
 }
 
@@ -180,8 +181,8 @@ TEST(DeviateReplaceType, AFailedCopyIsReported) {
   Case deviation(Leaf(), "");
   const Case source(Leaf(), Replace(Type("uint8", "<range value='1..5'/>")));
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(),
-                                       source.Deviation()->deviates));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(),
+                                                source.Deviation()->deviates));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_THAT(deviation.Messages(), ElementsAre("Failed to replace type of node \"n\"."));
 }
@@ -197,7 +198,8 @@ TEST(DeviateReplaceUnits, WithoutMemoryItGives12AndTheUnitsStay) {
   QmsDeviate deviate{};
   deviate.units = "never-interned-before";
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_NO_MEMORY,
+            QMS_MOD_CoupleDevRepl(deviation.Deviating(), deviation.Target(), &deviate));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("leaf n units:kg", deviation.Node());
   EXPECT_THAT(deviation.Messages(), ElementsAre("Failed to replace units of node \"n\"."));

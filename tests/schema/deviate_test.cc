@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -77,7 +78,7 @@ TEST(RefreshDeviateDefaults, AnUnknownPrefixGives22AndNothingIsRewritten) {
   QmsDeviate* deviate = &deviation.Deviation()->deviates[0];
   EXPECT_FALSE(deviation.IsApplied());
   EXPECT_THAT(deviation.Messages(), IsEmpty());
-  EXPECT_EQ(22u,
+  EXPECT_EQ(QM_INVALID,
             QMS_MOD_RefreshDeviateDefaults(deviation.Deviating(), deviation.Target(), deviate));
   EXPECT_EQ("t:one,x:two", Defaults(deviate));
   EXPECT_EQ(0u, deviate->defaultsRewritten);
@@ -86,8 +87,8 @@ TEST(RefreshDeviateDefaults, AnUnknownPrefixGives22AndNothingIsRewritten) {
 TEST(RefreshDeviateDefaults, WhatIsRewrittenIsNotRewrittenAgain) {
   // The module's name is no prefix of d: a second run would not know it.
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("t2", IdentityLeaf("leaf")).c_str()));
-  ASSERT_EQ(0u,
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("t2", IdentityLeaf("leaf")).c_str()));
+  ASSERT_EQ(QM_OK,
             QM_CTX_LoadMemory(ctx, yin::Module("d",
                                                "<import module='t2'><prefix value='p'/></import>"
                                                "<deviation target-node='/p:n'>" +
@@ -98,7 +99,7 @@ TEST(RefreshDeviateDefaults, WhatIsRewrittenIsNotRewrittenAgain) {
   QmsNode* target = QM_CTX_GetModuleByModName(ctx, "t2")->dataNodes;
   EXPECT_EQ("t2:one", Defaults(deviate));
   EXPECT_EQ(1u, deviate->defaultsRewritten);
-  EXPECT_EQ(0u, QMS_MOD_RefreshDeviateDefaults(d, target, deviate));
+  EXPECT_EQ(QM_OK, QMS_MOD_RefreshDeviateDefaults(d, target, deviate));
   EXPECT_EQ("t2:one", Defaults(deviate));
 }
 
@@ -130,10 +131,10 @@ static uint32_t AnswerSeven(QmCtx*, QmsNode*) {
 
 TEST(NotifyBeforeExtInstsChange, GivesTheAnswerOfTheHook) {
   const Case deviation(Container(), "");
-  EXPECT_EQ(0u, QMS_NODE_NotifyBeforeExtInstsChange(deviation.Target()));
+  EXPECT_EQ(QM_OK, QMS_NODE_NotifyBeforeExtInstsChange(deviation.Target()));
   QM_CTX_SetBeforeDeviateExtInstFunc(deviation.ctx(), AnswerSeven);
   EXPECT_EQ(7u, QMS_NODE_NotifyBeforeExtInstsChange(deviation.Target()));
-  EXPECT_EQ(22u, QMS_NODE_NotifyBeforeExtInstsChange(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_NotifyBeforeExtInstsChange(nullptr));
 }
 
 TEST(DeviateMessages, AModuleKeepsItsFirstTwo) {

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include <qmodel/error.h>
 #include <qmodel/schema.h>
 
 #include "context/array.h"
@@ -54,13 +55,14 @@ class ExtInst : public testing::Test {
     QM_CTX_Delete(ctx_);
   }
   void Append(const char* module, const char* name, const char* argument) {
-    ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, module, name, argument));
+    ASSERT_EQ(QM_OK,
+              QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, module, name, argument));
   }
   // Nests an instance in the last one of the array.
   void Nest(const char* module, const char* name) {
     QmsExtInst* outer = &array_[count_ - 1];
-    ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict_, &outer->children, &outer->childCount,
-                                                  module, name, nullptr));
+    ASSERT_EQ(QM_OK, QMS_EXT_AppendOneExtInstToArray(dict_, &outer->children, &outer->childCount,
+                                                     module, name, nullptr));
   }
   std::string Text() const { return InstText(array_, count_); }
   std::string NodeText() const { return InstText(container_->extInsts, container_->extInstCount); }
@@ -75,11 +77,13 @@ class ExtInst : public testing::Test {
 
 TEST_F(ExtInst, FillRefusesMissingModuleOrNameWith22) {
   QmsExtInst inst = {};
-  EXPECT_EQ(22u, QMS_EXT_FillExtInst(dict_, &inst, nullptr, "n", "a"));
-  EXPECT_EQ(22u, QMS_EXT_FillExtInst(dict_, &inst, "x", nullptr, "a"));
-  EXPECT_EQ(22u, QMS_EXT_FillExtInst(dict_, nullptr, "x", "n", "a"));
-  EXPECT_EQ(22u, QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, nullptr, "n", "a"));
-  EXPECT_EQ(22u, QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, "x", nullptr, "a"));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_FillExtInst(dict_, &inst, nullptr, "n", "a"));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_FillExtInst(dict_, &inst, "x", nullptr, "a"));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_FillExtInst(dict_, nullptr, "x", "n", "a"));
+  EXPECT_EQ(QM_INVALID,
+            QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, nullptr, "n", "a"));
+  EXPECT_EQ(QM_INVALID,
+            QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, "x", nullptr, "a"));
   EXPECT_EQ(0, count_);
 }
 
@@ -87,7 +91,7 @@ TEST_F(ExtInst, FillWithoutMemoryGives12AndLeavesTheRecordClear) {
   for (uint64_t n = 1; n <= 6; ++n) {  // three texts of two blocks each
     QmsExtInst inst = {};
     counting_memory::RefuseNth(n, Refuse::kOnce);
-    EXPECT_EQ(12u, QMS_EXT_FillExtInst(dict_, &inst, "x", "n", "a"));
+    EXPECT_EQ(QM_NO_MEMORY, QMS_EXT_FillExtInst(dict_, &inst, "x", "n", "a"));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(nullptr, inst.module);
     EXPECT_EQ(nullptr, inst.name);
@@ -148,16 +152,16 @@ TEST_F(ExtInst, UpdateChildrenCopiesThoseOfTheSource) {
   Append("x", "outer", nullptr);
   Nest("x", "inner");
   QmsExtInst dst = {};
-  EXPECT_EQ(0u, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, &array_[0]));
+  EXPECT_EQ(QM_OK, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, &array_[0]));
   EXPECT_EQ("x:inner", InstText(dst.children, dst.childCount));
   QMS_EXT_ClearExtInst(dict_, &dst);
   EXPECT_EQ(nullptr, dst.children);
   EXPECT_EQ(0, dst.childCount);
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, &array_[0]));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, &array_[0]));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(0, dst.childCount);
-  EXPECT_EQ(22u, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_UpdateExtInstChildInsts(dict_, &dst, nullptr));
 }
 
 TEST_F(ExtInst, MergeOfOneAppendsACopyWithItsChildren) {
@@ -165,9 +169,9 @@ TEST_F(ExtInst, MergeOfOneAppendsACopyWithItsChildren) {
   Nest("x", "inner");
   QmsExtInst* target = nullptr;
   uint16_t targetCount = 0;
-  EXPECT_EQ(0u, QMS_EXT_MergeOneExtInstToArray(dict_, &target, &targetCount, &array_[0]));
+  EXPECT_EQ(QM_OK, QMS_EXT_MergeOneExtInstToArray(dict_, &target, &targetCount, &array_[0]));
   // Merged once more: here the caller decides whether the array has it already.
-  EXPECT_EQ(0u, QMS_EXT_MergeOneExtInstToArray(dict_, &target, &targetCount, &array_[0]));
+  EXPECT_EQ(QM_OK, QMS_EXT_MergeOneExtInstToArray(dict_, &target, &targetCount, &array_[0]));
   EXPECT_EQ("x:outer(x:inner) x:outer(x:inner)", InstText(target, targetCount));
   QMS_EXT_FreeExtInsts(dict_, target, targetCount);
 }
@@ -175,7 +179,7 @@ TEST_F(ExtInst, MergeOfOneAppendsACopyWithItsChildren) {
 TEST_F(ExtInst, MergeOfAnElementIntoItsOwnArrayCopiesIt) {
   Append("x", "outer", nullptr);
   Nest("x", "inner");
-  EXPECT_EQ(0u, QMS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &array_[0]));
+  EXPECT_EQ(QM_OK, QMS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &array_[0]));
   EXPECT_EQ("x:outer(x:inner) x:outer(x:inner)", Text());
 }
 
@@ -183,7 +187,7 @@ TEST_F(ExtInst, MergeOfOneWithoutMemoryForChildrenKeepsTheCount) {
   Append("x", "outer", nullptr);
   Nest("x", "inner");
   counting_memory::RefuseNth(2, Refuse::kOnce);  // the grown array is first
-  EXPECT_EQ(12u, QMS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &array_[0]));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_EXT_MergeOneExtInstToArray(dict_, &array_, &count_, &array_[0]));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("x:outer(x:inner)", Text());
   EXPECT_EQ(1u, References(dict_, "outer"));
@@ -194,12 +198,12 @@ TEST_F(ExtInst, MergeTakesOnlyWhatTheArrayLacks) {
   QmsExtInst* source = nullptr;
   uint16_t sourceCount = 0;
   for (const char* name : {"b", "a", "b", "c"}) {
-    ASSERT_EQ(0u,
+    ASSERT_EQ(QM_OK,
               QMS_EXT_AppendOneExtInstToArray(dict_, &source, &sourceCount, "x", name, nullptr));
   }
-  EXPECT_EQ(0u, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount));
+  EXPECT_EQ(QM_OK, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount));
   EXPECT_EQ("x:a x:b x:c", Text());
-  EXPECT_EQ(0u, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, nullptr, 4));
+  EXPECT_EQ(QM_OK, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, nullptr, 4));
   QMS_EXT_FreeExtInsts(dict_, source, sourceCount);
 }
 
@@ -207,11 +211,11 @@ TEST_F(ExtInst, MergeStopsAtTheFirstFailure) {
   QmsExtInst* source = nullptr;
   uint16_t sourceCount = 0;
   for (const char* name : {"a", "b", "c"}) {
-    ASSERT_EQ(0u,
+    ASSERT_EQ(QM_OK,
               QMS_EXT_AppendOneExtInstToArray(dict_, &source, &sourceCount, "x", name, nullptr));
   }
   counting_memory::RefuseNth(2, Refuse::kOnce);  // the array for "b"
-  EXPECT_EQ(12u, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_EXT_MergeExtInsts(dict_, &array_, &count_, source, sourceCount));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("x:a", Text());
   QMS_EXT_FreeExtInsts(dict_, source, sourceCount);
@@ -220,7 +224,8 @@ TEST_F(ExtInst, MergeStopsAtTheFirstFailure) {
 TEST_F(ExtInst, FullCounterIsRefusedWith22) {
   ASSERT_EQ(0u, NewArrayOf(&array_, 65535));
   count_ = 65535;
-  EXPECT_EQ(22u, QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, "x", "n", nullptr));
+  EXPECT_EQ(QM_INVALID,
+            QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, "x", "n", nullptr));
   EXPECT_EQ(65535, count_);
 }
 
@@ -230,7 +235,7 @@ TEST_F(ExtInst, SubtractKeepsTheInstancesThatAreStillSet) {
   Nest("x", "inner");
   Append("x", "c", nullptr);
   QMS_EXT_ClearExtInst(dict_, &array_[0]);
-  EXPECT_EQ(0u, QMS_EXT_SubtractExtInstArray(dict_, &array_, 3, 2));
+  EXPECT_EQ(QM_OK, QMS_EXT_SubtractExtInstArray(dict_, &array_, 3, 2));
   count_ = 2;
   EXPECT_EQ("x:b(x:inner) x:c", Text());
   EXPECT_EQ(1u, References(dict_, "inner"));
@@ -239,7 +244,7 @@ TEST_F(ExtInst, SubtractKeepsTheInstancesThatAreStillSet) {
 TEST_F(ExtInst, SubtractToNothingFreesTheArray) {
   Append("x", "a", nullptr);
   QMS_EXT_ClearExtInst(dict_, &array_[0]);
-  EXPECT_EQ(0u, QMS_EXT_SubtractExtInstArray(dict_, &array_, 1, 0));
+  EXPECT_EQ(QM_OK, QMS_EXT_SubtractExtInstArray(dict_, &array_, 1, 0));
   EXPECT_EQ(nullptr, array_);
   count_ = 0;
 }
@@ -249,7 +254,7 @@ TEST_F(ExtInst, SubtractWithoutMemoryFreesBothArrays) {
   Append("x", "b", nullptr);
   QMS_EXT_ClearExtInst(dict_, &array_[0]);
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_EXT_SubtractExtInstArray(dict_, &array_, 2, 1));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_EXT_SubtractExtInstArray(dict_, &array_, 2, 1));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, array_);
   EXPECT_EQ(0u, References(dict_, "b"));
@@ -266,10 +271,10 @@ TEST_F(ExtInst, ClearAcceptsAnEmptyRecordAndNull) {
 using NodeExtInst = ExtInst;
 
 TEST_F(NodeExtInst, AppendingTheSameTwiceLeavesOne) {
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "n", "a"));
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "n", "a"));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "n", "a"));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "n", "a"));
   EXPECT_EQ("x:n=a", NodeText());
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "n", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "n", nullptr));
   EXPECT_EQ("x:n=a x:n", NodeText());
   EXPECT_EQ(2u, References(dict_, "n"));
 }
@@ -278,7 +283,7 @@ TEST_F(NodeExtInst, DenyWriteMarksTheNodeAndAllItsDescendants) {
   QmsNode* list = AddChild(container_, QMS_NODE_LIST, "l");
   QmsNode* leaf = AddChild(AddChild(list, QMS_NODE_CHOICE, "ch"), QMS_NODE_LEAF, "x");
   QmsNode* beside = AddTop(module_, QMS_NODE_LEAF, "beside");
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-write", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-write", nullptr));
   for (const QmsNode* node : {container_, list, leaf->parent, leaf}) {
     EXPECT_EQ(1u, QM_NODE_IsNacmDefaultDenyWrite(node)) << node->name;
     EXPECT_EQ(0u, QM_NODE_IsNacmDefaultDenyAll(node)) << node->name;
@@ -288,14 +293,14 @@ TEST_F(NodeExtInst, DenyWriteMarksTheNodeAndAllItsDescendants) {
 
 TEST_F(NodeExtInst, DenyAllMarksWithItsOwnBit) {
   QmsNode* leaf = AddChild(container_, QMS_NODE_LEAF, "x");
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-all", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-all", nullptr));
   EXPECT_EQ(0x2000u, container_->flags);
   EXPECT_EQ(0x2000u, leaf->flags);
 }
 
 TEST_F(NodeExtInst, OtherNamesAndOtherModulesMarkNothing) {
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, kNacm, "something", nullptr));
-  EXPECT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "default-deny-all", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, kNacm, "something", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "default-deny-all", nullptr));
   EXPECT_EQ(0u, container_->flags);
 }
 
@@ -304,19 +309,19 @@ TEST_F(NodeExtInst, AppendRefusesMissingArgumentsWith22) {
   QmsModule bare = {};
   QmsNode orphan = {};
   orphan.module = &bare;
-  EXPECT_EQ(22u, QM_NODE_AppendExtInst(nullptr, "x", "n", nullptr));
-  EXPECT_EQ(22u, QM_NODE_AppendExtInst(&outside, "x", "n", nullptr));
-  EXPECT_EQ(22u, QM_NODE_AppendExtInst(&orphan, "x", "n", nullptr));
-  EXPECT_EQ(22u, QM_NODE_AppendExtInst(container_, nullptr, "n", nullptr));
-  EXPECT_EQ(22u, QM_NODE_AppendExtInst(container_, "x", nullptr, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_AppendOneExtInst(dict_, nullptr, "x", "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_AppendExtInst(nullptr, "x", "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_AppendExtInst(&outside, "x", "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_AppendExtInst(&orphan, "x", "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_AppendExtInst(container_, nullptr, "n", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_AppendExtInst(container_, "x", nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendOneExtInst(dict_, nullptr, "x", "n", nullptr));
   EXPECT_EQ(nullptr, container_->extInsts);
 }
 
 TEST_F(NodeExtInst, AppendWithoutMemoryGives12AndChangesNothing) {
   for (uint64_t n = 1; n <= 4; ++n) {
     counting_memory::RefuseNth(n, Refuse::kOnce);
-    EXPECT_EQ(12u, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-all", nullptr));
+    EXPECT_EQ(QM_NO_MEMORY, QM_NODE_AppendExtInst(container_, kNacm, "default-deny-all", nullptr));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(0, container_->extInstCount);
     EXPECT_EQ(0u, container_->flags);
@@ -325,13 +330,13 @@ TEST_F(NodeExtInst, AppendWithoutMemoryGives12AndChangesNothing) {
 
 TEST_F(NodeExtInst, ReplaceGivesTheDestinationACopyOfTheSourcesInstances) {
   QmsNode* source = AddTop(module_, QMS_NODE_LEAF, "s");
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(source, "y", "a", "1"));
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(source, "y", "b", nullptr));
-  EXPECT_EQ(0u, QM_NODE_ReplaceDstExtInst(container_, source));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(source, "y", "a", "1"));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(source, "y", "b", nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_ReplaceDstExtInst(container_, source));
   EXPECT_EQ("y:a=1 y:b", NodeText());
   EXPECT_EQ(0u, References(dict_, "old"));
-  EXPECT_EQ(0u, QM_NODE_ReplaceDstExtInst(container_, container_));
+  EXPECT_EQ(QM_OK, QM_NODE_ReplaceDstExtInst(container_, container_));
   EXPECT_EQ("y:a=1 y:b", NodeText());
 }
 
@@ -340,8 +345,8 @@ TEST_F(NodeExtInst, ReplaceFromAnotherContextInternsAnew) {
   ASSERT_NE(nullptr, otherCtx);
   QmsModule* other = NewModule(otherCtx, "o");
   QmsNode* source = AddTop(other, QMS_NODE_LEAF, "s");
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(source, "y", "a", "1"));
-  EXPECT_EQ(0u, QM_NODE_ReplaceDstExtInst(container_, source));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(source, "y", "a", "1"));
+  EXPECT_EQ(QM_OK, QM_NODE_ReplaceDstExtInst(container_, source));
   QMS_MOD_Free(other);
   QM_CTX_Delete(otherCtx);
   EXPECT_EQ("y:a=1", NodeText());
@@ -350,28 +355,28 @@ TEST_F(NodeExtInst, ReplaceFromAnotherContextInternsAnew) {
 
 TEST_F(NodeExtInst, ReplaceFromANodeWithoutInstancesGives22AndChangesNothing) {
   QmsNode* source = AddTop(module_, QMS_NODE_LEAF, "s");
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(container_, source));
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(container_, nullptr));
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(nullptr, container_));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(container_, source));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(container_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(nullptr, container_));
   QmsNode outside = {};
-  EXPECT_EQ(22u, QM_NODE_ReplaceDstExtInst(&outside, container_));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ReplaceDstExtInst(&outside, container_));
   EXPECT_EQ("x:old", NodeText());
 }
 
 TEST_F(NodeExtInst, ReplaceWithoutMemoryGives12AndChangesNothing) {
   QmsNode* source = AddTop(module_, QMS_NODE_LEAF, "s");
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(source, "y", "a", "1"));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "old", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(source, "y", "a", "1"));
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QM_NODE_ReplaceDstExtInst(container_, source));
+  EXPECT_EQ(QM_NO_MEMORY, QM_NODE_ReplaceDstExtInst(container_, source));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("x:old", NodeText());
 }
 
 TEST_F(NodeExtInst, CleanRemovesAll) {
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "a", nullptr));
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "b", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "a", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "b", nullptr));
   QM_NODE_CleanExtInsts(container_);
   EXPECT_EQ(nullptr, container_->extInsts);
   EXPECT_EQ(0, container_->extInstCount);
@@ -399,10 +404,10 @@ using ScanExtInsts = ExtInst;
 
 TEST_F(ScanExtInsts, NodeScanIsInOrderAndEndsAtTheFirstNonZeroResult) {
   for (const char* name : {"c", "a", "b"}) {
-    ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", name, "v"));
+    ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", name, "v"));
   }
   Scan all;
-  EXPECT_EQ(0u, QM_NODE_ScanAllExtInsts(container_, See, &all));
+  EXPECT_EQ(QM_OK, QM_NODE_ScanAllExtInsts(container_, See, &all));
   EXPECT_EQ("x:c=v x:a=v x:b=v ", all.seen);
   Scan stopped{"", 2, 0};
   EXPECT_EQ(77u, QM_NODE_ScanAllExtInsts(container_, See, &stopped));
@@ -410,12 +415,13 @@ TEST_F(ScanExtInsts, NodeScanIsInOrderAndEndsAtTheFirstNonZeroResult) {
 }
 
 TEST_F(ScanExtInsts, ModuleScanVisitsThoseOfTheModuleOnly) {
-  ASSERT_EQ(0u, QM_NODE_AppendExtInst(container_, "x", "of-node", nullptr));
+  ASSERT_EQ(QM_OK, QM_NODE_AppendExtInst(container_, "x", "of-node", nullptr));
   Scan none;
-  EXPECT_EQ(0u, QM_MOD_ScanAllExtInsts(module_, See, &none));
+  EXPECT_EQ(QM_OK, QM_MOD_ScanAllExtInsts(module_, See, &none));
   EXPECT_EQ("", none.seen);
-  ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict_, &module_->extInsts, &module_->extInstCount,
-                                                "x", "of-module", nullptr));
+  ASSERT_EQ(QM_OK,
+            QMS_EXT_AppendOneExtInstToArray(dict_, &module_->extInsts, &module_->extInstCount, "x",
+                                            "of-module", nullptr));
   Scan one{"", 1, 0};
   EXPECT_EQ(77u, QM_MOD_ScanAllExtInsts(module_, See, &one));
   EXPECT_EQ("x:of-module=- ", one.seen);
@@ -426,7 +432,7 @@ TEST_F(ScanExtInsts, ChildScanVisitsOneLevel) {
   Nest("x", "a");
   Nest("y", "b");
   Scan all;
-  EXPECT_EQ(0u, QM_EXT_ScanAllChildExtInsts(&array_[0], See, &all));
+  EXPECT_EQ(QM_OK, QM_EXT_ScanAllChildExtInsts(&array_[0], See, &all));
   EXPECT_EQ("x:a=- y:b=- ", all.seen);
   Scan stopped{"", 1, 0};
   EXPECT_EQ(77u, QM_EXT_ScanAllChildExtInsts(&array_[0], See, &stopped));
@@ -435,14 +441,14 @@ TEST_F(ScanExtInsts, ChildScanVisitsOneLevel) {
 
 TEST_F(ScanExtInsts, MissingArgumentsAreRefusedWith22) {
   QmsExtInst inst = {};
-  EXPECT_EQ(22u, QM_NODE_ScanAllExtInsts(nullptr, See, nullptr));
-  EXPECT_EQ(22u, QM_NODE_ScanAllExtInsts(container_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanAllExtInsts(nullptr, See, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanAllExtInsts(module_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_EXT_ScanAllChildExtInsts(nullptr, See, nullptr));
-  EXPECT_EQ(22u, QM_EXT_ScanAllChildExtInsts(&inst, nullptr, nullptr));
-  EXPECT_EQ(0u, QM_NODE_ScanAllExtInsts(container_, See, nullptr));
-  EXPECT_EQ(0u, QM_EXT_ScanAllChildExtInsts(&inst, See, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanAllExtInsts(nullptr, See, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanAllExtInsts(container_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanAllExtInsts(nullptr, See, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanAllExtInsts(module_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_EXT_ScanAllChildExtInsts(nullptr, See, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_EXT_ScanAllChildExtInsts(&inst, nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QM_NODE_ScanAllExtInsts(container_, See, nullptr));
+  EXPECT_EQ(QM_OK, QM_EXT_ScanAllChildExtInsts(&inst, See, nullptr));
 }
 
 void AppendCopyAndSubtract(bool refusing) {

@@ -78,28 +78,28 @@ TEST(UpdateConfigFlag, FollowsTheTableOfParentAndNode) {
   };
   for (const auto& row : rows) {
     Line line(row.parent, row.before, 0);
-    EXPECT_EQ(0u, QMS_NODE_UpdateConfigFlag(line.n));
+    EXPECT_EQ(QM_OK, QMS_NODE_UpdateConfigFlag(line.n));
     EXPECT_EQ(row.after, line.n->flags) << row.parent << " over " << row.before;
   }
 }
 
 TEST(UpdateConfigFlag, GoesDownOnlyFromANodeThatChanged) {
   Line changed(kFalse, kTrue, kTrue);
-  EXPECT_EQ(0u, QMS_NODE_UpdateConfigFlag(changed.n));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateConfigFlag(changed.n));
   EXPECT_EQ(kFalse, changed.k->flags);
   // The child would change, but the node above it stays as it is.
   Line unchanged(kFalse, kFalse, kTrue);
-  EXPECT_EQ(0u, QMS_NODE_UpdateConfigFlag(unchanged.n));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateConfigFlag(unchanged.n));
   EXPECT_EQ(kTrue, unchanged.k->flags);
 }
 
 TEST(UpdateConfigFlag, ATopNodeStaysAndNullIsRefusedWith22) {
   Line line(kTrue, 0, 0);
-  EXPECT_EQ(0u, QMS_NODE_UpdateConfigFlag(line.p));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateConfigFlag(line.p));
   EXPECT_EQ(kTrue, line.p->flags);
-  EXPECT_EQ(22u, QMS_NODE_UpdateConfigFlag(nullptr));
-  EXPECT_EQ(22u, QMS_NODE_UpdateNacmFlag(nullptr));
-  EXPECT_EQ(22u, QMS_NODE_UpdateFlag(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UpdateConfigFlag(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UpdateNacmFlag(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_UpdateFlag(nullptr));
 }
 
 TEST(UpdateConfigFlag, ReachesEverySiblingAndLevel) {
@@ -108,7 +108,7 @@ TEST(UpdateConfigFlag, ReachesEverySiblingAndLevel) {
   QmsNode* deep = Child(inner, QMS_NODE_LEAF, "deep");
   QmsNode* last = Child(line.n, QMS_NODE_LEAF, "last");
   QmsNode* outside = Child(line.p, QMS_NODE_LEAF, "outside");
-  EXPECT_EQ(0u, QMS_NODE_UpdateConfigFlag(line.n));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateConfigFlag(line.n));
   for (QmsNode* node : {line.n, line.k, inner, deep, last}) EXPECT_EQ(kFalse, node->flags);
   EXPECT_EQ(0u, outside->flags);
 }
@@ -118,7 +118,7 @@ TEST(UpdateConfigFlag, TakesATreeDeeperThanTheCallStack) {
   QmsNode* node = line.n;
   for (int i = 0; i < 200000; ++i) node = Child(node, QMS_NODE_CONTAINER, "c");
   line.p->flags |= kWrite;
-  EXPECT_EQ(0u, QMS_NODE_UpdateFlag(line.p));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateFlag(line.p));
   EXPECT_EQ(kFalse | kWrite, node->flags);
 }
 
@@ -136,7 +136,7 @@ TEST(UpdateNacmFlag, AnyMarkedParentOverwritesTheMarksOfAChild) {
               {kAll, kOther, kAll | kOther}};
   for (const auto& row : rows) {
     Line line(row.parent, row.before, 0);
-    EXPECT_EQ(0u, QMS_NODE_UpdateNacmFlag(line.n));
+    EXPECT_EQ(QM_OK, QMS_NODE_UpdateNacmFlag(line.n));
     EXPECT_EQ(row.after, line.n->flags) << row.parent << " over " << row.before;
     const uint32_t below = row.parent != 0 && row.before != row.after ? row.parent : 0;
     EXPECT_EQ(below, line.k->flags) << row.parent << " over " << row.before;
@@ -145,12 +145,12 @@ TEST(UpdateNacmFlag, AnyMarkedParentOverwritesTheMarksOfAChild) {
 
 TEST(UpdateFlag, HandsConfigAndNacmToTheChildrenOfAMarkedNode) {
   Line line(kFalse | kAll, kTrue, 0);
-  EXPECT_EQ(0u, QMS_NODE_UpdateFlag(line.p));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateFlag(line.p));
   EXPECT_EQ(kFalse | kAll, line.n->flags);
   EXPECT_EQ(kFalse | kAll, line.k->flags);
   EXPECT_EQ(kFalse | kAll, line.p->flags);
   Line unmarked(kOther, kTrue, 0);
-  EXPECT_EQ(0u, QMS_NODE_UpdateFlag(unmarked.p));
+  EXPECT_EQ(QM_OK, QMS_NODE_UpdateFlag(unmarked.p));
   EXPECT_EQ(kTrue, unmarked.n->flags);
   EXPECT_EQ(0u, unmarked.k->flags);
 }
@@ -192,21 +192,21 @@ struct KeyedList {
 TEST(MarkKeys, ThreeNamesBetweenBlanksAndATabMarkThreeLeaves) {
   KeyedList keyed;
   keyed.count = 2;
-  EXPECT_EQ(0u, QMS_NODE_MarkKeyAttrToListLeafs(keyed.list, " a  b\tc\n", &keyed.count));
+  EXPECT_EQ(QM_OK, QMS_NODE_MarkKeyAttrToListLeafs(keyed.list, " a  b\tc\n", &keyed.count));
   EXPECT_EQ(5u, keyed.count);
   for (const QmsNode* leaf : {keyed.a, keyed.b, keyed.c}) EXPECT_EQ(1u, QM_NODE_IsKey(leaf));
 }
 
 TEST(MarkKeys, ANullTextIsNoKey) {
-  EXPECT_EQ(0u, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, nullptr, nullptr));
 }
 
 TEST(MarkKeys, AListWithoutChildrenIsRefusedWith22) {
   Schema schema;
   uint8_t count = 0;
   QmsNode* list = Top(schema.Module("m"), QMS_NODE_LIST, "l");
-  EXPECT_EQ(22u, QMS_NODE_MarkKeyAttrToListLeafs(list, "a", &count));
-  EXPECT_EQ(22u, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, "a", &count));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MarkKeyAttrToListLeafs(list, "a", &count));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, "a", &count));
 }
 
 TEST(MarkKeys, ABadNameEndsWithMinusOneAndKeepsTheMarksBeforeIt) {
@@ -225,7 +225,7 @@ TEST(MarkKeys, ANameOf64CharactersFits) {
   KeyedList keyed;
   const std::string name(64, 'x');
   QmsNode* leaf = Child(keyed.list, QMS_NODE_LEAF, name.c_str());
-  EXPECT_EQ(0u, QMS_NODE_MarkKeyAttrToListLeafs(keyed.list, name.c_str(), &keyed.count));
+  EXPECT_EQ(QM_OK, QMS_NODE_MarkKeyAttrToListLeafs(keyed.list, name.c_str(), &keyed.count));
   EXPECT_EQ(1u, QM_NODE_IsKey(leaf));
 }
 
@@ -297,7 +297,7 @@ TEST(InheritAugmentWhen, IsCombinedWithTheChildsOwnAndTheAugmentsComesFirst) {
   QmsNode* without = Child(augment, QMS_NODE_LEAF, "without");
   QmsNode* with = Child(augment, QMS_NODE_LEAF, "with");
   SetWhen(dict, with, "../b or ../c");
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
   EXPECT_STREQ("../../a = 1", without->when);
   EXPECT_STREQ("(../../a = 1) and (../b or ../c)", with->when);
   EXPECT_STREQ("../a = 1", augment->when);
@@ -312,7 +312,7 @@ TEST(InheritAugmentWhen, ALongCombinationIsNotCut) {
   SetWhen(dict, augment, other.c_str());
   QmsNode* child = Child(augment, QMS_NODE_LEAF, "l");
   SetWhen(dict, child, own.c_str());
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
   EXPECT_EQ("(../" + other + ") and (" + own + ")", child->when);
 }
 
@@ -321,7 +321,7 @@ TEST(InheritAugmentWhen, AConditionThatCannotBeRewrittenIsNotInherited) {
   QmsNode* augment = Top(schema.Module("m"), QMS_NODE_AUGMENT, "/m:c");
   SetWhen(schema.dict(), augment, "a|b|c");
   QmsNode* child = Child(augment, QMS_NODE_LEAF, "l");
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeEvalToAllChildNode(schema.dict(), augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeEvalToAllChildNode(schema.dict(), augment));
   EXPECT_EQ(nullptr, child->when);
 }
 
@@ -335,7 +335,7 @@ TEST(InheritAugmentWhen, ActionsAndNotificationsAreSkipped) {
   QmsNode* action = Child(augment, QMS_NODE_ACTION, "act");
   QmsNode* notification = Child(augment, QMS_NODE_NOTIFICATION, "note");
   QmsNode* leaf = Child(augment, QMS_NODE_LEAF, "leaf");
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
   for (const QmsNode* node : {action, notification}) {
     EXPECT_EQ(nullptr, node->when);
     EXPECT_EQ(0u, node->ifFeatureCount);
@@ -354,10 +354,10 @@ TEST(InheritAugmentIfFeatures, OnlyThoseThatTheChildDoesNotHaveAreAppended) {
     const char* feature;
   } have[] = {{augment, "f"}, {augment, "g"}, {child, "g"}};
   for (const auto& row : have) {
-    ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict, &row.node->ifFeatures, &row.node->ifFeatureCount,
-                                           "m", row.feature));
+    ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict, &row.node->ifFeatures,
+                                              &row.node->ifFeatureCount, "m", row.feature));
   }
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment));
   ASSERT_EQ(2u, child->ifFeatureCount);
   EXPECT_STREQ("g", child->ifFeatures[0].feature);
   EXPECT_STREQ("f", child->ifFeatures[1].feature);
@@ -366,10 +366,10 @@ TEST(InheritAugmentIfFeatures, OnlyThoseThatTheChildDoesNotHaveAreAppended) {
 TEST(InheritAugmentEval, RefusesNullWith22) {
   Schema schema;
   QmsNode node{};
-  EXPECT_EQ(22u, QMS_NODE_InheritAugNodeEvalToAllChildNode(nullptr, &node));
-  EXPECT_EQ(22u, QMS_NODE_InheritAugNodeEvalToAllChildNode(schema.dict(), nullptr));
-  EXPECT_EQ(22u, QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), "a", nullptr));
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), nullptr, &node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_InheritAugNodeEvalToAllChildNode(nullptr, &node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_InheritAugNodeEvalToAllChildNode(schema.dict(), nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), "a", nullptr));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), nullptr, &node));
   EXPECT_EQ(nullptr, node.when);
 }
 
@@ -380,7 +380,8 @@ TEST(InheritAugmentWhen, Is22WhenTheNewConditionCannotBeInterned) {
     if (*own != '\0') SetWhen(schema.dict(), leaf, own);
     const char* before = leaf->when;
     counting_memory::RefuseNth(1, counting_memory::Refuse::kFromThenOn);
-    EXPECT_EQ(22u, QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), "../new", leaf));
+    EXPECT_EQ(QM_INVALID,
+              QMS_NODE_InheritAugNodeWhenCondToChildNode(schema.dict(), "../new", leaf));
     EXPECT_LT(0u, counting_memory::StopRefusing());
     EXPECT_EQ(before, leaf->when);
   }
@@ -401,7 +402,7 @@ void InheritScenario(bool refusing) {
   bool built = child != nullptr;
   if (built) {
     child->module = g_module;
-    EXPECT_EQ(0u, QMS_NODE_AddChild(augment, child));
+    EXPECT_EQ(QM_OK, QMS_NODE_AddChild(augment, child));
     built = InternText(dict, &augment->when, "../first") &&
             InternText(dict, &child->when, "../second") &&
             QMS_NODE_AppendOneIfFeat(dict, &augment->ifFeatures, &augment->ifFeatureCount, "m",

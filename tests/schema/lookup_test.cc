@@ -246,7 +246,7 @@ TEST(FindAugNodeTargetInSelfMod, ResolvesTargetsOfTheModuleItself) {
   Tree tree;
   QmsNode* self = Top(tree.m, QMS_NODE_AUGMENT, "/m:c/inner");
   QmsNode* target = nullptr;
-  EXPECT_EQ(0u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, self, &target));
+  EXPECT_EQ(QM_OK, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, self, &target));
   EXPECT_EQ(tree.inner, target);
 }
 
@@ -254,18 +254,18 @@ TEST(FindAugNodeTargetInSelfMod, LooksBelowAnAugmentWhenThePathHasAHead) {
   Tree tree;
   QmsNode* stacked = Top(tree.n, QMS_NODE_AUGMENT, "/m:c/n:extra");
   QmsNode* target = nullptr;
-  EXPECT_EQ(0u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.n, stacked, &target));
+  EXPECT_EQ(QM_OK, QMS_MOD_FindAugNodeTargetInSelfMod(tree.n, stacked, &target));
   EXPECT_EQ(tree.extra, target);
 }
 
 TEST(FindAugNodeTargetInSelfMod, AnotherModuleIsNoTargetAndNoError) {
   Tree tree;
   QmsNode* target = tree.c;
-  EXPECT_EQ(0u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.n, tree.augment, &target));
+  EXPECT_EQ(QM_OK, QMS_MOD_FindAugNodeTargetInSelfMod(tree.n, tree.augment, &target));
   EXPECT_EQ(nullptr, target);
   QmsNode* lost = Top(tree.m, QMS_NODE_AUGMENT, "/m:none");
   target = tree.c;
-  EXPECT_EQ(0u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, lost, &target));
+  EXPECT_EQ(QM_OK, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, lost, &target));
   EXPECT_EQ(nullptr, target);
 }
 
@@ -273,11 +273,11 @@ TEST(FindAugNodeTargetInSelfMod, GivesTheStatusOfAFailedSplit) {
   Tree tree;
   QmsNode* bad = Top(tree.m, QMS_NODE_AUGMENT, "no-module");
   QmsNode* target = tree.c;
-  EXPECT_EQ(22u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, bad, &target));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, bad, &target));
   EXPECT_EQ(nullptr, target);
-  EXPECT_EQ(22u, QMS_MOD_FindAugNodeTargetInSelfMod(nullptr, bad, &target));
-  EXPECT_EQ(22u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, nullptr, &target));
-  EXPECT_EQ(22u, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, bad, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FindAugNodeTargetInSelfMod(nullptr, bad, &target));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, nullptr, &target));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_FindAugNodeTargetInSelfMod(tree.m, bad, nullptr));
 }
 
 namespace {

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include <qmodel/error.h>
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
@@ -61,22 +62,22 @@ class Merge : public testing::Test {
     for (const char* name : names) ASSERT_NE(nullptr, AddTop(module, QMS_NODE_CONTAINER, name));
   }
   void AddInst(QmsNode* node, const char* name) {
-    ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict_, &node->extInsts, &node->extInstCount, "x",
-                                                  name, nullptr));
+    ASSERT_EQ(QM_OK, QMS_EXT_AppendOneExtInstToArray(dict_, &node->extInsts, &node->extInstCount,
+                                                     "x", name, nullptr));
   }
   void AddIfFeature(QmsFeature* feature, const char* name) {
-    ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict_, &feature->ifFeatures, &feature->ifFeatureCount,
-                                           "m", name));
+    ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict_, &feature->ifFeatures, &feature->ifFeatureCount,
+                                              "m", name));
   }
   void AddTypedef(QmsModule* module, const char* name, uint32_t baseType) {
     QmtType type = {};
     type.baseType = baseType;
-    ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module, name, &type, nullptr));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module, name, &type, nullptr));
   }
   void AddDerivedTypedef(QmsModule* module, const char* name, const char* base) {
     QmtType type = {};
     ASSERT_TRUE(MakeDerived(dict_, &type, "m", base));
-    ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module, name, &type, "dflt"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module, name, &type, "dflt"));
     QMT_TYPE_DestroyQmtRealTypeInner(dict_, &type);
   }
 
@@ -94,13 +95,13 @@ TEST_F(MergeModules, MissingRecordAndForeignContextAreRefusedWith22) {
   QmsModule* foreign = NewModule(otherCtx, "m");
   QmsModule bare = {};
   for (QmsModule* src : {static_cast<QmsModule*>(nullptr), foreign, &bare, dst_}) {
-    EXPECT_EQ(22u, QMS_MOD_MergeTwoModuleInSameCtx(dst_, src));
-    EXPECT_EQ(22u, QMS_MOD_MergeGlobalDefData(dst_, src));
-    EXPECT_EQ(22u, QMS_MOD_MergeNonNodeMemberImport(dst_, src));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_MergeTwoModuleInSameCtx(dst_, src));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_MergeGlobalDefData(dst_, src));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_MergeNonNodeMemberImport(dst_, src));
   }
-  EXPECT_EQ(22u, QMS_MOD_MergeTwoModuleInSameCtx(nullptr, src_));
-  EXPECT_EQ(22u, QMS_MOD_MergeTreeNodeData(nullptr, src_));
-  EXPECT_EQ(22u, QMS_MOD_MergeTreeNodeData(dst_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_MergeTwoModuleInSameCtx(nullptr, src_));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_MergeTreeNodeData(nullptr, src_));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_MergeTreeNodeData(dst_, nullptr));
   EXPECT_THAT(Said(), IsEmpty());
   QMS_MOD_Free(foreign);
   QM_CTX_Delete(otherCtx);
@@ -108,12 +109,12 @@ TEST_F(MergeModules, MissingRecordAndForeignContextAreRefusedWith22) {
 
 TEST_F(MergeModules, RecordReadTwiceChangesNothing) {
   for (QmsModule* module : {dst_, src_}) {
-    ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module, "other", "o"));
-    ASSERT_EQ(0u, QMS_MOD_AppendOneInclude(module, "s"));
-    ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module, "f"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module, "other", "o"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneInclude(module, "s"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module, "f"));
     AddIfFeature(&module->features[0], "g");
-    ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module, "i"));
-    ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(module, "e", "a", 1));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module, "i"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(module, "e", "a", 1));
     AddTypedef(module, "t", QMT_BASE_INT8);
     QmsNode* container = AddTop(module, QMS_NODE_CONTAINER, "c");
     ASSERT_NE(nullptr, AddChild(container, QMS_NODE_LEAF, "l"));
@@ -140,19 +141,19 @@ TEST_F(MergeModules, RecordReadTwiceChangesNothing) {
 using MergeDefinitions = Merge;
 
 TEST_F(MergeDefinitions, WhatTheDestinationLacksIsTakenOver) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(src_, "other", "o"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneInclude(src_, "s"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(src_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(src_, "other", "o"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneInclude(src_, "s"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(src_, "f"));
   AddIfFeature(&src_->features[0], "g");
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(src_, "i"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(src_, "i"));
   const QmsIdentBase base = {"m", "root"};
   src_->identities[0].bases = QMS_MOD_CopyIdentBaseArray(dict_, &base, 1);
   src_->identities[0].baseCount = 1;
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict_, &src_->identities[0].ifFeatures,
-                                         &src_->identities[0].ifFeatureCount, "m", "g"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(src_, "e", "a", 1));
-  ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict_, &src_->extInsts, &src_->extInstCount, "x",
-                                                "inst", nullptr));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict_, &src_->identities[0].ifFeatures,
+                                            &src_->identities[0].ifFeatureCount, "m", "g"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(src_, "e", "a", 1));
+  ASSERT_EQ(QM_OK, QMS_EXT_AppendOneExtInstToArray(dict_, &src_->extInsts, &src_->extInstCount, "x",
+                                                   "inst", nullptr));
   EXPECT_EQ(0u, Run());
   ASSERT_EQ(1, dst_->importCount);
   EXPECT_STREQ("other", dst_->imports[0].moduleName);
@@ -173,16 +174,16 @@ TEST_F(MergeDefinitions, WhatTheDestinationLacksIsTakenOver) {
 }
 
 TEST_F(MergeDefinitions, EnabledBitIsNotCarriedOver) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(src_, "f"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(src_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(src_, "f"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(src_, "f"));
   EXPECT_EQ(0u, Run());
   EXPECT_EQ(0, dst_->features[0].flags);
 }
 
 TEST_F(MergeDefinitions, PrefixForAnotherModuleIsRefused) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(dst_, "one", "p"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(src_, "two", "p"));
-  EXPECT_EQ(22u, Run());
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(dst_, "one", "p"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(src_, "two", "p"));
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(),
               ElementsAre("The import module name \"two\" corresponding to the prefix \"p\" is "
                           "different from the existing module name \"one\".",
@@ -191,10 +192,10 @@ TEST_F(MergeDefinitions, PrefixForAnotherModuleIsRefused) {
 }
 
 TEST_F(MergeDefinitions, FeatureWithOtherIfFeaturesIsRefused) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(dst_, "f"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(src_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(dst_, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(src_, "f"));
   AddIfFeature(&src_->features[0], "g");
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(),
               ElementsAre("The if-feature informations of the feature \"f\" are different from "
                           "the existing feature",
@@ -202,12 +203,12 @@ TEST_F(MergeDefinitions, FeatureWithOtherIfFeaturesIsRefused) {
 }
 
 TEST_F(MergeDefinitions, IdentityWithOtherBasesIsRefused) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(dst_, "i"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(src_, "i"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(dst_, "i"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(src_, "i"));
   const QmsIdentBase base = {"m", "root"};
   dst_->identities[0].bases = QMS_MOD_CopyIdentBaseArray(dict_, &base, 1);
   dst_->identities[0].baseCount = 1;
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(),
               ElementsAre("The information of the identity \"i\" is different from the existing "
                           "identity",
@@ -215,9 +216,9 @@ TEST_F(MergeDefinitions, IdentityWithOtherBasesIsRefused) {
 }
 
 TEST_F(MergeDefinitions, ExtensionWithAnotherArgumentIsRefused) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(dst_, "e", "a", 0));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(src_, "e", "b", 0));
-  EXPECT_EQ(22u, Run());
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(dst_, "e", "a", 0));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(src_, "e", "b", 0));
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(),
               ElementsAre("The information of the extension \"e\" is different from the existing "
                           "extension",
@@ -231,7 +232,7 @@ TEST_F(MergeDefinitions, EveryDeviationIsAppendedWithItsDeviates) {
   deviate.musts = &must;
   deviate.mustCount = 1;
   for (QmsModule* module : {dst_, src_}) {
-    ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module, "/a:b"));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module, "/a:b"));
     module->deviations[0].deviates = QMS_MOD_CopyDeviateArray(dict_, &deviate, 1);
     module->deviations[0].deviateCount = 1;
     module->deviations[0].flags = QMS_DEVIATION_APPLIED;
@@ -268,7 +269,7 @@ TEST_F(MergeDefinitions, LaterTypedefsLeaveNoPointerToTheArrayThatMoved) {
   AddTypedef(dst_, "base", QMT_BASE_INT8);
   QmsNode* leaf = AddTop(dst_, QMS_NODE_LEAF, "l");
   ASSERT_TRUE(MakeDerived(dict_, TypeOfLeaf(leaf), "m", "base"));
-  ASSERT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(TypeOfLeaf(leaf), dst_));
+  ASSERT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(TypeOfLeaf(leaf), dst_));
   AddDerivedTypedef(src_, "t1", "base");
   AddDerivedTypedef(src_, "t2", "base");
   EXPECT_EQ(0u, QMS_MOD_MergeNonNodeMemberTypeDef(dst_, src_));
@@ -280,18 +281,18 @@ TEST_F(MergeDefinitions, LaterTypedefsLeaveNoPointerToTheArrayThatMoved) {
 TEST_F(MergeDefinitions, TypedefThatRefersToALaterOneIsRefused) {
   AddDerivedTypedef(src_, "t", "later");
   AddTypedef(src_, "later", QMT_BASE_INT8);
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to update real type of typedef \"t\".",
                                   "Failed to merge global definitions."));
 }
 
 TEST_F(MergeDefinitions, FirstFailureEndsTheMergeAndNothingIsRolledBack) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(src_, "new", "n"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(dst_, "e", "a", 0));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(src_, "e", "b", 0));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(src_, "new", "n"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(dst_, "e", "a", 0));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(src_, "e", "b", 0));
   AddTypedef(src_, "t", QMT_BASE_INT8);
   Containers(src_, {"c"});
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_EQ(1, dst_->importCount);
   EXPECT_EQ(0, dst_->typedefCount);
   EXPECT_EQ("", ListText(dst_->dataNodes));
@@ -499,8 +500,8 @@ TEST_F(MergeTree, InstancesAreCopiedIntoANodeThatHasNone) {
   ASSERT_EQ(2, dst->extInstCount);
   EXPECT_STREQ("two", dst->extInsts[1].name);
   EXPECT_EQ(2, src->extInstCount);
-  EXPECT_EQ(22u, QMS_NODE_MergeDstNodeWithMimExtInst(dst, src));
-  EXPECT_EQ(22u, QMS_NODE_MergeDstNodeWithMimExtInst(nullptr, src));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeDstNodeWithMimExtInst(dst, src));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeDstNodeWithMimExtInst(nullptr, src));
 }
 
 TEST_F(MergeTree, FailedCopyOfInstancesGives12AndNamesTheReason) {
@@ -508,7 +509,7 @@ TEST_F(MergeTree, FailedCopyOfInstancesGives12AndNamesTheReason) {
   QmsNode* src = AddTop(src_, QMS_NODE_CONTAINER, "c");
   AddInst(src, "one");
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, Run());
+  EXPECT_EQ(QM_NO_MEMORY, Run());
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, dst->extInsts);
   EXPECT_THAT(Said(), ElementsAre("Failed to merge node \"c\" with diff reason \"extension\".",
@@ -518,7 +519,7 @@ TEST_F(MergeTree, FailedCopyOfInstancesGives12AndNamesTheReason) {
 TEST_F(MergeTree, OtherConfigFailsWithReasonOther) {
   AddTop(dst_, QMS_NODE_LEAF, "l")->flags = QMS_NODE_CONFIG_FALSE;
   AddTop(src_, QMS_NODE_LEAF, "l")->flags = QMS_NODE_CONFIG_TRUE;
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to merge node \"l\" with diff reason \"other\".",
                                   "Failed to merge schema tree."));
 }
@@ -528,7 +529,7 @@ TEST_F(MergeTree, FailureBelowAParentNamesTheParent) {
   QmsNode* src = AddTop(src_, QMS_NODE_CONTAINER, "c");
   ASSERT_NE(nullptr, AddChild(dst, QMS_NODE_LEAF, "l"));
   ASSERT_NE(nullptr, AddChild(src, QMS_NODE_CONTAINER, "l"));
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to merge node \"l\" under \"c\" with diff reason "
                                   "\"other\".",
                                   "Failed to merge schema tree."));
@@ -537,7 +538,7 @@ TEST_F(MergeTree, FailureBelowAParentNamesTheParent) {
 TEST_F(MergeTree, NameThatWouldOccurTwiceIsRefused) {
   Containers(dst_, {"a", "b", "c"});
   Containers(src_, {"a", "x", "c"});
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to merge node \"b\" with diff reason \"name\".",
                                   "Failed to merge schema tree."));
   EXPECT_EQ("a b c", ListText(dst_->dataNodes));
@@ -548,8 +549,8 @@ TEST_F(MergeTree, UniquenessLooksFromTheDestinationNodeOn) {
   Containers(dst_, {"a", "b", "c"});
   Containers(src_, {"x", "a"});
   const QmsNode* dst = dst_->dataNodes;
-  EXPECT_EQ(22u, QMS_NODE_CheckPostSiblingNodeUnique(dst, src_->dataNodes));
-  EXPECT_EQ(0u, QMS_NODE_CheckPostSiblingNodeUnique(dst->next, src_->dataNodes));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_CheckPostSiblingNodeUnique(dst, src_->dataNodes));
+  EXPECT_EQ(QM_OK, QMS_NODE_CheckPostSiblingNodeUnique(dst->next, src_->dataNodes));
 }
 
 TEST_F(MergeTree, NodeOfAnotherModuleIsNotMergedInto) {
@@ -557,7 +558,7 @@ TEST_F(MergeTree, NodeOfAnotherModuleIsNotMergedInto) {
   QmsNode* foreign = NewNode(other, QMS_NODE_CONTAINER, "c");
   dst_->dataNodes = foreign;
   Containers(src_, {"c"});
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to merge node \"c\" with diff reason \"none\".",
                                   "Failed to merge schema tree."));
   dst_->dataNodes = nullptr;
@@ -571,7 +572,7 @@ TEST_F(MergeTree, ExtraChildrenOfACoupledAugmentAreRefused) {
   QmsNode* leaf = AddChild(src, QMS_NODE_LEAF, "l");
   dst->flags = QMS_NODE_COUPLED;
   src->flags = QMS_NODE_COUPLED;
-  EXPECT_EQ(22u, Run());
+  EXPECT_EQ(QM_INVALID, Run());
   EXPECT_THAT(Said(), ElementsAre("Failed to merge extra node list \"l\" under \"/x:y\".",
                                   "Failed to merge schema tree."));
   EXPECT_EQ(src, leaf->parent);
@@ -592,12 +593,12 @@ TEST_F(MergeTree, ReasonsThatAreNoneOfTheKnownAreRefusedWith22) {
   Containers(src_, {"a"});
   uint32_t goOn = 0;
   for (uint32_t reason : {3u, 4u, 5u}) {
-    EXPECT_EQ(22u, QMS_NODE_MergeNodeListWithDiffReason(dst_->dataNodes, src_->dataNodes, dst_,
-                                                        reason, &goOn));
+    EXPECT_EQ(QM_INVALID, QMS_NODE_MergeNodeListWithDiffReason(dst_->dataNodes, src_->dataNodes,
+                                                               dst_, reason, &goOn));
   }
-  EXPECT_EQ(22u,
+  EXPECT_EQ(QM_INVALID,
             QMS_NODE_MergeNodeListWithDiffReason(dst_->dataNodes, src_->dataNodes, src_, 0, &goOn));
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             QMS_NODE_MergeNodeListWithDiffReason(dst_->dataNodes, src_->dataNodes, dst_, 0, &goOn));
   EXPECT_EQ(1u, goOn);
 }
@@ -605,9 +606,10 @@ TEST_F(MergeTree, ReasonsThatAreNoneOfTheKnownAreRefusedWith22) {
 TEST_F(MergeTree, MoveWithoutTargetOrWithAnotherTravelTypeIsRefusedWith22) {
   Containers(dst_, {"a"});
   Containers(src_, {"b"});
-  EXPECT_EQ(22u, QMS_NODE_MergeNodeListToTgtWithTravType(nullptr, src_->dataNodes, 1));
-  EXPECT_EQ(22u, QMS_NODE_MergeNodeListToTgtWithTravType(dst_->dataNodes, nullptr, 1));
-  EXPECT_EQ(22u, QMS_NODE_MergeNodeListToTgtWithTravType(dst_->dataNodes, src_->dataNodes, 2));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeNodeListToTgtWithTravType(nullptr, src_->dataNodes, 1));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MergeNodeListToTgtWithTravType(dst_->dataNodes, nullptr, 1));
+  EXPECT_EQ(QM_INVALID,
+            QMS_NODE_MergeNodeListToTgtWithTravType(dst_->dataNodes, src_->dataNodes, 2));
   EXPECT_EQ("b", ListText(src_->dataNodes));
 }
 
@@ -617,7 +619,7 @@ TEST_F(MergeTree, MovedLeafIsResolvedInTheDestination) {
   QmsNode* leaf = AddChild(AddTop(src_, QMS_NODE_CONTAINER, "c"), QMS_NODE_LEAF, "l");
   ASSERT_TRUE(MakeDerived(dict_, TypeOfLeaf(leaf), "m", "t"));
   // Resolved in the source, whose typedefs do not outlive the merge.
-  ASSERT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(TypeOfLeaf(leaf), src_));
+  ASSERT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(TypeOfLeaf(leaf), src_));
   ASSERT_EQ(&src_->typedefs[0].type, ResolvedOf(TypeOfLeaf(leaf)));
   EXPECT_EQ(0u, Run());
   EXPECT_EQ(dst_, leaf->module);
@@ -630,8 +632,8 @@ TEST_F(MergeTree, MovedLeafOfAnUnknownTypedefDoesNotFailTheMerge) {
   EXPECT_EQ(0u, Run());
   EXPECT_EQ(leaf, dst_->dataNodes);
   EXPECT_EQ(nullptr, ResolvedOf(TypeOfLeaf(leaf)));
-  EXPECT_EQ(22u, QMS_NODE_RefreshNodeTreeToQmMod(nullptr, dst_));
-  EXPECT_EQ(22u, QMS_NODE_RefreshNodeTreeToQmMod(leaf, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_RefreshNodeTreeToQmMod(nullptr, dst_));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_RefreshNodeTreeToQmMod(leaf, nullptr));
 }
 
 TEST_F(MergeTree, MovedNodesOutliveTheSource) {
@@ -646,33 +648,33 @@ TEST_F(MergeTree, MovedNodesOutliveTheSource) {
 // A source with one definition of each kind and a node with an instance.
 void FillSource(QmCtx* ctx, QmsModule* dst, QmsModule* src) {
   QmDict* dict = &ctx->dict;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(src, "other", "o"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneInclude(src, "s"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(src, "f"));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict, &src->features[0].ifFeatures,
-                                         &src->features[0].ifFeatureCount, "m", "g"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(src, "i"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(src, "other", "o"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneInclude(src, "s"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(src, "f"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict, &src->features[0].ifFeatures,
+                                            &src->features[0].ifFeatureCount, "m", "g"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(src, "i"));
   const QmsIdentBase base = {"m", "root"};
   src->identities[0].bases = QMS_MOD_CopyIdentBaseArray(dict, &base, 1);
   ASSERT_NE(nullptr, src->identities[0].bases);
   src->identities[0].baseCount = 1;
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict, &src->identities[0].ifFeatures,
-                                         &src->identities[0].ifFeatureCount, "m", "g"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(src, "e", "a", 1));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(src, "/a:b"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict, &src->identities[0].ifFeatures,
+                                            &src->identities[0].ifFeatureCount, "m", "g"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(src, "e", "a", 1));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(src, "/a:b"));
   const QmsDeviate deviate = {};
   src->deviations[0].deviates = QMS_MOD_CopyDeviateArray(dict, &deviate, 1);
   ASSERT_NE(nullptr, src->deviations[0].deviates);
   src->deviations[0].deviateCount = 1;
   QmtType type = {};
   type.baseType = QMT_BASE_INT8;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(src, "t", &type, nullptr));
-  ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict, &src->extInsts, &src->extInstCount, "x",
-                                                "inst", nullptr));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(src, "t", &type, nullptr));
+  ASSERT_EQ(QM_OK, QMS_EXT_AppendOneExtInstToArray(dict, &src->extInsts, &src->extInstCount, "x",
+                                                   "inst", nullptr));
   ASSERT_NE(nullptr, AddTop(dst, QMS_NODE_CONTAINER, "c"));
   QmsNode* node = AddTop(src, QMS_NODE_CONTAINER, "c");
-  ASSERT_EQ(0u, QMS_EXT_AppendOneExtInstToArray(dict, &node->extInsts, &node->extInstCount, "x",
-                                                "inst", nullptr));
+  ASSERT_EQ(QM_OK, QMS_EXT_AppendOneExtInstToArray(dict, &node->extInsts, &node->extInstCount, "x",
+                                                   "inst", nullptr));
 }
 
 // Each allocation of a merge is refused once; every failure names its step first.

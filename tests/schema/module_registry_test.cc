@@ -2,6 +2,7 @@
 #include "schema/module_registry.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -123,8 +124,8 @@ TEST_F(DestroyModuleNode, RemovesTheModuleAndItsErrors) {
 }
 
 TEST_F(DestroyModuleNode, TargetOfACoupledAugmentGoesWithoutTheForeignNodes) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
   QmsModule* a = QM_CTX_GetModuleByModName(ctx_, "a");
   ASSERT_NE(0u, a->augmentNodes->flags & QMS_NODE_COUPLED);
   QM_CTX_DestroyModuleNode(ctx_, QM_CTX_GetModuleByModName(ctx_, "t"));
@@ -135,8 +136,8 @@ TEST_F(DestroyModuleNode, TargetOfACoupledAugmentGoesWithoutTheForeignNodes) {
 }
 
 TEST_F(DestroyModuleNode, ModuleWithACoupledAugmentTakesItsNodesAlong) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
   QmsModule* t = QM_CTX_GetModuleByModName(ctx_, "t");
   ASSERT_NE(nullptr, t->dataNodes->firstChild);
   QM_CTX_DestroyModuleNode(ctx_, QM_CTX_GetModuleByModName(ctx_, "a"));
@@ -144,10 +145,10 @@ TEST_F(DestroyModuleNode, ModuleWithACoupledAugmentTakesItsNodesAlong) {
 }
 
 TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
   // An augment into the nodes of another augment of the same module.
-  ASSERT_EQ(0u,
+  ASSERT_EQ(QM_OK,
             QM_CTX_LoadMemory(
                 ctx_, YinModule("b",
                                 "<import module='t'><prefix value='t'/></import>"
@@ -155,7 +156,7 @@ TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
                                 "<augment target-node='/t:x/b:z'><container name='w'/></augment>")
                           .c_str()));
   // And into those of another module.
-  ASSERT_EQ(0u,
+  ASSERT_EQ(QM_OK,
             QM_CTX_LoadMemory(
                 ctx_, YinModule("a2",
                                 "<import module='t'><prefix value='t'/></import>"
@@ -171,15 +172,15 @@ TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
     EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx_, name));
   }
   QM_CTX_DeInitModuleTree(nullptr);
-  EXPECT_EQ(22u, QM_CTX_InitModuleTree(nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_InitModuleTree(nullptr));
 }
 
 TEST_F(FindDefinition, GoesByModuleAndName) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("m",
-                                                  "<feature name='f'/><identity name='i'/>"
-                                                  "<typedef name='t'><type name='string'/>"
-                                                  "</typedef>")
-                                            .c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m",
+                                                     "<feature name='f'/><identity name='i'/>"
+                                                     "<typedef name='t'><type name='string'/>"
+                                                     "</typedef>")
+                                               .c_str()));
   QmsModule* m = QM_CTX_GetModuleByModName(ctx_, "m");
   EXPECT_EQ(m->identities, QM_CTX_FindIdentityByModNameAndIdentName(ctx_, "m", "i"));
   EXPECT_EQ(m->features, QM_CTX_FindFeatureByModNameAndFeatName(ctx_, "m", "f"));
@@ -193,28 +194,28 @@ TEST_F(FindDefinition, GoesByModuleAndName) {
 }
 
 TEST_F(FeaturesOfModules, AreAskedForAndDisabledByName) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
-  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx_, "m"), "f"));
-  EXPECT_EQ(1u, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
-  EXPECT_EQ(0u, QM_CTX_DisableModFeature(ctx_, "m", "f"));
-  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
-  EXPECT_EQ(0u, QM_CTX_DisableModFeature(ctx_, "m", "f")) << "also when it is disabled already";
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx_, "m"), "f"));
+  EXPECT_EQ(QM_FAILED, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
+  EXPECT_EQ(QM_OK, QM_CTX_DisableModFeature(ctx_, "m", "f"));
+  EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
+  EXPECT_EQ(QM_OK, QM_CTX_DisableModFeature(ctx_, "m", "f")) << "also when it is disabled already";
 }
 
 TEST_F(FeaturesOfModules, UnknownOnesAreNotEnabledAndCannotBeDisabled) {
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
-  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "absent", "f"));
-  EXPECT_EQ(0u, QM_CTX_IsModFeatureEnable(ctx_, "m", "absent"));
-  EXPECT_EQ(22u, QM_CTX_DisableModFeature(ctx_, "absent", "f"));
-  EXPECT_EQ(22u, QM_CTX_DisableModFeature(ctx_, "m", "absent"));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "absent", "f"));
+  EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "m", "absent"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(ctx_, "absent", "f"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(ctx_, "m", "absent"));
 }
 
 TEST_F(FeaturesOfModules, NullArgumentsGive22) {
-  EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(nullptr, "m", "f"));
-  EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(ctx_, nullptr, "f"));
-  EXPECT_EQ(22u, QM_CTX_IsModFeatureEnable(ctx_, "m", nullptr));
-  EXPECT_EQ(22u, QM_CTX_DisableModFeature(nullptr, "m", "f"));
-  EXPECT_EQ(22u, QM_CTX_DisableModFeature(ctx_, nullptr, "f"));
-  EXPECT_EQ(22u, QM_CTX_DisableModFeature(ctx_, "m", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_IsModFeatureEnable(nullptr, "m", "f"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_IsModFeatureEnable(ctx_, nullptr, "f"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_IsModFeatureEnable(ctx_, "m", nullptr));
+  EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(nullptr, "m", "f"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(ctx_, nullptr, "f"));
+  EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(ctx_, "m", nullptr));
 }

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include <qmodel/error.h>
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
@@ -85,7 +86,7 @@ TEST_F(ModuleAccessors, SetPrivateGivesThePreviousPointer) {
 TEST_F(ModuleAccessors, TypeOfATypedefIsFoundByItsName) {
   QmtType type = {};
   type.baseType = QMT_BASE_INT8;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module_, "t", &type, nullptr));
   EXPECT_EQ(&module_->typedefs[0].type, QM_MOD_GetRealTypeByTypDefName(module_, "t"));
   EXPECT_EQ(nullptr, QM_MOD_GetRealTypeByTypDefName(module_, "u"));
   EXPECT_EQ(nullptr, QM_MOD_GetRealTypeByTypDefName(module_, nullptr));
@@ -94,7 +95,7 @@ TEST_F(ModuleAccessors, TypeOfATypedefIsFoundByItsName) {
 using PrefixLookup = ModuleTest;
 
 TEST_F(PrefixLookup, ImportGivesTheNameOfItsModule) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "other", "o"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "other", "o"));
   EXPECT_STREQ("other", QMS_MOD_GetImportModNameByPrefix(module_, "o"));
   EXPECT_STREQ("other", QMS_MOD_GetModuleNameByPrefix(module_, "o"));
   EXPECT_EQ(nullptr, QMS_MOD_GetImportModNameByPrefix(module_, "x"));
@@ -103,14 +104,14 @@ TEST_F(PrefixLookup, ImportGivesTheNameOfItsModule) {
 
 TEST_F(PrefixLookup, OwnPrefixWinsOverAnImportThatRepeatsIt) {
   SetText(&module_->prefix, "p");
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "other", "p"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "other", "p"));
   EXPECT_STREQ("m", QMS_MOD_GetModuleNameByPrefix(module_, "p"));
   EXPECT_STREQ("other", QMS_MOD_GetImportModNameByPrefix(module_, "p"));
 }
 
 TEST_F(PrefixLookup, FirstImportOfAPrefixCounts) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "one", "p"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module_, "two", "p"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "one", "p"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "two", "p"));
   EXPECT_STREQ("one", QMS_MOD_GetModuleNameByPrefix(module_, "p"));
 }
 
@@ -124,25 +125,25 @@ TEST_F(PrefixLookup, MissingArgumentGivesNull) {
 using Features = ModuleTest;
 
 TEST_F(Features, StarOnAModuleWithoutFeaturesSucceeds) {
-  EXPECT_EQ(0u, QM_MOD_EnableFeature(module_, "*"));
+  EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module_, "*"));
 }
 
 TEST_F(Features, StarEnablesEveryFeature) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "a"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "b"));
-  EXPECT_EQ(0u, QM_MOD_EnableFeature(module_, "*"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "a"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "b"));
+  EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module_, "*"));
   EXPECT_EQ(0x40, module_->features[0].flags);
   EXPECT_EQ(0x40, module_->features[1].flags);
 }
 
 TEST_F(Features, OneIsEnabledAndDisabledByName) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "a"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "b"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "a"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "b"));
   EXPECT_FALSE(IsFeatureEnabled(&module_->features[1]));
-  EXPECT_EQ(0u, QM_MOD_EnableFeature(module_, "b"));
+  EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module_, "b"));
   EXPECT_FALSE(IsFeatureEnabled(&module_->features[0]));
   EXPECT_TRUE(IsFeatureEnabled(&module_->features[1]));
-  EXPECT_EQ(0u, QM_MOD_DisableFeature(module_, "b"));
+  EXPECT_EQ(QM_OK, QM_MOD_DisableFeature(module_, "b"));
   EXPECT_FALSE(IsFeatureEnabled(&module_->features[1]));
 }
 
@@ -156,19 +157,19 @@ TEST_F(Features, SwitchingLeavesOtherBitsAlone) {
 }
 
 TEST_F(Features, DisableKnowsNoStar) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module_, "a"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(module_, "*"));
-  EXPECT_EQ(22u, QM_MOD_DisableFeature(module_, "*"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, "a"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(module_, "*"));
+  EXPECT_EQ(QM_INVALID, QM_MOD_DisableFeature(module_, "*"));
   EXPECT_TRUE(IsFeatureEnabled(&module_->features[0]));
 }
 
 TEST_F(Features, UnknownNameAndMissingArgumentsAreRefusedWith22) {
-  EXPECT_EQ(22u, QM_MOD_EnableFeature(module_, "a"));
-  EXPECT_EQ(22u, QM_MOD_EnableFeature(module_, nullptr));
-  EXPECT_EQ(22u, QM_MOD_EnableFeature(nullptr, "*"));
-  EXPECT_EQ(22u, QM_MOD_DisableFeature(module_, "a"));
-  EXPECT_EQ(22u, QM_MOD_DisableFeature(module_, nullptr));
-  EXPECT_EQ(22u, QM_MOD_DisableFeature(nullptr, "a"));
+  EXPECT_EQ(QM_INVALID, QM_MOD_EnableFeature(module_, "a"));
+  EXPECT_EQ(QM_INVALID, QM_MOD_EnableFeature(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_EnableFeature(nullptr, "*"));
+  EXPECT_EQ(QM_INVALID, QM_MOD_DisableFeature(module_, "a"));
+  EXPECT_EQ(QM_INVALID, QM_MOD_DisableFeature(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_DisableFeature(nullptr, "a"));
 }
 
 struct Scan {
@@ -205,32 +206,32 @@ using ScanIdentities = ModuleTest;
 
 TEST_F(ScanIdentities, OrderIsThatOfTheModule) {
   Scan scan;
-  EXPECT_EQ(0u, QM_MOD_ScanAllIdentity(module_, SeeIdentity, &scan));
+  EXPECT_EQ(QM_OK, QM_MOD_ScanAllIdentity(module_, SeeIdentity, &scan));
   for (const char* name : {"c", "a", "b"}) {
-    ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, name));
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, name));
   }
-  EXPECT_EQ(0u, QM_MOD_ScanAllIdentity(module_, SeeIdentity, &scan));
+  EXPECT_EQ(QM_OK, QM_MOD_ScanAllIdentity(module_, SeeIdentity, &scan));
   EXPECT_EQ("c a b ", scan.seen);
 }
 
 TEST_F(ScanIdentities, FirstNonZeroResultEndsTheScan) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "a"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "b"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "c"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "a"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "b"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "c"));
   Scan scan{"", 2, 0};
   EXPECT_EQ(77u, QM_MOD_ScanAllIdentity(module_, SeeIdentity, &scan));
   EXPECT_EQ("a b ", scan.seen);
 }
 
 TEST_F(ScanIdentities, BasesAreGivenAsModuleAndName) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "a"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "a"));
   const QmsIdentBase bases[] = {{"m", "x"}, {"n", "y"}};
   QmsIdentity* identity = &module_->identities[0];
   identity->bases = QMS_MOD_CopyIdentBaseArray(&ctx_->dict, bases, 2);
   ASSERT_NE(nullptr, identity->bases);
   identity->baseCount = 2;
   Scan all;
-  EXPECT_EQ(0u, QM_MOD_ScanIdentityBase(identity, SeeBase, &all));
+  EXPECT_EQ(QM_OK, QM_MOD_ScanIdentityBase(identity, SeeBase, &all));
   EXPECT_EQ("m:x n:y ", all.seen);
   Scan stopped{"", 1, 0};
   EXPECT_EQ(77u, QM_MOD_ScanIdentityBase(identity, SeeBase, &stopped));
@@ -238,7 +239,7 @@ TEST_F(ScanIdentities, BasesAreGivenAsModuleAndName) {
 }
 
 TEST_F(ScanIdentities, DescriptionIsThatOfTheIdentity) {
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module_, "a"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module_, "a"));
   EXPECT_EQ(nullptr, QM_MOD_GetIdentityDescription(&module_->identities[0]));
   SetText(&module_->identities[0].description, "what it is");
   EXPECT_STREQ("what it is", QM_MOD_GetIdentityDescription(&module_->identities[0]));
@@ -246,10 +247,10 @@ TEST_F(ScanIdentities, DescriptionIsThatOfTheIdentity) {
 
 TEST_F(ScanIdentities, MissingArgumentsAreRefusedWith22) {
   QmsIdentity identity = {};
-  EXPECT_EQ(22u, QM_MOD_ScanAllIdentity(nullptr, SeeIdentity, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanAllIdentity(module_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanIdentityBase(nullptr, SeeBase, nullptr));
-  EXPECT_EQ(22u, QM_MOD_ScanIdentityBase(&identity, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanAllIdentity(nullptr, SeeIdentity, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanAllIdentity(module_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanIdentityBase(nullptr, SeeBase, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_ScanIdentityBase(&identity, nullptr, nullptr));
 }
 
 using TopLevelNodes = ModuleTest;
@@ -276,14 +277,14 @@ TEST_F(TopLevelNodes, AreAppendedBehindTheLastOneThatIsLeft) {
   QmsNode* b = AddTop(module_, QMS_NODE_LEAF, "b");
   QmsNode* c = AddTop(module_, QMS_NODE_LEAF, "c");
   for (QmsNode* last : {c, b}) {
-    ASSERT_EQ(0u, QMS_NODE_Unlink(last));
+    ASSERT_EQ(QM_OK, QMS_NODE_Unlink(last));
     QMS_NODE_Free(last);
   }
   QmsNode* d = AddTop(module_, QMS_NODE_LIST, "d");
   EXPECT_EQ("a d", ListText(module_->dataNodes));
   EXPECT_EQ(a, d->prev);
   for (QmsNode* first : {a, d}) {
-    ASSERT_EQ(0u, QMS_NODE_Unlink(first));
+    ASSERT_EQ(QM_OK, QMS_NODE_Unlink(first));
     QMS_NODE_Free(first);
   }
   EXPECT_EQ(nullptr, module_->dataNodes);
@@ -294,8 +295,8 @@ TEST_F(TopLevelNodes, AreAppendedBehindTheLastOneThatIsLeft) {
 TEST_F(TopLevelNodes, AreAppendedBehindSiblingsThatWereLinkedOtherwise) {
   QmsNode* a = AddTop(module_, QMS_NODE_CONTAINER, "a");
   QmsNode* b = AddTop(module_, QMS_NODE_CONTAINER, "b");
-  ASSERT_EQ(0u, QMS_NODE_Unlink(b));
-  ASSERT_EQ(0u, QMS_NODE_AddSibling(a, b));
+  ASSERT_EQ(QM_OK, QMS_NODE_Unlink(b));
+  ASSERT_EQ(QM_OK, QMS_NODE_AddSibling(a, b));
   ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_LEAF, "c"));
   EXPECT_EQ("a b c", ListText(module_->dataNodes));
 }
@@ -308,14 +309,14 @@ TEST_F(TopLevelNodes, OtherKindsAreRefusedWith22AndChangeNothing) {
     SCOPED_TRACE(kind);
     QmsNode node = {};
     node.kind = kind;
-    EXPECT_EQ(22u, QMS_MOD_AddTopNodeToSchemaTree(module_, &node));
+    EXPECT_EQ(QM_INVALID, QMS_MOD_AddTopNodeToSchemaTree(module_, &node));
   }
   EXPECT_EQ("c", ListText(module_->dataNodes));
   EXPECT_EQ(nullptr, module_->rpcNodes);
   EXPECT_EQ(nullptr, module_->notifNodes);
   EXPECT_EQ(nullptr, module_->augmentNodes);
-  EXPECT_EQ(22u, QMS_MOD_AddTopNodeToSchemaTree(nullptr, module_->dataNodes));
-  EXPECT_EQ(22u, QMS_MOD_AddTopNodeToSchemaTree(module_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AddTopNodeToSchemaTree(nullptr, module_->dataNodes));
+  EXPECT_EQ(QM_INVALID, QMS_MOD_AddTopNodeToSchemaTree(module_, nullptr));
 }
 
 TEST_F(TopLevelNodes, FindLooksThroughDataThenRpcsThenNotificationsNotAugments) {
@@ -340,7 +341,7 @@ TEST_F(TopLevelNodes, ScanVisitsDataRpcsAndNotificationsInThatOrder) {
   ASSERT_NE(nullptr, AddChild(container, QMS_NODE_LEAF, "l"));
   ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_LEAF, "d"));
   Scan all;
-  EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(module_, SeeNode, &all));
+  EXPECT_EQ(QM_OK, QM_MOD_IterScanTopmostNode(module_, SeeNode, &all));
   EXPECT_EQ("c d r n ", all.seen);
   Scan stopped{"", 3, 0};
   EXPECT_EQ(77u, QM_MOD_IterScanTopmostNode(module_, SeeNode, &stopped));
@@ -352,7 +353,7 @@ TEST_F(TopLevelNodes, AugmentScanVisitsAugmentsOnly) {
   ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_AUGMENT, "/a:b"));
   ASSERT_NE(nullptr, AddTop(module_, QMS_NODE_AUGMENT, "/a:c"));
   Scan all;
-  EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(module_, SeeNode, &all));
+  EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(module_, SeeNode, &all));
   EXPECT_EQ("/a:b /a:c ", all.seen);
   Scan stopped{"", 1, 0};
   EXPECT_EQ(77u, QM_MOD_IterScanAugmentNode(module_, SeeNode, &stopped));
@@ -360,10 +361,10 @@ TEST_F(TopLevelNodes, AugmentScanVisitsAugmentsOnly) {
 }
 
 TEST_F(TopLevelNodes, ScansRefuseMissingArgumentsWith22) {
-  EXPECT_EQ(22u, QM_MOD_IterScanTopmostNode(nullptr, SeeNode, nullptr));
-  EXPECT_EQ(22u, QM_MOD_IterScanTopmostNode(module_, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_MOD_IterScanAugmentNode(nullptr, SeeNode, nullptr));
-  EXPECT_EQ(22u, QM_MOD_IterScanAugmentNode(module_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_IterScanTopmostNode(nullptr, SeeNode, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_IterScanTopmostNode(module_, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_IterScanAugmentNode(nullptr, SeeNode, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_MOD_IterScanAugmentNode(module_, nullptr, nullptr));
 }
 
 using Registry = ModuleTest;
@@ -387,15 +388,15 @@ void FillEverything(QmCtx* ctx, QmsModule* module) {
        {&module->prefix, &module->description, &module->revision, &module->organization}) {
     ASSERT_TRUE(InternText(dict, field, "text"));
   }
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module, "i", "p"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneInclude(module, "s"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module, "f"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneIdentity(module, "id"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneExtension(module, "e", "arg", 1));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneDeviation(module, "/x:y"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module, "i", "p"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneInclude(module, "s"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneIdentity(module, "id"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneExtension(module, "e", "arg", 1));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneDeviation(module, "/x:y"));
   QmtType type = {};
   type.baseType = QMT_BASE_STRING;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneTypeDef(module, "t", &type, "d"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module, "t", &type, "d"));
   module->mergeSources = static_cast<const char**>(AllocZeroed(2 * sizeof(const char*)));
   ASSERT_NE(nullptr, module->mergeSources);
   module->mergeSourceCount = 2;  // the second slot stays empty

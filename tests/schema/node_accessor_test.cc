@@ -150,17 +150,17 @@ TEST(GetAugmentTargetNode, LooksTheTargetUpByTheName) {
 TEST(IsEnabled, NeedsEveryFeature) {
   Schema schema;
   QmsModule* module = schema.Module("m");
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module, "f"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(module, "g"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module, "f"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module, "g"));
   QmsNode* node = Top(module, QMS_NODE_CONTAINER, "c");
   EXPECT_EQ(1u, QM_NODE_IsEnabled(node));
   for (const char* feature : {"f", "g"}) {
-    ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(schema.dict(), &node->ifFeatures, &node->ifFeatureCount,
-                                           "m", feature));
+    ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(schema.dict(), &node->ifFeatures,
+                                              &node->ifFeatureCount, "m", feature));
   }
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(module, "f"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(module, "f"));
   EXPECT_EQ(0u, QM_NODE_IsEnabled(node));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(module, "g"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(module, "g"));
   EXPECT_EQ(1u, QM_NODE_IsEnabled(node));
 }
 
@@ -168,8 +168,8 @@ TEST(IsEnabled, IsFalseWhenTheFeatureCannotBeAskedFor) {
   Schema schema;
   QmsModule* module = schema.Module("m");
   QmsNode* node = Top(module, QMS_NODE_CONTAINER, "c");
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(schema.dict(), &node->ifFeatures, &node->ifFeatureCount,
-                                         "unknown", "f"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(schema.dict(), &node->ifFeatures, &node->ifFeatureCount,
+                                            "unknown", "f"));
   EXPECT_EQ(0u, QM_NODE_IsEnabled(node));
   // A cleared reference makes the context answer 22, which is not "enabled".
   QMS_NODE_ClearIfFeature(schema.dict(), &node->ifFeatures[0]);

@@ -2,6 +2,7 @@
 #include "schema/node_array.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -27,11 +28,11 @@ class NodeArray : public testing::Test {
     QM_DICT_Destroy(&dict_);
   }
   void AppendFeature(const char* module, const char* feature) {
-    ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, module, feature));
+    ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, module, feature));
   }
   void AppendMust(const char* condition, const char* message, const char* appTag) {
     const QmsMust must = {condition, message, appTag};
-    ASSERT_EQ(0u, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, &must));
+    ASSERT_EQ(QM_OK, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, &must));
   }
   std::string MustText() const {
     std::string text;
@@ -58,8 +59,8 @@ using IfFeatures = NodeArray;
 
 TEST_F(IfFeatures, FillRefusesAMissingTextWith22) {
   QmsIfFeature rec = {};
-  EXPECT_EQ(22u, QMS_NODE_FillIfFeature(&dict_, &rec, nullptr, "f"));
-  EXPECT_EQ(22u, QMS_NODE_FillIfFeature(&dict_, &rec, "m", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_FillIfFeature(&dict_, &rec, nullptr, "f"));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_FillIfFeature(&dict_, &rec, "m", nullptr));
   EXPECT_EQ(0u, References(&dict_, "m"));
 }
 
@@ -67,7 +68,7 @@ TEST_F(IfFeatures, FillWithoutMemoryGives12AndHoldsNothing) {
   for (uint64_t n = 1; n <= 4; ++n) {
     QmsIfFeature rec = {};
     counting_memory::RefuseNth(n, Refuse::kOnce);
-    EXPECT_EQ(12u, QMS_NODE_FillIfFeature(&dict_, &rec, "m", "f"));
+    EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_FillIfFeature(&dict_, &rec, "m", "f"));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(nullptr, rec.module);
     EXPECT_EQ(0u, References(&dict_, "m"));
@@ -77,9 +78,9 @@ TEST_F(IfFeatures, FillWithoutMemoryGives12AndHoldsNothing) {
 TEST_F(IfFeatures, FailedAppendKeepsTheCount) {
   AppendFeature("m", "f");
   counting_memory::RefuseNth(2, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, "m", "g"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, "m", "g"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
-  EXPECT_EQ(22u, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, "m", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendOneIfFeat(&dict_, &features_, &featureCount_, "m", nullptr));
   EXPECT_EQ(1, featureCount_);
   AppendFeature("m", "g");
   EXPECT_STREQ("g", features_[1].feature);
@@ -130,9 +131,9 @@ TEST_F(IfFeatures, ChildInheritsWhatItDoesNotHave) {
   augment.ifFeatures = features_;
   augment.ifFeatureCount = featureCount_;
   QmsNode child = {};
-  ASSERT_EQ(0u,
+  ASSERT_EQ(QM_OK,
             QMS_NODE_AppendOneIfFeat(&dict_, &child.ifFeatures, &child.ifFeatureCount, "m", "g"));
-  EXPECT_EQ(0u, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, &augment, &child));
+  EXPECT_EQ(QM_OK, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, &augment, &child));
   ASSERT_EQ(2, child.ifFeatureCount);
   EXPECT_STREQ("g", child.ifFeatures[0].feature);
   EXPECT_STREQ("f", child.ifFeatures[1].feature);
@@ -140,18 +141,18 @@ TEST_F(IfFeatures, ChildInheritsWhatItDoesNotHave) {
 
   QmsNode other = {};
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, &augment, &other));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, &augment, &other));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(0, other.ifFeatureCount);
-  EXPECT_EQ(22u, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, nullptr, &other));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode(&dict_, nullptr, &other));
 }
 
 using Musts = NodeArray;
 
 TEST_F(Musts, FillNeedsAConditionOnly) {
   QmsMust rec = {};
-  EXPECT_EQ(22u, QMS_NODE_FillMust(&dict_, &rec, nullptr, "m", "t"));
-  EXPECT_EQ(0u, QMS_NODE_FillMust(&dict_, &rec, "c", nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_FillMust(&dict_, &rec, nullptr, "m", "t"));
+  EXPECT_EQ(QM_OK, QMS_NODE_FillMust(&dict_, &rec, "c", nullptr, nullptr));
   EXPECT_STREQ("c", rec.condition);
   EXPECT_EQ(nullptr, rec.errorMessage);
   EXPECT_EQ(nullptr, rec.errorAppTag);
@@ -163,7 +164,7 @@ TEST_F(Musts, FillWithoutMemoryGives12AndHoldsNothing) {
   for (uint64_t n = 1; n <= 6; ++n) {
     QmsMust rec = {};
     counting_memory::RefuseNth(n, Refuse::kOnce);
-    EXPECT_EQ(12u, QMS_NODE_FillMust(&dict_, &rec, "c", "m", "t"));
+    EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_FillMust(&dict_, &rec, "c", "m", "t"));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(nullptr, rec.condition);
     EXPECT_EQ(0u, References(&dict_, "c"));
@@ -201,7 +202,7 @@ TEST_F(Musts, CopyIsDeep) {
   EXPECT_EQ(2u, References(&dict_, "t"));
   QMS_NODE_FreeMusts(&dict_, copy, 1);
   EXPECT_EQ(nullptr, QMS_NODE_CopyMustsArray(&dict_, musts_, 0));
-  EXPECT_EQ(22u, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, nullptr));
 }
 
 TEST_F(Musts, FailedCopyGivesNullAndReleasesTheFirstElements) {
@@ -218,7 +219,7 @@ TEST_F(Musts, SubtractKeepsThoseWithACondition) {
   for (const char* condition : {"a", "b", "c", "d"}) AppendMust(condition, "m", nullptr);
   QMS_NODE_ClearMust(&dict_, &musts_[0]);
   QMS_NODE_ClearMust(&dict_, &musts_[2]);
-  EXPECT_EQ(0u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 4, 2));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 4, 2));
   mustCount_ = 2;
   EXPECT_EQ("b d ", MustText());
   EXPECT_EQ(2u, References(&dict_, "m"));
@@ -228,7 +229,7 @@ TEST_F(Musts, SubtractReleasesTheErrorTextsOfADroppedMust) {
   AppendMust("a", "dropped", nullptr);
   AppendMust("b", nullptr, nullptr);
   ReleaseText(&dict_, &musts_[0].condition);
-  EXPECT_EQ(0u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 2, 1));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 2, 1));
   mustCount_ = 1;
   EXPECT_EQ("b ", MustText());
   EXPECT_EQ(0u, References(&dict_, "dropped"));
@@ -237,13 +238,13 @@ TEST_F(Musts, SubtractReleasesTheErrorTextsOfADroppedMust) {
 TEST_F(Musts, SubtractToNothingFreesTheArray) {
   AppendMust("a", nullptr, nullptr);
   QMS_NODE_ClearMust(&dict_, &musts_[0]);
-  EXPECT_EQ(0u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 1, 0));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 1, 0));
   EXPECT_EQ(nullptr, musts_);
   mustCount_ = 0;
 }
 
 TEST_F(Musts, SubtractMakesNoMustsOfACountWithoutArray) {
-  EXPECT_EQ(0u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 3, 2));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 3, 2));
   EXPECT_EQ(nullptr, musts_);
 }
 
@@ -252,7 +253,7 @@ TEST_F(Musts, SubtractWithoutMemoryFreesBothArrays) {
   AppendMust("b", nullptr, nullptr);
   QMS_NODE_ClearMust(&dict_, &musts_[0]);
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 2, 1));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_SubtractMustsArray(&dict_, &musts_, 2, 1));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, musts_);
   EXPECT_EQ(0u, References(&dict_, "b"));
@@ -263,7 +264,7 @@ TEST_F(Musts, FullCounterIsRefusedWith22) {
   ASSERT_EQ(0u, NewArrayOf(&musts_, 65535));
   mustCount_ = 65535;
   const QmsMust must = {"c", nullptr, nullptr};
-  EXPECT_EQ(22u, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, &must));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, &must));
   EXPECT_EQ(65535, mustCount_);
 }
 
@@ -294,31 +295,31 @@ TEST_F(Defaults, FailedCopyGivesNull) {
 TEST_F(Defaults, AppendPutsNewValuesBehindTheOldOnes) {
   const char* first[] = {"a", "b"};
   const char* second[] = {"c"};
-  EXPECT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, first));
-  EXPECT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, second));
+  EXPECT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, first));
+  EXPECT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, second));
   EXPECT_EQ("a b c ", DefaultText());
   EXPECT_EQ(1u, References(&dict_, "a"));
-  EXPECT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 0, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_AppendLeaflistDefaults(&dict_, nullptr, 1, second));
+  EXPECT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 0, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendLeaflistDefaults(&dict_, nullptr, 1, second));
 }
 
 TEST_F(Defaults, AppendWithoutRoomGives12) {
   const char* values[] = {"a"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("a ", DefaultText());
 }
 
 TEST_F(Defaults, AppendWithAFailedInterningGives1AndKeepsTheOldArray) {
   const char* old[] = {"a"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, old));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, old));
   const char* values[] = {"b", "c"};
   for (uint64_t n = 2; n <= 5; ++n) {
     counting_memory::RefuseNth(n, Refuse::kOnce);
-    EXPECT_EQ(1u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, values));
+    EXPECT_EQ(QM_FAILED, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, values));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ("a ", DefaultText());
     EXPECT_EQ(0u, References(&dict_, "b"));
@@ -329,19 +330,19 @@ TEST_F(Defaults, MoreThan65535AreRefusedWith22) {
   ASSERT_EQ(0u, NewArrayOf(&leafList_.defaults, 65535));
   leafList_.defaultCount = 65535;
   const char* values[] = {"a"};
-  EXPECT_EQ(22u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
   EXPECT_EQ(65535, leafList_.defaultCount);
 }
 
 TEST_F(Defaults, CountWithoutArrayCountsAsNoDefaults) {
   leafList_.defaultCount = 3;
   const char* values[] = {"a"};
-  EXPECT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
+  EXPECT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
   EXPECT_EQ("a ", DefaultText());
 
   QmsLeafList broken = {};
   broken.defaultCount = 3;
-  EXPECT_EQ(0u, QMS_NODE_SubtractLeaflistDefaults(&dict_, &broken, 2));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractLeaflistDefaults(&dict_, &broken, 2));
   EXPECT_EQ(nullptr, broken.defaults);
   EXPECT_EQ(0, broken.defaultCount);
   QMS_NODE_FreeDefaults(&dict_, nullptr, 3);
@@ -349,29 +350,29 @@ TEST_F(Defaults, CountWithoutArrayCountsAsNoDefaults) {
 
 TEST_F(Defaults, SubtractKeepsTheValuesThatAreSet) {
   const char* values[] = {"a", "b", "c"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 3, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 3, values));
   ReleaseText(&dict_, &leafList_.defaults[1]);
-  EXPECT_EQ(0u, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 2));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 2));
   EXPECT_EQ("a c ", DefaultText());
-  EXPECT_EQ(22u, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 3));
-  EXPECT_EQ(22u, QMS_NODE_SubtractLeaflistDefaults(&dict_, nullptr, 0));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 3));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_SubtractLeaflistDefaults(&dict_, nullptr, 0));
 }
 
 TEST_F(Defaults, SubtractToNothingFreesTheArray) {
   const char* values[] = {"a"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
   ReleaseText(&dict_, &leafList_.defaults[0]);
-  EXPECT_EQ(0u, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 0));
+  EXPECT_EQ(QM_OK, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 0));
   EXPECT_EQ(nullptr, leafList_.defaults);
   EXPECT_EQ(0, leafList_.defaultCount);
 }
 
 TEST_F(Defaults, SubtractWithoutMemoryLeavesNoDefaults) {
   const char* values[] = {"a", "b"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 2, values));
   ReleaseText(&dict_, &leafList_.defaults[0]);
   counting_memory::RefuseNth(1, Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 1));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_SubtractLeaflistDefaults(&dict_, &leafList_, 1));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, leafList_.defaults);
   EXPECT_EQ(0, leafList_.defaultCount);

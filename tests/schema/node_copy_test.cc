@@ -27,7 +27,7 @@ TEST(CopyOneNode, CarriesKindNameDescriptionExtensionsAndKeys) {
   QmsModule* n = schema.Module("n");
   QmsNode* list = Top(schema.Module("m"), QMS_NODE_LIST, "l");
   ASSERT_TRUE(InternText(schema.dict(), &list->description, "about"));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneExtInst(schema.dict(), list, "m", "ext", "arg"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneExtInst(schema.dict(), list, "m", "ext", "arg"));
   list->keyCount = 2;
   QmsNode* copy = QMS_NODE_CopyOneNodeToModule(list, n);
   ASSERT_NE(nullptr, copy);
@@ -52,8 +52,9 @@ TEST(CopyOneNode, LeavesFlagsWhenMustsAndIfFeaturesBehind) {
   node->keyCount = 3;  // only a list's is taken
   ASSERT_TRUE(InternText(dict, &node->when, "../x"));
   QmsMust must{"a", nullptr, nullptr};
-  ASSERT_EQ(0u, QMS_NODE_AppendOneMust(dict, &node->musts, &node->mustCount, &must));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict, &node->ifFeatures, &node->ifFeatureCount, "m", "f"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneMust(dict, &node->musts, &node->mustCount, &must));
+  ASSERT_EQ(QM_OK,
+            QMS_NODE_AppendOneIfFeat(dict, &node->ifFeatures, &node->ifFeatureCount, "m", "f"));
   QmsNode* copy = QMS_NODE_CopyOneNodeToModule(node, m);
   ASSERT_NE(nullptr, copy);
   EXPECT_EQ(0u, copy->flags);
@@ -88,7 +89,7 @@ TEST(CopyPayload, OfALeafListCopiesItsDefaults) {
   QmsLeafList* payload = static_cast<QmsLeafList*>(list->payload);
   payload->type.baseType = QMT_BASE_STRING;
   const char* values[] = {"one", "two"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(schema.dict(), payload, 2, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(schema.dict(), payload, 2, values));
   void* copy = QMS_NODE_CopySchemaByType(schema.dict(), QMS_NODE_LEAF_LIST, payload);
   ASSERT_NE(nullptr, copy);
   const QmsLeafList* copied = static_cast<QmsLeafList*>(copy);
@@ -236,15 +237,15 @@ TEST(CopyNodeTree, SurvivesEveryFailedAllocation) {
   QmDict* dict = schema.dict();
   g_into = schema.Module("n");
   g_root = Top(schema.Module("m"), QMS_NODE_CONTAINER, "root");
-  ASSERT_EQ(0u, QMS_NODE_AppendOneExtInst(dict, g_root, "m", "ext", "arg"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneExtInst(dict, g_root, "m", "ext", "arg"));
   QmsNode* leaf = Child(g_root, QMS_NODE_LEAF, "l");
   schema_tree::SetDerivedType(leaf, "o", "t");
   ASSERT_TRUE(InternText(dict, &static_cast<QmsLeaf*>(leaf->payload)->units, "metres"));
   QmsNode* list = Child(g_root, QMS_NODE_LEAF_LIST, "ll");
   schema_tree::SetType(list, QMT_BASE_STRING);
   const char* values[] = {"one", "two"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(dict, static_cast<QmsLeafList*>(list->payload), 2,
-                                                values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(dict, static_cast<QmsLeafList*>(list->payload),
+                                                   2, values));
   Child(g_root, QMS_NODE_CHOICE, "ch");
   EXPECT_LT(10u, counting_memory::FailEachAllocation(CopyScenario));
 }

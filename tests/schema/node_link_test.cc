@@ -31,15 +31,15 @@ void ExpectSound(const QmsNode* parent) {
 
 TEST(Linking, RefusesNullWith22) {
   QmsNode node{};
-  EXPECT_EQ(22u, QMS_NODE_AddChild(nullptr, &node));
-  EXPECT_EQ(22u, QMS_NODE_AddChild(&node, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_AddAsFirstChild(nullptr, &node));
-  EXPECT_EQ(22u, QMS_NODE_AddAsFirstChild(&node, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_AddSibling(nullptr, &node));
-  EXPECT_EQ(22u, QMS_NODE_AddSibling(&node, nullptr));
-  EXPECT_EQ(22u, QMS_NODE_LinkTreeNode(nullptr, &node, 0));
-  EXPECT_EQ(22u, QMS_NODE_LinkTreeNode(&node, nullptr, 1));
-  EXPECT_EQ(22u, QMS_NODE_Unlink(nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddChild(nullptr, &node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddChild(&node, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddAsFirstChild(nullptr, &node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddAsFirstChild(&node, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddSibling(nullptr, &node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddSibling(&node, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_LinkTreeNode(nullptr, &node, 0));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_LinkTreeNode(&node, nullptr, 1));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_Unlink(nullptr));
   EXPECT_EQ(nullptr, QMS_NODE_GetLastSibling(nullptr));
   EXPECT_EQ(0u, QMS_NODE_IsChildNode(nullptr, &node));
   EXPECT_EQ(0u, QMS_NODE_IsChildNode(&node, nullptr));
@@ -53,7 +53,7 @@ TEST(AddChild, AppendsAndClearsOldSiblingLinks) {
   QmsNode* stale = Loose(parent->module, QMS_NODE_CONTAINER, "b");
   stale->next = parent;
   stale->prev = parent;
-  EXPECT_EQ(0u, QMS_NODE_AddChild(parent, stale));
+  EXPECT_EQ(QM_OK, QMS_NODE_AddChild(parent, stale));
   EXPECT_EQ("a b", Children(parent));
   ExpectSound(parent);
 }
@@ -61,8 +61,10 @@ TEST(AddChild, AppendsAndClearsOldSiblingLinks) {
 TEST(AddAsFirstChild, Prepends) {
   Schema schema;
   QmsNode* parent = Top(schema.Module("m"), QMS_NODE_CONTAINER, "p");
-  EXPECT_EQ(0u, QMS_NODE_AddAsFirstChild(parent, Loose(parent->module, QMS_NODE_CONTAINER, "b")));
-  EXPECT_EQ(0u, QMS_NODE_AddAsFirstChild(parent, Loose(parent->module, QMS_NODE_CONTAINER, "a")));
+  EXPECT_EQ(QM_OK,
+            QMS_NODE_AddAsFirstChild(parent, Loose(parent->module, QMS_NODE_CONTAINER, "b")));
+  EXPECT_EQ(QM_OK,
+            QMS_NODE_AddAsFirstChild(parent, Loose(parent->module, QMS_NODE_CONTAINER, "a")));
   EXPECT_EQ("a b", Children(parent));
   ExpectSound(parent);
 }
@@ -76,9 +78,9 @@ TEST(AddChild, RefusesACoupledAugmentAsParentWith22) {
   schema_tree::Couple(augment, target);
   Child(target, QMS_NODE_CONTAINER, "after");
   QmsNode* node = Loose(module, QMS_NODE_CONTAINER, "y");
-  EXPECT_EQ(22u, QMS_NODE_AddChild(augment, node));
-  EXPECT_EQ(22u, QMS_NODE_AddAsFirstChild(augment, node));
-  EXPECT_EQ(22u, QMS_NODE_LinkTreeNode(augment, node, 0));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddChild(augment, node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_AddAsFirstChild(augment, node));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_LinkTreeNode(augment, node, 0));
   EXPECT_EQ("x after", Children(target));
   QMS_NODE_Free(node);
 }
@@ -88,7 +90,7 @@ TEST(AddSibling, AppendsBehindTheLastSibling) {
   QmsNode* parent = Top(schema.Module("m"), QMS_NODE_CONTAINER, "p");
   QmsNode* a = Child(parent, QMS_NODE_CONTAINER, "a");
   Child(parent, QMS_NODE_CONTAINER, "b");
-  EXPECT_EQ(0u, QMS_NODE_AddSibling(a, Loose(parent->module, QMS_NODE_CONTAINER, "c")));
+  EXPECT_EQ(QM_OK, QMS_NODE_AddSibling(a, Loose(parent->module, QMS_NODE_CONTAINER, "c")));
   EXPECT_EQ("a b c", Children(parent));
   ExpectSound(parent);
 }
@@ -99,7 +101,7 @@ TEST(AddSibling, WorksWithoutParent) {
   QmsNode* a = Top(module, QMS_NODE_CONTAINER, "a");
   QmsNode* b = Top(module, QMS_NODE_CONTAINER, "b");
   QmsNode* c = Loose(module, QMS_NODE_CONTAINER, "c");
-  EXPECT_EQ(0u, QMS_NODE_AddSibling(a, c));
+  EXPECT_EQ(QM_OK, QMS_NODE_AddSibling(a, c));
   EXPECT_EQ(c, b->next);
   EXPECT_EQ(b, c->prev);
   EXPECT_EQ(nullptr, c->parent);
@@ -111,9 +113,9 @@ TEST(LinkTreeNode, LinksAsChildOrSiblingAndRefusesTheRest) {
   QmsNode* parent = Top(schema.Module("m"), QMS_NODE_CONTAINER, "p");
   QmsNode* a = Loose(parent->module, QMS_NODE_CONTAINER, "a");
   QmsNode* b = Loose(parent->module, QMS_NODE_CONTAINER, "b");
-  EXPECT_EQ(22u, QMS_NODE_LinkTreeNode(parent, a, 2));
-  EXPECT_EQ(0u, QMS_NODE_LinkTreeNode(parent, a, 0));
-  EXPECT_EQ(0u, QMS_NODE_LinkTreeNode(a, b, 1));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_LinkTreeNode(parent, a, 2));
+  EXPECT_EQ(QM_OK, QMS_NODE_LinkTreeNode(parent, a, 0));
+  EXPECT_EQ(QM_OK, QMS_NODE_LinkTreeNode(a, b, 1));
   EXPECT_EQ("a b", Children(parent));
 }
 
@@ -129,7 +131,7 @@ TEST(Unlink, TakesTheFirstAMiddleAndTheLastChildOut) {
   } steps[] = {{1, "a c d"}, {0, "c d"}, {3, "c"}, {2, ""}};
   for (const auto& step : steps) {
     QmsNode* node = nodes[step.which];
-    EXPECT_EQ(0u, QMS_NODE_Unlink(node));
+    EXPECT_EQ(QM_OK, QMS_NODE_Unlink(node));
     EXPECT_EQ(step.left, Children(parent));
     ExpectSound(parent);
     EXPECT_EQ(nullptr, node->parent);
@@ -153,10 +155,10 @@ TEST(Unlink, MovesTheHeadOfEachTopLevelList) {
     QmsNode* a = Top(module, list.kind, "a");
     QmsNode* b = Top(module, list.kind, "b");
     ASSERT_EQ(a, module->*list.head);
-    EXPECT_EQ(0u, QMS_NODE_Unlink(a));
+    EXPECT_EQ(QM_OK, QMS_NODE_Unlink(a));
     EXPECT_EQ(b, module->*list.head);
     EXPECT_EQ(nullptr, b->prev);
-    EXPECT_EQ(0u, QMS_NODE_Unlink(b));
+    EXPECT_EQ(QM_OK, QMS_NODE_Unlink(b));
     EXPECT_EQ(nullptr, module->*list.head);
     QMS_NODE_Free(a);
     QMS_NODE_Free(b);
@@ -168,7 +170,7 @@ TEST(Unlink, LeavesTheHeadWhenALaterTopNodeGoes) {
   QmsModule* module = schema.Module("m");
   QmsNode* a = Top(module, QMS_NODE_LEAF, "a");
   QmsNode* b = Top(module, QMS_NODE_LEAF, "b");
-  EXPECT_EQ(0u, QMS_NODE_Unlink(b));
+  EXPECT_EQ(QM_OK, QMS_NODE_Unlink(b));
   EXPECT_EQ(a, module->dataNodes);
   EXPECT_EQ(nullptr, a->next);
   QMS_NODE_Free(b);

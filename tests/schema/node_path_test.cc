@@ -92,13 +92,13 @@ TEST(PrintPathIntoBuffer, GoesOnAtTheGivenLengthAndReports12WhenItDoesNotFit) {
   QmsNode* node = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
   char buf[16] = "ab";
   uint32_t length = 2;
-  EXPECT_EQ(0u, QMS_NODE_PrintJsonPathRecursive(node, buf, sizeof(buf), &length));
+  EXPECT_EQ(QM_OK, QMS_NODE_PrintJsonPathRecursive(node, buf, sizeof(buf), &length));
   EXPECT_STREQ("ab/m:c", buf);
   EXPECT_EQ(6u, length);
   length = 0;
-  EXPECT_EQ(12u, QMS_NODE_PrintJsonPathRecursive(node, buf, 4, &length));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_NODE_PrintJsonPathRecursive(node, buf, 4, &length));
   EXPECT_EQ(0u, length);
-  EXPECT_EQ(0u, QMS_NODE_PrintJsonPathRecursive(node, buf, 5, &length));
+  EXPECT_EQ(QM_OK, QMS_NODE_PrintJsonPathRecursive(node, buf, 5, &length));
   EXPECT_STREQ("/m:c", buf);
 }
 
@@ -106,16 +106,16 @@ TEST(PrintPathIntoBuffer, RefusesNullWith22) {
   char buf[16];
   uint32_t length = 0;
   QmsNode node{};
-  EXPECT_EQ(22u, QMS_NODE_PrintJsonPathRecursive(nullptr, buf, sizeof(buf), &length));
-  EXPECT_EQ(22u, QMS_NODE_PrintJsonPathRecursive(&node, nullptr, sizeof(buf), &length));
-  EXPECT_EQ(22u, QMS_NODE_PrintJsonPathRecursive(&node, buf, sizeof(buf), nullptr));
-  EXPECT_EQ(22u, QMS_NODE_PrintJsonPathRecursive(&node, buf, sizeof(buf), &length));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintJsonPathRecursive(nullptr, buf, sizeof(buf), &length));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintJsonPathRecursive(&node, nullptr, sizeof(buf), &length));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintJsonPathRecursive(&node, buf, sizeof(buf), nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintJsonPathRecursive(&node, buf, sizeof(buf), &length));
 }
 
 TEST(ConvertPrefixVal, PutsTheModuleNameInPlaceOfThePrefix) {
   Schema schema;
   QmsModule* module = schema.Module("mod");
-  ASSERT_EQ(0u, QMS_MOD_AppendOneImport(module, "other-module", "o"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module, "other-module", "o"));
   const std::string longest(64, 'v');
   const struct {
     std::string text;

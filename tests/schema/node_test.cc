@@ -151,10 +151,11 @@ TEST(FreeNode, ReleasesEveryTextOfTheSubtree) {
   QmsNode* root = Loose(module, QMS_NODE_CONTAINER, "root");
   ASSERT_TRUE(InternText(dict, &root->description, "about it"));
   ASSERT_TRUE(InternText(dict, &root->when, "../w"));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneIfFeat(dict, &root->ifFeatures, &root->ifFeatureCount, "m", "f"));
+  ASSERT_EQ(QM_OK,
+            QMS_NODE_AppendOneIfFeat(dict, &root->ifFeatures, &root->ifFeatureCount, "m", "f"));
   QmsMust must{"must-it", "message", "tag"};
-  ASSERT_EQ(0u, QMS_NODE_AppendOneMust(dict, &root->musts, &root->mustCount, &must));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneExtInst(dict, root, "m", "extension", "argument"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneMust(dict, &root->musts, &root->mustCount, &must));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneExtInst(dict, root, "m", "extension", "argument"));
   QmsNode* leaf = LeafOf(root, "a-leaf", QMT_BASE_STRING);
   QmsLeaf* leafPayload = static_cast<QmsLeaf*>(leaf->payload);
   ASSERT_TRUE(InternText(dict, &leafPayload->defaultValue, "leaf-default"));
@@ -162,7 +163,7 @@ TEST(FreeNode, ReleasesEveryTextOfTheSubtree) {
   QmsNode* list = Child(root, QMS_NODE_LEAF_LIST, "a-leaf-list");
   QmsLeafList* listPayload = static_cast<QmsLeafList*>(list->payload);
   const char* values[] = {"list-default"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(dict, listPayload, 1, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(dict, listPayload, 1, values));
   ASSERT_TRUE(InternText(dict, &listPayload->units, "list-units"));
   QmsNode* choice = Child(root, QMS_NODE_CHOICE, "a-choice");
   ASSERT_TRUE(InternText(dict, &static_cast<QmsChoice*>(choice->payload)->defaultCase, "the-case"));
@@ -235,9 +236,9 @@ TEST(FreeNodesWithoutTexts, FreesTheBlocksOfAListAndKeepsTheTexts) {
   QmDict* dict = schema.dict();
   QmsNode* first = Loose(module, QMS_NODE_CONTAINER, "first-node");
   QmsNode* second = Loose(module, QMS_NODE_CONTAINER, "second-node");
-  ASSERT_EQ(0u, QMS_NODE_AddSibling(first, second));
-  ASSERT_EQ(0u, QMS_NODE_AppendOneExtInst(dict, first, "m", "extension", nullptr));
-  ASSERT_EQ(0u,
+  ASSERT_EQ(QM_OK, QMS_NODE_AddSibling(first, second));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneExtInst(dict, first, "m", "extension", nullptr));
+  ASSERT_EQ(QM_OK,
             QMS_NODE_AppendOneIfFeat(dict, &first->ifFeatures, &first->ifFeatureCount, "m", "f"));
   schema_tree::SetDerivedType(Child(second, QMS_NODE_LEAF, "a-leaf"), "m", "a-type");
   QmsModule bare{};

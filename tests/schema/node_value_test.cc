@@ -128,28 +128,28 @@ TEST(GetUnitsValueStr, OwnUnitsThenThoseOfTheTypedefs) {
 TEST(ScanDerivedType, NamesTheTypedefsFromTheNearestOn) {
   TypedefChain chain;
   std::string seen;
-  EXPECT_EQ(0u, QM_NODE_ScanDerivedType(chain.leaf, NoteTypedefCb, &seen));
+  EXPECT_EQ(QM_OK, QM_NODE_ScanDerivedType(chain.leaf, NoteTypedefCb, &seen));
   EXPECT_EQ("m:outer m:middle m:inner ", seen);
   seen.clear();
   QmsNode* plain = LeafOf(chain.c, "plain", QMT_BASE_STRING);
-  EXPECT_EQ(0u, QM_NODE_ScanDerivedType(plain, NoteTypedefCb, &seen));
+  EXPECT_EQ(QM_OK, QM_NODE_ScanDerivedType(plain, NoteTypedefCb, &seen));
   EXPECT_EQ("built-in ", seen);
   EXPECT_EQ(7u, QM_NODE_ScanDerivedType(chain.leaf, StopCb, nullptr));
 }
 
 TEST(ScanDerivedType, RefusesWith22WhatHasNoTypeOrPlace) {
   TypedefChain chain;
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(nullptr, StopCb, nullptr));
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(chain.leaf, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(chain.c, StopCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(nullptr, StopCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(chain.leaf, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(chain.c, StopCb, nullptr));
   QmsNode* untyped = Child(chain.c, QMS_NODE_LEAF, "untyped");
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(untyped, StopCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(untyped, StopCb, nullptr));
   QmsModule* module = chain.leaf->module;
   chain.leaf->module = nullptr;
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(chain.leaf, StopCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(chain.leaf, StopCb, nullptr));
   QmsModule bare{};
   chain.leaf->module = &bare;
-  EXPECT_EQ(22u, QM_NODE_ScanDerivedType(chain.leaf, StopCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ScanDerivedType(chain.leaf, StopCb, nullptr));
   chain.leaf->module = module;
 }
 
@@ -157,22 +157,22 @@ TEST(ValidateValue, ChecksTextsAndElements) {
   Schema schema;
   QmsNode* c = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
   QmsNode* leaf = LeafOf(c, "l", QMT_BASE_INT8);
-  EXPECT_EQ(0u, QM_NODE_ValidateValue(leaf, 1, "-128"));
-  EXPECT_EQ(28680u, QM_NODE_ValidateValue(leaf, 1, "128"));
+  EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(leaf, 1, "-128"));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, QM_NODE_ValidateValue(leaf, 1, "128"));
   xmlNode* element = xmlNewNode(nullptr, XmlChars("l"));
   xmlNodeSetContent(element, XmlChars("5"));
-  EXPECT_EQ(0u, QM_NODE_ValidateValue(leaf, 2, element));
+  EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(leaf, 2, element));
   xmlNodeSetContent(element, XmlChars("x"));
-  EXPECT_EQ(28680u, QM_NODE_ValidateValue(leaf, 2, element));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, QM_NODE_ValidateValue(leaf, 2, element));
   xmlFreeNode(element);
 }
 
 TEST(ValidateValue, RefusesANodeWithoutTypeWith22) {
   Schema schema;
   QmsNode* c = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
-  EXPECT_EQ(22u, QM_NODE_ValidateValue(nullptr, 1, "1"));
-  EXPECT_EQ(22u, QM_NODE_ValidateValue(c, 1, "1"));
-  EXPECT_EQ(22u, QM_NODE_ValidateValue(Child(c, QMS_NODE_LEAF, "untyped"), 1, "1"));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ValidateValue(nullptr, 1, "1"));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ValidateValue(c, 1, "1"));
+  EXPECT_EQ(QM_INVALID, QM_NODE_ValidateValue(Child(c, QMS_NODE_LEAF, "untyped"), 1, "1"));
 }
 
 TEST(FindRealTypeMatchedValue, IsTheTypeOfTheNodeOrNull) {

@@ -81,10 +81,10 @@ TEST(TreeScanAllNode, ASkippedSubtreeIsNeverVisited) {
   Child(a, QMS_NODE_LEAF, "a1");
   Child(root, QMS_NODE_LEAF, "b");
   Answer answer{"a", 0x5A6B7C8D, ""};
-  EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
+  EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
   EXPECT_EQ("root:3 a:0 b:1 ", answer.seen);
   Answer atRoot{"root", 0x5A6B7C8D, ""};
-  EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(root, AnswerCb, &atRoot));
+  EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(root, AnswerCb, &atRoot));
   EXPECT_EQ("root:3 ", atRoot.seen);
 }
 
@@ -96,7 +96,7 @@ TEST(TreeScanAllNode, ASkippedLastChildGoesUp) {
   Child(last, QMS_NODE_LEAF, "hidden");
   Child(root, QMS_NODE_LEAF, "b");
   Answer answer{"last", QMS_SCAN_SKIP_SUBTREE, ""};
-  EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
+  EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
   EXPECT_EQ("root:3 a:0 last:0 a:2 b:1 ", answer.seen);
 }
 
@@ -112,12 +112,12 @@ TEST(TreeScanAllNode, AnyOtherResultEndsTheWalkAndIsReturned) {
 
 TEST(Scans, RefuseNullWith22) {
   QmsNode node{};
-  EXPECT_EQ(22u, QM_NODE_TreeScanAllNode(nullptr, AnswerCb, nullptr));
-  EXPECT_EQ(22u, QM_NODE_TreeScanAllNode(&node, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_NODE_IterScanChildrenNode(nullptr, AnswerCb, nullptr));
-  EXPECT_EQ(22u, QM_NODE_IterScanChildrenNode(&node, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_NODE_IterScanSiblingNode(nullptr, AnswerCb, nullptr));
-  EXPECT_EQ(22u, QM_NODE_IterScanSiblingNode(&node, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_TreeScanAllNode(nullptr, AnswerCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_TreeScanAllNode(&node, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_IterScanChildrenNode(nullptr, AnswerCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_IterScanChildrenNode(&node, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_IterScanSiblingNode(nullptr, AnswerCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_IterScanSiblingNode(&node, nullptr, nullptr));
 }
 
 TEST(TreeScanAllNode, OfACoupledAugmentStaysInItsRun) {
@@ -133,7 +133,7 @@ TEST(TreeScanAllNode, TakesATreeDeeperThanTheCallStack) {
   QmsNode* node = root;
   for (int i = 0; i < 200000; ++i) node = Child(node, QMS_NODE_CONTAINER, "c");
   Answer answer{"", 0, ""};
-  EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
+  EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(root, AnswerCb, &answer));
   // Down to each node, and up to all but the last and the root.
   EXPECT_EQ((200001u + 199999u) * 4u, answer.seen.size());
 }
@@ -155,7 +155,7 @@ TEST(IterScanChildrenNode, StopsAtTheFirstResultThatIsNotZero) {
 TEST(IterScanSiblingNode, BeginsWithTheNodeItself) {
   AugmentedTree tree;
   Answer answer{"", 0, ""};
-  EXPECT_EQ(0u, QM_NODE_IterScanSiblingNode(tree.x, AnswerCb, &answer));
+  EXPECT_EQ(QM_OK, QM_NODE_IterScanSiblingNode(tree.x, AnswerCb, &answer));
   EXPECT_EQ("x:1 y:1 late:1 ", answer.seen);
   Answer stop{"y", 9, ""};
   EXPECT_EQ(9u, QM_NODE_IterScanSiblingNode(tree.x, AnswerCb, &stop));
@@ -273,7 +273,7 @@ TEST(DataTreeWalk, GoesOnBehindAnEmptyChoiceOrCase) {
   Child(c, QMS_NODE_CHOICE, "none");
   QmsNode* leaf = Child(c, QMS_NODE_LEAF, "l");
   EXPECT_EQ(leaf, QMS_NODE_GetFirstSlibingDataTreeNode(choice, c));
-  EXPECT_EQ(0u, QMS_NODE_Unlink(leaf));
+  EXPECT_EQ(QM_OK, QMS_NODE_Unlink(leaf));
   EXPECT_EQ(nullptr, QMS_NODE_GetFirstSlibingDataTreeNode(choice, c));
   QMS_NODE_Free(leaf);
 }

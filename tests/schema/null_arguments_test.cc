@@ -3,6 +3,7 @@
 // They are called by the loader with what a file gave it, and a missing text or
 // record must end in a status, with nothing changed.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "context/dict.h"
 #include "context/memory.h"
@@ -99,8 +100,8 @@ TEST_F(NullArguments, AreRefusedByArraysOfNodesWith22) {
   inst.name = "e";
   ExpectEachGives(22, QMS_EXT_MergeOneExtInstToArray, dict_, &insts, &count, &inst);
   ExpectEachGives(22, QMS_EXT_SubtractExtInstArray, dict_, &insts, 0, 0);
-  EXPECT_EQ(22u, QMS_EXT_MergeExtInsts(dict_, nullptr, &count, &inst, 1));
-  EXPECT_EQ(22u, QMS_EXT_MergeExtInsts(dict_, &insts, nullptr, &inst, 1));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_MergeExtInsts(dict_, nullptr, &count, &inst, 1));
+  EXPECT_EQ(QM_INVALID, QMS_EXT_MergeExtInsts(dict_, &insts, nullptr, &inst, 1));
   ExpectEachGives(22, QMS_NODE_AppendOneExtInst, dict_, node_, "m", "e", nullptr);
   ExpectEachGives(22, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode, dict_, node_, node_);
 
@@ -221,8 +222,8 @@ TEST_F(NullArguments, AreRefusedByKeysPathsAndInheritanceWith22) {
   uint8_t keys = 0;
   QmsNode* list = module_builder::AddTop(module_, QMS_NODE_LIST, "l");
   ASSERT_NE(nullptr, module_builder::AddChild(list, QMS_NODE_LEAF, "k"));
-  EXPECT_EQ(22u, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, "k", &keys));
-  EXPECT_EQ(22u, QMS_NODE_MarkKeyAttrToListLeafs(list, "k", nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MarkKeyAttrToListLeafs(nullptr, "k", &keys));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_MarkKeyAttrToListLeafs(list, "k", nullptr));
   EXPECT_EQ(0u, list->firstChild->flags & QMS_NODE_KEY);
   char path[8];
   uint32_t length = 0;

@@ -53,7 +53,7 @@ void ExpectAllOrRefused(const QmsModule* module, Print print) {
   for (uint32_t size = 1; size <= whole.size(); ++size) {
     SCOPED_TRACE(testing::Message() << size << " bytes for " << whole);
     SmallPrint tooSmall(size, module);
-    EXPECT_EQ(22u, print(&tooSmall.para));
+    EXPECT_EQ(QM_INVALID, print(&tooSmall.para));
     EXPECT_EQ(whole.substr(0, tooSmall.text.used), tooSmall.Written());
   }
   SmallPrint fits(static_cast<uint32_t>(whole.size()) + 1, module);
@@ -120,16 +120,16 @@ TEST(PrintRoom, ASubtreeWithShorthandCasesFitsOrIsRefused) {
 TEST(PrintRoom, APieceThatIsMissingOrANodeOfNoKindIsRefusedWith22) {
   Tree tree;
   SmallPrint print(100, tree.m);
-  EXPECT_EQ(22u, PrintPiece(&print.para, nullptr));
+  EXPECT_EQ(QM_INVALID, PrintPiece(&print.para, nullptr));
   QmsNode node = {};
   for (uint32_t kind : {uint32_t{QMS_NODE_NONE}, uint32_t{QMS_NODE_KIND_COUNT}, UINT32_MAX}) {
     node.kind = kind;
-    EXPECT_EQ(22u, PrintNodeLine(&node, &print.para)) << kind;
+    EXPECT_EQ(QM_INVALID, PrintNodeLine(&node, &print.para)) << kind;
   }
   for (uint32_t kind : {QMS_NODE_LEAF, QMS_NODE_LEAF_LIST}) {
     node.kind = kind;
     node.module = tree.m;
-    EXPECT_EQ(22u, PrintNodeLine(&node, &print.para)) << "a leaf without its record";
+    EXPECT_EQ(QM_INVALID, PrintNodeLine(&node, &print.para)) << "a leaf without its record";
   }
   const QmtType type = {};
   null_arguments::ExpectEachGives(22, QMS_NODE_PrintType, &type, &print.para);
@@ -164,7 +164,7 @@ TEST(PrintRoom, ANodeWithoutNameHasAnEmptyColumnAndFailsThePrint) {
   ReleaseText(tree.schema.dict(), &nameless->name);
   EXPECT_EQ(0u, QMS_NODE_PrintGetMaxLen(tree.m, nameless));
   uint32_t chunks = 0;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(tree.m, CountChunks, &chunks));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(tree.m, CountChunks, &chunks));
   EXPECT_EQ(0u, chunks);
 }
 
@@ -173,9 +173,9 @@ TEST(PrintRoom, AModuleNameThatDoesNotFitTheBufferFailsThePrintWith1) {
   ASSERT_TRUE(InternText(tree.schema.dict(), &tree.n->name, std::string(9000, 'x').c_str()));
   QmsNode* top = Top(tree.n, QMS_NODE_CONTAINER, "top");
   uint32_t chunks = 0;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(tree.n, CountChunks, &chunks));
-  EXPECT_EQ(1u, QM_NODE_PrintNodesTree(top, CountChunks, &chunks));
-  EXPECT_EQ(1u, QM_NODE_PrintNodeHeader(top, CountChunks, &chunks));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(tree.n, CountChunks, &chunks));
+  EXPECT_EQ(QM_FAILED, QM_NODE_PrintNodesTree(top, CountChunks, &chunks));
+  EXPECT_EQ(QM_FAILED, QM_NODE_PrintNodeHeader(top, CountChunks, &chunks));
   EXPECT_EQ(0u, chunks);
 }
 
@@ -192,7 +192,7 @@ TEST(PrintRoom, AnOutputFunctionThatFailsBeforeAHeadlineEndsThePrint) {
   Top(m, QMS_NODE_CONTAINER, std::string(7500, 'x').c_str());
   Top(m, QMS_NODE_RPC, "r");
   uint32_t chunks = 0;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(m, GiveUp, &chunks));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(m, GiveUp, &chunks));
   EXPECT_EQ(1u, chunks) << "nothing is asked of it after it gave up";
 }
 

@@ -44,19 +44,19 @@ uint32_t TakeChunk(const char* text, uint32_t length, void* arg) {
 
 std::string Printed(QmsModule* module) {
   Output out;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(module, TakeChunk, &out));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(module, TakeChunk, &out));
   return out.text;
 }
 
 std::string PrintedNode(QmsNode* node) {
   Output out;
-  EXPECT_EQ(0u, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
+  EXPECT_EQ(QM_OK, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
   return out.text;
 }
 
 std::string PrintedHeader(QmsNode* node) {
   Output out;
-  EXPECT_EQ(0u, QM_NODE_PrintNodeHeader(node, TakeChunk, &out));
+  EXPECT_EQ(QM_OK, QM_NODE_PrintNodeHeader(node, TakeChunk, &out));
   return out.text;
 }
 
@@ -64,8 +64,8 @@ std::string PrintedHeader(QmsNode* node) {
 struct Example {
   yin::Context ctx;
   Example() {
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, QMODEL_TEST_MODELS "/print_tree"));
-    for (const char* name : {"tgt", "ex", "oth"}) EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, QMODEL_TEST_MODELS "/print_tree"));
+    for (const char* name : {"tgt", "ex", "oth"}) EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name));
   }
   QmsModule* Module(const char* name) { return QM_CTX_GetModuleByModName(ctx, name); }
 };
@@ -85,7 +85,7 @@ struct Built {
 };
 
 void Append(QmDict* dict, QmsNode* node, const char* feature) {
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             QMS_NODE_AppendOneIfFeat(dict, &node->ifFeatures, &node->ifFeatureCount, "m", feature));
 }
 
@@ -159,7 +159,7 @@ TEST(PrintModelTree, PrintsAPendingAugmentInTheSameWay) {
       "<import module=\"gone\"><prefix value=\"g\"/></import>"
       "<augment target-node=\"/g:x\" xmlns:g=\"urn:gone\">"
       "<leaf name=\"note\"><type name=\"string\"/></leaf></augment>";
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("a", body).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("a", body).c_str()));
   EXPECT_EQ("module: a\naugment /gone:x:\n+--rw note?   string\n",
             Printed(QM_CTX_GetModuleByModName(ctx, "a")));
 }
@@ -177,15 +177,15 @@ TEST(PrintModelTree, ShowsNoHeadlineOfAnEmptyList) {
 TEST(PrintModelTree, RefusesNullWith22) {
   Schema schema;
   Output out;
-  EXPECT_EQ(22u, QM_MOD_PrintModelTree(nullptr, TakeChunk, &out));
-  EXPECT_EQ(22u, QM_MOD_PrintModelTree(schema.Module("m"), nullptr, &out));
+  EXPECT_EQ(QM_INVALID, QM_MOD_PrintModelTree(nullptr, TakeChunk, &out));
+  EXPECT_EQ(QM_INVALID, QM_MOD_PrintModelTree(schema.Module("m"), nullptr, &out));
 }
 
 TEST(PrintModelTree, Is12WithoutMemoryForTheBuffer) {
   Built built;
   Output out;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QM_MOD_PrintModelTree(built.m, TakeChunk, &out));
+  EXPECT_EQ(QM_NO_MEMORY, QM_MOD_PrintModelTree(built.m, TakeChunk, &out));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ("", out.text);
 }
@@ -251,8 +251,8 @@ TEST(PrintLeafList, ShowsNoDefaults) {
   QmsNode* list = Child(built.c, QMS_NODE_LEAF_LIST, "ll");
   schema_tree::SetType(list, QMT_BASE_INT8);
   const char* values[] = {"1"};
-  ASSERT_EQ(0u, QMS_NODE_AppendLeaflistDefaults(
-                    built.schema.dict(), static_cast<QmsLeafList*>(list->payload), 1, values));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendLeaflistDefaults(
+                       built.schema.dict(), static_cast<QmsLeafList*>(list->payload), 1, values));
   EXPECT_EQ("   +--rw ll*   int8\n", built.BelowC());
 }
 
@@ -443,20 +443,20 @@ TEST(PrintAugment, OfALeafOrAnyOtherNodeWithoutChildrenShowsNothingBelowItsLine)
   yin::Context ctx;
   const std::string choice =
       "<choice name=\"ch\"><leaf name=\"short\"><type name=\"string\"/></leaf></choice>";
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(
-                    ctx, yin::Module("m",
-                                     "<leaf name=\"l\"><type name=\"string\"/></leaf>"
-                                     "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>"
-                                     "<anydata name=\"d\"/><anyxml name=\"x\"/>" +
-                                         choice)
-                             .c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(
+                       ctx, yin::Module("m",
+                                        "<leaf name=\"l\"><type name=\"string\"/></leaf>"
+                                        "<leaf-list name=\"ll\"><type name=\"string\"/></leaf-list>"
+                                        "<anydata name=\"d\"/><anyxml name=\"x\"/>" +
+                                            choice)
+                                .c_str()));
   std::string augments = "<import module=\"m\"><prefix value=\"m\"/></import>";
   for (const char* target : {"l", "ll", "d", "x", "ch/m:short"}) {
     augments += "<augment target-node=\"/m:" + std::string(target) +
                 "\" xmlns:m=\"urn:m\"><container name=\"c\"><leaf name=\"below\">"
                 "<type name=\"int8\"/></leaf></container></augment>";
   }
-  ASSERT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module("a", augments).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("a", augments).c_str()));
   QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
   for (const char* name : {"l", "ll", "d", "x"}) {
     ASSERT_NE(nullptr, yin::Find(m, std::string(name) + "/c/below")) << "not coupled to " << name;
@@ -482,9 +482,9 @@ TEST(PrintAugment, OfALeafOrAnyOtherNodeWithoutChildrenShowsNothingBelowItsLine)
 
 TEST(PrintFeatures, ANodeThatIsNotEnabledIsLeftOutWithItsSubtree) {
   Built built;
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(built.m, "off"));
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(built.m, "on"));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(built.m, "on"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(built.m, "off"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(built.m, "on"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(built.m, "on"));
   LeafOf(built.c, "a", QMT_BASE_INT8);
   QmsNode* hidden = Child(built.c, QMS_NODE_CONTAINER, "hidden-one");
   LeafOf(hidden, "below", QMT_BASE_INT8);
@@ -501,7 +501,7 @@ TEST(PrintFeatures, ANodeThatIsNotEnabledIsLeftOutWithItsSubtree) {
 TEST(PrintFeatures, AnAugmentThatIsNotEnabledIsLeftOutWithItsHeadline) {
   Schema schema;
   QmsModule* m = schema.Module("m");
-  ASSERT_EQ(0u, QMS_MOD_AppendOneFeature(m, "off"));
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(m, "off"));
   QmsNode* augment = Top(m, QMS_NODE_AUGMENT, "/x:y");
   LeafOf(augment, "l", QMT_BASE_INT8);
   Append(schema.dict(), augment, "off");
@@ -527,7 +527,7 @@ TEST(PrintType, ALeafWithoutTypeFailsThePrint) {
   Built built;
   Child(built.c, QMS_NODE_LEAF, "l");
   Output out;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(built.m, TakeChunk, &out));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(built.m, TakeChunk, &out));
   EXPECT_EQ("", out.text);
 }
 
@@ -579,12 +579,12 @@ TEST(PrintAlignSpace, RefusesANameLongerThanTheColumnWith22) {
   QmsPrintPara para{};
   para.text = &text;
   para.nameWidth = 5;
-  EXPECT_EQ(0u, QMS_NODE_PrintNodeNameAlignSpace(5, &para));
+  EXPECT_EQ(QM_OK, QMS_NODE_PrintNodeNameAlignSpace(5, &para));
   EXPECT_EQ(std::string(3, ' '), buf);
-  EXPECT_EQ(0u, QMS_NODE_PrintNodeNameAlignSpace(1, &para));
+  EXPECT_EQ(QM_OK, QMS_NODE_PrintNodeNameAlignSpace(1, &para));
   EXPECT_EQ(std::string(10, ' '), buf);
-  EXPECT_EQ(22u, QMS_NODE_PrintNodeNameAlignSpace(6, &para));
-  EXPECT_EQ(22u, QMS_NODE_PrintNodeNameAlignSpace(0, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintNodeNameAlignSpace(6, &para));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintNodeNameAlignSpace(0, nullptr));
 }
 
 TEST(PrintGetRetract, SetsTheBitOfTheParentsLevelWhenSomethingFollows) {
@@ -654,12 +654,12 @@ TEST(PrintChunks, TheBufferIsEmptiedBeforeALineWhenMoreThan7167BytesAreInUse) {
   Top(m, QMS_NODE_CONTAINER, std::string(50, 'a').c_str());  // 57: 67 in use
   for (int i = 0; i < 72; ++i) Top(m, QMS_NODE_CONTAINER, std::string(93, 'x').c_str());
   Output out;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(m, TakeChunk, &out));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(m, TakeChunk, &out));
   // 67 + 71 * 100 = 7167 is not more than 7167, so one more line joins the chunk.
   EXPECT_EQ((std::vector<uint32_t>{7267}), out.chunks);
   Top(m, QMS_NODE_CONTAINER, "z");
   Output two;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(m, TakeChunk, &two));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(m, TakeChunk, &two));
   EXPECT_EQ((std::vector<uint32_t>{7267, 8}), two.chunks);
   EXPECT_EQ(out.text + "+--rw z\n", two.text);
 }
@@ -673,11 +673,11 @@ TEST(PrintChunks, ALineThatDoesNotFitFailsWith1AfterWholeChunks) {
   // 7167 bytes are in use: 1025 are left, the NUL counted.
   last = Top(m, QMS_NODE_CONTAINER, std::string(1024 - 7, 'y').c_str());
   Output fits;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(m, TakeChunk, &fits));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(m, TakeChunk, &fits));
   EXPECT_EQ((std::vector<uint32_t>{8191}), fits.chunks);
   ASSERT_TRUE(InternText(schema.dict(), &last->name, std::string(1025 - 7, 'y').c_str()));
   Output tooLong;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(m, TakeChunk, &tooLong));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(m, TakeChunk, &tooLong));
   EXPECT_TRUE(tooLong.chunks.empty());
 }
 
@@ -689,7 +689,7 @@ TEST(PrintChunks, HeadlinesFitBehindAFullBuffer) {
   Top(m, QMS_NODE_CONTAINER, std::string(1024 - 7, 'y').c_str());  // 8191 in use
   Top(m, QMS_NODE_RPC, "r");
   Output out;
-  EXPECT_EQ(0u, QM_MOD_PrintModelTree(m, TakeChunk, &out));
+  EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(m, TakeChunk, &out));
   EXPECT_EQ((std::vector<uint32_t>{8191, 14}), out.chunks);  // "rpcs:\n+---x r\n"
 }
 
@@ -700,7 +700,7 @@ TEST(PrintChunks, AFailingOutputFunctionEndsThePrintWith1) {
   for (uint32_t refuseFrom : {0u, 1u, 4u}) {
     Output out;
     out.refuseFrom = refuseFrom;
-    EXPECT_EQ(1u, QM_MOD_PrintModelTree(m, TakeChunk, &out)) << refuseFrom;
+    EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(m, TakeChunk, &out)) << refuseFrom;
     EXPECT_EQ(refuseFrom, out.chunks.size());
   }
 }
@@ -711,8 +711,8 @@ TEST(PrintLevels, ATreeDeeperThanTheCallStackFailsWith1) {
   QmsNode* node = Top(m, QMS_NODE_CONTAINER, "c");
   for (int i = 0; i < 100000; ++i) node = Child(node, QMS_NODE_CONTAINER, "c");
   Output out;
-  EXPECT_EQ(1u, QM_MOD_PrintModelTree(m, TakeChunk, &out));
-  EXPECT_EQ(1u, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
+  EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(m, TakeChunk, &out));
+  EXPECT_EQ(QM_FAILED, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
 }
 
 TEST(PrintNodeHeader, ShowsTheModuleAndTheAncestorsFromTheTopDown) {
@@ -796,8 +796,8 @@ TEST(PrintNodesTree, ANodeBelowAPendingAugmentIsRefusedWith22) {
   QmsNode* leaf = LeafOf(box, "l", QMT_BASE_INT8);
   Output out;
   for (QmsNode* node : {box, leaf}) {
-    EXPECT_EQ(22u, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
-    EXPECT_EQ(22u, QM_NODE_PrintNodeHeader(node, TakeChunk, &out));
+    EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodesTree(node, TakeChunk, &out));
+    EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodeHeader(node, TakeChunk, &out));
   }
   EXPECT_EQ("", out.text);
   EXPECT_EQ("module: m\naugment /x:y:\n+--rw box\n   +--rw l?   int8\n", PrintedNode(augment));
@@ -807,12 +807,12 @@ TEST(PrintNodesTree, RefusesNullWith22) {
   Built built;
   Output out;
   QmsNode bare{};
-  EXPECT_EQ(22u, QM_NODE_PrintNodesTree(nullptr, TakeChunk, &out));
-  EXPECT_EQ(22u, QM_NODE_PrintNodesTree(built.c, nullptr, &out));
-  EXPECT_EQ(22u, QM_NODE_PrintNodesTree(&bare, TakeChunk, &out));
-  EXPECT_EQ(22u, QM_NODE_PrintNodeHeader(nullptr, TakeChunk, &out));
-  EXPECT_EQ(22u, QM_NODE_PrintNodeHeader(built.c, nullptr, &out));
-  EXPECT_EQ(22u, QMS_NODE_PrintSubTree(nullptr, built.c, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodesTree(nullptr, TakeChunk, &out));
+  EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodesTree(built.c, nullptr, &out));
+  EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodesTree(&bare, TakeChunk, &out));
+  EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodeHeader(nullptr, TakeChunk, &out));
+  EXPECT_EQ(QM_INVALID, QM_NODE_PrintNodeHeader(built.c, nullptr, &out));
+  EXPECT_EQ(QM_INVALID, QMS_NODE_PrintSubTree(nullptr, built.c, nullptr));
 }
 
 namespace {

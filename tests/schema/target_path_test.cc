@@ -2,6 +2,7 @@
 #include "schema/target_path.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -93,10 +94,10 @@ TEST(GetJsonFormatXpath, ThePathFitsOrIsRefusedWhateverPieceComesLast) {
   const std::string whole = "/modA:x/modB:y";
   char out[32];
   for (uint32_t size = 0; size <= whole.size(); ++size) {
-    EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out, size)) << size;
+    EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out, size)) << size;
   }
-  EXPECT_EQ(0u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out,
-                                            static_cast<uint32_t>(whole.size()) + 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_GetJsonFormatXpath(module.Get(), "/x/b:y", out,
+                                               static_cast<uint32_t>(whole.size()) + 1));
   EXPECT_EQ(whole, out);
 }
 
@@ -117,19 +118,19 @@ TEST(TransformToJsonFormat, GivesNullWithoutMemory) {
 TEST(GetJsonFormatXpath, RefusesABufferThatIsTooSmall) {
   PathModule module;
   char out[8] = "";
-  EXPECT_EQ(0u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 8));
+  EXPECT_EQ(QM_OK, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 8));
   EXPECT_STREQ("/modA:x", out);
-  EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 7));
-  EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 0));
-  EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", nullptr, 8));
-  EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(nullptr, "/a:x", out, 8));
-  EXPECT_EQ(22u, QM_XPATH_GetJsonFormatXpath(module.Get(), nullptr, out, 8));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 7));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", out, 0));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(module.Get(), "/a:x", nullptr, 8));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(nullptr, "/a:x", out, 8));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetJsonFormatXpath(module.Get(), nullptr, out, 8));
 }
 
 TEST(GetJsonFormatXpath, AnEmptyPathGivesAnEmptyText) {
   PathModule module;
   char out[4] = "old";
-  EXPECT_EQ(0u, QM_XPATH_GetJsonFormatXpath(module.Get(), "", out, 4));
+  EXPECT_EQ(QM_OK, QM_XPATH_GetJsonFormatXpath(module.Get(), "", out, 4));
   EXPECT_STREQ("", out);
 }
 
@@ -144,13 +145,13 @@ TEST(NeedAppendModifiedModName, OnlyAtTheFirstStepAndAtAChange) {
 TEST(UpdateCurrentXpathModName, FallsBackToTheModulesOwnPrefix) {
   PathModule module;
   char last[65] = "";
-  EXPECT_EQ(0u, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "", last, 65));
+  EXPECT_EQ(QM_OK, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "", last, 65));
   EXPECT_STREQ("a", last);
-  EXPECT_EQ(0u, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "b", last, 65));
+  EXPECT_EQ(QM_OK, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "b", last, 65));
   EXPECT_STREQ("b", last);
-  EXPECT_EQ(0u, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "", last, 65));
+  EXPECT_EQ(QM_OK, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "", last, 65));
   EXPECT_STREQ("b", last);
-  EXPECT_EQ(22u, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "ccc", last, 3));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_UpdateCurrentXpathModName(module.Get(), "ccc", last, 3));
 }
 
 struct Split {
@@ -214,26 +215,26 @@ TEST(SplitTargetNodeXpath, RefusesPathsWithoutAQualifiedStep) {
 
 TEST(SplitTargetNodeXpath, RefusesANameThatDoesNotFit) {
   EXPECT_EQ(0u, SplitPath("/abc:x", 4).status);
-  EXPECT_EQ(22u, SplitPath("/abc:x", 3).status);
-  EXPECT_EQ(22u, SplitPath("/abc:x", 0).status);
+  EXPECT_EQ(QM_INVALID, SplitPath("/abc:x", 3).status);
+  EXPECT_EQ(QM_INVALID, SplitPath("/abc:x", 0).status);
 }
 
 TEST(SplitTargetNodeXpath, RefusesNull) {
   char name[65] = "";
-  EXPECT_EQ(22u, QM_XPATH_SplitTargetNodeXpath(nullptr, name, 65, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_XPATH_SplitTargetNodeXpath("/a:x", nullptr, 65, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_SplitTargetNodeXpath(nullptr, name, 65, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_SplitTargetNodeXpath("/a:x", nullptr, 65, nullptr, nullptr));
 }
 
 TEST(SplitTargetNodeXpath, GivesTheNameAloneWithoutBothPlaces) {
   char name[65] = "";
   char mark = 0;
   char* text = &mark;
-  EXPECT_EQ(0u, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, nullptr, nullptr));
   EXPECT_STREQ("b", name);
-  EXPECT_EQ(0u, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, &text, nullptr));
+  EXPECT_EQ(QM_OK, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, &text, nullptr));
   EXPECT_EQ(nullptr, text);
   text = &mark;
-  EXPECT_EQ(0u, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, nullptr, &text));
+  EXPECT_EQ(QM_OK, QM_XPATH_SplitTargetNodeXpath("/a:x/b:y", name, 65, nullptr, &text));
   EXPECT_EQ(nullptr, text);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Conditions with as many parentheses and calls as an evaluation takes, and one more.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "tests/stack/deep_model.h"
 
@@ -44,7 +45,7 @@ TEST(DeepCondition, IsEvaluatedOrRefused) {
     std::string verdict;
     OnSmallStack([&] {
       QmCtx* ctx = QM_CTX_Create(0);
-      EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, ModuleWith(row).c_str()));
+      EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, ModuleWith(row).c_str()));
       char request[] = "<r xmlns='urn:m'><x>v</x></r>";
       verdict = deep_model::Verdict(
           QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, request, nullptr, nullptr));
@@ -62,8 +63,8 @@ TEST(DeepCondition, OfAMissingLeafBelowMissingContainersIsEvaluated) {
                            "\"/><type name='string'/><mandatory value='true'/></leaf>";
   OnSmallStack([&] {
     QmCtx* ctx = QM_CTX_Create(0);
-    EXPECT_EQ(0u, QM_CTX_LoadMemory(
-                      ctx, deep_model::SelfAugmentedModule(deep_model::kDeepest, leaf).c_str()));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(
+                         ctx, deep_model::SelfAugmentedModule(deep_model::kDeepest, leaf).c_str()));
     char request[] = "<r xmlns='urn:m'/>";
     verdict = deep_model::Verdict(
         QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, request, nullptr, nullptr));

@@ -3,6 +3,7 @@
 // walks it: loads, requests, notifications, prints, deviations, merges and unloads.
 #include <gtest/gtest.h>
 #include <libxml/tree.h>
+#include <qmodel/error.h>
 
 #include "tests/stack/deep_model.h"
 
@@ -36,7 +37,7 @@ class DeepSchema : public testing::Test {
  protected:
   void TearDown() override { QM_CTX_Delete(ctx_); }
   void Load(const std::string& inner) {
-    ASSERT_EQ(0u,
+    ASSERT_EQ(QM_OK,
               QM_CTX_LoadMemory(ctx_, deep_model::SelfAugmentedModule(kDeepest, inner).c_str()));
     ASSERT_EQ("", LoadErrors(ctx_));
   }
@@ -49,12 +50,12 @@ TEST_F(DeepSchema, IsLoadedWalkedPrintedAndUnloaded) {
   OnSmallStack([&] {
     Load(kLeafWithCondition);
     QmsModule* module = QM_CTX_GetModuleByModName(ctx_, "m");
-    EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(QM_CTX_GetTargetNode(ctx_, "/m:r", nullptr), CountNode,
-                                          &nodes));
+    EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(QM_CTX_GetTargetNode(ctx_, "/m:r", nullptr), CountNode,
+                                             &nodes));
     // A line does not fit beyond some thousand columns; the output ends there.
-    EXPECT_EQ(1u, QM_MOD_PrintModelTree(module, CountText, &printed));
-    EXPECT_EQ(1u, QM_NODE_PrintNodesTree(QM_CTX_GetTargetNode(ctx_, "/m:r", nullptr), CountText,
-                                         &printed));
+    EXPECT_EQ(QM_FAILED, QM_MOD_PrintModelTree(module, CountText, &printed));
+    EXPECT_EQ(QM_FAILED, QM_NODE_PrintNodesTree(QM_CTX_GetTargetNode(ctx_, "/m:r", nullptr),
+                                                CountText, &printed));
     EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
   });
   EXPECT_EQ(kDeepest + 3, nodes);
@@ -168,11 +169,12 @@ TEST_F(DeepSchema, IsDeviatedAtItsEndAndGivenBack) {
       "'><deviate value='not-supported'/></deviation>";
   Load(kLeafWithDefault);
   OnSmallStack([&] {
-    EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, deep_model::Module("d",
-                                                             "<import module='m'><prefix value='m'"
-                                                             "/></import>" +
-                                                                 deviation)
-                                              .c_str()));
+    EXPECT_EQ(QM_OK,
+              QM_CTX_LoadMemory(ctx_, deep_model::Module("d",
+                                                         "<import module='m'><prefix value='m'"
+                                                         "/></import>" +
+                                                             deviation)
+                                          .c_str()));
     EXPECT_EQ("", LoadErrors(ctx_));
     EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, path.c_str(), nullptr));
     EXPECT_EQ(nullptr,
@@ -193,10 +195,10 @@ TEST(DeepFiles, AreMergedReloadedAndDeleted) {
                                   "target-node='" +
                                       path + "'><deviate value='not-supported'/></deviation>"));
   QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder.Dir()));
   OnSmallStack([&] {
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, "m"));
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, "d"));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, "m"));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, "d"));
     EXPECT_EQ("", LoadErrors(ctx));
     EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx, path.c_str(), nullptr));
     EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "d"));

@@ -2,6 +2,7 @@
 // Files that lead to files: includes, imports, augments and deviations from module to
 // module.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "tests/stack/deep_model.h"
 
@@ -29,7 +30,7 @@ void WriteIncludes(const Folder& folder, size_t links, const std::string& inner)
 
 class ModuleChain : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir())); }
+  void SetUp() override { ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder_.Dir())); }
   void TearDown() override { QM_CTX_Delete(ctx_); }
   Folder folder_;
   QmCtx* ctx_ = QM_CTX_Create(QM_LOAD_IMPORTS);
@@ -44,7 +45,7 @@ TEST_F(ModuleChain, Of256IncludesIsFollowed) {
                            "<type name='int8'/>") +
                     "</leaf>");
   OnSmallStack([&] {
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, "m"));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
     EXPECT_EQ("", LoadErrors(ctx_));
     EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:d/d/d", nullptr));
     EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
@@ -54,7 +55,7 @@ TEST_F(ModuleChain, Of256IncludesIsFollowed) {
 TEST_F(ModuleChain, Of257IncludesIsRefused) {
   WriteIncludes(folder_, 257, "");
   OnSmallStack([&] {
-    EXPECT_NE(0u, QM_CTX_LoadModule(ctx_, "m"));
+    EXPECT_NE(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
     EXPECT_NE("", LoadErrors(ctx_));
   });
 }
@@ -64,7 +65,7 @@ TEST_F(ModuleChain, OfIncludesFailsAtItsEnd) {
       folder_, 256,
       Nested(deep_model::kTextLevels - 2, "<container name='d'>", "</container>", "<leaf/>"));
   OnSmallStack([&] {
-    EXPECT_NE(0u, QM_CTX_LoadModule(ctx_, "m"));
+    EXPECT_NE(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
     EXPECT_NE("", LoadErrors(ctx_));
   });
 }
@@ -91,7 +92,7 @@ TEST_F(ModuleChain, OfImportsAugmentsAndDeviationsIsLoadedAndUnloaded) {
                                         "</deviation>"));
   }
   OnSmallStack([&] {
-    EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, name(kModules - 1).c_str()));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, name(kModules - 1).c_str()));
     EXPECT_EQ("", LoadErrors(ctx_));
     EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx_, "m0"));
     EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m0"));

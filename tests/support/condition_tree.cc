@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include <sstream>
 
@@ -58,8 +59,8 @@ void BindChildren(xmlNode* element) {
 }  // namespace
 
 Tree::Tree(const std::string& children, const std::string& prologue) : ctx_(QM_CTX_Create(0)) {
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, kModuleC));
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, kModuleD));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, kModuleC));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, kModuleD));
   const std::string xml =
       prologue + "<top xmlns='urn:c' xmlns:c='urn:c' xmlns:dd='urn:d'>" + children + "</top>";
   doc_ = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));

@@ -2,6 +2,7 @@
 #include "tests/support/coupling.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstdio>
 #include <set>
@@ -106,7 +107,7 @@ std::string SubtreeUnder(const QmsModule* parentModule, const QmsNode* node) {
 }  // namespace
 
 World::World(uint32_t loadFlags) : ctx_(loadFlags) {
-  EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
+  EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder_.Dir()));
 }
 
 World::~World() {

@@ -2,6 +2,7 @@
 #include "tests/support/deviation_case.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 namespace deviation_case {
 namespace {
@@ -13,7 +14,7 @@ const char kNamespaces[] = "xmlns:ext='urn:ext' xmlns:nacm='urn:ietf-netconf-acm
 
 void Load(QmCtx* ctx, const std::string& name, const std::string& body,
           const char* attributes = "") {
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, yin::Module(name, body, attributes).c_str())) << name;
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module(name, body, attributes).c_str())) << name;
 }
 
 std::string JoinDefaults(const char* const* texts, uint32_t count) {

@@ -78,8 +78,8 @@ class Reader {
  private:
   void Module(QmsModule* module) {
     Seen tops;
-    EXPECT_EQ(0u, QM_MOD_IterScanTopmostNode(module, See, &tops));
-    EXPECT_EQ(0u, QM_MOD_IterScanAugmentNode(module, See, &tops));
+    EXPECT_EQ(QM_OK, QM_MOD_IterScanTopmostNode(module, See, &tops));
+    EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(module, See, &tops));
     for (QmsNode* top : tops.nodes) {
       SCOPED_TRACE(std::string(module->name) + " " + top->name);
       EXPECT_EQ(nullptr, top->parent);
@@ -97,7 +97,7 @@ class Reader {
     ASSERT_LE(tree.size(), kMostNodes) << "the links make a ring";
     Seen seen;
     seen.mostSteps = 2 * tree.size();
-    EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(top, See, &seen)) << "the walk does not end";
+    EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(top, See, &seen)) << "the walk does not end";
     EXPECT_EQ(tree, seen.nodes) << "the walk leaves its tree";
     if (testing::Test::HasFailure()) return;
     for (QmsNode* node : tree) Node(node);
@@ -127,13 +127,13 @@ class Reader {
 
   static void Children(QmsNode* node) {
     Seen seen;
-    EXPECT_EQ(0u, QM_NODE_IterScanChildrenNode(node, See, &seen));
+    EXPECT_EQ(QM_OK, QM_NODE_IterScanChildrenNode(node, See, &seen));
     EXPECT_EQ(ChildrenOf(node), seen.nodes);
   }
 
   static void Siblings(QmsNode* node) {
     Seen seen;
-    EXPECT_EQ(0u, QM_NODE_IterScanSiblingNode(node, See, &seen));
+    EXPECT_EQ(QM_OK, QM_NODE_IterScanSiblingNode(node, See, &seen));
     for (const QmsNode* sibling : seen.nodes) EXPECT_EQ(node->parent, sibling->parent);
   }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 static std::string ModuleText(const std::string& name, const std::string& head,
                               const std::string& body) {
@@ -24,7 +25,7 @@ LeafModule::~LeafModule() {
 
 void LeafModule::Add(const std::string& name, const std::string& head, const std::string& body) {
   const std::string text = ModuleText(name, head, body);
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, text.c_str())) << text;
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, text.c_str())) << text;
   EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx_, name.c_str())) << text;
 }
 

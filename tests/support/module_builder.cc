@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <qmodel/error.h>
 #include <qmodel/loader.h>
 
 #include "context/dict.h"
@@ -41,7 +42,7 @@ QmsNode* NewNode(QmsModule* module, uint32_t kind, const char* name) {
 QmsNode* AddTop(QmsModule* module, uint32_t kind, const char* name) {
   QmsNode* node = NewNode(module, kind, name);
   if (node != nullptr) {
-    EXPECT_EQ(0u, QMS_MOD_AddTopNodeToSchemaTree(module, node));
+    EXPECT_EQ(QM_OK, QMS_MOD_AddTopNodeToSchemaTree(module, node));
   }
   return node;
 }
@@ -49,7 +50,7 @@ QmsNode* AddTop(QmsModule* module, uint32_t kind, const char* name) {
 QmsNode* AddChild(QmsNode* parent, uint32_t kind, const char* name) {
   QmsNode* node = NewNode(parent->module, kind, name);
   if (node != nullptr) {
-    EXPECT_EQ(0u, QMS_NODE_AddChild(parent, node));
+    EXPECT_EQ(QM_OK, QMS_NODE_AddChild(parent, node));
   }
   return node;
 }

@@ -2,6 +2,7 @@
 #include "tests/support/schema_tree.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "context/array.h"
 #include "context/dict.h"
@@ -17,7 +18,7 @@ namespace schema_tree {
 namespace {
 
 QmtConstraint* OnlyConstraint(QmtType* type, uint32_t kind, void* body) {
-  EXPECT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type, 1));
+  EXPECT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(type, 1));
   type->consCount = 1;
   type->cons[0].kind = kind;
   type->cons[0].body = body;
@@ -75,7 +76,7 @@ QmsModule* Schema::Module(const char* name) const {
 }
 
 QmsModule* Schema::Load(const char* name, const std::string& yin) const {
-  EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx_, yin.c_str())) << "module " << name;
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin.c_str())) << "module " << name;
   return QM_CTX_GetModuleByModName(ctx_, name);
 }
 
@@ -88,13 +89,13 @@ QmsNode* Loose(QmsModule* module, uint32_t kind, const char* name) {
 
 QmsNode* Top(QmsModule* module, uint32_t kind, const char* name) {
   QmsNode* node = Loose(module, kind, name);
-  EXPECT_EQ(0u, QMS_MOD_AddTopNodeToSchemaTree(module, node));
+  EXPECT_EQ(QM_OK, QMS_MOD_AddTopNodeToSchemaTree(module, node));
   return node;
 }
 
 QmsNode* Child(QmsNode* parent, uint32_t kind, const char* name, QmsModule* module) {
   QmsNode* node = Loose(module != nullptr ? module : parent->module, kind, name);
-  EXPECT_EQ(0u, QMS_NODE_AddChild(parent, node));
+  EXPECT_EQ(QM_OK, QMS_NODE_AddChild(parent, node));
   return node;
 }
 
@@ -125,7 +126,7 @@ void SetLeafref(QmsNode* leaf, const char* path) {
 QmsTypedef* Typedef(QmsModule* module, const char* name, uint32_t baseType) {
   QmtType type{};
   type.baseType = baseType;
-  EXPECT_EQ(0u, QMS_MOD_AppendOneTypeDef(module, name, &type, nullptr));
+  EXPECT_EQ(QM_OK, QMS_MOD_AppendOneTypeDef(module, name, &type, nullptr));
   return QMS_MOD_FindQmsTypDefByName(module, name);
 }
 
@@ -139,8 +140,8 @@ void Couple(QmsNode* augment, QmsNode* target) {
   QmsNode* last = augment->lastChild;
   while (augment->firstChild != nullptr) {
     QmsNode* child = augment->firstChild;
-    EXPECT_EQ(0u, QMS_NODE_Unlink(child));
-    EXPECT_EQ(0u, QMS_NODE_AddChild(target, child));
+    EXPECT_EQ(QM_OK, QMS_NODE_Unlink(child));
+    EXPECT_EQ(QM_OK, QMS_NODE_AddChild(target, child));
   }
   augment->firstChild = first;
   augment->lastChild = last;
@@ -149,13 +150,13 @@ void Couple(QmsNode* augment, QmsNode* target) {
 
 std::string Walk(QmsNode* root) {
   std::string text;
-  EXPECT_EQ(0u, QM_NODE_TreeScanAllNode(root, NoteStepCb, &text));
+  EXPECT_EQ(QM_OK, QM_NODE_TreeScanAllNode(root, NoteStepCb, &text));
   return text;
 }
 
 std::string Children(QmsNode* node) {
   std::string text;
-  EXPECT_EQ(0u, QM_NODE_IterScanChildrenNode(node, NoteNameCb, &text));
+  EXPECT_EQ(QM_OK, QM_NODE_IterScanChildrenNode(node, NoteNameCb, &text));
   return text;
 }
 

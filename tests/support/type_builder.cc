@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 
@@ -31,7 +32,7 @@ Type::~Type() {
 
 void* AddBody(QmtType* type, uint32_t kind, uint32_t itemCount, uint32_t loadFlags) {
   if (type->cons == nullptr) {
-    EXPECT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type, QMT_CONS_COUNT));
+    EXPECT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(type, QMT_CONS_COUNT));
   }
   QmtConstraint* entry = &type->cons[type->consCount];
   entry->kind = kind;
@@ -122,7 +123,7 @@ QmtType* AddUnion(QmtType* type, uint32_t count) {
 QmtSegList* AddSegs(QmtType* type, uint32_t kind, const void* segs, uint32_t count,
                     uint32_t segSize) {
   auto* list = static_cast<QmtSegList*>(AddBody(type, kind, 0));
-  EXPECT_EQ(0u, QM_UTL_NewArray(&list->segs, count, segSize));
+  EXPECT_EQ(QM_OK, QM_UTL_NewArray(&list->segs, count, segSize));
   std::memcpy(list->segs, segs, size_t{count} * segSize);
   list->segSize = static_cast<uint16_t>(segSize);
   list->capacity = count;

@@ -50,7 +50,7 @@ uint32_t AddMessage(const char* text, void* arg) {
 class Life {
  public:
   explicit Life(size_t first) : first_(first) {
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx_, QMODEL_EXAMPLES "/models"));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, QMODEL_EXAMPLES "/models"));
   }
   ~Life() { QM_CTX_Delete(ctx_); }
   Life(const Life&) = delete;
@@ -79,7 +79,7 @@ class Life {
     for (const char* name : kModules) {
       QmsModule* module = QM_CTX_GetModuleByModName(ctx_, name);
       if (module == nullptr) continue;
-      EXPECT_EQ(0u, QM_MOD_PrintModelTree(module, AddText, &seen_));
+      EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(module, AddText, &seen_));
     }
     seen_ += std::to_string(QM_CTX_LoadMemory(ctx_, "<module name='bad'/>")) + "\n";
     EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, AddFailure, &seen_));

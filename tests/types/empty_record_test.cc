@@ -45,11 +45,11 @@ uint32_t NoPattern(const char*, uint32_t, void*) {
 }
 
 void ExpectNothingToScan(QmtType* type) {
-  EXPECT_EQ(0u, QM_TYPE_ScanNameValuePair(type, NoName, nullptr));
-  EXPECT_EQ(0u, QM_TYPE_ScanStartEndPair(type, NoSegment, nullptr));
-  EXPECT_EQ(0u, QM_TYPE_ScanUnionSubType(type, NoType, nullptr));
-  EXPECT_EQ(0u, QM_TYPE_ScanIdentRefBase(type, NoBase, nullptr));
-  EXPECT_EQ(0u, QM_TYPE_ScanPatternInvertMatch(type, NoPattern, nullptr));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanNameValuePair(type, NoName, nullptr));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanStartEndPair(type, NoSegment, nullptr));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanUnionSubType(type, NoType, nullptr));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanIdentRefBase(type, NoBase, nullptr));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanPatternInvertMatch(type, NoPattern, nullptr));
 }
 
 uint32_t Check(QmtType* type, const char* text) {
@@ -80,7 +80,7 @@ TEST(EmptyRecords, AnEntryWithoutBodyIsPassedOverByScansAndFailsAValue) {
     ExpectNothingToScan(&one.type);
     EXPECT_EQ(uint32_t{QM_VALUE_NO_BODY}, Check(&one.type, "x"));
     QmsModule module = {};
-    EXPECT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(&one.type, &module));
+    EXPECT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(&one.type, &module));
     ClearResolvedInType(&one.type, "m");
     EXPECT_EQ(nullptr, QMT_TYPE_CopyQmtRealType(&dict, &one.type));
   }
@@ -113,7 +113,7 @@ TEST(EmptyRecords, ACountBesideNoArrayCountsNothing) {
     EXPECT_EQ(row.status, Check(&one.type, "x"));
     ClearResolvedInType(&one.type, "m");
     QmsModule module = {};
-    EXPECT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(&one.type, &module));
+    EXPECT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(&one.type, &module));
     QmtType* copy = QMT_TYPE_CopyQmtRealType(dict.Get(), &one.type);
     ASSERT_NE(nullptr, copy);
     EXPECT_EQ(1, copy->consCount);
@@ -162,7 +162,7 @@ TEST(EmptyRecords, AUnionIsNotLoadedWithAMemberThatWasNotFilled) {
         "<module name='k' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:k'/>"
         "<prefix value='k'/><leaf name='l'><type name='union'><type name='boolean'/>" +
         std::string(member) + "</type></leaf></module>";
-    EXPECT_NE(0u, QM_CTX_LoadMemory(module.ctx(), text.c_str()));
+    EXPECT_NE(QM_OK, QM_CTX_LoadMemory(module.ctx(), text.c_str()));
     EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(module.ctx(), "k"));
   }
 }
@@ -209,7 +209,7 @@ TEST(EmptyRecords, ATypedefWithoutNameOrContextIsNotFound) {
       *static_cast<QmtType**>(arg) = type;
       return 0;
     };
-    EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(&one.type, module.ctx(), note, &seen));
+    EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(&one.type, module.ctx(), note, &seen));
     EXPECT_EQ(nullptr, seen) << "told with no type";
   }
   derived.moduleName = "m";
@@ -217,7 +217,7 @@ TEST(EmptyRecords, ATypedefWithoutNameOrContextIsNotFound) {
   EXPECT_EQ(uint32_t{QM_VALUE_BAD_DERIVED}, Check(&one.type, "1")) << "no context";
   EXPECT_EQ(
       0u, QMT_CONS_ValidateValueNodeAgainstDataDerived(&derived, QMT_INPUT_STRING, "1", &checkCtx));
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(nullptr, module.ctx(), NoType, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(nullptr, module.ctx(), NoType, nullptr));
 }
 
 TEST(EmptyRecords, ATypeWithoutEntriesNamesNoTypedef) {
@@ -238,13 +238,13 @@ TEST(EmptyRecords, SegmentsNeedAListOfTheirLayout) {
   const QmtSegLayout* layout = RangeLayout(QMT_BASE_INT8);
   ASSERT_NE(nullptr, layout);
   EXPECT_EQ(99u, ScanSegments(&list, layout, NoSegment, nullptr));
-  EXPECT_EQ(22u, ScanSegments(nullptr, layout, NoSegment, nullptr));
-  EXPECT_EQ(22u, ScanSegments(&list, layout, nullptr, nullptr));
-  EXPECT_EQ(22u, ScanSegments(&list, nullptr, NoSegment, nullptr));
-  EXPECT_EQ(22u, ScanSegments(&list, RangeLayout(QMT_BASE_INT16), NoSegment, nullptr));
-  EXPECT_EQ(22u, QMT_CONS_ScanStartEndPairsWithLength(nullptr, 0, NoSegment, nullptr));
+  EXPECT_EQ(QM_INVALID, ScanSegments(nullptr, layout, NoSegment, nullptr));
+  EXPECT_EQ(QM_INVALID, ScanSegments(&list, layout, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, ScanSegments(&list, nullptr, NoSegment, nullptr));
+  EXPECT_EQ(QM_INVALID, ScanSegments(&list, RangeLayout(QMT_BASE_INT16), NoSegment, nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_CONS_ScanStartEndPairsWithLength(nullptr, 0, NoSegment, nullptr));
   list.segs = nullptr;
-  EXPECT_EQ(22u, ScanSegments(&list, layout, NoSegment, nullptr));
+  EXPECT_EQ(QM_INVALID, ScanSegments(&list, layout, NoSegment, nullptr));
   list.count = 0;
   EXPECT_EQ(0u, ScanSegments(&list, layout, NoSegment, nullptr));
 
@@ -268,6 +268,6 @@ TEST(EmptyRecords, DescriptionsWithoutTheirArrayAreLostMemory) {
   LeafModule module("");
   QmtConsEnum body = {};
   xmlNode element = {};
-  EXPECT_EQ(12u, QM_LOADER_FillDescWithAllEnum(QM_CTX_GetModuleByModName(module.ctx(), "m"),
-                                               &element, &body));
+  EXPECT_EQ(QM_NO_MEMORY, QM_LOADER_FillDescWithAllEnum(
+                              QM_CTX_GetModuleByModName(module.ctx(), "m"), &element, &body));
 }

@@ -2,6 +2,7 @@
 #include "types/type.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 
@@ -45,21 +46,21 @@ const Body* BodyOf(const QmtType* type, uint32_t kind) {
 
 TEST(ExpandConstraintArray, MakesZeroedSlotsOnce) {
   QmtType type{};
-  ASSERT_EQ(0u, QMT_TYPE_ExpandConstraintArray(&type, 3));
+  ASSERT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(&type, 3));
   for (uint32_t i = 0; i < 3; ++i) {
     EXPECT_EQ(0u, type.cons[i].kind);
     EXPECT_EQ(nullptr, type.cons[i].body);
   }
   EXPECT_EQ(0, type.consCount);
-  EXPECT_EQ(22u, QMT_TYPE_ExpandConstraintArray(&type, 1)) << "the array is set already";
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_ExpandConstraintArray(&type, 1)) << "the array is set already";
   QMT_TYPE_DestroyTypeConstraintArray(nullptr, &type);
-  EXPECT_EQ(22u, QMT_TYPE_ExpandConstraintArray(nullptr, 1));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_ExpandConstraintArray(nullptr, 1));
 }
 
 TEST(ExpandConstraintArray, FailedAllocationGives12) {
   QmtType type{};
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMT_TYPE_ExpandConstraintArray(&type, 3));
+  EXPECT_EQ(QM_NO_MEMORY, QMT_TYPE_ExpandConstraintArray(&type, 3));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, type.cons);
 }
@@ -145,7 +146,7 @@ TEST(BuiltInTypes, NamesLimitsAndBottomChecks) {
     EXPECT_STREQ(row.name, BuiltInTypeName(row.id));
     EXPECT_EQ(row.check, QMT_CONS_GetBaseTypeDefRestrictCheckFunc(row.id) != nullptr);
     QmtLimits limits{1, 1, 1};
-    ASSERT_EQ(0u, QMT_CONS_GetBasedIntegerMinMaxVal(row.id, &limits));
+    ASSERT_EQ(QM_OK, QMT_CONS_GetBasedIntegerMinMaxVal(row.id, &limits));
     EXPECT_EQ(static_cast<uint64_t>(row.min), limits.min);
     EXPECT_EQ(row.max, limits.max);
     EXPECT_EQ(row.sign, limits.signKind);
@@ -154,8 +155,8 @@ TEST(BuiltInTypes, NamesLimitsAndBottomChecks) {
 
 TEST(BuiltInTypes, IdsAbove19AreRejectedWith22) {
   QmtLimits limits{};
-  EXPECT_EQ(22u, QMT_CONS_GetBasedIntegerMinMaxVal(20, &limits));
-  EXPECT_EQ(22u, QMT_CONS_GetBasedIntegerMinMaxVal(9, nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_CONS_GetBasedIntegerMinMaxVal(20, &limits));
+  EXPECT_EQ(QM_INVALID, QMT_CONS_GetBasedIntegerMinMaxVal(9, nullptr));
   EXPECT_EQ(nullptr, QMT_CONS_GetBaseTypeDefRestrictCheckFunc(20));
   EXPECT_EQ(nullptr, BuiltInTypeName(20));
 }
@@ -246,7 +247,7 @@ TEST(CopyType, CopiesEveryKindDeeply) {
   ASSERT_EQ(2, members->count);
   EXPECT_EQ(QMT_BASE_STRING, members->members[1].baseType);
   EXPECT_EQ(0u, CheckText(&members->members[0], "1"));
-  EXPECT_EQ(28680u, CheckText(&members->members[0], "2"));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, CheckText(&members->members[0], "2"));
   QMT_TYPE_DestroyQmtRealType(dict.Get(), copy);
 }
 
@@ -270,7 +271,7 @@ TEST(CopyType, WithoutEntriesOnlyTheBaseTypeIsCopied) {
   src.baseType = QMT_BASE_INT8;
   src.rangeFlags = QMT_RANGE_STATED;
   QmtType dst{};
-  EXPECT_EQ(0u, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, &src));
+  EXPECT_EQ(QM_OK, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, &src));
   EXPECT_EQ(QMT_BASE_INT8, dst.baseType);
   EXPECT_EQ(0, dst.rangeFlags);
   EXPECT_EQ(nullptr, dst.cons);
@@ -292,7 +293,7 @@ TEST(CopyType, EntryWithoutBodyFailsWith12AndLeavesTheDestinationEmpty) {
   src->cons[1].kind = QMT_CONS_RANGE;
   src->consCount = 2;
   QmtType dst{};
-  EXPECT_EQ(12u, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, src.Get()));
+  EXPECT_EQ(QM_NO_MEMORY, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, src.Get()));
   ExpectEmpty(dst);
 }
 
@@ -302,7 +303,7 @@ TEST(CopyType, EntryOfUnknownKindFailsWith12) {
   AddPatterns(dict.Get(), src.Get(), {{"a", 0}});
   src->cons[0].kind = 10;
   QmtType dst{};
-  EXPECT_EQ(12u, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, src.Get()));
+  EXPECT_EQ(QM_NO_MEMORY, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &dst, src.Get()));
   EXPECT_EQ(nullptr, QMT_TYPE_CopyQmtRealType(dict.Get(), src.Get()));
   src->cons[0].kind = QMT_CONS_PATTERN;
 }
@@ -310,9 +311,9 @@ TEST(CopyType, EntryOfUnknownKindFailsWith12) {
 TEST(CopyType, NullArgumentsAreRefused) {
   Dict dict;
   QmtType type{};
-  EXPECT_EQ(22u, QMT_TYPE_CopyQmtRealTypeInner(nullptr, &type, &type));
-  EXPECT_EQ(22u, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), nullptr, &type));
-  EXPECT_EQ(22u, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &type, nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_CopyQmtRealTypeInner(nullptr, &type, &type));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), nullptr, &type));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_CopyQmtRealTypeInner(dict.Get(), &type, nullptr));
   EXPECT_EQ(nullptr, QMT_TYPE_CopyQmtRealType(dict.Get(), nullptr));
 }
 
@@ -490,7 +491,7 @@ TEST(UpdateDerivedFrom, ResolvesOwnTypedefsAlsoInUnions) {
   QmtType* members = AddUnion(type.Get(), 2);
   QmtConsDerived* inner = AddDerived(dict.Get(), &members[0], "m", "td0", nullptr);
   QmtConsDerived* foreign = AddDerived(dict.Get(), &members[1], "other", "td0", nullptr);
-  EXPECT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
+  EXPECT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
   EXPECT_EQ(&own.typedefs[1].type, outer->resolved);
   EXPECT_EQ(&own.typedefs[0].type, inner->resolved);
   EXPECT_EQ(nullptr, foreign->resolved) << "typedefs of other modules are found in each check";
@@ -502,7 +503,7 @@ TEST(UpdateDerivedFrom, NamesAreComparedAsInternedTexts) {
   TestModule own(&dict);
   Type type(&otherDict, QMT_BASE_TYPEDEF);
   QmtConsDerived* derived = AddDerived(otherDict.Get(), type.Get(), "m", "td1", nullptr);
-  EXPECT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
+  EXPECT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
   EXPECT_EQ(nullptr, derived->resolved);
 }
 
@@ -511,9 +512,9 @@ TEST(UpdateDerivedFrom, MissingTypedefGives22) {
   TestModule own(&dict);
   Type type(&dict, QMT_BASE_TYPEDEF);
   AddDerived(dict.Get(), type.Get(), "m", "absent", nullptr);
-  EXPECT_EQ(22u, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
-  EXPECT_EQ(22u, QMT_TYPE_UpdateRealTypeDerivedFrom(nullptr, &own.module));
-  EXPECT_EQ(22u, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_UpdateRealTypeDerivedFrom(nullptr, &own.module));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), nullptr));
 }
 
 TEST(UpdateDerivedFrom, ResolvedEntriesStayAsTheyAre) {
@@ -522,7 +523,7 @@ TEST(UpdateDerivedFrom, ResolvedEntriesStayAsTheyAre) {
   QmtType elsewhere{};
   Type type(&dict, QMT_BASE_TYPEDEF);
   QmtConsDerived* derived = AddDerived(dict.Get(), type.Get(), "m", "absent", &elsewhere);
-  EXPECT_EQ(0u, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
+  EXPECT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(type.Get(), &own.module));
   EXPECT_EQ(&elsewhere, derived->resolved);
 }
 

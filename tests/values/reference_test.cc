@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Values that refer to something: identityref and leafref.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -44,11 +45,23 @@ TEST(IdentityrefText, NamesModuleAndIdentity) {
     uint32_t expected;
   };
   const Row rows[] = {
-      {"m:tcp", 0},          {"m:tls", 0},       {"m:transport", 0},  // the base itself
-      {"more:quic", 0},      {"m:other", 28674}, {"more:lost", 28674}, {"m:absent", 28674},
-      {"absent:tcp", 28674}, {"tcp", 28674},     {"m:", 28674},        {":tcp", 28674},
-      {":", 28674},          {"", 28674},        {" m:tcp", 28674},    {"m:tcp ", 28674},
-      {"m:TCP", 28674},      {nullptr, 28674},
+      {"m:tcp", 0},
+      {"m:tls", 0},
+      {"m:transport", 0},  // the base itself
+      {"more:quic", 0},
+      {"m:other", QM_VALUE_BAD_IDENTITY},
+      {"more:lost", QM_VALUE_BAD_IDENTITY},
+      {"m:absent", QM_VALUE_BAD_IDENTITY},
+      {"absent:tcp", QM_VALUE_BAD_IDENTITY},
+      {"tcp", QM_VALUE_BAD_IDENTITY},
+      {"m:", QM_VALUE_BAD_IDENTITY},
+      {":tcp", QM_VALUE_BAD_IDENTITY},
+      {":", QM_VALUE_BAD_IDENTITY},
+      {"", QM_VALUE_BAD_IDENTITY},
+      {" m:tcp", QM_VALUE_BAD_IDENTITY},
+      {"m:tcp ", QM_VALUE_BAD_IDENTITY},
+      {"m:TCP", QM_VALUE_BAD_IDENTITY},
+      {nullptr, QM_VALUE_BAD_IDENTITY},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(row.expected, module.CheckText("x", row.value))
@@ -63,8 +76,8 @@ TEST(IdentityrefText, NamesakeInAnotherModuleIsNotTheBase) {
       "k", "",
       "<identity name='transport'/><identity name='tcp'><base name='transport'/></identity>");
   EXPECT_EQ(0u, module.CheckText("x", "m:tcp"));
-  EXPECT_EQ(28674u, module.CheckText("x", "k:transport"));
-  EXPECT_EQ(28674u, module.CheckText("x", "k:tcp"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "k:transport"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "k:tcp"));
 }
 
 TEST(IdentityrefText, SecondBaseIsFoundBesideAFirstOneThatLeadsNowhere) {
@@ -73,7 +86,7 @@ TEST(IdentityrefText, SecondBaseIsFoundBesideAFirstOneThatLeadsNowhere) {
       "<identity name='both'><base name='other'/><base name='wanted'/></identity>"
       "<leaf name='x'><type name='identityref'><base name='wanted'/></type></leaf>");
   EXPECT_EQ(0u, module.CheckText("x", "m:both"));
-  EXPECT_EQ(28674u, module.CheckText("x", "m:far"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "m:far"));
 }
 
 TEST(IdentityrefText, ModuleNameMayHave64Characters) {
@@ -82,7 +95,7 @@ TEST(IdentityrefText, ModuleNameMayHave64Characters) {
   module.Add(name, "<import module='m'><prefix value='mm'/></import>",
              "<identity name='tcp'><base name='mm:transport'/></identity>");
   EXPECT_EQ(0u, module.CheckText("x", (name + ":tcp").c_str()));
-  EXPECT_EQ(28674u, module.CheckText("x", (name + "m:tcp").c_str()));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", (name + "m:tcp").c_str()));
 }
 
 TEST(IdentityrefElement, PrefixesAreNamespacesOfTheElement) {
@@ -94,18 +107,19 @@ TEST(IdentityrefElement, PrefixesAreNamespacesOfTheElement) {
   };
   const Row rows[] = {
       {"<x xmlns='urn:m'>tcp</x>", 0},
-      {"<x xmlns='urn:m'>other</x>", 28674},
+      {"<x xmlns='urn:m'>other</x>", QM_VALUE_BAD_IDENTITY},
       {"<x xmlns='urn:m' xmlns:p='urn:more'>p:quic</x>", 0},
-      {"<x xmlns='urn:m' xmlns:p='urn:more'>quic</x>", 28674},
+      {"<x xmlns='urn:m' xmlns:p='urn:more'>quic</x>", QM_VALUE_BAD_IDENTITY},
       {"<p:x xmlns:p='urn:m'>p:tcp</p:x>", 0},
       {"<p:x xmlns:p='urn:m'>tcp</p:x>", 0},
-      {"<x xmlns='urn:m'>m:tcp</x>", 28674},                       // no such prefix
-      {"<x xmlns='urn:m' xmlns:p='urn:absent'>p:tcp</x>", 28674},  // namespace of no module
-      {"<x xmlns='urn:absent'>tcp</x>", 28674},
-      {"<x>tcp</x>", 28674},  // no namespace
-      {"<x xmlns='urn:m' xmlns:p='urn:m'>p:</x>", 28674},
-      {"<x xmlns='urn:m'>:tcp</x>", 28674},
-      {"<x xmlns='urn:m'/>", 28674},
+      {"<x xmlns='urn:m'>m:tcp</x>", QM_VALUE_BAD_IDENTITY},  // no such prefix
+      {"<x xmlns='urn:m' xmlns:p='urn:absent'>p:tcp</x>",
+       QM_VALUE_BAD_IDENTITY},  // namespace of no module
+      {"<x xmlns='urn:absent'>tcp</x>", QM_VALUE_BAD_IDENTITY},
+      {"<x>tcp</x>", QM_VALUE_BAD_IDENTITY},  // no namespace
+      {"<x xmlns='urn:m' xmlns:p='urn:m'>p:</x>", QM_VALUE_BAD_IDENTITY},
+      {"<x xmlns='urn:m'>:tcp</x>", QM_VALUE_BAD_IDENTITY},
+      {"<x xmlns='urn:m'/>", QM_VALUE_BAD_IDENTITY},
   };
   for (const Row& row : rows) EXPECT_EQ(row.expected, module.CheckElement("x", row.xml)) << row.xml;
 }
@@ -115,7 +129,7 @@ TEST(IdentityrefElement, PrefixMayHave1024Characters) {
   for (uint32_t length : {1024u, 1025u}) {
     const std::string prefix(length, 'p');
     const std::string xml = "<x xmlns='urn:m' xmlns:" + prefix + "='urn:m'>" + prefix + ":tcp</x>";
-    EXPECT_EQ(length == 1024 ? 0u : 28674u, module.CheckElement("x", xml)) << length;
+    EXPECT_EQ(length == 1024 ? 0u : QM_VALUE_BAD_IDENTITY, module.CheckElement("x", xml)) << length;
   }
 }
 
@@ -123,7 +137,7 @@ TEST(Identityref, AnyOfTheBasesAcceptsTheValue) {
   LeafModule module(kTransport + IdentityLeaf("y", {"other", "tcp"}));
   EXPECT_EQ(0u, module.CheckText("y", "m:tls"));
   EXPECT_EQ(0u, module.CheckText("y", "m:other"));
-  EXPECT_EQ(28674u, module.CheckText("y", "m:transport"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("y", "m:transport"));
 }
 
 TEST(Identityref, AnyOfTheBasesOfAnIdentityLeadsOn) {
@@ -143,13 +157,14 @@ TEST(Identityref, EmptyListOfBasesAcceptsNothing) {
   type_builder::AddBases(dict.Get(), type.Get(), {});
   QmtCheckCtx checkCtx{};
   checkCtx.ctx = module.ctx();
-  EXPECT_EQ(28674u, QMT_TYPE_ValidateValueNodeAgainstRealType(type.Get(), 1, "m:tcp", &checkCtx));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY,
+            QMT_TYPE_ValidateValueNodeAgainstRealType(type.Get(), 1, "m:tcp", &checkCtx));
 }
 
 TEST(Identityref, CircleOfIdentitiesEnds) {
   LeafModule module(Identity("root", {}) + Identity("a", {"b"}) + Identity("b", {"c"}) +
                     Identity("c", {"a"}) + IdentityLeaf("x", {"root"}));
-  EXPECT_EQ(28674u, module.CheckText("x", "m:a"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "m:a"));
   EXPECT_EQ(0u, module.CheckText("x", "m:root"));
 }
 
@@ -165,7 +180,7 @@ TEST(Identityref, ManyWaysToOneBaseAreWalkedOnce) {
     right = "r" + level;
   }
   LeafModule module(text + IdentityLeaf("x", {"root"}) + IdentityLeaf("y", {"loose"}));
-  EXPECT_EQ(28674u, module.CheckText("x", "m:l99"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "m:l99"));
   EXPECT_EQ(0u, module.CheckText("y", "m:l99"));
 }
 
@@ -176,7 +191,7 @@ TEST(Identityref, WayMayHave128BasesAndNoMore) {
   }
   LeafModule module(text + IdentityLeaf("x", {"i0"}));
   EXPECT_EQ(0u, module.CheckText("x", "m:i128"));
-  EXPECT_EQ(28674u, module.CheckText("x", "m:i129"));
+  EXPECT_EQ(QM_VALUE_BAD_IDENTITY, module.CheckText("x", "m:i129"));
 }
 
 TEST(Identityref, FailedAllocationGives12) {
@@ -209,7 +224,8 @@ TEST(Leafref, ValueIsCheckedAgainstTheTargetsType) {
       "<leaf name='z'><type name='ref'/></leaf>");
   for (const char* leaf : {"x", "y", "z"}) {
     EXPECT_EQ(0u, module.CheckText(leaf, "5")) << leaf;
-    EXPECT_EQ(28680u, module.CheckText(leaf, "500")) << leaf << ": the code of the target's type";
+    EXPECT_EQ(QM_VALUE_BAD_RANGE, module.CheckText(leaf, "500"))
+        << leaf << ": the code of the target's type";
     EXPECT_EQ(0u, module.CheckElement(leaf, "<x xmlns='urn:m'>5</x>")) << leaf;
   }
 }
@@ -219,15 +235,15 @@ TEST(Leafref, MissingTargetGives28678) {
       "<container name='c'/>"
       "<leaf name='x'><type name='leafref'><path value='../absent'/></type></leaf>"
       "<leaf name='y'><type name='leafref'><path value='../c'/></type></leaf>");
-  EXPECT_EQ(28678u, module.CheckText("x", "5"));
-  EXPECT_EQ(28678u, module.CheckText("y", "5")) << "a container has no type";
+  EXPECT_EQ(QM_VALUE_BAD_LEAFREF, module.CheckText("x", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_LEAFREF, module.CheckText("y", "5")) << "a container has no type";
 }
 
 TEST(Leafref, CircleGives28678) {
   LeafModule module(
       "<leaf name='x'><type name='leafref'><path value='../y'/></type></leaf>"
       "<leaf name='y'><type name='leafref'><path value='../x'/></type></leaf>");
-  EXPECT_EQ(28678u, module.CheckText("x", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_LEAFREF, module.CheckText("x", "5"));
 }
 
 TEST(Leafref, WithoutASchemaNodeNoTargetIsFound) {
@@ -236,7 +252,7 @@ TEST(Leafref, WithoutASchemaNodeNoTargetIsFound) {
       "<leaf name='x'><type name='leafref'><path value='../target'/></type></leaf>");
   QmtCheckCtx checkCtx{};
   checkCtx.ctx = module.ctx();
-  EXPECT_EQ(28678u,
+  EXPECT_EQ(QM_VALUE_BAD_LEAFREF,
             QMT_TYPE_ValidateValueNodeAgainstRealType(module.TypeOf("x"), 1, "5", &checkCtx));
 }
 
@@ -265,6 +281,6 @@ TEST(Leafref, InsideAUnionNeverAccepts) {
       "</type></leaf>"
       "<leaf name='y'><type name='union'><type name='leafref'><path value='../target'/></type>"
       "<type name='string'/></type></leaf>");
-  EXPECT_EQ(28681u, module.CheckText("x", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_UNION, module.CheckText("x", "5"));
   EXPECT_EQ(0u, module.CheckText("y", "5")) << "the next member is tried";
 }

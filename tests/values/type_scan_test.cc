@@ -70,7 +70,7 @@ TEST(ScanNameValuePair, BitsAreZeroExtendedAndEnumsSignExtended) {
   AddBits(dict.Get(), type.Get(), {{"up", 0}, {"top", 4294967295}});
   AddEnums(dict.Get(), type.Get(), {{"low", -5, "Low value"}, {"high", 2147483647}});
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanNameValuePair(type.Get(), NameValueCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanNameValuePair(type.Get(), NameValueCb, &seen));
   EXPECT_EQ("up 0 NULL\ntop 4294967295 NULL\nlow -5 Low value\nhigh 2147483647 NULL\n", seen.text);
 }
 
@@ -150,7 +150,7 @@ TEST(ScanStartEndPair, SegmentsAreWidenedWithTheirSign) {
     Type type(&dict, row.base);
     row.add(type.Get());
     Seen seen;
-    EXPECT_EQ(0u, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
+    EXPECT_EQ(QM_OK, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
     EXPECT_EQ(row.expected, seen.text);
   }
 }
@@ -161,7 +161,7 @@ TEST(ScanStartEndPair, LengthComesBeforeRangeAndTheScanCanBeEnded) {
   AddSegs<QmtSeg<uint32_t>>(type.Get(), QMT_CONS_LENGTH, {{1, 2}});
   AddSegs<QmtSeg<uint8_t>>(type.Get(), QMT_CONS_RANGE, {{3, 4}});
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
   EXPECT_EQ("1..2 2\n3..4 2\n", seen.text);
   Seen ended;
   ended.stopAt = 1;
@@ -174,7 +174,7 @@ TEST(ScanStartEndPair, SegmentsThatDoNotSuitTheTypeGive22) {
   Type type(&dict, QMT_BASE_UINT8);
   AddSegs<QmtSeg<uint32_t>>(type.Get(), QMT_CONS_RANGE, {{1, 2}});
   Seen seen;
-  EXPECT_EQ(22u, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanStartEndPair(type.Get(), StartEndCb, &seen));
   EXPECT_EQ(0u, seen.calls);
 }
 
@@ -185,7 +185,7 @@ TEST(ScanUnionSubType, MembersComeInOrderWithoutNames) {
   members[0].baseType = QMT_BASE_INT8;
   members[1].baseType = QMT_BASE_STRING;
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanUnionSubType(type.Get(), TypeCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanUnionSubType(type.Get(), TypeCb, &seen));
   EXPECT_EQ("NULL:NULL 9\nNULL:NULL 14\n", seen.text);
   Seen ended;
   ended.stopAt = 1;
@@ -198,7 +198,7 @@ TEST(ScanIdentRefBase, BasesComeInOrder) {
   Type type(&dict, QMT_BASE_IDENTITYREF);
   AddBases(dict.Get(), type.Get(), {{"m", "a"}, {"n", "b"}});
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanIdentRefBase(type.Get(), BaseCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanIdentRefBase(type.Get(), BaseCb, &seen));
   EXPECT_EQ("m:a\nn:b\n", seen.text);
   Seen ended;
   ended.stopAt = 2;
@@ -210,7 +210,7 @@ TEST(ScanPatternInvertMatch, InvertMatchIsOneOrZero) {
   Type type(&dict, QMT_BASE_STRING);
   AddPatterns(dict.Get(), type.Get(), {{"a+", 0}, {"b+", 7}});
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanPatternInvertMatch(type.Get(), PatternCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanPatternInvertMatch(type.Get(), PatternCb, &seen));
   EXPECT_EQ("a+ 0\nb+ 1\n", seen.text);
   Seen ended;
   ended.stopAt = 1;
@@ -221,24 +221,24 @@ TEST(ScanPatternInvertMatch, InvertMatchIsOneOrZero) {
 TEST(Scans, RefuseNullAndAcceptTypesWithoutItems) {
   QmtType type{};
   type.baseType = QMT_BASE_STRING;
-  EXPECT_EQ(22u, QM_TYPE_ScanNameValuePair(nullptr, NameValueCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanNameValuePair(&type, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanStartEndPair(nullptr, StartEndCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanStartEndPair(&type, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanUnionSubType(nullptr, TypeCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanUnionSubType(&type, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanIdentRefBase(nullptr, BaseCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanIdentRefBase(&type, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanPatternInvertMatch(nullptr, PatternCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_ScanPatternInvertMatch(&type, nullptr, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(nullptr, nullptr, TypeCb, nullptr));
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanNameValuePair(nullptr, NameValueCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanNameValuePair(&type, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanStartEndPair(nullptr, StartEndCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanStartEndPair(&type, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanUnionSubType(nullptr, TypeCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanUnionSubType(&type, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanIdentRefBase(nullptr, BaseCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanIdentRefBase(&type, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanPatternInvertMatch(nullptr, PatternCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_ScanPatternInvertMatch(&type, nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(nullptr, nullptr, TypeCb, nullptr));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, nullptr, nullptr));
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_ScanNameValuePair(&type, NameValueCb, &seen));
-  EXPECT_EQ(0u, QM_TYPE_ScanStartEndPair(&type, StartEndCb, &seen));
-  EXPECT_EQ(0u, QM_TYPE_ScanUnionSubType(&type, TypeCb, &seen));
-  EXPECT_EQ(0u, QM_TYPE_ScanIdentRefBase(&type, BaseCb, &seen));
-  EXPECT_EQ(0u, QM_TYPE_ScanPatternInvertMatch(&type, PatternCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanNameValuePair(&type, NameValueCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanStartEndPair(&type, StartEndCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanUnionSubType(&type, TypeCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanIdentRefBase(&type, BaseCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_ScanPatternInvertMatch(&type, PatternCb, &seen));
   EXPECT_EQ(0u, seen.calls);
 }
 
@@ -246,7 +246,7 @@ TEST(IterDerivedName, BuiltInTypeIsGivenOnceWithoutNames) {
   QmtType type{};
   type.baseType = QMT_BASE_INT8;
   Seen seen;
-  EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, TypeCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, TypeCb, &seen));
   EXPECT_EQ("NULL:NULL 9\n", seen.text);
   Seen ended;
   ended.stopAt = 1;
@@ -261,7 +261,7 @@ TEST(IterDerivedName, ChainIsWalkedToTheBuiltInType) {
   Seen seen;
   QmtType* type = module.TypeOf("x");
   ASSERT_NE(nullptr, type);
-  EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(type, module.ctx(), TypeCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(type, module.ctx(), TypeCb, &seen));
   EXPECT_EQ("m:q 0\nm:p 9\n", seen.text);
   Seen ended;
   ended.stopAt = 1;
@@ -274,17 +274,17 @@ TEST(IterDerivedName, TypedefThatIsNotLoadedEndsTheWalkWithSuccess) {
   Seen seen;
   QmtType* type = module.TypeOf("x");
   ASSERT_NE(nullptr, type);
-  EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(type, module.ctx(), TypeCb, &seen));
+  EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(type, module.ctx(), TypeCb, &seen));
   EXPECT_EQ("m:absent 20\n", seen.text) << "the names, with no type";
   Seen noCtx;
-  EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(type, nullptr, TypeCb, &noCtx));
+  EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(type, nullptr, TypeCb, &noCtx));
   EXPECT_EQ("m:absent 20\n", noCtx.text);
 }
 
 TEST(IterDerivedName, TypedefWithoutADerivedEntryGives22) {
   QmtType type{};
   Seen seen;
-  EXPECT_EQ(22u, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, TypeCb, &seen));
+  EXPECT_EQ(QM_INVALID, QM_TYPE_IterRealTypeDerivedName(&type, nullptr, TypeCb, &seen));
   EXPECT_EQ(0u, seen.calls);
 }
 
@@ -293,8 +293,8 @@ TEST(IterDerivedName, ChainMayHave128LinksButNot129) {
                     "<leaf name='at-limit'><type name='t127'/></leaf>"
                     "<leaf name='beyond'><type name='t128'/></leaf>");
   Seen atLimit;
-  EXPECT_EQ(0u, QM_TYPE_IterRealTypeDerivedName(module.TypeOf("at-limit"), module.ctx(), TypeCb,
-                                                &atLimit));
+  EXPECT_EQ(QM_OK, QM_TYPE_IterRealTypeDerivedName(module.TypeOf("at-limit"), module.ctx(), TypeCb,
+                                                   &atLimit));
   EXPECT_EQ(128u, atLimit.calls);
   Seen beyond;
   EXPECT_EQ(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Values of texts, enumerations, bits, binary data and unions, and the check as a whole.
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <clocale>
 #include <string>
@@ -42,23 +43,24 @@ QmtType BuiltIn(uint32_t base) {
 TEST(ValidateValue, NullArgumentsGive22) {
   QmtType type = BuiltIn(QMT_BASE_STRING);
   QmtCheckCtx checkCtx{};
-  EXPECT_EQ(22u, QMT_TYPE_ValidateValueNodeAgainstRealType(nullptr, 1, "x", &checkCtx));
-  EXPECT_EQ(22u, QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 1, "x", nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_ValidateValueNodeAgainstRealType(nullptr, 1, "x", &checkCtx));
+  EXPECT_EQ(QM_INVALID, QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 1, "x", nullptr));
 }
 
 TEST(ValidateValue, EntryWithoutBodyGives28672) {
   Dict dict;
   Type type(&dict, QMT_BASE_STRING);
-  ASSERT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
+  ASSERT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
   type->cons[0].kind = QMT_CONS_PATTERN;
   type->consCount = 1;
-  EXPECT_EQ(28672u, CheckText(type.Get(), "x"));
+  EXPECT_EQ(QM_VALUE_NO_BODY, CheckText(type.Get(), "x"));
 }
 
 TEST(ValidateValue, UnknownInputKindHasNoValue) {
   QmtType type = BuiltIn(QMT_BASE_BOOLEAN);
   QmtCheckCtx checkCtx{};
-  EXPECT_EQ(28682u, QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 3, "true", &checkCtx));
+  EXPECT_EQ(QM_VALUE_BAD_BOOLEAN,
+            QMT_TYPE_ValidateValueNodeAgainstRealType(&type, 3, "true", &checkCtx));
   EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(0, "true"));
   EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(3, "true"));
   EXPECT_EQ(nullptr, QMT_TYPE_GetInputValueAsSimpleStr(2, nullptr));
@@ -71,9 +73,15 @@ TEST(ValidateValue, ElementWithoutTextHasNoValue) {
     uint32_t expected;
   };
   const Row rows[] = {
-      {QMT_BASE_BINARY, 28683}, {QMT_BASE_BITS, 0},        {QMT_BASE_BOOLEAN, 28682},
-      {QMT_BASE_EMPTY, 0},      {QMT_BASE_ENUMERATION, 0}, {QMT_BASE_INSTANCE_IDENTIFIER, 0},
-      {QMT_BASE_INT8, 28680},   {QMT_BASE_STRING, 0},      {QMT_BASE_UINT64, 28680},
+      {QMT_BASE_BINARY, QM_VALUE_BAD_BINARY},
+      {QMT_BASE_BITS, 0},
+      {QMT_BASE_BOOLEAN, QM_VALUE_BAD_BOOLEAN},
+      {QMT_BASE_EMPTY, 0},
+      {QMT_BASE_ENUMERATION, 0},
+      {QMT_BASE_INSTANCE_IDENTIFIER, 0},
+      {QMT_BASE_INT8, QM_VALUE_BAD_RANGE},
+      {QMT_BASE_STRING, 0},
+      {QMT_BASE_UINT64, QM_VALUE_BAD_RANGE},
   };
   for (const Row& row : rows) {
     QmtType type = BuiltIn(row.base);
@@ -97,18 +105,19 @@ TEST(BooleanValue, IsTrueOrFalseExactly) {
   QmtType type = BuiltIn(QMT_BASE_BOOLEAN);
   ExpectResults(&type, {{"true", 0},
                         {"false", 0},
-                        {"True", 28682},
-                        {"FALSE", 28682},
-                        {"1", 28682},
-                        {" true", 28682},
-                        {"true ", 28682},
-                        {"", 28682},
-                        {nullptr, 28682}});
+                        {"True", QM_VALUE_BAD_BOOLEAN},
+                        {"FALSE", QM_VALUE_BAD_BOOLEAN},
+                        {"1", QM_VALUE_BAD_BOOLEAN},
+                        {" true", QM_VALUE_BAD_BOOLEAN},
+                        {"true ", QM_VALUE_BAD_BOOLEAN},
+                        {"", QM_VALUE_BAD_BOOLEAN},
+                        {nullptr, QM_VALUE_BAD_BOOLEAN}});
 }
 
 TEST(EmptyValue, HasNoText) {
   QmtType type = BuiltIn(QMT_BASE_EMPTY);
-  ExpectResults(&type, {{nullptr, 0}, {"", 0}, {" ", 28684}, {"x", 28684}});
+  ExpectResults(&type,
+                {{nullptr, 0}, {"", 0}, {" ", QM_VALUE_BAD_EMPTY}, {"x", QM_VALUE_BAD_EMPTY}});
 }
 
 TEST(BinaryValue, Base64Texts) {
@@ -121,17 +130,17 @@ TEST(BinaryValue, Base64Texts) {
                         {" \nQUJD\t ", 0},
                         {"QUJD\n", 0},
                         {"a+/9", 0},
-                        {"QUJDR", 28683},   // five characters
-                        {"QUJ", 28683},     //
-                        {"Q===", 28683},    // three padding characters
-                        {"====", 28683},    //
-                        {"QQ=A", 28683},    // data after padding
-                        {"Q=Q=", 28683},    //
-                        {"QUJD\r", 28683},  // carriage return is not trimmed
-                        {"QU!D", 0},        // other characters are passed over
-                        {"Q\nU\nJDRA", 0},  // but count: eight of them
-                        {"Q\nUJD", 28683},  // and here five
-                        {nullptr, 28683}});
+                        {"QUJDR", QM_VALUE_BAD_BINARY},   // five characters
+                        {"QUJ", QM_VALUE_BAD_BINARY},     //
+                        {"Q===", QM_VALUE_BAD_BINARY},    // three padding characters
+                        {"====", QM_VALUE_BAD_BINARY},    //
+                        {"QQ=A", QM_VALUE_BAD_BINARY},    // data after padding
+                        {"Q=Q=", QM_VALUE_BAD_BINARY},    //
+                        {"QUJD\r", QM_VALUE_BAD_BINARY},  // carriage return is not trimmed
+                        {"QU!D", 0},                      // other characters are passed over
+                        {"Q\nU\nJDRA", 0},                // but count: eight of them
+                        {"Q\nUJD", QM_VALUE_BAD_BINARY},  // and here five
+                        {nullptr, QM_VALUE_BAD_BINARY}});
 }
 
 TEST(BinaryValue, DecodedLength) {
@@ -159,7 +168,9 @@ TEST(BinaryValue, LengthRestrictionAppliesToTheDecodedBytes) {
   Type type(&dict, QMT_BASE_BINARY);
   AddSegs<QmtSeg<uint32_t>>(type.Get(), QMT_CONS_LENGTH, {{2, 3}});
   type->rangeFlags = kConcrete;
-  ExpectResults(type.Get(), {{"QUJD", 0}, {"QUI=", 0}, {"QQ==", 28677}, {" ", 28677}});
+  ExpectResults(
+      type.Get(),
+      {{"QUJD", 0}, {"QUI=", 0}, {"QQ==", QM_VALUE_BAD_LENGTH}, {" ", QM_VALUE_BAD_LENGTH}});
 }
 
 TEST(BinaryValue, EmptyValueHasNoLimitsForMinAndMax) {
@@ -170,7 +181,7 @@ TEST(BinaryValue, EmptyValueHasNoLimitsForMinAndMax) {
   AddSegs<QmtGenericSeg>(type.Get(), QMT_CONS_LENGTH,
                          {{0, 0, QMT_SEG_START_MIN | QMT_SEG_END_MAX}});
   type->rangeFlags = QMT_RANGE_STATED | QMT_RANGE_MIN_MAX;
-  ExpectResults(type.Get(), {{"QUJD", 0}, {"", 28677}});
+  ExpectResults(type.Get(), {{"QUJD", 0}, {"", QM_VALUE_BAD_LENGTH}});
 }
 
 TEST(EnumValue, IsOneOfTheNamesByteForByte) {
@@ -179,19 +190,19 @@ TEST(EnumValue, IsOneOfTheNamesByteForByte) {
   AddEnums(dict.Get(), type.Get(), {{"one", 0}, {"two words", 1}});
   ExpectResults(type.Get(), {{"one", 0},
                              {"two words", 0},
-                             {"One", 28676},
-                             {" one", 28676},
-                             {"one ", 28676},
-                             {"on", 28676},
-                             {"", 28676},
-                             {nullptr, 28676}});
+                             {"One", QM_VALUE_BAD_ENUM},
+                             {" one", QM_VALUE_BAD_ENUM},
+                             {"one ", QM_VALUE_BAD_ENUM},
+                             {"on", QM_VALUE_BAD_ENUM},
+                             {"", QM_VALUE_BAD_ENUM},
+                             {nullptr, QM_VALUE_BAD_ENUM}});
 }
 
 TEST(EnumValue, EmptyListAcceptsNothing) {
   Dict dict;
   Type type(&dict, QMT_BASE_ENUMERATION);
   AddEnums(dict.Get(), type.Get(), {});
-  ExpectResults(type.Get(), {{"one", 28676}, {"", 28676}});
+  ExpectResults(type.Get(), {{"one", QM_VALUE_BAD_ENUM}, {"", QM_VALUE_BAD_ENUM}});
 }
 
 TEST(BitsValue, ListsOfNames) {
@@ -204,15 +215,15 @@ TEST(BitsValue, ListsOfNames) {
                              {"up \t\n down", 0},
                              {"up ", 0},
                              {"a.b-c_1 up down", 0},
-                             {"up up", 28675},               // twice
-                             {"up down a.b-c_1 up", 28675},  // more than there are
-                             {"sideways", 28675},            //
-                             {"Up", 28675},                  //
-                             {" up", 28675},                 // no name at the start
-                             {" ", 28675},                   //
-                             {"up,down", 28675},             //
-                             {"up\rdown", 28675},            //
-                             {nullptr, 28675}});
+                             {"up up", QM_VALUE_BAD_BITS},               // twice
+                             {"up down a.b-c_1 up", QM_VALUE_BAD_BITS},  // more than there are
+                             {"sideways", QM_VALUE_BAD_BITS},            //
+                             {"Up", QM_VALUE_BAD_BITS},                  //
+                             {" up", QM_VALUE_BAD_BITS},                 // no name at the start
+                             {" ", QM_VALUE_BAD_BITS},                   //
+                             {"up,down", QM_VALUE_BAD_BITS},             //
+                             {"up\rdown", QM_VALUE_BAD_BITS},            //
+                             {nullptr, QM_VALUE_BAD_BITS}});
 }
 
 TEST(BitsValue, NamesHaveAtMost64Characters) {
@@ -221,7 +232,7 @@ TEST(BitsValue, NamesHaveAtMost64Characters) {
   const std::string tooLong(65, 'a');
   Type type(&dict, QMT_BASE_BITS);
   AddBits(dict.Get(), type.Get(), {{longest.c_str(), 0}, {tooLong.c_str(), 1}});
-  ExpectResults(type.Get(), {{longest.c_str(), 0}, {tooLong.c_str(), 28675}});
+  ExpectResults(type.Get(), {{longest.c_str(), 0}, {tooLong.c_str(), QM_VALUE_BAD_BITS}});
 }
 
 TEST(BitsValue, AtMost129Names) {
@@ -235,14 +246,14 @@ TEST(BitsValue, AtMost129Names) {
     if (i < 129) value += (i == 0 ? "" : " ") + name;
   }
   EXPECT_EQ(0u, CheckText(type.Get(), value.c_str()));
-  EXPECT_EQ(28675u, CheckText(type.Get(), (value + " b129").c_str()));
+  EXPECT_EQ(QM_VALUE_BAD_BITS, CheckText(type.Get(), (value + " b129").c_str()));
 }
 
 TEST(BitsValue, TypeWithoutBitsAcceptsOnlyTheEmptyList) {
   Dict dict;
   Type type(&dict, QMT_BASE_BITS);
   AddBits(dict.Get(), type.Get(), {});
-  ExpectResults(type.Get(), {{"", 0}, {"up", 28675}});
+  ExpectResults(type.Get(), {{"", 0}, {"up", QM_VALUE_BAD_BITS}});
 }
 
 TEST(BitsValue, FailedAllocationGives28675) {
@@ -250,7 +261,7 @@ TEST(BitsValue, FailedAllocationGives28675) {
   Type type(&dict, QMT_BASE_BITS);
   AddBits(dict.Get(), type.Get(), {{"up", 0}});
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(28675u, CheckText(type.Get(), "up"));
+  EXPECT_EQ(QM_VALUE_BAD_BITS, CheckText(type.Get(), "up"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(0u, CheckText(type.Get(), "up"));
 }
@@ -260,26 +271,28 @@ TEST(PatternValue, AllPatternsMustAgree) {
   Type type(&dict, QMT_BASE_STRING);
   AddPatterns(dict.Get(), type.Get(), {{"[a-z]+", 0}, {".*x.*", 1}});
   ExpectResults(type.Get(), {{"abc", 0},
-                             {"abx", 28679},      // matches the one it must not
-                             {"ab1", 28679},      //
-                             {"abc1abc", 28679},  // the whole value must match
-                             {"", 28679},
-                             {nullptr, 28679}});
+                             {"abx", QM_VALUE_BAD_PATTERN},      // matches the one it must not
+                             {"ab1", QM_VALUE_BAD_PATTERN},      //
+                             {"abc1abc", QM_VALUE_BAD_PATTERN},  // the whole value must match
+                             {"", QM_VALUE_BAD_PATTERN},
+                             {nullptr, QM_VALUE_BAD_PATTERN}});
 }
 
 TEST(PatternValue, NoValueFailsWhateverThePattern) {
   Dict dict;
   Type type(&dict, QMT_BASE_STRING);
   AddPatterns(dict.Get(), type.Get(), {{".*", 0}});
-  ExpectResults(type.Get(), {{"", 0}, {nullptr, 28679}});
-  EXPECT_EQ(28679u, CheckElement(type.Get(), "<a/>"));
+  ExpectResults(type.Get(), {{"", 0}, {nullptr, QM_VALUE_BAD_PATTERN}});
+  EXPECT_EQ(QM_VALUE_BAD_PATTERN, CheckElement(type.Get(), "<a/>"));
 }
 
 TEST(PatternValue, PatternThatDoesNotCompileMatchesNothing) {
   Dict dict;
   Type normal(&dict, QMT_BASE_STRING);
   AddPatterns(dict.Get(), normal.Get(), {{"[a", 0}});
-  ExpectResults(normal.Get(), {{"a", 28679}, {"[a", 28679}, {"", 28679}});
+  ExpectResults(
+      normal.Get(),
+      {{"a", QM_VALUE_BAD_PATTERN}, {"[a", QM_VALUE_BAD_PATTERN}, {"", QM_VALUE_BAD_PATTERN}});
   Type inverted(&dict, QMT_BASE_STRING);
   AddPatterns(dict.Get(), inverted.Get(), {{"[a", 1}});
   ExpectResults(inverted.Get(), {{"a", 0}, {"[a", 0}, {"", 0}});
@@ -291,7 +304,8 @@ TEST(PatternValue, MultibyteCharactersAreCharacters) {
   AddPatterns(dict.Get(), type.Get(), {{".{2}", 0}});
   for (const char* locale : {"C", "C.UTF-8", "de_DE.ISO-8859-1"}) {
     if (std::setlocale(LC_ALL, locale) == nullptr) continue;
-    ExpectResults(type.Get(), {{"\xE2\x82\xAC\xE2\x82\xAC", 0}, {"ab", 0}, {"abc", 28679}});
+    ExpectResults(type.Get(),
+                  {{"\xE2\x82\xAC\xE2\x82\xAC", 0}, {"ab", 0}, {"abc", QM_VALUE_BAD_PATTERN}});
   }
   std::setlocale(LC_ALL, "C");
 }
@@ -316,11 +330,11 @@ TEST(UnionValue, NoMemberGives28681WhateverTheMembersSay) {
   members[0].baseType = QMT_BASE_INT8;
   members[1].baseType = QMT_BASE_BOOLEAN;
   QmtType* matched = nullptr;
-  EXPECT_EQ(28681u, CheckText(type.Get(), "300", &matched));
+  EXPECT_EQ(QM_VALUE_BAD_UNION, CheckText(type.Get(), "300", &matched));
   EXPECT_EQ(nullptr, matched);
   Type empty(&dict, QMT_BASE_UNION);
   AddUnion(empty.Get(), 0);
-  EXPECT_EQ(28681u, CheckText(empty.Get(), "300"));
+  EXPECT_EQ(QM_VALUE_BAD_UNION, CheckText(empty.Get(), "300"));
 }
 
 TEST(UnionValue, MatchedTypeIsTheInnermostTypedef) {
@@ -363,7 +377,7 @@ TEST(UnionValue, WhatOneMemberLeavesDoesNotReachTheNext) {
   QmtType* matched = nullptr;
   EXPECT_EQ(0u, CheckText(type.Get(), "5", &matched));
   EXPECT_EQ(&members[1], matched);
-  EXPECT_EQ(28681u, CheckText(type.Get(), "7"));
+  EXPECT_EQ(QM_VALUE_BAD_UNION, CheckText(type.Get(), "7"));
 }
 
 TEST(UnionValue, UnionMayAlsoRestrict) {
@@ -373,7 +387,7 @@ TEST(UnionValue, UnionMayAlsoRestrict) {
   AddPatterns(dict.Get(), type.Get(), {{"[0-9]", 0}});
   QmtType* members = AddUnion(type.Get(), 1);
   members[0].baseType = QMT_BASE_STRING;
-  ExpectResults(type.Get(), {{"5", 0}, {"55", 28679}});
+  ExpectResults(type.Get(), {{"5", 0}, {"55", QM_VALUE_BAD_PATTERN}});
 }
 
 namespace {
@@ -393,10 +407,10 @@ TEST(UnionValue, MayBeNested128DeepAndNoDeeper) {
   Dict dict;
   Type atLimit(&dict, QMT_BASE_UNION);
   NestUnions(atLimit.Get(), 128);
-  ExpectResults(atLimit.Get(), {{"5", 0}, {"x", 28681}});
+  ExpectResults(atLimit.Get(), {{"5", 0}, {"x", QM_VALUE_BAD_UNION}});
   Type beyond(&dict, QMT_BASE_UNION);
   NestUnions(beyond.Get(), 129);
-  ExpectResults(beyond.Get(), {{"5", 28681}});
+  ExpectResults(beyond.Get(), {{"5", QM_VALUE_BAD_UNION}});
 }
 
 TEST(UnionValue, UnionThatContainsItselfEnds) {
@@ -407,7 +421,7 @@ TEST(UnionValue, UnionThatContainsItselfEnds) {
   members[1].baseType = QMT_BASE_INT8;
   // The innermost union that is still looked at refuses its own first member and takes
   // the second.
-  ExpectResults(type.Get(), {{"5", 0}, {"x", 28681}});
+  ExpectResults(type.Get(), {{"5", 0}, {"x", QM_VALUE_BAD_UNION}});
 }
 
 TEST(UnionValue, LongChainsThroughAUnionThatContainsItselfEnd) {
@@ -421,7 +435,7 @@ TEST(UnionValue, LongChainsThroughAUnionThatContainsItselfEnd) {
   }
   QmtType* members = AddUnion(type.Get(), 1);
   AddDerived(dict.Get(), &members[0], "m", "td", &links[119]);
-  ExpectResults(type.Get(), {{"5", 28681}});
+  ExpectResults(type.Get(), {{"5", QM_VALUE_BAD_UNION}});
   for (QmtType& link : links) QMT_TYPE_DestroyQmtRealTypeInner(dict.Get(), &link);
 }
 
@@ -440,7 +454,7 @@ TEST(UnionValue, MembersThatMultiplyRunIntoTheBudget) {
       }
     }
   }
-  ExpectResults(&unions[63], {{"5", 0}, {"x", 28681}});
+  ExpectResults(&unions[63], {{"5", 0}, {"x", QM_VALUE_BAD_UNION}});
   for (QmtType& type : unions) QMT_TYPE_DestroyQmtRealTypeInner(dict.Get(), &type);
 }
 
@@ -460,7 +474,7 @@ TEST(UnionValue, BudgetIs65536MembersForTheWholeCheck) {
     uint32_t count;
     uint32_t expected;
   };
-  for (const Row& row : {Row{25536, 0}, Row{25537, 28681}}) {
+  for (const Row& row : {Row{25536, 0}, Row{25537, QM_VALUE_BAD_UNION}}) {
     Type outer(&dict, QMT_BASE_TYPEDEF);
     AddDerived(dict.Get(), outer.Get(), "m", "td", inner.Get());
     QmtType* members = AddUnion(outer.Get(), row.count);
@@ -477,24 +491,24 @@ TEST(DerivedValue, At129LinksItStillWorksAt130ItFailsWith28673) {
                     "<leaf name='links-129'><type name='t128'/></leaf>"
                     "<leaf name='links-130'><type name='t129'/></leaf>");
   EXPECT_EQ(0u, module.CheckText("links-129", "5"));
-  EXPECT_EQ(28680u, module.CheckText("links-129", "500"));
-  EXPECT_EQ(28673u, module.CheckText("links-130", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, module.CheckText("links-129", "500"));
+  EXPECT_EQ(QM_VALUE_BAD_DERIVED, module.CheckText("links-130", "5"));
 }
 
 TEST(DerivedValue, TypedefThatIsNotFoundGives28673) {
   Dict dict;
   Type type(&dict, QMT_BASE_TYPEDEF);
   AddDerived(dict.Get(), type.Get(), "m", "absent", nullptr);
-  EXPECT_EQ(28673u, CheckText(type.Get(), "5")) << "no context to look in";
+  EXPECT_EQ(QM_VALUE_BAD_DERIVED, CheckText(type.Get(), "5")) << "no context to look in";
   LeafModule module("<leaf name='x'><type name='absent'/></leaf>");
-  EXPECT_EQ(28673u, module.CheckText("x", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_DERIVED, module.CheckText("x", "5"));
 }
 
 TEST(DerivedValue, TypedefThatIsItselfGives28673) {
   LeafModule module(
       "<typedef name='a'><type name='b'/></typedef><typedef name='b'><type name='a'/></typedef>"
       "<leaf name='x'><type name='a'/></leaf>");
-  EXPECT_EQ(28673u, module.CheckText("x", "5"));
+  EXPECT_EQ(QM_VALUE_BAD_DERIVED, module.CheckText("x", "5"));
 }
 
 TEST(DerivedValue, TypedefOfAnotherModuleIsLookedUpAndNotKept) {
@@ -505,8 +519,8 @@ TEST(DerivedValue, TypedefOfAnotherModuleIsLookedUpAndNotKept) {
   QmsNode* augment = nullptr;
   QmsNode* leaf = QM_CTX_GetTargetNode(module.ctx(), "/user:x", &augment);
   ASSERT_NE(nullptr, leaf);
-  EXPECT_EQ(0u, QM_NODE_ValidateValue(leaf, 1, "5"));
-  EXPECT_EQ(28680u, QM_NODE_ValidateValue(leaf, 1, "500"));
+  EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(leaf, 1, "5"));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, QM_NODE_ValidateValue(leaf, 1, "500"));
   const QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(QM_NODE_GetRealType(leaf));
   ASSERT_NE(nullptr, derived);
   EXPECT_EQ(nullptr, derived->resolved);
@@ -519,7 +533,7 @@ TEST(DerivedValue, ChainIsCheckedBeforeTheOwnRestrictions) {
   Type type(&dict, QMT_BASE_TYPEDEF);
   AddDerived(dict.Get(), type.Get(), "m", "td", base.Get());
   AddPatterns(dict.Get(), type.Get(), {{"[0-9]", 0}});
-  ExpectResults(type.Get(), {{"x", 28680}, {"55", 28679}, {"5", 0}});
+  ExpectResults(type.Get(), {{"x", QM_VALUE_BAD_RANGE}, {"55", QM_VALUE_BAD_PATTERN}, {"5", 0}});
 }
 
 // A pattern may take its time with a long value; this is what bounds it.
@@ -531,10 +545,11 @@ TEST(LoadedTypes, ALengthOfTheSameTypeOrOfOneBelowIsAskedBeforeThePattern) {
       "</leaf>"
       "<leaf name='below'><type name='short'><pattern value='x*'/></type></leaf>"
       "<leaf name='above'><type name='xs'><length value='1..3'/></type></leaf>");
-  EXPECT_EQ(28677u, module.CheckText("same", "yyyy"));
-  EXPECT_EQ(28677u, module.CheckText("below", "yyyy"));
-  EXPECT_EQ(28679u, module.CheckText("above", "yyyy")) << "the typedef is asked first";
-  EXPECT_EQ(28677u, module.CheckText("above", "xxxx"));
+  EXPECT_EQ(QM_VALUE_BAD_LENGTH, module.CheckText("same", "yyyy"));
+  EXPECT_EQ(QM_VALUE_BAD_LENGTH, module.CheckText("below", "yyyy"));
+  EXPECT_EQ(QM_VALUE_BAD_PATTERN, module.CheckText("above", "yyyy"))
+      << "the typedef is asked first";
+  EXPECT_EQ(QM_VALUE_BAD_LENGTH, module.CheckText("above", "xxxx"));
 }
 
 TEST(LoadedTypes, RangesAndLengthsAsModelsWriteThem) {
@@ -557,15 +572,31 @@ TEST(LoadedTypes, RangesAndLengthsAsModelsWriteThem) {
     uint32_t expected;
   };
   const Row rows[] = {
-      {"small", "-1", 28680},    {"small", "0", 0},      {"small", "10", 0},
-      {"small", "11", 28680},    {"gap", "0", 28680},    {"gap", "3", 0},
-      {"gap", "5", 28680},       {"gap", "255", 0},      {"top", "89", 28680},
-      {"top", "100", 0},         {"top", "101", 28680},  {"wide", "-5", 0},
-      {"wide", "500", 0},        {"wide", "501", 28680}, {"word", "a", 28677},
-      {"word", "ab", 0},         {"word", "abcd", 0},    {"word", "abcde", 28677},
-      {"exact", "abc", 0},       {"exact", "ab", 28677}, {"price", "1.49", 28680},
-      {"price", "1.5", 0},       {"price", "20", 0},     {"price", "20.01", 28680},
-      {"price", "2.505", 28680},
+      {"small", "-1", QM_VALUE_BAD_RANGE},
+      {"small", "0", 0},
+      {"small", "10", 0},
+      {"small", "11", QM_VALUE_BAD_RANGE},
+      {"gap", "0", QM_VALUE_BAD_RANGE},
+      {"gap", "3", 0},
+      {"gap", "5", QM_VALUE_BAD_RANGE},
+      {"gap", "255", 0},
+      {"top", "89", QM_VALUE_BAD_RANGE},
+      {"top", "100", 0},
+      {"top", "101", QM_VALUE_BAD_RANGE},
+      {"wide", "-5", 0},
+      {"wide", "500", 0},
+      {"wide", "501", QM_VALUE_BAD_RANGE},
+      {"word", "a", QM_VALUE_BAD_LENGTH},
+      {"word", "ab", 0},
+      {"word", "abcd", 0},
+      {"word", "abcde", QM_VALUE_BAD_LENGTH},
+      {"exact", "abc", 0},
+      {"exact", "ab", QM_VALUE_BAD_LENGTH},
+      {"price", "1.49", QM_VALUE_BAD_RANGE},
+      {"price", "1.5", 0},
+      {"price", "20", 0},
+      {"price", "20.01", QM_VALUE_BAD_RANGE},
+      {"price", "2.505", QM_VALUE_BAD_RANGE},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(row.expected, module.CheckText(row.leaf, row.value)) << row.leaf << " " << row.value;

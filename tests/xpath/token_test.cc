@@ -2,6 +2,7 @@
 #include "xpath/token.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -232,7 +233,7 @@ TEST(TokenRules, ARecordMadeByHandGrowsByTenSlots) {
   const uint64_t before = counting_memory::AllocationCount();
   for (uint32_t i = 0; i < 45; ++i) {
     ASSERT_EQ(i == 0 ? 0u : (i + 9) / 10 * 10, expr.capacity);
-    ASSERT_EQ(0u, QM_XPATH_ParseCurTokenFromExpr(&expr, 2, &token));
+    ASSERT_EQ(QM_OK, QM_XPATH_ParseCurTokenFromExpr(&expr, 2, &token));
   }
   EXPECT_EQ(45u, expr.count);
   EXPECT_EQ(50u, expr.capacity);
@@ -247,7 +248,8 @@ TEST(TokenRules, AFinishedRecordGrowsByTenSlots) {
   ASSERT_EQ(20u, expr->count);
   ASSERT_EQ(20u, expr->capacity);
   QmXpathToken token = {};
-  for (uint32_t i = 0; i < 30; ++i) ASSERT_EQ(0u, QM_XPATH_ParseCurTokenFromExpr(expr, 2, &token));
+  for (uint32_t i = 0; i < 30; ++i)
+    ASSERT_EQ(QM_OK, QM_XPATH_ParseCurTokenFromExpr(expr, 2, &token));
   EXPECT_EQ(50u, expr->count);
   EXPECT_EQ(50u, expr->capacity);
   for (uint32_t i = 0; i < 50; ++i) EXPECT_EQ(7u, expr->tokens[i].kind);
@@ -347,18 +349,18 @@ TEST(CopyTokenContent, CopiesTheCharactersOfTheToken) {
 TEST(TokenRules, AFailedTokenHasTheInvalidKind) {
   QmXpathExpr expr = {nullptr, "1.2.3", 0, 0};
   QmXpathToken token = {};
-  EXPECT_EQ(22u, QM_XPATH_GetTokenStartWithDigit(&expr, 0, &token));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetTokenStartWithDigit(&expr, 0, &token));
   EXPECT_EQ(21u, token.kind);
   expr.text = "'open";
-  EXPECT_EQ(22u, QM_XPATH_ParseLiteralToken(&expr, 0, &token));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_ParseLiteralToken(&expr, 0, &token));
   EXPECT_EQ(21u, token.kind);
   expr.text = "$";
-  EXPECT_EQ(22u, QM_XPATH_ParseCurTokenFromExpr(&expr, 0, &token));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_ParseCurTokenFromExpr(&expr, 0, &token));
   EXPECT_EQ(21u, token.kind);
   EXPECT_EQ(0u, expr.count);
   expr.text = "xor";
-  EXPECT_EQ(22u, QM_XPATH_GetOperatorType(&expr, 0, &token));
-  EXPECT_EQ(0u, QM_XPATH_GetOperatorType(&expr, 1, &token));
+  EXPECT_EQ(QM_INVALID, QM_XPATH_GetOperatorType(&expr, 0, &token));
+  EXPECT_EQ(QM_OK, QM_XPATH_GetOperatorType(&expr, 1, &token));
   EXPECT_EQ(20u, token.kind);
 }
 

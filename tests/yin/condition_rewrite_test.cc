@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -72,11 +73,11 @@ TEST(CopyTokenIntoOutCondition, TheSizeCountsTheTerminator) {
   yin::Context ctx;
   yin::Parsed module(ctx, yin::Module("m", ""));
   char out[4] = "xyz";
-  EXPECT_EQ(22u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "a", out, 0));
-  EXPECT_EQ(22u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "a", out, 1));
-  EXPECT_EQ(0u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "abc", out, 4));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "a", out, 0));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "a", out, 1));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "abc", out, 4));
   EXPECT_STREQ("abc", out);
-  EXPECT_EQ(22u, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "abcd", out, 4));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), "abcd", out, 4));
 }
 
 TEST(AddModuleNameIntoCondition, AppendsAtTheUsedLength) {

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -39,7 +40,7 @@ class Lookup {
   explicit Lookup(const std::vector<std::string>& paths) {
     list_.maxTries = 10;
     for (const std::string& path : paths)
-      EXPECT_EQ(0u, QMS_LOADER_AppendOnePathObj(&list_, path.c_str()));
+      EXPECT_EQ(QM_OK, QMS_LOADER_AppendOnePathObj(&list_, path.c_str()));
     assister_.current = kQmsNoSuffix;
   }
   ~Lookup() {
@@ -74,8 +75,8 @@ TEST(CollectFilePathMatchedInAllDir, ThePlainFileEndsTheSearch) {
   a.Write("m@2020-01-01.yin", "");
   b.Write("m.yin", "");
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, b.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, b.Dir()));
   Files files(ctx, "m");
   EXPECT_THAT(files.Paths(), ElementsAre(a.Path("m.yin")));
   EXPECT_EQ(1u, files.Get()->maxTries);
@@ -91,9 +92,9 @@ TEST(CollectFilePathMatchedInAllDir, ARevisionFileLetsTheSearchGoOn) {
   b.Write("m.yin", "");
   c.Write("m@2021-01-01.yin", "");
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, b.Dir()));
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, c.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, b.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, c.Dir()));
   Files files(ctx, "m");
   EXPECT_THAT(files.Paths(), ElementsAre(a.Path("m@2020-01-01.yin"), b.Path("m.yin")));
 }
@@ -108,7 +109,7 @@ TEST(CollectFilePathMatchedInAllDir, OnlyFilesOfThatNameAreTaken) {
   a.MakeDir("m@4.yin");
   a.MakeDir("m.yin");
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
   Files files(ctx, "m");
   EXPECT_THAT(files.Paths(), UnorderedElementsAre(a.Path("m@1.yin"), a.Path("m@2.yin")));
 }
@@ -120,7 +121,7 @@ TEST(CollectFilePathMatchedInAllDir, NamesThatAreNoIdentifiersFindNothing) {
   a.Write("sub/m.yin", "");
   a.Write("m*.yin", "");
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
   for (const char* name : {"sub/m", "../x", "*", "?", "[m]", "m*", "", "m ", "none"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(nullptr, Files(ctx, name).Get());
@@ -136,8 +137,8 @@ TEST(CollectFilePathMatchedInAllDir, AMixEndsTheListingButNotTheSearch) {
   b.Write("m@3.yin", "");
   b.Write("m@4.yin", "");
   yin::Context ctx;
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, a.Dir()));
-  ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx, b.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, a.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, b.Dir()));
   Files files(ctx, "m");
   const std::vector<std::string> paths = files.Paths();
   // The listing of a stops at the first file of the second kind: after two or
@@ -217,14 +218,14 @@ TEST(AppendOnePathObj, TheSuffixIsReadFromTheBaseName) {
 
 TEST(AppendOnePathObj, APathOf255CharactersFitsAndALongerOneIsLeftOut) {
   QmsPathCollection list = {};
-  EXPECT_EQ(0u, QMS_LOADER_AppendOnePathObj(&list, std::string(255, 'p').c_str()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendOnePathObj(&list, std::string(255, 'p').c_str()));
   EXPECT_EQ(1u, list.count);
-  EXPECT_EQ(0u, QMS_LOADER_AppendOnePathObj(&list, std::string(256, 'p').c_str()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AppendOnePathObj(&list, std::string(256, 'p').c_str()));
   EXPECT_EQ(1u, list.count);
-  EXPECT_EQ(22u, QMS_LOADER_AppendOnePathObj(&list, nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_AppendOnePathObj(nullptr, "p"));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AppendOnePathObj(&list, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_AppendOnePathObj(nullptr, "p"));
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(12u, QMS_LOADER_AppendOnePathObj(&list, "q"));
+  EXPECT_EQ(QM_NO_MEMORY, QMS_LOADER_AppendOnePathObj(&list, "q"));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(1u, list.count);
   g_qmMemFreeFunc(list.objs);
@@ -280,7 +281,7 @@ TEST(PreFillLoadAssisterFromExisting, SuffixesOfALoadedModuleAreLoaded) {
   module.mergeSources = sources;
   module.mergeSourceCount = 2;
   Lookup lookup({"/a/m@@x.yin", "/a/m@@y.yin", "/a/m@@.yin"});
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             QMS_LOADER_PreFillLoadAssisterFromExisting(lookup.Assister(), &module, lookup.List()));
   EXPECT_EQ("x+ w+ y- ", lookup.Suffixes());
   EXPECT_TRUE(HasUnloadedSuffix(lookup.Assister()));
@@ -289,11 +290,11 @@ TEST(PreFillLoadAssisterFromExisting, SuffixesOfALoadedModuleAreLoaded) {
 TEST(PreFillLoadAssisterFromExisting, NothingForAModuleFromOneFile) {
   QmsModule module = {};
   Lookup lookup({"/a/m@@x.yin"});
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             QMS_LOADER_PreFillLoadAssisterFromExisting(lookup.Assister(), &module, lookup.List()));
   EXPECT_EQ("", lookup.Suffixes());
   EXPECT_FALSE(HasUnloadedSuffix(lookup.Assister()));
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             QMS_LOADER_PreFillLoadAssisterFromExisting(lookup.Assister(), nullptr, lookup.List()));
   EXPECT_EQ("x- ", lookup.Suffixes());
 }

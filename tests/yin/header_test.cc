@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -63,12 +64,12 @@ TEST(CheckParsedModNameMatched, AnExpectedNameMustBeTheOne) {
   QmsLoadAssister any = {};
   QmsLoadAssister m = {};
   m.modName = "m";
-  EXPECT_EQ(22u, QMS_LOADER_CheckParsedModNameMatched(nullptr, nullptr));
-  EXPECT_EQ(22u, QMS_LOADER_CheckParsedModNameMatched(nullptr, &any));
-  EXPECT_EQ(0u, QMS_LOADER_CheckParsedModNameMatched("n", nullptr));
-  EXPECT_EQ(0u, QMS_LOADER_CheckParsedModNameMatched("n", &any));
-  EXPECT_EQ(0u, QMS_LOADER_CheckParsedModNameMatched("m", &m));
-  EXPECT_EQ(22u, QMS_LOADER_CheckParsedModNameMatched("n", &m));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CheckParsedModNameMatched(nullptr, nullptr));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CheckParsedModNameMatched(nullptr, &any));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CheckParsedModNameMatched("n", nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CheckParsedModNameMatched("n", &any));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CheckParsedModNameMatched("m", &m));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CheckParsedModNameMatched("n", &m));
 }
 
 struct HeaderRow {
@@ -210,7 +211,7 @@ TEST(CounterAndExpandBodyStmtArray, KeepsWhatIsThereAndCountsOldAndNew) {
   xmlNode* root = xmlDocGetRootElement(doc);
   QMS_LOADER_MarkSubNode(root);
   QmsBodyStmtCounter counter = {};
-  EXPECT_EQ(0u, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
   EXPECT_EQ(3u, counter.features);
   EXPECT_EQ(1u, counter.identities);
   EXPECT_EQ(1u, counter.extInsts);
@@ -232,11 +233,11 @@ TEST(CounterAndExpandBodyStmtArray, OldAndNewTogetherMustFitTheCounter) {
   QMS_LOADER_MarkSubNode(root);
   QmsBodyStmtCounter counter = {};
   module.Get()->featureCount = 65535;
-  EXPECT_EQ(22u, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
   module.Get()->featureCount = 1;
   counter = {};
   counter.features = 65535;
-  EXPECT_EQ(22u, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
   xmlFreeDoc(doc);
 }
 
@@ -253,7 +254,7 @@ TEST(CounterAndExpandBodyStmtArray, TypesForgetTheTypedefsThatMove) {
   xmlNode* root = xmlDocGetRootElement(doc);
   QMS_LOADER_MarkSubNode(root);
   QmsBodyStmtCounter counter = {};
-  EXPECT_EQ(0u, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
+  EXPECT_EQ(QM_OK, QMS_LOADER_CounterAndExpandBodyStmtArray(module.Get(), root, &counter));
   EXPECT_EQ(nullptr, derived->resolved);
   xmlFreeDoc(doc);
 }

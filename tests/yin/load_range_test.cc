@@ -2,6 +2,7 @@
 #include "yin/load_range.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -231,13 +232,13 @@ TEST(RangeWriter, AFullOrForeignListIsRefused) {
   QmtSeg<int8_t> segs[1] = {};
   QmtSegList list = {0, 2, 1, segs};
   const QmtGenericSeg seg = {3, 4, QMT_SEG_UNSIGNED};
-  EXPECT_EQ(22u, QMT_LOADER_PushRangeValueIntoSegInt16Signed(&list, &seg));
-  EXPECT_EQ(22u, QMT_LOADER_PushRangeValueIntoSegIntUnknown(&list, &seg));
-  EXPECT_EQ(0u, QMT_LOADER_PushRangeValueIntoSegInt8Signed(&list, &seg));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_PushRangeValueIntoSegInt16Signed(&list, &seg));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_PushRangeValueIntoSegIntUnknown(&list, &seg));
+  EXPECT_EQ(QM_OK, QMT_LOADER_PushRangeValueIntoSegInt8Signed(&list, &seg));
   EXPECT_EQ(3, segs[0].start);
   EXPECT_EQ(4, segs[0].end);
   EXPECT_EQ(1u, list.count);
-  EXPECT_EQ(22u, QMT_LOADER_PushRangeValueIntoSegInt8Signed(&list, &seg));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_PushRangeValueIntoSegInt8Signed(&list, &seg));
   EXPECT_EQ(1u, list.count);
 }
 
@@ -245,16 +246,16 @@ TEST(PushOneSegment, ASegmentWithoutFlagsIsRefused) {
   QmtRangeParseState state = {};
   QmtGenericSeg seg = {};
   const char* pos = "";
-  EXPECT_EQ(22u, QMT_LOADER_PushOneSegIntPairIntoCb(&state, &seg, &pos));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_PushOneSegIntPairIntoCb(&state, &seg, &pos));
 }
 
 TEST(ScanRange, NullIsRefused) {
   QmtRangeParseState state = {};
-  EXPECT_EQ(22u, QMT_LOADER_ScanParseRangeExprWithCb(
-                     nullptr, QMT_LOADER_PushRangeValueIntoSegIntUnknown, &state));
-  EXPECT_EQ(22u, QMT_LOADER_ScanParseRangeExprWithCb("1", nullptr, &state));
-  EXPECT_EQ(22u, QMT_LOADER_ScanParseRangeExprWithCb(
-                     "1", QMT_LOADER_PushRangeValueIntoSegIntUnknown, nullptr));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_ScanParseRangeExprWithCb(
+                            nullptr, QMT_LOADER_PushRangeValueIntoSegIntUnknown, &state));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_ScanParseRangeExprWithCb("1", nullptr, &state));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_ScanParseRangeExprWithCb(
+                            "1", QMT_LOADER_PushRangeValueIntoSegIntUnknown, nullptr));
 }
 
 }  // namespace

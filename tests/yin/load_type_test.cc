@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -127,7 +128,8 @@ TEST(ParseTypeStmt, AnEmptyArgumentIsNotMissing) {
 TEST(ParseTypeStmt, ANullRecordIsRefused) {
   Module module;
   xmlDoc* doc = xmlParseMemory("<type name='int8'/>", 19);
-  EXPECT_EQ(22u, QMT_LOADER_ParseTypeStmt(module.Get(), xmlDocGetRootElement(doc), 31, nullptr));
+  EXPECT_EQ(QM_INVALID,
+            QMT_LOADER_ParseTypeStmt(module.Get(), xmlDocGetRootElement(doc), 31, nullptr));
   EXPECT_TRUE(module.Messages().empty());
   xmlFreeDoc(doc);
 }
@@ -135,7 +137,7 @@ TEST(ParseTypeStmt, ANullRecordIsRefused) {
 TEST(ParseTypeStmt, AMissingNameIsRecorded) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(22u, type.Parse("<type/>"));
+  EXPECT_EQ(QM_INVALID, type.Parse("<type/>"));
   EXPECT_EQ(std::vector<std::string>{"Failed to get value of statement \"typeName\"."},
             module.Messages());
 }
@@ -143,7 +145,7 @@ TEST(ParseTypeStmt, AMissingNameIsRecorded) {
 TEST(ParseTypeStmt, AFailedRestrictionIsRecordedWithTheTypesName) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(22u, type.Parse("<type name='x:t'/>"));
+  EXPECT_EQ(QM_INVALID, type.Parse("<type name='x:t'/>"));
   EXPECT_EQ(std::vector<std::string>{"Failed to parse value \"x:t\" of statement \"type\"."},
             module.Messages());
 }
@@ -151,7 +153,7 @@ TEST(ParseTypeStmt, AFailedRestrictionIsRecordedWithTheTypesName) {
 TEST(ParseTypeStmt, AFailedMemberIsRecordedBeforeItsUnion) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(22u,
+  EXPECT_EQ(QM_INVALID,
             type.Parse("<type name='union'><type name='int8'><range value='z'/></type></type>"));
   const std::vector<std::string> expected = {
       "Failed to parse value \"int8\" of statement \"type\".",
@@ -179,7 +181,7 @@ TEST(ParseTypeStmt, ASecondTypeWithRestrictionsIsRefusedWithoutAMessage) {
   Module module;
   Type type(&module);
   EXPECT_EQ(0u, type.Parse("<type name='int8'><range value='1..2'/></type>"));
-  EXPECT_EQ(22u, type.Parse("<type name='string'><pattern value='a'/></type>"));
+  EXPECT_EQ(QM_INVALID, type.Parse("<type name='string'><pattern value='a'/></type>"));
   EXPECT_TRUE(module.Messages().empty());
 }
 
@@ -229,25 +231,25 @@ TEST(GetConsDataFillAllSegFunc, EveryKindHasOne) {
 TEST(CreateConsData, ASlotWithABodyIsRefused) {
   Module module;
   Type type(&module);
-  ASSERT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
-  EXPECT_EQ(0u, QMT_LOADER_CreateConsDataInLastConstraint(module.Get(), type.Get(), 4, 1));
+  ASSERT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
+  EXPECT_EQ(QM_OK, QMT_LOADER_CreateConsDataInLastConstraint(module.Get(), type.Get(), 4, 1));
   EXPECT_EQ(1u, type.Get()->consCount);
   type.Get()->consCount = 0;
-  EXPECT_EQ(22u, QMT_LOADER_CreateConsDataInLastConstraint(module.Get(), type.Get(), 4, 1));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_CreateConsDataInLastConstraint(module.Get(), type.Get(), 4, 1));
   type.Get()->consCount = 1;
 }
 
 TEST(FillAllTypeConstraint, MoreKindsThanSlotsAreRefused) {
   Module module;
   Type type(&module);
-  ASSERT_EQ(0u, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
+  ASSERT_EQ(QM_OK, QMT_TYPE_ExpandConstraintArray(type.Get(), 1));
   const std::string xml = "<type name='t'><pattern value='a'/></type>";
   xmlDoc* doc = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
   QmtTypeCounters counters = {};
   EXPECT_EQ(0u, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
   counters.perKind[QMT_CONS_DERIVED] = 1;  // counted, but not as a distinct kind
-  EXPECT_EQ(22u, QMT_LOADER_FillAllTypeConstraint(module.Get(), xmlDocGetRootElement(doc),
-                                                  type.Get(), &counters));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_FillAllTypeConstraint(module.Get(), xmlDocGetRootElement(doc),
+                                                         type.Get(), &counters));
   EXPECT_EQ("typedef derived{m:t}", type.Dump());
   xmlFreeDoc(doc);
 }
@@ -264,7 +266,7 @@ TEST(FillBases, ResolvesPrefixes) {
 TEST(FillBases, AMissingNameIsRecorded) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(22u, type.Parse("<type name='identityref'><base/></type>"));
+  EXPECT_EQ(QM_INVALID, type.Parse("<type name='identityref'><base/></type>"));
   const std::vector<std::string> expected = {
       "Failed to get value of statement \"base\".",
       "Failed to parse value \"identityref\" of statement \"type\"."};
@@ -354,9 +356,10 @@ TEST(FillEnums, TheFirstSentenceOfADescriptionIsKept) {
 TEST(FillEnums, AFailedDescriptionReleasesTheOthers) {
   Module module(QM_LOAD_DESCRIPTIONS);
   Type type(&module);
-  EXPECT_EQ(12u, type.Parse("<type name='enumeration'><enum name='a'><description><text>Kept."
-                            "</text></description></enum><enum name='b'><description/></enum>"
-                            "</type>"));
+  EXPECT_EQ(QM_NO_MEMORY,
+            type.Parse("<type name='enumeration'><enum name='a'><description><text>Kept."
+                       "</text></description></enum><enum name='b'><description/></enum>"
+                       "</type>"));
   EXPECT_EQ("enumeration enum{a=0(NULL),b=0(NULL)}", type.Dump());
 }
 
@@ -365,7 +368,8 @@ TEST(FillDescWithOneEnum, ADescriptionWithoutTextIs22) {
   const char* text = nullptr;
   const std::string xml = "<enum name='a'><description/></enum>";
   xmlDoc* doc = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
-  EXPECT_EQ(22u, QM_LOADER_FillDescWithOneEnum(module.Get(), xmlDocGetRootElement(doc), &text));
+  EXPECT_EQ(QM_INVALID,
+            QM_LOADER_FillDescWithOneEnum(module.Get(), xmlDocGetRootElement(doc), &text));
   EXPECT_EQ(nullptr, text);
   xmlFreeDoc(doc);
 }
@@ -466,8 +470,8 @@ TEST(FillTypeConstraintSeg, MoreMarkedChildrenThanItemsAreRefused) {
                            return uint32_t{0};
                          },
                          nullptr};
-  EXPECT_EQ(22u, QMT_LOADER_FillTypeConstraintSeg(module.Get(), xmlDocGetRootElement(doc), &filler,
-                                                  items));
+  EXPECT_EQ(QM_INVALID, QMT_LOADER_FillTypeConstraintSeg(module.Get(), xmlDocGetRootElement(doc),
+                                                         &filler, items));
   EXPECT_EQ(1u, items[0]);
   EXPECT_EQ(0u, items[1]);
   xmlFreeDoc(doc);
@@ -494,7 +498,7 @@ TEST(ParseTypeStmt, LeavesADestroyableRecordForEachRefusedAllocation) {
   // Two messages are kept for a module; made here, they are no blocks of the sweep.
   for (int i = 0; i < 2; ++i) {
     Type failing(&module);
-    EXPECT_EQ(22u, failing.Parse("<type name='x:t'/>"));
+    EXPECT_EQ(QM_INVALID, failing.Parse("<type name='x:t'/>"));
   }
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     Type type(g_module);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -72,7 +73,7 @@ TEST(ParseTypeDefStmt, ABaseThatDoesNotExistYetIsFine) {
 TEST(ParseTypeDefStmt, AMissingNameIsRecorded) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(22u, Parse(&module, Typedef("", "<type name='int8'/>"), &td));
+  EXPECT_EQ(QM_INVALID, Parse(&module, Typedef("", "<type name='int8'/>"), &td));
   EXPECT_EQ(std::vector<std::string>{"Failed to get value of statement \"typedef\"."},
             module.Messages());
   ExpectZero(td);
@@ -81,7 +82,7 @@ TEST(ParseTypeDefStmt, AMissingNameIsRecorded) {
 TEST(ParseTypeDefStmt, AMissingTypeIsRecorded) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(22u, Parse(&module, Typedef("name='t'", "<default value='5'/>"), &td));
+  EXPECT_EQ(QM_INVALID, Parse(&module, Typedef("name='t'", "<default value='5'/>"), &td));
   EXPECT_EQ(std::vector<std::string>{"typedef \"t\" must define with type statement."},
             module.Messages());
   ExpectZero(td);
@@ -90,10 +91,11 @@ TEST(ParseTypeDefStmt, AMissingTypeIsRecorded) {
 TEST(ParseTypeDefStmt, AFailedTypeIsRecordedWithTheTypedefsName) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(22u, Parse(&module,
-                       Typedef("name='t'",
-                               "<default value='5'/><type name='int8'><range value='x'/></type>"),
-                       &td));
+  EXPECT_EQ(
+      QM_INVALID,
+      Parse(&module,
+            Typedef("name='t'", "<default value='5'/><type name='int8'><range value='x'/></type>"),
+            &td));
   const std::vector<std::string> expected = {
       "Failed to parse value \"int8\" of statement \"type\".",
       "Failed to parse value \"t\" of statement \"typedef\"."};
@@ -116,17 +118,17 @@ TEST(ParseTypeDefStmt, TheDefaultOfAnIdentityrefTakesTheModulesName) {
 TEST(ParseTypeDefStmt, ADefaultThatCannotBeRefreshedDestroysTheTypedef) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(22u, Parse(&module,
-                       Typedef("name='t'",
-                               "<type name='identityref'><base name='b'/></type>"
-                               "<default value='unknown:x'/>"),
-                       &td));
+  EXPECT_EQ(QM_INVALID, Parse(&module,
+                              Typedef("name='t'",
+                                      "<type name='identityref'><base name='b'/></type>"
+                                      "<default value='unknown:x'/>"),
+                              &td));
   ExpectZero(td);
 }
 
 TEST(ParseTypeDefStmt, ANullRecordIsRefused) {
   Module module;
-  EXPECT_EQ(22u, Parse(&module, Typedef("name='t'", "<type name='int8'/>"), nullptr));
+  EXPECT_EQ(QM_INVALID, Parse(&module, Typedef("name='t'", "<type name='int8'/>"), nullptr));
 }
 
 Module* g_module = nullptr;
@@ -135,7 +137,7 @@ TEST(ParseTypeDefStmt, LeavesNothingForEachRefusedAllocation) {
   Module module;
   g_module = &module;
   QmsTypedef failed = {};  // fills the two places for messages
-  EXPECT_EQ(22u, Parse(&module, Typedef("name='t'", "<type name='x:y'/>"), &failed));
+  EXPECT_EQ(QM_INVALID, Parse(&module, Typedef("name='t'", "<type name='x:y'/>"), &failed));
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     QmsTypedef td = {};
     const uint32_t ret = Parse(g_module,

@@ -2,6 +2,7 @@
 // Features, identities, extensions, deviations and extension instances.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -157,8 +158,8 @@ TEST(Definitions, AFailedInternIs22AndOfAReferenceOrAnInstance12) {
 TEST(ParseDeviation, ATargetThatCannotBeConvertedForLackOfMemoryIsTold) {
   yin::Context ctx;
   AnyDefinition record = {};
-  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseDeviation, "<deviation target-node='/o:new'/>", 39,
-                          &record, 1));
+  EXPECT_EQ(QM_INVALID, ParseOne(ctx, QMS_LOADER_ParseDeviation,
+                                 "<deviation target-node='/o:new'/>", 39, &record, 1));
   EXPECT_THAT(ctx.Errors(),
               ElementsAre("m -: Failed to parse \"deviation\" statement \"/o:new\"."));
 }
@@ -257,8 +258,8 @@ TEST(ParseYinElement, OnlyTwoWordsAreKnown) {
   EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='false'/>", 4, &value));
   EXPECT_EQ(0u, value);
   value = 7;
-  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='1'/>", 4, &value));
-  EXPECT_EQ(22u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y/>", 4, &value));
+  EXPECT_EQ(QM_INVALID, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='1'/>", 4, &value));
+  EXPECT_EQ(QM_INVALID, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y/>", 4, &value));
   EXPECT_EQ(7u, value);
 }
 
@@ -521,7 +522,7 @@ TEST(ParseExtInst, AFailureSetsTheCounterOfItsNodeToZero) {
   ASSERT_EQ(0u, NewArrayOf(&node->extInsts, 2));
   EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:a><m:n/></m:a>", 13, node));
   EXPECT_EQ(1u, node->extInstCount);
-  EXPECT_EQ(12u, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:b/>", 13, node, 1));
+  EXPECT_EQ(QM_NO_MEMORY, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:b/>", 13, node, 1));
   EXPECT_EQ(0u, node->extInstCount);
   EXPECT_EQ(nullptr, node->extInsts[0].name);
   EXPECT_EQ(nullptr, node->extInsts[0].children);
@@ -556,12 +557,12 @@ TEST(ParseExtInst, WithoutElementOrNamespaceItIs22) {
   xmlDoc* doc = yin::Xml("<r><e/><p:e xmlns:p='urn:p'/></r>");
   xmlNode* e = xmlDocGetRootElement(doc)->children;
   QmsExtInst inst = {};
-  EXPECT_EQ(22u, QMS_LOADER_ParseExtInst(module.Get(), nullptr, 39, &inst));
-  EXPECT_EQ(22u, QMS_LOADER_ParseExtInst(module.Get(), e, 39, &inst));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_ParseExtInst(module.Get(), nullptr, 39, &inst));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_ParseExtInst(module.Get(), e, 39, &inst));
   EXPECT_EQ(0u, QMS_LOADER_IsExtInstNeedParse(module.Get(), nullptr));
   EXPECT_EQ(0u, QMS_LOADER_IsExtInstNeedParse(module.Get(), e));
   EXPECT_THAT(ctx.Errors(), ElementsAre());
-  EXPECT_EQ(22u, QMS_LOADER_ParseExtInst(module.Get(), e->next, 39, &inst));
+  EXPECT_EQ(QM_INVALID, QMS_LOADER_ParseExtInst(module.Get(), e->next, 39, &inst));
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to find module by prefix \"p\"."));
   xmlFreeDoc(doc);
 }

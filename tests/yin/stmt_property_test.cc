@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -117,7 +118,7 @@ TEST(PropertyStatements, AMissingArgumentIs22AndNamesTheStatement) {
     SCOPED_TRACE(row.keyword);
     yin::Context ctx(QM_LOAD_UNITS);
     QmsMust dest = {};
-    EXPECT_EQ(22u, Parse(ctx, row.parse, std::string("<") + row.keyword + "/>", 31, &dest));
+    EXPECT_EQ(QM_INVALID, Parse(ctx, row.parse, std::string("<") + row.keyword + "/>", 31, &dest));
     EXPECT_THAT(ctx.Errors(), ElementsAre(std::string("m -: Failed to get value of statement \"") +
                                           row.keyword + "\"."));
   }
@@ -174,11 +175,16 @@ TEST(PropertyStatements, AFailedInternGives22AndForUnits12) {
   yin::Context ctx(QM_LOAD_UNITS);
   const char* text = nullptr;
   QmsMust must = {};
-  EXPECT_EQ(22u, ParseWithoutMemory(ctx, QMS_LOADER_ParseDefault, "<default value='d'/>", &text));
-  EXPECT_EQ(12u, ParseWithoutMemory(ctx, QMS_LOADER_ParseUnits, "<units name='u'/>", &text));
-  EXPECT_EQ(22u, ParseWithoutMemory(ctx, QMS_LOADER_ParseErrorAppTag, "<e value='t'/>", &text));
-  EXPECT_EQ(22u, ParseWithoutMemory(ctx, QMS_LOADER_ParseWhen, "<when condition='w'/>", &text));
-  EXPECT_EQ(22u, ParseWithoutMemory(ctx, QMS_LOADER_ParseMust, "<must condition='w'/>", &must));
+  EXPECT_EQ(QM_INVALID,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseDefault, "<default value='d'/>", &text));
+  EXPECT_EQ(QM_NO_MEMORY,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseUnits, "<units name='u'/>", &text));
+  EXPECT_EQ(QM_INVALID,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseErrorAppTag, "<e value='t'/>", &text));
+  EXPECT_EQ(QM_INVALID,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseWhen, "<when condition='w'/>", &text));
+  EXPECT_EQ(QM_INVALID,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseMust, "<must condition='w'/>", &must));
   EXPECT_EQ(nullptr, text);
   EXPECT_EQ(nullptr, must.condition);
 }
@@ -189,7 +195,8 @@ TEST(ParseDefault, AFailedInternNamesTheValue) {
   xmlDoc* doc = yin::Xml("<default value='d'/>");
   const char* text = nullptr;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(22u, QMS_LOADER_ParseDefault(module.Get(), xmlDocGetRootElement(doc), 31, &text));
+  EXPECT_EQ(QM_INVALID,
+            QMS_LOADER_ParseDefault(module.Get(), xmlDocGetRootElement(doc), 31, &text));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_THAT(ctx.Errors(),
               ElementsAre("m -: Failed to parse value \"d\" of statement \"default\"."));
@@ -199,7 +206,8 @@ TEST(ParseDefault, AFailedInternNamesTheValue) {
 TEST(ParseIfFeature, AFailedInternIs12) {
   yin::Context ctx;
   QmsIfFeature ref = {};
-  EXPECT_EQ(12u, ParseWithoutMemory(ctx, QMS_LOADER_ParseIfFeature, "<i name='f'/>", &ref));
+  EXPECT_EQ(QM_NO_MEMORY,
+            ParseWithoutMemory(ctx, QMS_LOADER_ParseIfFeature, "<i name='f'/>", &ref));
   EXPECT_EQ(nullptr, ref.module);
   EXPECT_EQ(nullptr, ref.feature);
 }
@@ -252,8 +260,8 @@ TEST(ParseMust, ErrorTextsGoIntoTheSameRecord) {
 TEST(ParseMust, AFailedSubStatementClearsTheRecord) {
   yin::Context ctx;
   QmsMust must = {};
-  EXPECT_EQ(22u, Parse(ctx, QMS_LOADER_ParseMust, "<must condition='o:a'><error-app-tag/></must>",
-                       13, &must));
+  EXPECT_EQ(QM_INVALID, Parse(ctx, QMS_LOADER_ParseMust,
+                              "<must condition='o:a'><error-app-tag/></must>", 13, &must));
   EXPECT_EQ(nullptr, must.condition);
   EXPECT_THAT(ctx.Errors(),
               ElementsAre("m -: Failed to get value of statement \"error-app-tag\".",
@@ -307,5 +315,6 @@ TEST(ParseIfFeature, NamesOfMoreThan64CharactersDoNotFit) {
   EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "'/>", 31, &ref));
   EXPECT_EQ(longest, ref.feature);
   QMS_NODE_ClearIfFeature(&ctx.Get()->dict, &ref);
-  EXPECT_EQ(126u, Parse(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "f'/>", 31, &ref));
+  EXPECT_EQ(QM_NAME_TOO_LONG,
+            Parse(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "f'/>", 31, &ref));
 }

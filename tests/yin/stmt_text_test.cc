@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 
@@ -62,10 +63,10 @@ TEST(ParseDescription, WithoutItsLoadFlagTheChildrenAreNotLookedAt) {
   xmlNode* description = xmlDocGetRootElement(doc);
   const char* stored = nullptr;
   yin::Parsed dropping(without, yin::Module("m", ""));
-  EXPECT_EQ(0u, QMS_LOADER_ParseDescription(dropping.Get(), description, 13, &stored));
+  EXPECT_EQ(QM_OK, QMS_LOADER_ParseDescription(dropping.Get(), description, 13, &stored));
   EXPECT_EQ(0u, PrivateMark(description->children));
   yin::Parsed keeping(with, yin::Module("m", ""));
-  EXPECT_EQ(0u, QMS_LOADER_ParseDescription(keeping.Get(), description, 13, &stored));
+  EXPECT_EQ(QM_OK, QMS_LOADER_ParseDescription(keeping.Get(), description, 13, &stored));
   EXPECT_EQ(uintptr_t{QMS_STMT_TEXT}, PrivateMark(description->children));
   EXPECT_EQ(nullptr, stored);
   xmlFreeDoc(doc);
@@ -108,7 +109,8 @@ TEST(ParseDescription, AFailedInternIs22AndTold) {
   ASSERT_NE(nullptr, doc);
   const char* stored = nullptr;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(22u, QMS_LOADER_ParseDescription(module.Get(), xmlDocGetRootElement(doc), 39, &stored));
+  EXPECT_EQ(QM_INVALID,
+            QMS_LOADER_ParseDescription(module.Get(), xmlDocGetRootElement(doc), 39, &stored));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, stored);
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to parse statement \"text\" under statement "
