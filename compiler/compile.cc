@@ -3,10 +3,14 @@
 // is written or when a path of another leads into it; nothing is done twice.
 #include "compiler/compile.h"
 
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include "compiler/bounds.h"
 #include "compiler/circle.h"
+#include "compiler/condition_pass.h"
+#include "compiler/deviations.h"
 #include "compiler/expand.h"
 #include "compiler/features.h"
 #include "compiler/handed_down.h"
@@ -59,13 +63,46 @@ void NeedImports(Module* file, void* arg) {
   }
 }
 
-void Finish(Output* out) {
+void Translate(Output* out) {
   ApplyFeatures(out);
   WrapForeignCases(out);
   SpreadAugmentConditions(out);
   NoteTypedefNames(out);
   RewriteArguments(out);
-  if (!out->stopped) KeepLimits(out);
+}
+
+// The modules and all that they import, each once, those named first.
+std::vector<Output*> TranslateAll(Compilation* all, const std::vector<Module*>& modules) {
+  std::vector<Output*> outputs;
+  std::set<std::string_view> names;
+  for (Module* module : modules) {
+    if (names.insert(module->name).second) outputs.push_back(TranslatedOutput(all, module));
+  }
+  for (size_t i = 0; i < outputs.size(); ++i) {
+    for (Module* import : WrittenImports(all, *outputs[i])) {
+      if (names.insert(import->name).second) outputs.push_back(TranslatedOutput(all, import));
+    }
+  }
+  return outputs;
+}
+
+// Stops what needs a module that is stopped.
+void StopDependents(const std::vector<Output*>& outputs) {
+  std::map<std::string_view, const Output*> byName;
+  for (const Output* out : outputs) byName.emplace(out->module->name, out);
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (Output* out : outputs) {
+      for (size_t i = 1; !out->stopped && i < out->prefixes.size(); ++i) {
+        const std::string& name = out->prefixes[i].module->name;
+        const auto need = byName.find(name);
+        if (need == byName.end() || !need->second->stopped) continue;
+        Stop(out, kLinkageClass, out->module->root,
+             "not written, since \"" + name + "\" has errors");
+        changed = true;
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -86,30 +123,42 @@ Output* ExpandedOutput(Compilation* all, Module* module) {
   return out;
 }
 
-const Output* FinishedOutput(Compilation* all, Module* module) {
+Output* TranslatedOutput(Compilation* all, Module* module) {
   Output* out = ExpandedOutput(all, module);
-  if (!std::exchange(out->finished, true) && !out->stopped) Finish(out);
-  return out->stopped ? nullptr : out;
+  if (!std::exchange(out->translated, true) && !out->stopped) Translate(out);
+  return out;
 }
 
-std::vector<Module*> WrittenImports(Compilation* all, Module* module) {
+std::vector<Module*> WrittenImports(Compilation* all, const Output& out) {
   std::vector<Module*> modules;
-  const Output* out = FinishedOutput(all, module);
-  for (size_t i = 1; out != nullptr && i < out->prefixes.size(); ++i) {
-    Module* written = WrittenModule(all->repository, out->prefixes[i].module->name);
-    modules.push_back(written == nullptr ? out->prefixes[i].module : written);
+  for (size_t i = 1; i < out.prefixes.size(); ++i) {
+    Module* written = WrittenModule(all->repository, out.prefixes[i].module->name);
+    modules.push_back(written == nullptr ? out.prefixes[i].module : written);
   }
   return modules;
+}
+
+std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& modules) {
+  std::vector<Output*> outputs = TranslateAll(all, modules);
+  StopDependents(outputs);
+  SettleConditions(outputs);
+  for (Output* out : outputs) {
+    if (!out->stopped) SettleDeletions(out);
+  }
+  for (Output* out : outputs) {
+    if (!out->stopped) KeepLimits(out);
+  }
+  return outputs;
 }
 
 void Stop(Output* out, const char* group, const xmlNode* at, std::string message,
           std::string advice) {
   out->stopped = true;
-  AddFinding(out->all->report, Severity::kFatal, group, at, std::move(message), std::move(advice));
+  AddFinding(&out->report, Severity::kFatal, group, at, std::move(message), std::move(advice));
 }
 
 void Lose(Output* out, const xmlNode* at, std::string message) {
-  AddFinding(out->all->report, Severity::kLoss, kLossClass, at, std::move(message));
+  AddFinding(&out->report, Severity::kLoss, kLossClass, at, std::move(message));
 }
 
 }  // namespace compiler

@@ -77,10 +77,10 @@ struct Output {
   // Typedefs that moved to the level of the module, by their definition.
   std::unordered_map<const xmlNode*, std::string> hoisted;
   std::unordered_set<std::string> typedefNames;
-  unsigned depth = 0;     // of copies, while they are made
-  bool expanded = false;  // the tree has all nodes; arguments are as they were written
-  bool finished = false;
-  bool stopped = false;  // has an error that stops it
+  unsigned depth = 0;       // of copies, while they are made
+  bool translated = false;  // arguments are in the words of this module
+  bool stopped = false;     // has an error that stops it
+  Report report;            // what is wrong or lost
 };
 
 // How much something is once it is spelled out.
@@ -104,12 +104,15 @@ struct Compilation {
 // to look nodes up. Never NULL.
 Output* ExpandedOutput(Compilation* all, Module* module);
 
-// The module as it is to be written. NULL: it has an error that stops it, or needs a
-// module that has; the finding says so.
-const Output* FinishedOutput(Compilation* all, Module* module);
+// The tree with all arguments in the words of the module.
+Output* TranslatedOutput(Compilation* all, Module* module);
 
-// All modules that the written form of `module` imports, in order.
-std::vector<Module*> WrittenImports(Compilation* all, Module* module);
+// All modules that the written form imports, in order.
+std::vector<Module*> WrittenImports(Compilation* all, const Output& out);
+
+// Compiles the modules and all that they import: each once, those named first. What is
+// `stopped` is not to be written.
+std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& modules);
 
 // An error that makes the output meaningless.
 void Stop(Output* out, const char* group, const xmlNode* at, std::string message,

@@ -6,10 +6,12 @@
 
 #include <string>
 
-#include "compiler/conditions.h"
+#include "compiler/condition_words.h"
+#include "compiler/data_lookup.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
 #include "compiler/target.h"
+#include "compiler/typedefs.h"
 #include "compiler/xpath_edit.h"
 
 namespace compiler {
@@ -38,24 +40,49 @@ std::string InOwnLiterals(Output* out, const Output& other, const char* text) {
   return RenamePrefixes(xpath, rules, &unknown);
 }
 
-}  // namespace
-
-bool RewriteDeletedMust(Output* out, xmlNode* must) {
-  const xmlNode* deviate = ParentOf(must);
-  if (!Is(must, Keyword::kMust) || !Is(deviate, Keyword::kDeviate)) return false;
-  const char* kind = ArgumentOf(deviate);
-  if (kind == nullptr || std::string_view(kind) != "delete") return false;
-  const FoundNode target = FindTarget(out->all, TargetSteps(ParentOf(deviate)));
-  if (target.node == nullptr || FinishedOutput(out->all, target.output->module) == nullptr)
-    return false;
+void SettleMust(Output* out, xmlNode* must, const FoundNode& target) {
   const std::string wanted = CanonicalCondition(must);
   for (const xmlNode* s = FirstChild(target.node, Keyword::kMust); s != nullptr;
        s = NextSibling(s, Keyword::kMust)) {
     if (wanted.empty() || CanonicalCondition(s) != wanted) continue;
     SetArgument(out->all->session, must, InOwnLiterals(out, *target.output, ArgumentOf(s)));
-    return true;
+    return;
   }
-  return false;
+}
+
+// The library compares a default's text unless the type is identityref itself; then it
+// has the module's name on both sides.
+void SettleDefault(Output* out, xmlNode* byDefault, const FoundNode& target) {
+  const xmlNode* type = TypeOfNode(target);
+  if (type == nullptr) return;
+  const BottomType bottom = FindBottomType(type);
+  const bool isIdentity = bottom.type != nullptr && !bottom.direct &&
+                          std::string_view(ArgumentOf(bottom.type)) == "identityref";
+  const xmlNode* own = FirstChild(target.node, Keyword::kDefault);
+  if (isIdentity && own != nullptr && ArgumentOf(own) != nullptr)
+    SetArgument(out->all->session, byDefault, ArgumentOf(own));
+}
+
+void SettleDeviate(Output* out, const xmlNode* deviate, const FoundNode& target) {
+  for (xmlNode* s = FirstChild(deviate); s != nullptr; s = NextSibling(s)) {
+    if (Is(s, Keyword::kMust)) SettleMust(out, s, target);
+    if (Is(s, Keyword::kDefault)) SettleDefault(out, s, target);
+  }
+}
+
+}  // namespace
+
+void SettleDeletions(Output* out) {
+  for (const xmlNode* s = FirstChild(out->written.root, Keyword::kDeviation); s != nullptr;
+       s = NextSibling(s, Keyword::kDeviation)) {
+    for (const xmlNode* deviate = FirstChild(s, Keyword::kDeviate); deviate != nullptr;
+         deviate = NextSibling(deviate, Keyword::kDeviate)) {
+      const char* kind = ArgumentOf(deviate);
+      if (kind == nullptr || std::string_view(kind) != "delete") continue;
+      const FoundNode target = FindTarget(out->all, TargetSteps(s));
+      if (target.node != nullptr) SettleDeviate(out, deviate, target);
+    }
+  }
 }
 
 }  // namespace compiler

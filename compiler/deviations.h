@@ -6,7 +6,8 @@
 
 namespace compiler {
 
-// A `must` in `deviate delete` gets the text of the target's own. False: it is none.
-bool RewriteDeletedMust(Output* out, xmlNode* must);
+// Gives each `must` and `default` in `deviate delete` the text of the target's own, after
+// all conditions have been settled.
+void SettleDeletions(Output* out);
 
 }  // namespace compiler

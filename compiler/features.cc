@@ -89,7 +89,7 @@ bool AreDefined(Output* out, const xmlNode* statement, const FeatureExpr& expr) 
     Module* module = ModuleOfPrefix(words, expr.Of(node.prefix));
     const std::string_view name = expr.Of(node.name);
     if (module != nullptr && FindGlobal(module, SymbolKind::kFeature, name) != nullptr) continue;
-    AddFinding(out->all->report, Severity::kError, kFeatureClass, statement,
+    AddFinding(&out->report, Severity::kError, kFeatureClass, statement,
                "the feature \"" + std::string(expr.Of(node.span)) +
                    "\" is not found; the condition is left out");
     return false;
@@ -104,7 +104,7 @@ bool ApplyOne(Output* out, xmlNode* statement) {
   XpathError error;
   const char* text = ArgumentOf(statement);
   if (text == nullptr || !ParseIfFeature(text, words->version11, &expr, &error)) {
-    AddFinding(out->all->report, Severity::kError, kFeatureClass, statement,
+    AddFinding(&out->report, Severity::kError, kFeatureClass, statement,
                "the if-feature expression is wrong: " + error.message + "; it is left out");
     RemoveStatement(statement);
     return true;

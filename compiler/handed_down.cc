@@ -22,18 +22,17 @@ bool IsAtTop(const xmlNode* node) {
   return true;
 }
 
-// True when the library gives an augment's condition to each child as it must be given.
-bool LibraryHandsDown(const xmlNode* augment, const xmlNode* when) {
+}  // namespace
+
+bool LibraryHandsDown(const xmlNode* augment, std::string_view condition) {
   Xpath xpath;
   XpathError error;
-  if (!ParseXpath(ArgumentOf(when), &xpath, &error) || !LibraryShiftsRightly(xpath)) return false;
+  if (!ParseXpath(condition, &xpath, &error) || !LibraryShiftsRightly(xpath)) return false;
   for (const xmlNode* s = FirstChild(augment); s != nullptr; s = NextSibling(s)) {
     if (IsSchemaNode(KeywordOf(s)) && !IsDataNode(KeywordOf(s))) return false;
   }
   return true;
 }
-
-}  // namespace
 
 bool SettleHandedDown(Output* out, xmlNode* when) {
   const xmlNode* node = ParentOf(when);
@@ -63,7 +62,8 @@ void JoinWithFirst(Output* out, xmlNode* when) {
 void SpreadAugmentConditions(Output* out) {
   for (const WrittenAugment& augment : out->augments) {
     const xmlNode* when = FirstChild(augment.node, Keyword::kWhen);
-    if (when == nullptr || ArgumentOf(when) == nullptr || LibraryHandsDown(augment.node, when))
+    if (when == nullptr || ArgumentOf(when) == nullptr ||
+        LibraryHandsDown(augment.node, ArgumentOf(when)))
       continue;
     for (xmlNode* s = FirstChild(augment.node); s != nullptr; s = NextSibling(s)) {
       if (IsSchemaNode(KeywordOf(s))) InheritWhen(out, when, s, StatementOf(when)->usedAt);

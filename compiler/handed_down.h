@@ -3,6 +3,8 @@
 // Conditions of `uses` and augments on the nodes that they are handed to (RFC 7950,
 // sections 7.13, 7.17.2 and 7.21.5): the context node of a data node's `when` lies one
 // level below that of a `uses`; that of a choice or case is the same.
+#include <string_view>
+
 #include "compiler/compile.h"
 
 namespace compiler {
@@ -13,6 +15,9 @@ bool SettleHandedDown(Output* out, xmlNode* when);
 
 // Joins a node's condition with the one before it, which it leaves.
 void JoinWithFirst(Output* out, xmlNode* when);
+
+// True when the library gives this condition of an augment to each child as it must.
+bool LibraryHandsDown(const xmlNode* augment, std::string_view condition);
 
 // Writes the conditions of augments of other modules on their children where the
 // library's own handing down would go wrong.

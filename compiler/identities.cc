@@ -73,7 +73,7 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
   }
   Module* module = ModuleOfPrefix(StatementOf(byDefault)->words, reference.prefix);
   if (module == nullptr) {
-    AddFinding(out->all->report, Severity::kError, kIdentityClass, byDefault,
+    AddFinding(&out->report, Severity::kError, kIdentityClass, byDefault,
                "the prefix \"" + std::string(reference.prefix) +
                    "\" is not known; the default is left out");
     RemoveStatement(byDefault);

@@ -36,18 +36,11 @@ std::string LineOf(const Finding& finding) {
   return line;
 }
 
-// The operands and, when that is wanted, all that they import, each once.
-std::vector<Module*> ModulesToWrite(Compilation* all, const JobRequest& request,
-                                    const std::vector<Module*>& operands) {
+std::vector<Module*> EachOnce(const std::vector<Module*>& operands) {
   std::vector<Module*> modules;
-  std::set<std::string> names;
+  std::set<std::string_view> names;
   for (Module* module : operands) {
     if (module != nullptr && names.insert(module->name).second) modules.push_back(module);
-  }
-  for (size_t i = 0; request.withImports && i < modules.size(); ++i) {
-    for (Module* import : WrittenImports(all, modules[i])) {
-      if (names.insert(import->name).second) modules.push_back(import);
-    }
   }
   return modules;
 }
@@ -60,32 +53,23 @@ JobState StateOf(const Report& report, bool stopped) {
   return JobState::kDone;
 }
 
-// Stops what needs a module that is stopped.
-void StopDependents(const Compilation& all) {
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (const auto& [module, out] : all.outputs) {
-      for (size_t i = 1; !out->stopped && i < out->prefixes.size(); ++i) {
-        const auto need = all.outputs.find(out->prefixes[i].module);
-        if (need == all.outputs.end() || !need->second->stopped) continue;
-        out->stopped = true;
-        changed = true;
-        AddFinding(all.report, Severity::kFatal, kLinkageClass, module->root,
-                   "not written, since \"" + need->first->name + "\" has errors");
-      }
-    }
-  }
+void Collect(Report* report, const Output& out) {
+  report->findings.insert(report->findings.end(), out.report.findings.begin(),
+                          out.report.findings.end());
 }
 
-void Write(Compilation* all, const std::vector<Module*>& modules, JobResult* result) {
+// What is lost in a module that is not written is of no interest, unless it is why.
+void Write(Compilation* all, const std::vector<Module*>& modules, const JobRequest& request,
+           JobResult* result) {
+  const std::vector<Output*> outputs = CompileAll(all, modules);
   bool stopped = false;
-  for (Module* module : modules) FinishedOutput(all, module);
-  StopDependents(*all);
-  for (Module* module : modules) {
-    const Output* out = FinishedOutput(all, module);
-    stopped = stopped || out == nullptr;
-    if (out != nullptr)
-      result->modules.push_back({module->name, module->file->path, WriteYin(out->written)});
+  for (size_t i = 0; i < outputs.size(); ++i) {
+    const Output& out = *outputs[i];
+    const bool isWanted = request.withImports || i < modules.size();
+    if (isWanted || out.stopped) Collect(all->report, out);
+    stopped = stopped || (isWanted && out.stopped);
+    if (!isWanted || out.stopped) continue;
+    result->modules.push_back({out.module->name, out.module->file->path, WriteYin(out.written)});
   }
   result->state = StateOf(*all->report, stopped);
 }
@@ -108,7 +92,7 @@ void Run(const JobRequest& request, JobResult* result) {
   all.report = &report;
   all.options = request.options;
   const std::vector<Module*> operands = OpenOperands(&repository, request.operands);
-  Write(&all, ModulesToWrite(&all, request, operands), result);
+  Write(&all, EachOnce(operands), request, result);
   for (const Module* operand : operands) {
     result->operandNames.push_back(operand == nullptr ? "" : operand->name);
     if (operand == nullptr) result->state = JobState::kStopped;

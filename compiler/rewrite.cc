@@ -7,9 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "compiler/conditions.h"
+#include "compiler/condition_words.h"
 #include "compiler/data_lookup.h"
-#include "compiler/deviations.h"
 #include "compiler/identities.h"
 #include "compiler/node_kind.h"
 #include "compiler/path.h"
@@ -169,8 +168,7 @@ void RewriteArguments(Output* out) {
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     xmlNode* outside = NextOutside(root, s);
     if (IsCondition(s)) {
-      // What a deviation deletes is written as its target has it.
-      if (!RewriteDeletedMust(out, s)) RewriteCondition(out, s);
+      TranslateCondition(out, s);
       s = outside;
       continue;
     }

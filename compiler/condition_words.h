@@ -10,7 +10,7 @@ namespace compiler {
 
 // Rewrites the condition where it stands, joined with those before it. It may leave the
 // tree.
-void RewriteCondition(Output* out, xmlNode* statement);
+void TranslateCondition(Output* out, xmlNode* statement);
 
 // Rewrites the argument of `path`: each step with a prefix, no blanks.
 void RewritePath(Output* out, xmlNode* path);

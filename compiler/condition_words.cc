@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/conditions.h"
+#include "compiler/condition_words.h"
 
 #include <vector>
 
@@ -45,7 +45,7 @@ FoundNode ContextOf(Output* out, const xmlNode* statement) {
 void ReportUnknown(Output* out, const xmlNode* statement,
                    const std::vector<UnknownPrefix>& unknown) {
   for (const UnknownPrefix& one : unknown) {
-    AddFinding(out->all->report, Severity::kError, kConditionClass, statement,
+    AddFinding(&out->report, Severity::kError, kConditionClass, statement,
                "the prefix \"" + one.prefix + "\" is not known", "import its module");
   }
 }
@@ -126,12 +126,12 @@ std::string CanonicalCondition(const xmlNode* statement) {
   return RenamePrefixes(xpath, rules, &unknown);
 }
 
-void RewriteCondition(Output* out, xmlNode* statement) {
+void TranslateCondition(Output* out, xmlNode* statement) {
   const char* text = ArgumentOf(statement);
   Xpath xpath;
   XpathError error;
   if (text == nullptr || !ParseXpath(text, &xpath, &error)) {
-    AddFinding(out->all->report, Severity::kError, kConditionClass, statement,
+    AddFinding(&out->report, Severity::kError, kConditionClass, statement,
                "the condition does not parse: " + error.message);
     if (StatementOf(statement)->handedDown) RemoveStatement(statement);
     return;
