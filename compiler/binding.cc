@@ -137,6 +137,20 @@ void MarkArgument(xmlNode* element, const ExtensionForm& form) noexcept {
   if (View(first->name) == form.argument && first->ns == element->ns) first->_private = nullptr;
 }
 
+// In YIN a statement may have been read with text, which only an argument holds. True
+// when it was more than blanks.
+bool DropText(xmlNode* element) noexcept {
+  bool dropped = false;
+  xmlNode* next = nullptr;
+  for (xmlNode* node = element->children; node != nullptr; node = next) {
+    next = node->next;
+    if (node->type != XML_TEXT_NODE) continue;
+    dropped = dropped || View(node->content).find_first_not_of(" \t\r\n") != std::string::npos;
+    RemoveStatement(node);
+  }
+  return dropped;
+}
+
 // What is wrong with the instance's argument, or empty.
 std::string ArgumentFault(const xmlNode* element, const ExtensionForm& form) {
   const bool given = ArgumentOf(element) != nullptr;
@@ -164,6 +178,9 @@ bool BindTo(Binder* b, const ExtensionInstance& instance, Module* target) {
     FormArgument(b, element, form);
   } else {
     MarkArgument(element, form);
+    if (DropText(element))
+      AddFinding(b->report, Severity::kError, kExtensionClass, element,
+                 FullName(instance) + " holds text", "only its argument may");
   }
   StatementOf(element)->argumentIsElement = form.argumentIsElement;
   const std::string fault = ArgumentFault(element, form);
