@@ -39,7 +39,7 @@ const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element) {
 }
 
 // Bound to "xml" everywhere, without a declaration.
-static constexpr char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
+constexpr char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
 
 static bool HasPrefix(const xmlNs* ns, const char* prefix, size_t length) {
   if (ns->prefix == nullptr || ns->href == nullptr) return false;

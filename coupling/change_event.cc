@@ -22,7 +22,7 @@
 #include "schema/module_registry.h"
 #include "schema/target_path.h"
 
-static constexpr QmsCoupleEvtFunc g_qmsCoupleEvtProcTbl[][2] = {
+constexpr QmsCoupleEvtFunc g_qmsCoupleEvtProcTbl[][2] = {
     {QMS_MOD_CoupleAugmentFromDepMods, QMS_MOD_UnCoupleAugmentFromDepMods},
     {QMS_MOD_CoupleDeviationFromDepMods, QMS_MOD_UnCoupleDeviationFromDepMods},
 };
@@ -34,14 +34,13 @@ static bool TargetsModule(const char* path, const char* modName) {
   return GetTargetModuleName(path, target) && RTK_StrCmp(target, modName) == 0;
 }
 
-extern "C" {
-
 uint32_t QMS_MOD_CoupleAugmentFromDepMods(QmCtx* ctx, const char* /*changedModName*/,
                                           const char* dependentModName, uintptr_t /*arg*/) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, dependentModName);
   if (module == nullptr) return QM_FAILED;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
     static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
+  }
   return QM_OK;
 }
 
@@ -49,9 +48,11 @@ uint32_t QMS_MOD_UnCoupleAugmentFromDepMods(QmCtx* ctx, const char* changedModNa
                                             const char* dependentModName, uintptr_t /*arg*/) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, dependentModName);
   if (module == nullptr) return QM_FAILED;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
-    if (TargetsModule(augment->name, changedModName))
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
+    if (TargetsModule(augment->name, changedModName)) {
       static_cast<void>(QMS_NODE_UnCoupleAugmentNode(augment));
+    }
+  }
   return QM_OK;
 }
 
@@ -59,8 +60,9 @@ uint32_t QMS_MOD_CoupleDeviationFromDepMods(QmCtx* ctx, const char* /*changedMod
                                             const char* dependentModName, uintptr_t /*arg*/) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, dependentModName);
   if (module == nullptr) return QM_FAILED;
-  for (uint32_t i = 0; i < module->deviationCount; ++i)
+  for (uint32_t i = 0; i < module->deviationCount; ++i) {
     static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
+  }
   return QM_OK;
 }
 
@@ -70,8 +72,9 @@ uint32_t QMS_MOD_UnCoupleDeviationFromDepMods(QmCtx* ctx, const char* changedMod
   if (module == nullptr) return QM_FAILED;
   for (uint32_t i = 0; i < module->deviationCount; ++i) {
     QmsDeviation* deviation = &module->deviations[i];
-    if (TargetsModule(deviation->targetPath, changedModName))
+    if (TargetsModule(deviation->targetPath, changedModName)) {
       deviation->flags = static_cast<uint16_t>(deviation->flags & ~QMS_DEVIATION_APPLIED);
+    }
   }
   return QM_OK;
 }
@@ -97,5 +100,3 @@ uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uin
   }
   return QM_OK;
 }
-
-}  // extern "C"

@@ -10,15 +10,13 @@
 #include "coupling/couple_augment.h"
 #include "coupling/couple_deviation.h"
 
-extern "C" {
-
 uint32_t QMS_LOADER_CoupleModRemainNodesToTgt(QmsModule* module) {
   if (module == nullptr) return QM_INVALID;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
     static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
-  for (uint32_t i = 0; i < module->deviationCount; ++i)
+  }
+  for (uint32_t i = 0; i < module->deviationCount; ++i) {
     static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
+  }
   return QM_OK;
 }
-
-}  // extern "C"

@@ -35,8 +35,9 @@ static QmsNode* FindCouplingTarget(const QmsNode* augment) {
 
 // An augment below itself would cut its subtree off and tie it into a ring.
 static bool LiesInside(const QmsNode* node, const QmsNode* augment) {
-  for (; node != nullptr; node = node->parent)
+  for (; node != nullptr; node = node->parent) {
     if (node == augment) return true;
+  }
   return false;
 }
 
@@ -72,24 +73,25 @@ static uint32_t CoupleAndRelate(QmCtx* ctx, QmsModule* module, QmsNode* augment)
   char target[kQmsNameSize] = "";
   if (!GetTargetModuleName(augment->name, target)) return QM_INVALID;
   static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
-  if (RTK_StrCmp(target, module->name) != 0)
+  if (RTK_StrCmp(target, module->name) != 0) {
     return QM_CTX_AddTwoModRelation(ctx, target, module->name, QM_RELATION_AUGMENT);
+  }
   return EndSelfAugment(module, augment);
 }
-
-extern "C" {
 
 void QMS_NODE_NotifyAugmentFirstChildNodeRelink(QmsNode* firstChild) {
   if (firstChild == nullptr) return;
   QmCtx* ctx = NodeCtx(firstChild);
-  if (ctx != nullptr && ctx->firstAugChildRelinkFunc != nullptr)
+  if (ctx != nullptr && ctx->firstAugChildRelinkFunc != nullptr) {
     ctx->firstAugChildRelinkFunc(ctx, firstChild);
+  }
 }
 
 QmsNode* QMS_NODE_GetAugRpcParentNodeAndChildType(QmCtx* ctx, const char* parentPath,
                                                   const char* lastStep, uint32_t* kind) {
-  if (ctx == nullptr || parentPath == nullptr || lastStep == nullptr || kind == nullptr)
+  if (ctx == nullptr || parentPath == nullptr || lastStep == nullptr || kind == nullptr) {
     return nullptr;
+  }
   if (RTK_StrCmp(lastStep, "input") == 0) {
     *kind = QMS_NODE_INPUT;
   } else if (RTK_StrCmp(lastStep, "output") == 0) {
@@ -171,8 +173,9 @@ uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* ta
 }
 
 uint32_t QMS_NODE_UnCoupleAugmentNode(QmsNode* augment) {
-  if (augment == nullptr || !IsCoupledAugment(augment) || NodeCtx(augment) == nullptr)
+  if (augment == nullptr || !IsCoupledAugment(augment) || NodeCtx(augment) == nullptr) {
     return QM_INVALID;
+  }
   QmsNode* target = QM_CTX_GetTargetNode(NodeCtx(augment), augment->name, nullptr);
   if (target == nullptr) return QM_INVALID;
   const uint32_t ret = QMS_NODE_UnCoupleAugmentNodeAndTargetNode(augment, target);
@@ -235,5 +238,3 @@ uint32_t QMS_LOADER_CoupleSelfAugmentNode(QmCtx* ctx, QmsModule* module) {
   }
   return QM_OK;
 }
-
-}  // extern "C"

@@ -28,18 +28,20 @@
 using DeviateFunc = uint32_t (*)(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
 
 // By QmsDeviateKind. "not-supported" needs more than these get.
-static constexpr DeviateFunc kDeviateFuncs[] = {nullptr, QMS_MOD_CoupleDevAdd, QMS_MOD_CoupleDevDel,
-                                                nullptr, QMS_MOD_CoupleDevRepl};
+constexpr DeviateFunc kDeviateFuncs[] = {nullptr, QMS_MOD_CoupleDevAdd, QMS_MOD_CoupleDevDel,
+                                         nullptr, QMS_MOD_CoupleDevRepl};
 static_assert(std::size(kDeviateFuncs) == QMS_DEVIATE_REPLACE + 1, "one function per kind");
 
 static uint32_t ApplyDeviate(QmsModule* module, QmsNode* target, QmsNode* augment,
                              const QmsDeviation* deviation, QmsDeviate* deviate) {
   const uint32_t ret = QMS_MOD_RefreshDeviateDefaults(module, target, deviate);
   if (ret != QM_OK) return ret;
-  if (deviate->kind == QMS_DEVIATE_NOT_SUPPORTED)
+  if (deviate->kind == QMS_DEVIATE_NOT_SUPPORTED) {
     return QMS_MOD_CoupleDevNotSup(target, augment, module->name, deviation->targetPath);
-  if (deviate->kind >= std::size(kDeviateFuncs) || kDeviateFuncs[deviate->kind] == nullptr)
+  }
+  if (deviate->kind >= std::size(kDeviateFuncs) || kDeviateFuncs[deviate->kind] == nullptr) {
     return QM_FAILED;
+  }
   return kDeviateFuncs[deviate->kind](module, target, deviate);
 }
 
@@ -47,10 +49,12 @@ static uint32_t ApplyDeviate(QmsModule* module, QmsNode* target, QmsNode* augmen
 // begins or ends. A path may reach it without naming the augment, so all the
 // augments of its module are looked at.
 static void TakeOutOfRuns(QmsNode* node, QmsNode* augment) {
-  if (augment != nullptr && IsCoupledAugment(augment))
+  if (augment != nullptr && IsCoupledAugment(augment)) {
     QMS_NODE_RemoveCoupledAugmentNodeChildLink(augment, node);
-  for (QmsNode* other = node->module->augmentNodes; other != nullptr; other = other->next)
+  }
+  for (QmsNode* other = node->module->augmentNodes; other != nullptr; other = other->next) {
     if (IsCoupledAugment(other)) QMS_NODE_RemoveCoupledAugmentNodeChildLink(other, node);
+  }
 }
 
 // True when `path` is the deviation's path or goes on below it.
@@ -82,8 +86,6 @@ static uint32_t RemoveAugmentsOfModules(QmCtx* ctx, const char* const* names, ui
   }
   return QM_OK;
 }
-
-extern "C" {
 
 uint32_t QMS_NODE_NotifyBeforeDeviateNotSupport(QmsNode* target, QmsNode* /*augment*/,
                                                 const char* deviatingModName,
@@ -124,8 +126,9 @@ uint32_t QMS_MOD_RemoveAllModAugmentStartsWithDeviationPath(QmsModule* targetMod
   uint32_t ret = QM_CTX_CollectDepModNamesRecursive(ctx, targetModule->name, QM_RELATION_AUGMENT,
                                                     &names, &count);
   const QmHeld<const char*> held(names);
-  if (ret == QM_OK)
+  if (ret == QM_OK) {
     ret = RemoveAugmentsOfModules(ctx, names, count, deviatingModName, deviationPath);
+  }
   SettleForgottenRuns(ctx);
   return ret;
 }
@@ -178,5 +181,3 @@ uint32_t QMS_LOADER_CoupleDeviationAndGenRelation(QmCtx* ctx, QmsModule* module)
   }
   return QM_OK;
 }
-
-}  // extern "C"

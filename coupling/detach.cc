@@ -17,7 +17,7 @@
 #include "schema/node_link.h"
 
 // A private mark of augment nodes, set only while a subtree is being removed.
-static constexpr uint32_t kRunForgotten = 1u << 31;
+constexpr uint32_t kRunForgotten = 1u << 31;
 
 // Calls `visit(augment)` for every coupled augment of every module.
 template <typename Visit>
@@ -25,8 +25,9 @@ static void ForEachCoupledAugment(QmCtx* ctx, Visit visit) {
   for (void* record = RTK_AVL3_First(&ctx->modByName); record != nullptr;
        record = RTK_AVL3_Next(&ctx->modByName, record)) {
     const auto* module = static_cast<const QmsModule*>(record);
-    for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
+    for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
       if (IsCoupledAugment(augment)) visit(augment);
+    }
   }
 }
 
@@ -36,8 +37,9 @@ static QmsNode* RunTarget(const QmsNode* augment) {
 }
 
 static bool RunLiesBelow(const QmsNode* augment, const QmsNode* top) {
-  for (const QmsNode* node = RunTarget(augment); node != nullptr; node = node->parent)
+  for (const QmsNode* node = RunTarget(augment); node != nullptr; node = node->parent) {
     if (node == top) return true;
+  }
   return false;
 }
 
@@ -90,8 +92,9 @@ void SettleForgottenRuns(QmCtx* ctx) {
 
 void DetachModuleAugments(QmCtx* ctx, QmsModule* module) {
   if (ctx == nullptr || module == nullptr) return;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next)
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
     if (IsCoupledAugment(augment)) ForceDetach(augment);
+  }
   // Foreign nodes in the trees of the module hang directly under one of its own
   // nodes; what lies deeper goes with them.
   ForEachCoupledAugment(ctx, [module](QmsNode* augment) {

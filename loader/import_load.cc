@@ -36,8 +36,6 @@ static void CoupleRemainAndNotify(QmCtx* ctx, QmsModule* remaining, const char* 
   static_cast<void>(QMS_MOD_NotifyModuleChangeEvent(ctx, eventModule, QMS_EVENT_COUPLE, 0));
 }
 
-extern "C" {
-
 uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
                                                 const char* modName) {
   const QmsModule* module = QM_CTX_GetModuleByModName(ctx, modName);
@@ -73,5 +71,3 @@ uint32_t QMS_LOADER_LoadModuleImportedNames(QmCtx* ctx, const char* modName) {
   QMS_LOADER_DeInitModPendTbl(&tbl);
   return ret;
 }
-
-}  // extern "C"

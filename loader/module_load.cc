@@ -22,7 +22,7 @@
 #include "yin/header.h"
 #include "yin/reader.h"
 
-static constexpr uint8_t kFilesPerLoad = 10;
+constexpr uint8_t kFilesPerLoad = 10;
 
 QmsModule* QMS_LOADER_ReadFilePathToQmMod(QmCtx* ctx, const char* path, const char* modName,
                                           QmsLoadAssister* assister) {
@@ -81,8 +81,10 @@ static void ReadAllParts(QmCtx* ctx, QmsPathCollection* files, QmsLoadAssister* 
   for (;;) {
     const QmsPathObj* file = QMS_LOADER_GetNextPathObjToProc(files, assister);
     if (file == nullptr) return;
-    if (QMS_LOADER_LoadModuleByPath(ctx, file->path, assister->modName, assister, module) != QM_OK)
+    if (QMS_LOADER_LoadModuleByPath(ctx, file->path, assister->modName, assister, module) !=
+        QM_OK) {
       return;
+    }
     QMS_LOADER_ResetCurrentLoadingSuffix(assister);
   }
 }

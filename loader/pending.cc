@@ -36,8 +36,6 @@ QmsModPendNode* NextModPendNode(const QmsModPendTbl* tbl, const QmsModPendNode* 
   return NodeOrEnd(tbl, node->link.next);
 }
 
-extern "C" {
-
 void QMS_LOADER_InitModPendTbl(QmsModPendTbl* tbl) {
   ListInit(&tbl->nodes);
 }
@@ -61,8 +59,9 @@ QmsModPendNode* QMS_LOADER_AddModPendNode(QmsModPendTbl* tbl, const char* name) 
 QmsModPendNode* QMS_LOADER_FindModPendNodeByName(QmsModPendTbl* tbl, const char* name) {
   if (name == nullptr) return nullptr;
   for (QmsModPendNode* node = FirstModPendNode(tbl); node != nullptr;
-       node = NextModPendNode(tbl, node))
+       node = NextModPendNode(tbl, node)) {
     if (RTK_StrCmp(node->modName, name) == 0) return node;
+  }
   return nullptr;
 }
 
@@ -103,5 +102,3 @@ uint32_t QMS_LOADER_SaveEnabledFeatureToPendNode(QmsModule* module, QmsModPendNo
   }
   return QM_OK;
 }
-
-}  // extern "C"

@@ -37,8 +37,6 @@ static uint32_t UpdateTreeDerivedCb(QmsNode* node, uint32_t /*travType*/, void* 
   return QM_NODE_TreeScanAllNode(node, QMS_LOADER_ImplUpdateNodeLeafDerivedCb, arg);
 }
 
-extern "C" {
-
 uint32_t QMS_LOADER_ImplUpdateNodeLeafDerivedCb(QmsNode* node, uint32_t travType, void* /*arg*/) {
   if (travType == QMS_TRAV_PARENT) return QM_OK;  // seen on the way down
   QmtType* type = QMS_NODE_GetLeafSchemaRealType(node);
@@ -99,5 +97,3 @@ uint32_t QMS_LOADER_AppendModuleToCtx(QmCtx* ctx, QmsModule* module, QmsLoadAssi
   static_cast<void>(QMS_LOADER_SaveSuccLoadingSuffix(module, assister));
   return QM_OK;
 }
-
-}  // extern "C"

@@ -62,8 +62,6 @@ static uint32_t RemovePendingModule(QmCtx* ctx, QmsModPendNode* node) {
   return QM_OK;
 }
 
-extern "C" {
-
 uint32_t QMS_LOADER_CheckRelTblHaveDevByWithSameName(const QmCtxModRelTbl* tbl,
                                                      const char* srcModName) {
   for (const QmListLink* link = tbl->items.next; link != &tbl->items; link = link->next) {
@@ -197,5 +195,3 @@ uint32_t QMS_LOADER_UnloadModuleProc(QmCtx* ctx, const char* modName) {
   QM_CTX_DeleteErrNodeByModName(ctx->errMng, modName);
   return QM_OK;
 }
-
-}  // extern "C"
