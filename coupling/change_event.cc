@@ -6,6 +6,9 @@
 // to let go. The items are visited in list order, the one recorded last first,
 // so that a deviation may come before the augment that brings its target; it
 // then waits for the next event.
+//
+// An augment or a deviation whose target is not there is no error: it waits, and
+// is tried again whenever a module is loaded that may have brought the target.
 
 #include "coupling/change_event.h"
 
@@ -15,7 +18,6 @@
 
 #include "context/list.h"
 #include "context/relation.h"
-#include "coupling/couple.h"
 #include "coupling/couple_augment.h"
 #include "coupling/couple_deviation.h"
 #include "platform/string.h"
@@ -97,6 +99,17 @@ uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uin
     const QmCtxModRelItem* item = RecordOf<QmCtxModRelItem>(link);
     const QmsCoupleEvtFunc handler = QMS_MOD_GetCoupleEvtProcFunc(item->relType, event);
     if (handler != nullptr) static_cast<void>(handler(ctx, moduleName, item->srcModName, arg));
+  }
+  return QM_OK;
+}
+
+uint32_t QMS_LOADER_CoupleModRemainNodesToTgt(QmsModule* module) {
+  if (module == nullptr) return QM_INVALID;
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
+    static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
+  }
+  for (uint32_t i = 0; i < module->deviationCount; ++i) {
+    static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
   }
   return QM_OK;
 }

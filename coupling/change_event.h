@@ -35,4 +35,8 @@ QmsCoupleEvtFunc QMS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t ev
 uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uint32_t event,
                                          uintptr_t arg);
 
+// Tries every augment that is not coupled and every deviation that is not
+// applied; those that fail go on waiting. 22 for NULL.
+uint32_t QMS_LOADER_CoupleModRemainNodesToTgt(QmsModule* module);
+
 QM_END_INTERNAL_DECLS

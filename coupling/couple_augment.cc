@@ -15,7 +15,6 @@
 #include "context/guard.h"
 #include "context/relation.h"
 #include "context/string.h"
-#include "coupling/couple.h"
 #include "coupling/detach.h"
 #include "platform/string.h"
 #include "schema/inherit.h"

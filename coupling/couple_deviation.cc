@@ -15,7 +15,6 @@
 
 #include "context/guard.h"
 #include "context/relation.h"
-#include "coupling/couple.h"
 #include "coupling/couple_augment.h"
 #include "coupling/detach.h"
 #include "platform/string.h"

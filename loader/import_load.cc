@@ -11,7 +11,6 @@
 #include <qmodel/error.h>
 
 #include "coupling/change_event.h"
-#include "coupling/couple.h"
 #include "loader/module_load.h"
 #include "loader/pending.h"
 #include "schema/module_registry.h"

@@ -22,7 +22,6 @@
 #include "context/load_error.h"
 #include "context/relation.h"
 #include "coupling/change_event.h"
-#include "coupling/couple.h"
 #include "coupling/couple_augment.h"
 #include "loader/module_end.h"
 #include "loader/pending.h"

@@ -8,7 +8,6 @@
 
 #include "context/dict.h"
 #include "context/relation.h"
-#include "coupling/couple.h"
 #include "loader/import_load.h"
 #include "loader/pending.h"
 #include "tests/support/coupling.h"

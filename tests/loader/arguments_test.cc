@@ -15,7 +15,7 @@
 
 #include "context/memory.h"
 #include "context/relation.h"
-#include "coupling/couple.h"
+#include "coupling/change_event.h"
 #include "coupling/couple_augment.h"
 #include "coupling/couple_deviation.h"
 #include "loader/pending.h"
