@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include "platform/string.h"
+
 // The attributes of an element; other kinds of nodes have none, and some of them
 // are records of another shape.
 static const xmlAttr* FirstAttribute(const xmlNode* element) {
@@ -27,7 +29,7 @@ const char* QM_XML_GetFirstPropertyValue(const xmlNode* element) {
 const char* QM_XML_GetTargetPropertyValue(const xmlNode* element, const char* name) {
   if (name == nullptr) return nullptr;
   const xmlAttr* attribute = FirstAttribute(element);
-  while (attribute != nullptr && std::strcmp(XmlText(attribute->name), name) != 0) {
+  while (attribute != nullptr && RTK_StrCmp(XmlText(attribute->name), name) != 0) {
     attribute = attribute->next;
   }
   return AttributeText(attribute);
@@ -46,7 +48,7 @@ static bool HasPrefix(const xmlNs* ns, const char* prefix, size_t length) {
   const char* own = XmlText(ns->prefix);
   // The first character tells most of them apart without a call.
   if (length != 0 && own[0] != prefix[0]) return false;
-  return std::strncmp(own, prefix, length) == 0 && own[length] == '\0';
+  return RTK_StrNCmp(own, prefix, length) == 0 && own[length] == '\0';
 }
 
 static const xmlNs* FindDeclaration(const xmlNode* element, const char* prefix, size_t length) {

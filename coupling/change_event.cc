@@ -36,13 +36,24 @@ static bool TargetsModule(const char* path, const char* modName) {
   return GetTargetModuleName(path, target) && RTK_StrCmp(target, modName) == 0;
 }
 
+// What fails goes on waiting.
+static void CoupleAugmentsOf(QmsModule* module) {
+  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
+    static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
+  }
+}
+
+static void CoupleDeviationsOf(QmsModule* module) {
+  for (uint32_t i = 0; i < module->deviationCount; ++i) {
+    static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
+  }
+}
+
 uint32_t QMS_MOD_CoupleAugmentFromDepMods(QmCtx* ctx, const char* /*changedModName*/,
                                           const char* dependentModName, uintptr_t /*arg*/) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, dependentModName);
   if (module == nullptr) return QM_FAILED;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
-    static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
-  }
+  CoupleAugmentsOf(module);
   return QM_OK;
 }
 
@@ -62,9 +73,7 @@ uint32_t QMS_MOD_CoupleDeviationFromDepMods(QmCtx* ctx, const char* /*changedMod
                                             const char* dependentModName, uintptr_t /*arg*/) {
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, dependentModName);
   if (module == nullptr) return QM_FAILED;
-  for (uint32_t i = 0; i < module->deviationCount; ++i) {
-    static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
-  }
+  CoupleDeviationsOf(module);
   return QM_OK;
 }
 
@@ -105,11 +114,7 @@ uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uin
 
 uint32_t QMS_LOADER_CoupleModRemainNodesToTgt(QmsModule* module) {
   if (module == nullptr) return QM_INVALID;
-  for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
-    static_cast<void>(QMS_NODE_CoupleAugmentNode(augment));
-  }
-  for (uint32_t i = 0; i < module->deviationCount; ++i) {
-    static_cast<void>(QMS_MOD_CoupleDeviation(module, &module->deviations[i]));
-  }
+  CoupleAugmentsOf(module);
+  CoupleDeviationsOf(module);
   return QM_OK;
 }

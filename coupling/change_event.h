@@ -32,6 +32,8 @@ uint32_t QMS_MOD_UnCoupleDeviationFromDepMods(QmCtx* ctx, const char* changedMod
 // The handler for a QmRelationKind and a QmsModuleEvent; NULL for any other numbers.
 QmsCoupleEvtFunc QMS_MOD_GetCoupleEvtProcFunc(uint32_t relationKind, uint32_t event);
 
+// Calls the handler of every relation of the module, the one recorded last first,
+// whatever they answer. Always 0; nothing is done for NULL or a name without relations.
 uint32_t QMS_MOD_NotifyModuleChangeEvent(QmCtx* ctx, const char* moduleName, uint32_t event,
                                          uintptr_t arg);
 

@@ -49,6 +49,9 @@ uint32_t QMS_LOADER_CoupleSelfAugmentNode(QmCtx* ctx, QmsModule* module);
 // alone; not coupled, they are freed with it, since nothing could find them.
 void QMS_LOADER_DestroySelfAugNode(QmsNode* augment);
 
+// Looks the target up and moves the children back; the augment is pending again. 22
+// when it is not coupled or in no context, or when the target is not found or does not
+// hold the children.
 uint32_t QMS_NODE_UnCoupleAugmentNode(QmsNode* augment);
 
 QM_END_INTERNAL_DECLS

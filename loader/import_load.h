@@ -6,7 +6,7 @@
 #include "loader/pending.h"
 #include "yin/records.h"
 
-// The walk over the imports is QMS_LOADER_LoadModuleImportedNames.
+// Loading what a loaded module imports, and the steps of it.
 
 QM_BEGIN_INTERNAL_DECLS
 
@@ -20,6 +20,10 @@ uint32_t QMS_LOADER_AppendQmModImportsAsPending(QmCtx* ctx, QmsModPendTbl* tbl,
 uint32_t QMS_LOADER_CoupleModPendTblAndCurMod(QmCtx* ctx, const char* moduleName,
                                               QmsModPendTbl* tbl);
 
+// Loads every module that the named one imports, directly or not, and couples what was
+// loaded, also after a failure. 0, or the status of the first step that fails: 2 when the
+// module is not loaded, 12 when an import cannot be kept pending, what
+// QMS_LOADER_LoadModuleByModName answers for an import. What was loaded stays.
 uint32_t QMS_LOADER_LoadModuleImportedNames(QmCtx* ctx, const char* modName);
 
 QM_END_INTERNAL_DECLS

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The entry points of loading and unloading. They check their
-// arguments, call the layer above, and settle what a client sees of it.
-#include <cstring>
-
+// The entry points of loading and unloading. They check their arguments, let the files
+// beside this one do the work, and settle what a client sees of it: a load error for
+// every failed load, and the word to the modules that waited for the new one.
 #include <qmodel/schema.h>
 
 #include "context/guard.h"
@@ -14,15 +13,14 @@
 #include "loader/module_load.h"
 #include "loader/register.h"
 #include "loader/unload.h"
+#include "platform/string.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
 #include "yin/header.h"
 
-constexpr uint32_t kCoupleEvent = 0;
-
 // Lets the modules already loaded couple to the new one.
 static void AnnounceModule(QmCtx* ctx, const char* modName) {
-  static_cast<void>(QMS_MOD_NotifyModuleChangeEvent(ctx, modName, kCoupleEvent, 0));
+  static_cast<void>(QMS_MOD_NotifyModuleChangeEvent(ctx, modName, QMS_EVENT_COUPLE, 0));
 }
 
 uint32_t QM_CTX_LoadModule(QmCtx* ctx, const char* modName) noexcept {
@@ -59,7 +57,7 @@ static QmsModule* BuildModule(QmCtx* ctx, xmlDoc* doc) {
 
 uint32_t QM_CTX_LoadMemory(QmCtx* ctx, const char* yinText) noexcept {
   if (ctx == nullptr || yinText == nullptr) return QM_INVALID;
-  xmlDoc* doc = ParseXmlText(yinText, std::strlen(yinText));
+  xmlDoc* doc = ParseXmlText(yinText, RTK_StrLen(yinText));
   if (doc == nullptr) return QM_INVALID;
   QmsModule* module = BuildModule(ctx, doc);
   if (module == nullptr) return QM_FAILED;

@@ -30,7 +30,8 @@ uint32_t QMS_LOADER_CheckRelTblHaveDevByWithSameName(const QmCtxModRelTbl* tbl,
 uint32_t QMS_LOADER_UnloadModDeviation(QmCtx* ctx, QmsModule* module, QmsModPendTbl* tbl);
 
 // Takes the augments of the module, and those of others in it, out of their
-// targets; nothing for a module that is not loaded.
+// targets; nothing for a module that is not loaded. The second is its first half: the
+// module's own, with their relations. 22 for an augment whose path names no module.
 uint32_t QMS_LOADER_ProcModuleAugAndRelationUncouple(QmCtx* ctx, const char* name);
 uint32_t QMS_LOADER_UnloadSelfModAugmentAndRelation(QmCtx* ctx, QmsModule* module);
 
@@ -42,6 +43,9 @@ uint32_t QMS_LOADER_UnloadModRemoveProc(QmCtx* ctx, QmsModPendTbl* tbl);
 uint32_t QMS_LOADER_ReloadRelatedMod(QmCtx* ctx, QmsModPendTbl* tbl);
 uint32_t QMS_LOADER_EnableReloadModFeature(QmCtx* ctx, QmsModPendNode* node);
 
+// Unloads the named module, and loads those again that have to come back. For one that
+// is not loaded only its load errors go. 0; 12 or 22 of a step before the reload; any
+// other value when a module or a feature did not come back.
 uint32_t QMS_LOADER_UnloadModuleProc(QmCtx* ctx, const char* modName);
 
 QM_END_INTERNAL_DECLS

@@ -32,6 +32,13 @@ struct LinkTraits {
   static balance positive() { return 2; }
 };
 
+// Where a key is, or where it would hang.
+struct Place {
+  RtkAvl3Link* equal;   // the record with this key, or NULL
+  RtkAvl3Link* parent;  // else the future parent, NULL in an empty tree
+  bool isLeft;          // and the side below it
+};
+
 using Algorithms = boost::intrusive::avltree_algorithms<LinkTraits>;
 
 }  // namespace
@@ -52,13 +59,6 @@ static const void* KeyOf(const RtkAvl3Tree* tree, const void* record) {
 static bool IsUsable(const RtkAvl3Tree* tree) {
   return tree->info != nullptr;
 }
-
-// Where a key is, or where it would hang.
-struct Place {
-  RtkAvl3Link* equal;   // the record with this key, or NULL
-  RtkAvl3Link* parent;  // else the future parent, NULL in an empty tree
-  bool isLeft;          // and the side below it
-};
 
 static Place FindPlace(const RtkAvl3Tree* tree, const void* key) {
   Place place{nullptr, nullptr, true};

@@ -14,12 +14,15 @@
 
 constexpr size_t kBoundsMaxSize = SIZE_MAX >> 1;
 
+// Copies a block.
 int32_t memcpy_s(void* dest, size_t destSize, const void* src, size_t count);
 // On a count that is too large the whole destination is set to `value`.
 int32_t memset_s(void* dest, size_t destSize, int value, size_t count);
+// Copies a text with its NUL.
 int32_t strcpy_s(char* dest, size_t destSize, const char* src);
 // Copies `count` characters at most and always ends the text.
 int32_t strncpy_s(char* dest, size_t destSize, const char* src, size_t count);
+// Appends a text to the one that `dest` holds.
 int32_t strcat_s(char* dest, size_t destSize, const char* src);
 
 // Prints a text that must fit whole. The number of characters written, or -1

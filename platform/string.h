@@ -25,6 +25,7 @@ extern "C" {
 int32_t RTK_StrCmp(const char* a, const char* b);
 int32_t RTK_StrNCmp(const char* a, const char* b, size_t n);
 
+// The bytes before the NUL.
 size_t RTK_StrLen(const char* str);
 
 // The first or last `c`, or the first `sub`, in `str`; NULL when there is none.

@@ -12,7 +12,6 @@ import re
 import sys
 
 
-
 def parse_layers(text):
     """The folders that a text in the form of cmake/layers.txt lists, bottom up."""
     lines = [line.strip() for line in text.splitlines()]
@@ -22,9 +21,6 @@ def parse_layers(text):
 FOLDERS = parse_layers((pathlib.Path(__file__).resolve().parents[1] / "cmake" / "layers.txt")
                        .read_text(encoding="utf-8"))
 RANK = {name: rank for rank, name in enumerate(FOLDERS)}
-# What the loader needs of xpath/: the tokenizer, the splitting of target paths,
-# and their records.
-XPATH_TOKEN_STEMS = {"token", "target_path", "records"}
 # Header-only code that one file may use.
 ONLY_IN = {"boost/": "platform/avl.cc"}
 
