@@ -5,7 +5,6 @@
 // refused leaves two messages: what exactly was refused, then which step failed.
 // A property changed before stays changed: there is no way back, and the
 // deviation is tried again as a whole when its target is loaded again.
-
 #include "schema/deviate.h"
 
 #include <qmodel/error.h>
@@ -14,7 +13,6 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "schema/deviate_step.h"
 #include "schema/inherit.h"
 #include "schema/module.h"
 #include "schema/node.h"
@@ -48,6 +46,13 @@ void RecordDeviateError(QmsModule* module, const QmsNode* target, const char* fo
 uint32_t RefuseDeviate(QmsModule* module, const QmsNode* target, const char* format) {
   RecordDeviateError(module, target, format);
   return QM_FAILED;
+}
+
+bool HasSeveralDefaults(QmsModule* module, const QmsNode* target, const QmsDeviate* deviate,
+                        const char* format) {
+  if (deviate->defaultCount <= 1) return false;
+  RecordDeviateError(module, target, format);
+  return true;
 }
 
 bool CarriesFlags(const QmsDeviate* deviate) {
@@ -123,8 +128,6 @@ static uint32_t RewriteDefaults(QmsModule* module, QmsDeviate* deviate) {
   return QM_OK;
 }
 
-extern "C" {
-
 uint32_t QMS_MOD_RefreshDeviateDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
   // A deviate is applied again whenever its target is loaded again. By then its
   // values carry module names, which are no prefixes.
@@ -142,5 +145,3 @@ uint32_t QMS_NODE_NotifyBeforeExtInstsChange(QmsNode* node) {
   if (ctx == nullptr || ctx->beforeDeviateExtInstFunc == nullptr) return QM_OK;
   return ctx->beforeDeviateExtInstFunc(ctx, node);
 }
-
-}  // extern "C"

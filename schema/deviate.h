@@ -1,60 +1,93 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 #include "context/internal.h"
 #include "schema/records.h"
 
-// Applying deviates to their target. All functions take (deviating module,
-// target node, deviate) and return 0, 1 for a refused change or 12 without
-// memory. What was refused is recorded against the deviating module. What was
-// changed before a failure stays changed.
+// What the deviates "add", "delete" and "replace" share: a deviate is a table of
+// steps, one for each property, of which only those are taken that the deviate
+// carries. Every deviate and every step takes (deviating module, target node,
+// deviate) and gives 0, 1 for a refused change or 12 without memory. What was
+// refused is recorded against the deviating module; what was changed before a
+// failure stays changed.
+
+using QmsDeviateStepFunc = uint32_t (*)(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
+
+struct QmsDeviateStep {
+  bool (*carried)(const QmsDeviate* deviate);
+  QmsDeviateStepFunc apply;
+  const char* failure;  // format of the message that follows a failed step, with the node's name
+};
+
+// The functions of one step for the node kinds that can have the property.
+struct QmsDeviateKindSteps {
+  QmsDeviateStepFunc choice;
+  QmsDeviateStepFunc leaf;
+  QmsDeviateStepFunc leafList;
+};
+
+// Takes the steps in order; the first failure is recorded and returned.
+uint32_t RunDeviateSteps(const QmsDeviateStep* steps, size_t count, QmsModule* module,
+                         QmsNode* target, QmsDeviate* deviate);
+
+// Calls the function for the kind of `target`; 1 for any other kind.
+uint32_t RunDeviateStepOfKind(const QmsDeviateKindSteps& steps, QmsModule* module, QmsNode* target,
+                              QmsDeviate* deviate);
+
+// Records `format`, which takes the node's name, against the deviating module.
+void RecordDeviateError(QmsModule* module, const QmsNode* target, const char* format);
+
+// The same, giving the status of a refused change.
+uint32_t RefuseDeviate(QmsModule* module, const QmsNode* target, const char* format);
+
+// Whether the deviate has several defaults, for a node that can have only one;
+// records `format` then. Deliberate: the message is all that happens to such a
+// deviate, which goes on with its next property.
+bool HasSeveralDefaults(QmsModule* module, const QmsNode* target, const QmsDeviate* deviate,
+                        const char* format);
+
+// Which properties a deviate carries.
+bool CarriesFlags(const QmsDeviate* deviate);
+bool CarriesDefaults(const QmsDeviate* deviate);
+bool CarriesMusts(const QmsDeviate* deviate);
+bool CarriesUnits(const QmsDeviate* deviate);
+bool CarriesExtInsts(const QmsDeviate* deviate);
+bool CarriesType(const QmsDeviate* deviate);
+
+// Puts the config bits of the deviate in place of the node's, its mark of an own
+// statement included, and pushes them down the subtree.
+void TakeConfigOfDeviate(QmsNode* target, const QmsDeviate* deviate);
+
+// The units field of a leaf or leaf-list; NULL for any other node.
+const char** UnitsField(QmsNode* target);
+
+// The embedded type of a leaf or leaf-list; NULL for any other node.
+QmtType* TypeField(QmsNode* target);
+
+// The payloads, for a node whose kind is known.
+inline QmsLeaf* LeafOf(QmsNode* node) {
+  return static_cast<QmsLeaf*>(node->payload);
+}
+inline QmsLeafList* LeafListOf(QmsNode* node) {
+  return static_cast<QmsLeafList*>(node->payload);
+}
+inline QmsChoice* ChoiceOf(QmsNode* node) {
+  return static_cast<QmsChoice*>(node->payload);
+}
 
 QM_BEGIN_INTERNAL_DECLS
 
-// To be called before each deviate: rewrites the prefixes of identityref
-// defaults to module names, once. 22 when a value cannot be rewritten.
+// To be called before each deviate: rewrites the prefixes of identityref defaults
+// to module names, once. The type that decides is the one that the deviate brings,
+// else the target's. 0 also when there is nothing to rewrite; 22, with all values
+// as they were, when one cannot be rewritten or memory runs out.
 uint32_t QMS_MOD_RefreshDeviateDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
 
-// The whole deviates "add", "delete" and "replace".
-uint32_t QMS_MOD_CoupleDevAdd(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevDel(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevRepl(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-
-// The steps of "add". Each is to be called only for a deviate that carries the
-// property, and the ones named after a node kind only for that kind.
-uint32_t QMS_MOD_CoupleDevAddFlag(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_AddNodeMandatory(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevAddDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_AddChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_AddLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_AddLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevAddMusts(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevAddUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevAddExtInsts(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-
-// The steps of "delete".
-uint32_t QMS_MOD_CoupleDevDelDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_DelChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_DelLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_DelLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevDelMusts(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevDelUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevDelExtInsts(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-
-// The steps of "replace".
-uint32_t QMS_MOD_CoupleDevReplFlag(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_ReplNodeConfig(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_ReplNodeMandatory(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevReplDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_ReplChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_ReplLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_ReplLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevReplType(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-uint32_t QMS_MOD_CoupleDevReplUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate);
-
-// Tells the client that a deviation is about to change the extension instances
-// of `node`. Gives the client's answer, 0 without a hook.
+// Tells the client, by the hook of its context, that a deviation is about to
+// change the extension instances of `node`. Gives the client's answer; 0 without a
+// hook or a context, 22 for no node or one without a module.
 uint32_t QMS_NODE_NotifyBeforeExtInstsChange(QmsNode* node);
 
 QM_END_INTERNAL_DECLS

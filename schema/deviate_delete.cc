@@ -5,6 +5,7 @@
 // In an array the entries to go are cleared first and the rest is compacted at
 // the end, also when a later value is refused: what was found before it is gone,
 // and no cleared entry stays behind for others to trip over.
+#include "schema/deviate_delete.h"
 
 #include <iterator>
 
@@ -12,15 +13,34 @@
 
 #include "context/dict.h"
 #include "context/load_error.h"
-#include "context/memory.h"
 #include "schema/deviate.h"
-#include "schema/deviate_step.h"
 #include "schema/ext_inst.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
+#include "schema/record_array.h"
 
-static constexpr char kNacmModule[] = "ietf-netconf-acm";
+namespace {
+// What is recorded when the deviate has several defaults, or the node has none or
+// another one.
+struct DefaultTexts {
+  const char* several;
+  const char* absent;
+  const char* different;
+};
+}  // namespace
+
+// The default of a choice or a leaf, which have one at most.
+static uint32_t DeleteOnlyDefault(QmsModule* module, QmsNode* target, const QmsDeviate* deviate,
+                                  const char** field, const DefaultTexts& texts) {
+  if (HasSeveralDefaults(module, target, deviate, texts.several)) return QM_OK;
+  if (*field == nullptr) return RefuseDeviate(module, target, texts.absent);
+  if (!NamesEqual(*field, deviate->defaults[0])) {
+    return RefuseDeviate(module, target, texts.different);
+  }
+  ReleaseText(ModuleDict(target->module), field);
+  return QM_OK;
+}
 
 static uint32_t ReleaseMatchingDefaults(QmDict* dict, QmsLeafList* payload, const char* value) {
   uint32_t released = 0;
@@ -34,27 +54,23 @@ static uint32_t ReleaseMatchingDefaults(QmDict* dict, QmsLeafList* payload, cons
 
 // Closes the gaps that `removed` released defaults have left.
 static uint32_t CompactDefaults(QmDict* dict, QmsLeafList* payload, uint32_t removed) {
-  const uint32_t left = payload->defaultCount - removed;
   if (removed == 0) return QM_OK;
+  const uint32_t left = payload->defaultCount - removed;
   if (left != 0) return QMS_NODE_SubtractLeaflistDefaults(dict, payload, left);
-  QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
-  payload->defaults = nullptr;
-  payload->defaultCount = 0;
+  DropArrayOf(dict, &payload->defaults, &payload->defaultCount, QMS_NODE_FreeDefaults);
   return QM_OK;
 }
 
 // The same for an array of records. Without memory for the rest, nothing is left.
 template <auto Subtract, auto Free, typename Elem>
 static uint32_t CompactRecords(QmDict* dict, Elem** array, uint16_t* count, uint32_t removed) {
-  const uint32_t left = *count - removed;
-  uint32_t ret = QM_OK;
   if (removed == 0) return QM_OK;
-  if (left != 0) {
-    ret = Subtract(dict, array, *count, left);
-  } else {
-    Free(dict, *array, *count);
-    *array = nullptr;
+  const uint32_t left = *count - removed;
+  if (left == 0) {
+    DropArrayOf(dict, array, count, Free);
+    return QM_OK;
   }
+  const uint32_t ret = Subtract(dict, array, *count, left);
   *count = *array != nullptr ? static_cast<uint16_t>(left) : uint16_t{0};
   return ret;
 }
@@ -80,44 +96,21 @@ static uint32_t ClearMatchingExtInst(QmsNode* target, const QmsExtInst* inst, bo
   return 1;
 }
 
-extern "C" {
-
 uint32_t QMS_MOD_DelChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
-  if (deviate->defaultCount > 1) {
-    // Deliberate: the message is all that happens, the deviate goes on.
-    RecordDeviateError(
-        module, target,
-        "Failed to delete default from choice node \"%s\", because default number > 1.");
-    return QM_OK;
-  }
-  QmsChoice* choice = ChoiceOf(target);
-  if (choice->defaultCase == nullptr)
-    return RefuseDeviate(module, target,
-                         "Failed to delete default from choice node \"%s\" without default value.");
-  if (!NamesEqual(choice->defaultCase, deviate->defaults[0]))
-    return RefuseDeviate(module, target,
-                         "Failed to find default value to be deleted in choice node \"%s\".");
-  ReleaseText(ModuleDict(target->module), &choice->defaultCase);
-  return QM_OK;
+  static constexpr DefaultTexts kTexts = {
+      "Failed to delete default from choice node \"%s\", because default number > 1.",
+      "Failed to delete default from choice node \"%s\" without default value.",
+      "Failed to find default value to be deleted in choice node \"%s\"."};
+  return DeleteOnlyDefault(module, target, deviate, &ChoiceOf(target)->defaultCase, kTexts);
 }
 
 uint32_t QMS_MOD_DelLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
-  if (deviate->defaultCount > 1) {
-    // Deliberate: as for a choice.
-    RecordDeviateError(module, target,
-                       "Failed to delete default from leaf node \"%s\", because the number of "
-                       "defaults to be deleted > 1.");
-    return QM_OK;
-  }
-  QmsLeaf* leaf = LeafOf(target);
-  if (leaf->defaultValue == nullptr)
-    return RefuseDeviate(module, target,
-                         "Failed to delete default from leaf node \"%s\" without default value.");
-  if (!NamesEqual(leaf->defaultValue, deviate->defaults[0]))
-    return RefuseDeviate(module, target,
-                         "Failed to find default value to be deleted in leaf node \"%s\".");
-  ReleaseText(ModuleDict(target->module), &leaf->defaultValue);
-  return QM_OK;
+  static constexpr DefaultTexts kTexts = {
+      "Failed to delete default from leaf node \"%s\", because the number of defaults to be "
+      "deleted > 1.",
+      "Failed to delete default from leaf node \"%s\" without default value.",
+      "Failed to find default value to be deleted in leaf node \"%s\"."};
+  return DeleteOnlyDefault(module, target, deviate, &LeafOf(target)->defaultValue, kTexts);
 }
 
 uint32_t QMS_MOD_DelLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
@@ -128,13 +121,15 @@ uint32_t QMS_MOD_DelLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDevi
   for (uint32_t i = 0; i < deviate->defaultCount && ret == QM_OK; ++i) {
     const uint32_t released = ReleaseMatchingDefaults(dict, payload, deviate->defaults[i]);
     removed += released;
-    if (released == 0)
+    if (released == 0) {
       ret = RefuseDeviate(module, target,
                           "Failed to find default value to be deleted in leaf-list node \"%s\".");
+    }
   }
-  if (removed > payload->defaultCount)
+  if (removed > payload->defaultCount) {
     return RefuseDeviate(module, target,
                          "Failed to delete default value from leaf-list node \"%s\".");
+  }
   const uint32_t compacted = CompactDefaults(dict, payload, removed);
   return ret != QM_OK ? ret : compacted;
 }
@@ -152,12 +147,14 @@ uint32_t QMS_MOD_CoupleDevDelMusts(QmsModule* module, QmsNode* target, QmsDeviat
   for (uint32_t i = 0; i < deviate->mustCount && ret == QM_OK; ++i) {
     const uint32_t cleared = ClearMatchingMusts(dict, target, &deviate->musts[i]);
     removed += cleared;
-    if (cleared == 0)
+    if (cleared == 0) {
       ret = RefuseDeviate(module, target,
                           "Failed to find must condition to be deleted in target node \"%s\".");
+    }
   }
-  if (removed > target->mustCount)
+  if (removed > target->mustCount) {
     return RefuseDeviate(module, target, "Failed to delete musts from node \"%s\".");
+  }
   const uint32_t compacted = CompactRecords<QMS_NODE_SubtractMustsArray, QMS_NODE_FreeMusts>(
       dict, &target->musts, &target->mustCount, removed);
   return ret != QM_OK ? ret : compacted;
@@ -166,10 +163,11 @@ uint32_t QMS_MOD_CoupleDevDelMusts(QmsModule* module, QmsNode* target, QmsDeviat
 uint32_t QMS_MOD_CoupleDevDelUnits(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
   const char** units = UnitsField(target);
   if (units == nullptr) return QM_FAILED;
-  if (!NamesEqual(*units, deviate->units))
+  if (!NamesEqual(*units, deviate->units)) {
     return RefuseDeviate(module, target,
                          "Failed to delete units from node \"%s\", because it doesn't have units "
                          "or the target units.");
+  }
   ReleaseText(ModuleDict(target->module), units);
   return QM_OK;
 }
@@ -178,7 +176,7 @@ uint32_t QMS_MOD_CoupleDevDelExtInsts(QmsModule* module, QmsNode* target, QmsDev
   uint32_t removed = 0;
   for (uint32_t i = 0; i < deviate->extInstCount; ++i) {
     const QmsExtInst* inst = &deviate->extInsts[i];
-    if (NamesEqual(inst->module, kNacmModule)) {
+    if (NamesEqual(inst->module, kQmsNacmModule)) {
       // Deliberate: access-control marks stay, and that is no failure.
       QM_CTX_AddModError(module->ctx, module->name,
                          "Deleting extension-instance \"%s:%s\" from node \"%s\" is not supported.",
@@ -201,5 +199,3 @@ uint32_t QMS_MOD_CoupleDevDel(QmsModule* module, QmsNode* target, QmsDeviate* de
   };
   return RunDeviateSteps(kSteps, std::size(kSteps), module, target, deviate);
 }
-
-}  // extern "C"

@@ -2,6 +2,7 @@
 // The deviate "replace" (RFC 7950, section 7.20.3.2): puts new values in the
 // place of properties that the target has. Config and mandatory have a value
 // even where none is written, so replacing them never fails.
+#include "schema/deviate_replace.h"
 
 #include <iterator>
 
@@ -9,23 +10,37 @@
 
 #include "context/dict.h"
 #include "schema/deviate.h"
-#include "schema/deviate_step.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "types/type.h"
+
+namespace {
+// What is recorded when the deviate has several defaults, or the node has none.
+struct DefaultTexts {
+  const char* several;
+  const char* absent;
+};
+}  // namespace
 
 static uint32_t ReplaceText(QmsNode* target, const char** field, const char* text) {
   if (NamesEqual(*field, text)) return QM_OK;
   return InternText(ModuleDict(target->module), field, text) ? QM_OK : QM_NO_MEMORY;
 }
 
-extern "C" {
+// The default of a choice or a leaf, which have one at most.
+static uint32_t ReplaceOnlyDefault(QmsModule* module, QmsNode* target, const QmsDeviate* deviate,
+                                   const char** field, const DefaultTexts& texts) {
+  if (HasSeveralDefaults(module, target, deviate, texts.several)) return QM_OK;
+  if (*field == nullptr) return RefuseDeviate(module, target, texts.absent);
+  return ReplaceText(target, field, deviate->defaults[0]);
+}
 
 uint32_t QMS_MOD_ReplNodeConfig(QmsModule* /*module*/, QmsNode* target, QmsDeviate* deviate) {
   const uint32_t wanted = deviate->flags & kQmsConfigMask;
-  if (wanted != 0 && wanted != (target->flags & kQmsConfigMask))
+  if (wanted != 0 && wanted != (target->flags & kQmsConfigMask)) {
     TakeConfigOfDeviate(target, deviate);
+  }
   return QM_OK;
 }
 
@@ -41,42 +56,28 @@ uint32_t QMS_MOD_CoupleDevReplFlag(QmsModule* module, QmsNode* target, QmsDeviat
 }
 
 uint32_t QMS_MOD_ReplChoiceDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
-  if (deviate->defaultCount > 1) {
-    // Deliberate: the message is all that happens, the deviate goes on.
-    RecordDeviateError(
-        module, target,
-        "Failed to replace default of choice node \"%s\", because default number > 1.");
-    return QM_OK;
-  }
-  QmsChoice* choice = ChoiceOf(target);
-  if (choice->defaultCase == nullptr)
-    return RefuseDeviate(module, target,
-                         "Failed to replace default of choice node \"%s\" without default value.");
-  return ReplaceText(target, &choice->defaultCase, deviate->defaults[0]);
+  static constexpr DefaultTexts kTexts = {
+      "Failed to replace default of choice node \"%s\", because default number > 1.",
+      "Failed to replace default of choice node \"%s\" without default value."};
+  return ReplaceOnlyDefault(module, target, deviate, &ChoiceOf(target)->defaultCase, kTexts);
 }
 
 uint32_t QMS_MOD_ReplLeafDefault(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
-  if (deviate->defaultCount > 1) {
-    // Deliberate: as for a choice. The text speaks of deleting.
-    RecordDeviateError(module, target,
-                       "Failed to replace default of leaf node \"%s\", because the number of "
-                       "defaults to be deleted > 1.");
-    return QM_OK;
-  }
-  QmsLeaf* leaf = LeafOf(target);
-  if (leaf->defaultValue == nullptr)
-    return RefuseDeviate(module, target,
-                         "Failed to replace default of leaf node \"%s\" without default value.");
-  return ReplaceText(target, &leaf->defaultValue, deviate->defaults[0]);
+  // The first text speaks of deleting, and clients match it.
+  static constexpr DefaultTexts kTexts = {
+      "Failed to replace default of leaf node \"%s\", because the number of defaults to be "
+      "deleted > 1.",
+      "Failed to replace default of leaf node \"%s\" without default value."};
+  return ReplaceOnlyDefault(module, target, deviate, &LeafOf(target)->defaultValue, kTexts);
 }
 
 uint32_t QMS_MOD_ReplLeaflistDefaults(QmsModule* module, QmsNode* target, QmsDeviate* deviate) {
   QmDict* dict = ModuleDict(target->module);
   QmsLeafList* payload = LeafListOf(target);
-  if (payload->defaultCount == 0)
+  if (payload->defaultCount == 0) {
     return RefuseDeviate(module, target, "Failed to replace defaults of leaf-list node \"%s\".");
-  if (payload->defaults != nullptr)
-    QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
+  }
+  QMS_NODE_FreeDefaults(dict, payload->defaults, payload->defaultCount);
   // Deliberate: without memory for the copy the count stands beside no array.
   // Every reader of defaults looks at the array first.
   payload->defaults = QMS_NODE_CopyDefaults(dict, deviate->defaults, deviate->defaultCount);
@@ -116,5 +117,3 @@ uint32_t QMS_MOD_CoupleDevRepl(QmsModule* module, QmsNode* target, QmsDeviate* d
   };
   return RunDeviateSteps(kSteps, std::size(kSteps), module, target, deviate);
 }
-
-}  // extern "C"

@@ -111,7 +111,7 @@ void QMS_EXT_FreeExtInsts(QmDict* dict, QmsExtInst* array, uint32_t count) {
 
 // The marks of RFC 8341 section 3.3 count for the whole subtree.
 static uint32_t ApplyNacmMark(QmsNode* node, const char* module, const char* name) {
-  if (RTK_StrCmp(module, "ietf-netconf-acm") != 0) return QM_OK;
+  if (RTK_StrCmp(module, kQmsNacmModule) != 0) return QM_OK;
   QMS_NODE_SetNacmFlag(node, module, name);
   return QMS_NODE_UpdateFlag(node);
 }

@@ -6,6 +6,9 @@
 #include "context/records.h"
 #include "schema/records.h"
 
+// The module whose instances mark nodes for access control (RFC 8341 section 3.3).
+constexpr char kQmsNacmModule[] = "ietf-netconf-acm";
+
 // Arrays of extension instances. Filling gives 22 without a module or a name and
 // 12 when memory runs out, and leaves the element clear then; appending raises
 // the count last and gives 22 when the counter is full.

@@ -5,6 +5,7 @@
 // too.
 #include <qmodel/error.h>
 
+#include "schema/ext_inst.h"
 #include "schema/inherit.h"
 #include "schema/node.h"
 
@@ -61,7 +62,7 @@ uint32_t QMS_NODE_UpdateFlag(QmsNode* node) {
 }
 
 void QMS_NODE_SetNacmFlag(QmsNode* node, const char* moduleName, const char* extName) {
-  if (node == nullptr || !NamesEqual(moduleName, "ietf-netconf-acm")) return;
+  if (node == nullptr || !NamesEqual(moduleName, kQmsNacmModule)) return;
   if (NamesEqual(extName, "default-deny-all")) node->flags |= QMS_NODE_DENY_ALL;
   if (NamesEqual(extName, "default-deny-write")) node->flags |= QMS_NODE_DENY_WRITE;
 }

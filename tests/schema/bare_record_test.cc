@@ -9,7 +9,8 @@
 
 #include "context/dict.h"
 #include "schema/deviate.h"
-#include "schema/deviate_step.h"
+#include "schema/deviate_add.h"
+#include "schema/deviate_delete.h"
 #include "schema/ext_inst.h"
 #include "schema/inherit.h"
 #include "schema/lookup.h"

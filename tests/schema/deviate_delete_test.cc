@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "schema/deviate.h"
+#include "schema/deviate_delete.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/deviation_case.h"
 
