@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """Checks the include directions of the layers, which cmake/layers.txt lists.
 
-A folder includes itself and folders below it. The public headers include only
-each other, the client only the public headers.
+A folder includes itself and folders below it. The public headers, the client, the model
+compiler and the examples include no internal header of the library.
 
 usage: check_includes.py <source folder>
 """
@@ -63,7 +63,7 @@ def includes_of(file):
 
 def main():
     root = pathlib.Path(sys.argv[1])
-    files = [f for folder in FOLDERS + ["client", "include", "examples"]
+    files = [f for folder in FOLDERS + ["client", "compiler", "include", "examples"]
              for f in sorted((root / folder).rglob("*"))
              if f.suffix in {".h", ".cc", ".c", ".in"}]
     if not files:
