@@ -9,3 +9,4 @@ int RunRpc(const Options& options);
 int RunNotif(const Options& options);
 int RunValue(const Options& options);
 int RunCompile(const Options& options);
+int RunLint(const Options& options);

@@ -39,6 +39,12 @@ constexpr CommandHelp kCommands[] = {
      "was, 3 when a module has an error that stops it.\n"
      "With --convert one FILE of YANG text is written to standard output as YIN, nothing\n"
      "spelled out; what it imports is looked up in its folder and the directories."},
+    {"lint", "lint    [-p DIR]... [-r] [-W CLASS|-W no-CLASS]... [--json] MODULE|FILE...",
+     "Says what is wrong in models, YANG text or YIN, in order of files and lines:\n"
+     "  FILE:LINE:COLUMN: error|warning: what is wrong; what to do [class]\n"
+     "-W shows the warnings of a class (style, which is off at first), -W no-CLASS does\n"
+     "not (unused, library); errors are always shown. --json prints an array of objects.\n"
+     "Exit status 0 when there are warnings only, 1 when there are errors."},
     {"help", "help [COMMAND]", "Prints this help, or that of one command."},
 };
 
@@ -58,6 +64,8 @@ constexpr char kOptionsText[] =
     "  -o, --output DIR               compile: write NAME.yin into this folder\n"
     "      --drop-failing             compile: leave out conditions that fail each request\n"
     "      --convert                  compile: only turn YANG text into YIN\n"
+    "  -W, --warn CLASS|no-CLASS      lint: show or hide the warnings of a class\n"
+    "      --json                     lint: print a JSON array\n"
     "      --help                     print this help\n"
     "      --version                  print the version\n"
     "\n"

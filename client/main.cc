@@ -29,6 +29,7 @@ constexpr Command kCommands[] = {
     {"notif", 1, "FILE", RunNotif, false},
     {"value", 2, "PATH or VALUE", RunValue, false},
     {"compile", 1, "MODULE or FILE", RunCompile, false},
+    {"lint", 1, "MODULE or FILE", RunLint, false},
 };
 
 int RunHelp(const Options& options) {

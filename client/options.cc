@@ -14,7 +14,13 @@
 
 namespace {
 
-enum LongOnly : int { kHelp = 256, kVersion = 257, kDropFailing = 258, kConvert = 259 };
+enum LongOnly : int {
+  kHelp = 256,
+  kVersion = 257,
+  kDropFailing = 258,
+  kConvert = 259,
+  kJson = 260
+};
 
 constexpr option kLongOptions[] = {
     {"path", required_argument, nullptr, 'p'},
@@ -29,29 +35,33 @@ constexpr option kLongOptions[] = {
     {"output", required_argument, nullptr, 'o'},
     {"drop-failing", no_argument, nullptr, kDropFailing},
     {"convert", no_argument, nullptr, kConvert},
+    {"warn", required_argument, nullptr, 'W'},
+    {"json", no_argument, nullptr, kJson},
     {"help", no_argument, nullptr, kHelp},
     {"version", no_argument, nullptr, kVersion},
     {nullptr, 0, nullptr, 0},
 };
 
-// Options that only some commands take: those that load, `compile`, or both, where `-r`
-// goes with loading only after compiling.
+// Options that only some commands take: those that load, `compile`, `lint`; `-r` goes
+// with loading only after compiling.
 struct OptionUse {
   const char* option;
   bool load;
   bool compile;
+  bool lint;
 };
 
 constexpr OptionUse kUses[] = {
-    {"-m", true, false},        {"-u", true, false},
-    {"-d", true, false},        {"-c", true, false},
-    {"-r", true, true},         {"-F", false, true},
-    {"-o", false, true},        {"--drop-failing", false, true},
-    {"--convert", false, true},
+    {"-m", true, false, false},        {"-u", true, false, false},
+    {"-d", true, false, false},        {"-c", true, false, false},
+    {"-r", true, true, true},          {"-F", false, true, false},
+    {"-o", false, true, false},        {"--drop-failing", false, true, false},
+    {"--convert", false, true, false}, {"-W", false, false, true},
+    {"--json", false, false, true},
 };
 
 // "-": operands are reported in place; ":": a missing argument is told apart.
-constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:";
+constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:W:";
 constexpr int kOperand = 1;
 
 bool AddFeature(const char* text, Options* options) {
@@ -107,6 +117,14 @@ bool TakeCompileOption(int code, char** argv, Options* options) {
       options->used.emplace_back("--convert");
       options->convert = true;
       return true;
+    case 'W':
+      options->used.emplace_back("-W");
+      options->lintClasses.emplace_back(optarg);
+      return true;
+    case kJson:
+      options->used.emplace_back("--json");
+      options->json = true;
+      return true;
     default:
       PrintOptionError(code, argv);
       return false;
@@ -150,9 +168,10 @@ bool TakeOption(int code, char** argv, Options* options) {
 }
 
 bool IsTaken(const Options& options, const std::string& used) {
-  const bool compiles = options.command == "compile";
   for (const OptionUse& use : kUses) {
-    if (used == use.option) return compiles ? use.compile : use.load;
+    if (used != use.option) continue;
+    if (options.command == "lint") return use.lint;
+    return options.command == "compile" ? use.compile : use.load;
   }
   return true;
 }
@@ -184,7 +203,8 @@ bool CheckOptions(const Options& options) {
     PrintError("'%s' takes no option '%s'", options.command.c_str(), used.c_str());
     return false;
   }
-  if (options.command == "compile" || options.compileFirst || !options.recursive) return true;
+  const bool reads = options.command == "compile" || options.command == "lint";
+  if (reads || options.compileFirst || !options.recursive) return true;
   PrintError("option '-r' goes with '-c'");
   return false;
 }

@@ -30,8 +30,10 @@ struct Options {
   bool featuresComplete = false;  // -F
   bool dropFailing = false;
   bool convert = false;
-  std::string outputDir;          // -o; empty: none
-  std::vector<std::string> used;  // the options that not every command takes, as written
+  bool json = false;
+  std::vector<std::string> lintClasses;  // -W, as written
+  std::string outputDir;                 // -o; empty: none
+  std::vector<std::string> used;         // the options that not every command takes, as written
   // With -c: the file that a module was compiled from, by the name of the compiled one.
   std::map<std::string, std::string> sources;
 };

@@ -18,7 +18,7 @@ constexpr LintClass kClasses[] = {
     {cls::kType, true},    {cls::kRestriction, true}, {cls::kDefault, true},
     {cls::kList, true},    {cls::kConfig, true},      {cls::kTarget, true},
     {cls::kPath, true},    {cls::kCondition, true},   {cls::kStatus, true},
-    {cls::kUnused, true},  {cls::kStyle, false},
+    {cls::kLibrary, true}, {cls::kUnused, true},      {cls::kStyle, false},
 };
 
 // Of one file, by its statements.

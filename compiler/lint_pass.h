@@ -34,6 +34,7 @@ inline constexpr char kTarget[] = "target";
 inline constexpr char kPath[] = "path";
 inline constexpr char kCondition[] = "condition";
 inline constexpr char kStatus[] = "status";
+inline constexpr char kLibrary[] = "library";
 inline constexpr char kUnused[] = "unused";
 inline constexpr char kStyle[] = "style";
 }  // namespace cls

@@ -127,10 +127,12 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
   std::ifstream page(QMODEL_MAN_PAGE);
   const std::string manual((std::istreambuf_iterator<char>(page)),
                            std::istreambuf_iterator<char>());
-  const std::set<std::string> expected = {
-      "path",    "module",    "imports",           "feature", "unload",       "descriptions",
-      "compile", "recursive", "features-complete", "output",  "drop-failing", "convert",
-      "help",    "version"};
+  const std::set<std::string> expected = {"path",    "module",       "imports",
+                                          "feature", "unload",       "descriptions",
+                                          "compile", "recursive",    "features-complete",
+                                          "output",  "drop-failing", "convert",
+                                          "warn",    "json",         "help",
+                                          "version"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

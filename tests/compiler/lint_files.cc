@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "compiler/lint_library.h"
 #include "compiler/repository.h"
 #include "compiler/session.h"
 
@@ -23,6 +24,7 @@ LintRun LintFiles(const std::vector<std::string>& operands, const std::vector<st
   LintOptions options;
   for (const std::string& name : classes) EXPECT_TRUE(SetLintClass(&options, name)) << name;
   LintModules(run.session.get(), modules, &run.report);
+  LintLibrary(&repository, modules, &run.report);
   SettleFindings(*run.session, options, &run.report);
   return run;
 }
