@@ -7,8 +7,11 @@
 #include <iterator>
 
 #include "context/table.h"
+#include "values/decimal64.h"
+#include "values/identityref.h"
+#include "values/indirect.h"
 #include "values/range.h"
-#include "values/value_check.h"
+#include "values/text.h"
 
 namespace {
 struct KindRow {

@@ -6,11 +6,11 @@
 // digits, then exactly as many fraction digits as the type has, filled up with zeros.
 // The integer reader then finds what does not fit 64 bits. The digit limits keep the
 // rewritten number inside its buffer whatever the length of the literal.
+#include "values/decimal64.h"
+
 #include "context/integer.h"
 #include "context/path_scan.h"
 #include "platform/string.h"
-#include "values/range.h"
-#include "values/value_check.h"
 
 constexpr uint32_t kMaxDigits = 19;          // digits of a signed 64-bit number
 constexpr uint32_t kMaxFractionDigits = 18;  // RFC 7950 section 9.3.4

@@ -7,6 +7,8 @@
 // identity, each identity once, in a list that the check owns. An identity is met first
 // on its shortest way, so the limit on the depth refuses the same values as it would
 // when every way is tried.
+#include "values/identityref.h"
+
 #include <libxml/tree.h>
 #include <qmodel/context.h>
 #include <qmodel/schema.h>
@@ -21,7 +23,6 @@
 #include "schema/module_registry.h"
 #include "types/type.h"
 #include "values/type_check.h"
-#include "values/value_check.h"
 
 constexpr uint32_t kMaxBaseDepth = 128;
 constexpr size_t kMaxPrefix = 1024;

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 #include <cstdint>
-#include <type_traits>
 
+#include "context/internal.h"
+#include "context/records.h"
 #include "types/records.h"
-#include "values/range.h"
+
+// A value against one segment: 0 inside, QM_BELOW_SEGMENT below its start, 22 above its
+// end. Only segments with "min" or "max" look into the check context, for the limits.
+using QmtSegCheckFunc = uint32_t (*)(const QmtGenericSeg* value, const void* segment,
+                                     const QmtCheckCtx* checkCtx);
+// A segment as a generic one.
+using QmtSegConvertFunc = void (*)(const void* segment, QmtGenericSeg* out);
 
 // How the segments of a list are stored, compared and widened.
 struct QmtSegLayout {
@@ -25,7 +32,8 @@ const QmtSegLayout* LengthLayout(uint32_t segSize);
 uint32_t CheckSegments(const QmtSegList* list, const QmtSegLayout* layout,
                        const QmtGenericSeg* value, QmtCheckCtx* checkCtx);
 
-// Hands each segment, widened, to `cb`.
+// Hands each segment, widened, to `cb`; the first result that is not 0 ends the scan and
+// is returned. 22 without list or `cb`, and for a list of another layout.
 uint32_t ScanSegments(const QmtSegList* list, const QmtSegLayout* layout, QmStartEndScanFunc cb,
                       void* arg);
 
@@ -37,22 +45,50 @@ uint32_t CompareWithBounds(uint64_t value, Wide start, Wide end) {
   return v > end ? QM_INVALID : QM_OK;
 }
 
-template <typename Int>
-uint32_t CheckSeg(const QmtGenericSeg* value, const void* segment) {
-  using Wide = std::conditional_t<std::is_signed_v<Int>, int64_t, uint64_t>;
-  const auto* seg = static_cast<const QmtSeg<Int>*>(segment);
-  return CompareWithBounds<Wide>(value->start, seg->start, seg->end);
-}
+QM_BEGIN_INTERNAL_DECLS
 
-template <typename Int>
-void WidenSeg(const void* segment, QmtGenericSeg* out) {
-  using Wide = std::conditional_t<std::is_signed_v<Int>, int64_t, uint64_t>;
-  const auto* seg = static_cast<const QmtSeg<Int>*>(segment);
-  out->start = static_cast<uint64_t>(static_cast<Wide>(seg->start));
-  out->end = static_cast<uint64_t>(static_cast<Wide>(seg->end));
-  out->segFlags = std::is_signed_v<Int> ? QMT_SEG_SIGNED : QMT_SEG_UNSIGNED;
-}
+// The two functions of a layout by base type of the statement, 0 for a range over a
+// typedef; NULL for types that take no range.
+QmtSegCheckFunc QMT_CONS_GetValueStrToRangeCheckFunc(uint32_t baseType);
+QmtSegConvertFunc QMT_CONS_GetUniformRangeConvertFunc(uint32_t baseType);
 
-// A generic segment whose "min" and "max" are replaced by `limits`. It is signed when
-// the segment or the limits are.
-QmtGenericSeg ResolveMinMax(const QmtGenericSeg& seg, const QmtGenericSeg& limits);
+// The checks of the layouts. That of an unknown integer goes by the flags of its segment
+// and takes "min" and "max" from the check context, if there is one; a segment without a
+// sign holds no value, 22.
+uint32_t QMT_CONS_CheckValueAgainstRangeSegIntUnknown(const QmtGenericSeg* value,
+                                                      const void* segment,
+                                                      const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Signed(const QmtGenericSeg* value,
+                                                      const void* segment,
+                                                      const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Signed(const QmtGenericSeg* value,
+                                                       const void* segment,
+                                                       const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Signed(const QmtGenericSeg* value,
+                                                       const void* segment,
+                                                       const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Signed(const QmtGenericSeg* value,
+                                                       const void* segment,
+                                                       const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Unsigned(const QmtGenericSeg* value,
+                                                        const void* segment,
+                                                        const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment,
+                                                         const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment,
+                                                         const QmtCheckCtx* checkCtx);
+uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Unsigned(const QmtGenericSeg* value,
+                                                         const void* segment,
+                                                         const QmtCheckCtx* checkCtx);
+
+// The segments of small integers as generic ones; generic ones are only copied.
+void QMT_CONS_ConvertSegInt8SignedToSegInt64(const void* segment, QmtGenericSeg* out);
+void QMT_CONS_ConvertSegInt16SignedToSegInt64(const void* segment, QmtGenericSeg* out);
+void QMT_CONS_ConvertSegInt32SignedToSegInt64(const void* segment, QmtGenericSeg* out);
+void QMT_CONS_ConvertSegInt8UnsignedToSegInt64(const void* segment, QmtGenericSeg* out);
+void QMT_CONS_ConvertSegInt16UnsignedToSegInt64(const void* segment, QmtGenericSeg* out);
+void QMT_CONS_ConvertSegInt32UnsignedToSegInt64(const void* segment, QmtGenericSeg* out);
+
+QM_END_INTERNAL_DECLS

@@ -6,14 +6,15 @@
 // type itself. On the way down each level notes whether it states a concrete range; the
 // outermost one that does has level 1, and ranges below it are not looked at. A range
 // with "min" or "max" asks the levels below it to record their limits instead.
+#include "values/type_check.h"
+
 #include <libxml/tree.h>
+#include <qmodel/schema.h>
 
 #include "context/xml_tree.h"
-#include "types/constraint.h"
+#include "schema/node.h"
 #include "types/type.h"
-#include "values/check_ctx.h"
 #include "values/check_table.h"
-#include "values/type_check.h"
 
 const char* QMT_TYPE_GetInputValueAsSimpleStr(uint32_t inputKind, const void* input) {
   if (input == nullptr) return nullptr;
@@ -86,4 +87,31 @@ uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t input
   const uint32_t ret = CheckOneType(type, inputKind, input, checkCtx);
   checkCtx->memberBudget = nullptr;
   return ret;
+}
+
+// The check of a leaf's value, and the type of a union that takes it.
+
+static uint32_t CheckValue(QmsNode* node, QmtType* type, uint32_t inputKind, const void* input,
+                           QmtType** matched) {
+  QmtCheckCtx check{};
+  check.ctx = NodeCtx(node);
+  check.schemaNode = node;
+  const uint32_t ret = QMT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, input, &check);
+  *matched = check.matchedType != nullptr ? check.matchedType : type;
+  return ret;
+}
+
+uint32_t QM_NODE_ValidateValue(QmsNode* node, uint32_t inputKind, const void* input) noexcept {
+  QmtType* type = UsableType(node);
+  if (type == nullptr) return QM_INVALID;
+  QmtType* matched = nullptr;
+  return CheckValue(node, type, inputKind, input, &matched);
+}
+
+QmtType* QM_NODE_FindRealTypeMatchedValue(QmsNode* node, uint32_t inputKind,
+                                          const void* input) noexcept {
+  QmtType* type = UsableType(node);
+  if (type == nullptr) return nullptr;
+  QmtType* matched = nullptr;
+  return CheckValue(node, type, inputKind, input, &matched) == QM_OK ? matched : nullptr;
 }

@@ -8,7 +8,7 @@
 #include "context/integer.h"
 #include "context/path_scan.h"
 #include "platform/string.h"
-#include "values/range.h"
+#include "values/decimal64.h"
 
 // The scanner of range and length expressions, "1..4 | 10 | 20..max". It fills a
 // working segment token by token and pushes it at "|" and at the end. A working

@@ -18,10 +18,10 @@
 #include "tests/support/type_builder.h"
 #include "types/constraint.h"
 #include "types/type.h"
+#include "values/indirect.h"
 #include "values/range.h"
 #include "values/segment.h"
 #include "values/type_check.h"
-#include "values/value_check.h"
 #include "yin/load_type.h"
 
 using null_arguments::ExpectEachGives;

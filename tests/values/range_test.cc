@@ -12,9 +12,9 @@
 
 #include "tests/support/type_builder.h"
 #include "types/type.h"
+#include "values/decimal64.h"
 #include "values/segment.h"
 #include "values/type_check.h"
-#include "values/value_check.h"
 
 using namespace type_builder;
 

@@ -10,9 +10,8 @@
 #include "tests/support/leaf_module.h"
 #include "tests/support/type_builder.h"
 #include "types/type.h"
-#include "values/check_ctx.h"
+#include "values/text.h"
 #include "values/type_check.h"
-#include "values/value_check.h"
 
 using namespace type_builder;
 
