@@ -27,7 +27,7 @@ struct BuiltInRow {
 };
 }  // namespace
 
-static constexpr KindRow kKinds[] = {
+constexpr KindRow kKinds[] = {
     {QMT_CONS_DERIVED, QMT_CONS_ValidateValueNodeAgainstDataDerived, nullptr, nullptr},
     {QMT_CONS_BASE, QMT_CONS_ValidateValueNodeAgainstDataBase, nullptr, nullptr},
     {QMT_CONS_BIT, QMT_CONS_ValidateValueNodeAgainstDataBit, ScanBits, nullptr},
@@ -51,7 +51,7 @@ static auto OperationOf(uint32_t kind) {
   return kind < QMT_CONS_COUNT ? kKinds[kind].*Operation : nullptr;
 }
 
-static constexpr BuiltInRow kBuiltIns[] = {
+constexpr BuiltInRow kBuiltIns[] = {
     {QMT_BASE_TYPEDEF, nullptr},
     {QMT_BASE_BINARY, QMT_CONS_CheckValStrAgainstDefRestrictBinary},
     {QMT_BASE_BITS, nullptr},

@@ -77,7 +77,8 @@ uint32_t QMT_CONS_ConvertValStrToDecimal64PowerInteger(const char* valueStr,
   return QM_OK;
 }
 
-uint32_t QMT_CONS_CheckValStrAgainstDefRestrictDecimal64(uint32_t, const char* valueStr,
+uint32_t QMT_CONS_CheckValStrAgainstDefRestrictDecimal64(uint32_t /*baseType*/,
+                                                         const char* valueStr,
                                                          QmtCheckCtx* checkCtx) {
   int64_t scaled = 0;
   const uint32_t digits = checkCtx->fractionDigits;
@@ -89,6 +90,8 @@ uint32_t QMT_CONS_CheckValStrAgainstDefRestrictDecimal64(uint32_t, const char* v
 }
 
 // Fraction digits restrict nothing by themselves; they tell how the literal is read.
-uint32_t QMT_CONS_ValidateValueNodeAgainstDataFraction(void*, uint32_t, const void*, QmtCheckCtx*) {
+uint32_t QMT_CONS_ValidateValueNodeAgainstDataFraction(void* /*body*/, uint32_t /*inputKind*/,
+                                                       const void* /*input*/,
+                                                       QmtCheckCtx* /*checkCtx*/) {
   return QM_OK;
 }

@@ -144,7 +144,7 @@ static uint32_t MeetIdentity(BaseWalk* walk, const char* moduleName, const char*
 static uint32_t MeetBaseCb(const char* moduleName, const char* identityName, void* arg) {
   auto* walk = static_cast<BaseWalk*>(arg);
   const uint32_t ret = MeetIdentity(walk, moduleName, identityName);
-  return walk->found ? static_cast<uint32_t>(QM_FAILED) : ret;
+  return walk->found ? uint32_t{QM_FAILED} : ret;
 }
 
 // Expands the identities of one depth; those that are met belong to the next.

@@ -103,8 +103,8 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataUnion(void* body, uint32_t inputKi
 // chain of leafrefs, so the check of its type meets no further leafref. Whether an
 // instance with the value exists is no matter of the type.
 
-uint32_t QMT_CONS_ValidateValueNodeAgainstDataPath(void*, uint32_t inputKind, const void* input,
-                                                   QmtCheckCtx* checkCtx) {
+uint32_t QMT_CONS_ValidateValueNodeAgainstDataPath(void* /*body*/, uint32_t inputKind,
+                                                   const void* input, QmtCheckCtx* checkCtx) {
   if (checkCtx->schemaNode == nullptr) return QM_VALUE_BAD_LEAFREF;
   QmsNode* target = QM_NODE_GetLeafrefTargetNode(checkCtx->schemaNode, 1);
   QmtType* type = target == nullptr ? nullptr : QMS_NODE_GetLeafSchemaRealType(target);

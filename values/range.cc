@@ -113,7 +113,8 @@ uint32_t QMT_CONS_ScanStartEndPairsWithRange(void* body, uint32_t baseType, QmSt
 // Deliberate: the length of a string counts bytes, not characters. That of a binary
 // value is its decoded length, which the binary check left in the check context.
 
-uint32_t QMT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t, const char*,
+uint32_t QMT_CONS_CheckValStrAgainstDefRestrictLength(uint32_t /*baseType*/,
+                                                      const char* /*valueStr*/,
                                                       QmtCheckCtx* checkCtx) {
   checkCtx->parentLimits = {0, UINT32_MAX, QMT_SEG_UNSIGNED};
   return QM_OK;
@@ -133,8 +134,8 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataLength(void* body, uint32_t inputK
   return ret == QM_OK ? QM_OK : QM_VALUE_BAD_LENGTH;
 }
 
-uint32_t QMT_CONS_ScanStartEndPairsWithLength(void* body, uint32_t, QmStartEndScanFunc cb,
-                                              void* arg) {
+uint32_t QMT_CONS_ScanStartEndPairsWithLength(void* body, uint32_t /*baseType*/,
+                                              QmStartEndScanFunc cb, void* arg) {
   const auto* list = static_cast<const QmtSegList*>(body);
   return ScanSegments(list, list == nullptr ? nullptr : LengthLayout(list->segSize), cb, arg);
 }

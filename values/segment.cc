@@ -64,45 +64,53 @@ uint32_t QMT_CONS_CheckValueAgainstRangeSegIntUnknown(const QmtGenericSeg* value
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Signed(const QmtGenericSeg* value,
-                                                       const void* segment, const QmtCheckCtx*) {
+                                                       const void* segment,
+                                                       const QmtCheckCtx* /*checkCtx*/) {
   const auto* seg = static_cast<const QmtGenericSeg*>(segment);
   return CompareWithBounds<int64_t>(value->start, static_cast<int64_t>(seg->start),
                                     static_cast<int64_t>(seg->end));
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt64Unsigned(const QmtGenericSeg* value,
-                                                         const void* segment, const QmtCheckCtx*) {
+                                                         const void* segment,
+                                                         const QmtCheckCtx* /*checkCtx*/) {
   const auto* seg = static_cast<const QmtGenericSeg*>(segment);
   return CompareWithBounds<uint64_t>(value->start, seg->start, seg->end);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Signed(const QmtGenericSeg* value,
-                                                      const void* segment, const QmtCheckCtx*) {
+                                                      const void* segment,
+                                                      const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<int8_t>(value, segment);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Signed(const QmtGenericSeg* value,
-                                                       const void* segment, const QmtCheckCtx*) {
+                                                       const void* segment,
+                                                       const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<int16_t>(value, segment);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Signed(const QmtGenericSeg* value,
-                                                       const void* segment, const QmtCheckCtx*) {
+                                                       const void* segment,
+                                                       const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<int32_t>(value, segment);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt8Unsigned(const QmtGenericSeg* value,
-                                                        const void* segment, const QmtCheckCtx*) {
+                                                        const void* segment,
+                                                        const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<uint8_t>(value, segment);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt16Unsigned(const QmtGenericSeg* value,
-                                                         const void* segment, const QmtCheckCtx*) {
+                                                         const void* segment,
+                                                         const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<uint16_t>(value, segment);
 }
 
 uint32_t QMT_CONS_CheckValueAgainstRangeSegInt32Unsigned(const QmtGenericSeg* value,
-                                                         const void* segment, const QmtCheckCtx*) {
+                                                         const void* segment,
+                                                         const QmtCheckCtx* /*checkCtx*/) {
   return CheckSeg<uint32_t>(value, segment);
 }
 
@@ -154,7 +162,7 @@ constexpr QmtSegLayout kUnsigned32Layout = {sizeof(QmtSeg<uint32_t>),
                                             QMT_CONS_CheckValueAgainstRangeSegInt32Unsigned,
                                             QMT_CONS_ConvertSegInt32UnsignedToSegInt64};
 
-static constexpr RangeRow kRangeRows[] = {
+constexpr RangeRow kRangeRows[] = {
     {QMT_BASE_TYPEDEF, kUnknownLayout},
     {QMT_BASE_BINARY, kNoLayout},
     {QMT_BASE_BITS, kNoLayout},

@@ -65,21 +65,22 @@ uint32_t QMT_CONS_CheckValStrAgainstDefRestrictBinary(uint32_t baseType, const c
 // Types whose values are fixed texts: boolean (RFC 7950 section 9.5) has two, empty
 // (section 9.11) has none.
 
-uint32_t QMT_CONS_CheckValStrAgainstDefRestrictBoolean(uint32_t, const char* valueStr,
-                                                       QmtCheckCtx*) {
+uint32_t QMT_CONS_CheckValStrAgainstDefRestrictBoolean(uint32_t /*baseType*/, const char* valueStr,
+                                                       QmtCheckCtx* /*checkCtx*/) {
   if (valueStr == nullptr) return QM_VALUE_BAD_BOOLEAN;
   const bool valid = RTK_StrCmp(valueStr, "true") == 0 || RTK_StrCmp(valueStr, "false") == 0;
   return valid ? QM_OK : QM_VALUE_BAD_BOOLEAN;
 }
 
-uint32_t QMT_CONS_CheckValStrAgainstDefRestrictEmpty(uint32_t, const char* valueStr, QmtCheckCtx*) {
+uint32_t QMT_CONS_CheckValStrAgainstDefRestrictEmpty(uint32_t /*baseType*/, const char* valueStr,
+                                                     QmtCheckCtx* /*checkCtx*/) {
   return valueStr == nullptr || *valueStr == '\0' ? QM_OK : QM_VALUE_BAD_EMPTY;
 }
 
 // Enumerations (RFC 7950 section 9.6): the value is one of the names, byte for byte.
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataEnum(void* body, uint32_t inputKind,
-                                                   const void* input, QmtCheckCtx*) {
+                                                   const void* input, QmtCheckCtx* /*checkCtx*/) {
   const auto* own = static_cast<const QmtConsEnum*>(body);
   const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
   if (text == nullptr || own->items == nullptr) return QM_VALUE_BAD_ENUM;
@@ -164,7 +165,7 @@ static bool AllAreBitsOfType(const QmtConsBit* own, const BitNames* names) {
 }
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataBit(void* body, uint32_t inputKind, const void* input,
-                                                  QmtCheckCtx*) {
+                                                  QmtCheckCtx* /*checkCtx*/) {
   const auto* own = static_cast<const QmtConsBit*>(body);
   const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
   BitName* slots = nullptr;
@@ -194,7 +195,8 @@ uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg) {
 // value, or with invert-match accepts every value.
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataPattern(void* body, uint32_t inputKind,
-                                                      const void* input, QmtCheckCtx*) {
+                                                      const void* input,
+                                                      QmtCheckCtx* /*checkCtx*/) {
   const auto* own = static_cast<const QmtConsPattern*>(body);
   const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
   if (text == nullptr) return QM_VALUE_BAD_PATTERN;

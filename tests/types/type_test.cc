@@ -13,7 +13,6 @@
 #include "types/builtin.h"
 #include "types/constraint.h"
 #include "values/check_table.h"
-#include "values/range.h"
 
 using namespace type_builder;
 

@@ -8,7 +8,6 @@
 #include "tests/support/leaf_module.h"
 #include "tests/support/type_builder.h"
 #include "types/type.h"
-#include "values/range.h"
 
 using namespace type_builder;
 
