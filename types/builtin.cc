@@ -25,7 +25,7 @@ static consteval QmtLimits UnsignedLimits(uint64_t max) {
 
 constexpr QmtLimits kNoLimits = {0, 0, QMT_SIGN_NONE};
 
-static constexpr BuiltInRow kBuiltIns[] = {
+constexpr BuiltInRow kBuiltIns[] = {
     {QMT_BASE_TYPEDEF, nullptr, kNoLimits},
     {QMT_BASE_BINARY, "binary", kNoLimits},
     {QMT_BASE_BITS, "bits", kNoLimits},

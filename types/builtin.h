@@ -10,7 +10,8 @@ const char* BuiltInTypeName(uint32_t baseType);
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Zero for types without limits; 22 for an id above 19.
+// The limits of a built-in type, zero for one without. 0; 22 for an id above 19, and
+// without `out`.
 uint32_t QMT_CONS_GetBasedIntegerMinMaxVal(uint32_t baseType, QmtLimits* out);
 
 QM_END_INTERNAL_DECLS

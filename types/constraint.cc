@@ -55,7 +55,7 @@ static Body* CopyItemBody(QmDict* dict, const Body* src) {
   return copy;
 }
 
-static void* CreateDerived(uint32_t, uint32_t) {
+static void* CreateDerived(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
   return NewRecord<QmtConsDerived>();
 }
 
@@ -67,8 +67,6 @@ static void DestroyDerived(QmDict* dict, void* body) {
   g_qmMemFreeFunc(derived);
 }
 
-// The copy is not resolved: it may go to another module, and the pointer would lead into
-// an array that this module neither owns nor watches.
 static void* CopyDerived(QmDict* dict, const void* body) {
   const auto* src = static_cast<const QmtConsDerived*>(body);
   auto* copy = NewRecord<QmtConsDerived>();
@@ -91,7 +89,7 @@ static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
          InternOptional(dict, &copy->identityName, src->identityName);
 }
 
-static void* CreateBases(uint32_t itemCount, uint32_t) {
+static void* CreateBases(uint32_t itemCount, uint32_t /*loadFlags*/) {
   return NewItemBody<QmtConsBase>(itemCount);
 }
 
@@ -109,7 +107,7 @@ static bool CopyBit(QmDict* dict, QmtBit* copy, const QmtBit* src) {
   return InternOptional(dict, &copy->name, src->name);
 }
 
-static void* CreateBits(uint32_t itemCount, uint32_t) {
+static void* CreateBits(uint32_t itemCount, uint32_t /*loadFlags*/) {
   return NewItemBody<QmtConsBit>(itemCount);
 }
 
@@ -161,25 +159,25 @@ static void* CopyEnums(QmDict* dict, const void* body) {
   return nullptr;
 }
 
-static void* CreateFraction(uint32_t, uint32_t) {
+static void* CreateFraction(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
   return NewRecord<QmtConsFraction>();
 }
 
-static void DestroyFraction(QmDict*, void* body) {
+static void DestroyFraction(QmDict* /*dict*/, void* body) {
   g_qmMemFreeFunc(body);
 }
 
-static void* CopyFraction(QmDict*, const void* body) {
+static void* CopyFraction(QmDict* /*dict*/, const void* body) {
   auto* copy = NewRecord<QmtConsFraction>();
   if (copy != nullptr) *copy = *static_cast<const QmtConsFraction*>(body);
   return copy;
 }
 
-static void* CreateSegList(uint32_t, uint32_t) {
+static void* CreateSegList(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
   return NewRecord<QmtSegList>();
 }
 
-static void DestroySegList(QmDict*, void* body) {
+static void DestroySegList(QmDict* /*dict*/, void* body) {
   auto* list = static_cast<QmtSegList*>(body);
   if (list == nullptr) return;
   g_qmMemFreeFunc(list->segs);
@@ -201,7 +199,7 @@ static void* CopySegList(QmDict* dict, const void* body) {
   return copy;
 }
 
-static void* CreatePath(uint32_t, uint32_t) {
+static void* CreatePath(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
   auto* body = NewRecord<QmtConsPath>();
   if (body != nullptr) body->requireInstance = 1;
   return body;
@@ -233,7 +231,7 @@ static bool CopyPattern(QmDict* dict, QmtPattern* copy, const QmtPattern* src) {
   return InternOptional(dict, &copy->pattern, src->pattern);
 }
 
-static void* CreatePatterns(uint32_t itemCount, uint32_t) {
+static void* CreatePatterns(uint32_t itemCount, uint32_t /*loadFlags*/) {
   return NewItemBody<QmtConsPattern>(itemCount);
 }
 
@@ -250,7 +248,7 @@ static QmtConsUnion* NewUnion(uint32_t itemCount) {
   return own.Release();
 }
 
-static void* CreateUnion(uint32_t itemCount, uint32_t) {
+static void* CreateUnion(uint32_t itemCount, uint32_t /*loadFlags*/) {
   return NewUnion(itemCount);
 }
 
@@ -285,7 +283,7 @@ struct KindRow {
 };
 }  // namespace
 
-static constexpr KindRow kKinds[] = {
+constexpr KindRow kKinds[] = {
     {QMT_CONS_DERIVED, CreateDerived, DestroyDerived, CopyDerived},
     {QMT_CONS_BASE, CreateBases, DestroyItemBody<QmtConsBase, ReleaseBase>, CopyBases},
     {QMT_CONS_BIT, CreateBits, DestroyItemBody<QmtConsBit, ReleaseBit>, CopyBits},

@@ -123,7 +123,7 @@ const char* QMT_TYPE_GetInheritedTypDefName(const QmtType* type, const char** mo
 }
 
 uint32_t QM_TYPE_GetBuiltInBaseType(const QmtType* type) noexcept {
-  return type == nullptr ? static_cast<uint32_t>(QMT_BASE_NONE) : type->baseType;
+  return type == nullptr ? uint32_t{QMT_BASE_NONE} : type->baseType;
 }
 
 uint32_t QMT_TYPE_IsTypeWithIdentref(const QmtType* type) {
