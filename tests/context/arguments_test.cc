@@ -31,18 +31,18 @@ class ContextArguments : public testing::Test {
 TEST_F(ContextArguments, IntegersNeedATextAndAPlace) {
   int64_t value = 7;
   uint64_t whole = 7;
-  ExpectEachGives(22, QM_UTL_ReadInputStrAsSignedInteger, "1", nullptr, 0, &value);
-  ExpectEachGives(22, QM_UTL_ReadInputStrAsUnsignedInteger, "1", nullptr, 0, &whole);
+  ExpectEachGives(QM_INVALID, QM_UTL_ReadInputStrAsSignedInteger, "1", nullptr, 0, &value);
+  ExpectEachGives(QM_INVALID, QM_UTL_ReadInputStrAsUnsignedInteger, "1", nullptr, 0, &whole);
   EXPECT_EQ(7, value);
   EXPECT_EQ(7u, whole);
 }
 
 TEST_F(ContextArguments, MessagesNeedAModuleAndAText) {
-  ExpectEachGives(22, QM_CTX_AddErrorMsgToMod, ctx_->errMng, "m", "text");
+  ExpectEachGives(QM_INVALID, QM_CTX_AddErrorMsgToMod, ctx_->errMng, "m", "text");
   EXPECT_EQ(nullptr, QM_CTX_GetErrNodeByModName(ctx_, "m"));
   QmErrModNode* errNode = QMS_MOD_CreateErrNode(&ctx_->dict, "m");
   ASSERT_NE(nullptr, errNode);
-  ExpectEachGives(22, QMS_MOD_RecordErrorInfo, ctx_, errNode, "text");
+  ExpectEachGives(QM_INVALID, QMS_MOD_RecordErrorInfo, ctx_, errNode, "text");
   EXPECT_EQ(0, errNode->errorCount);
   QMS_MOD_FreeErrModNode(&ctx_->dict, errNode);
 }

@@ -172,7 +172,7 @@ TEST_F(SearchDirTable, ClearBeyondTheEndDoesNothing) {
 TEST_F(SetSearchDir, MissingMemoryShowsAs20Then12Then22AndChangesNothing) {
   ASSERT_EQ(0u, Set(Dir("a")));
   // Blocks in order: the normalised path, the table, the entry and its text.
-  const uint32_t expected[] = {20, 12, 22, 22};
+  const uint32_t expected[] = {QM_NOT_A_DIRECTORY, QM_NO_MEMORY, QM_INVALID, QM_INVALID};
   for (uint64_t n = 1; n <= 4; ++n) {
     SCOPED_TRACE(n);
     const std::string dir = Dir("b");

@@ -55,7 +55,7 @@ TEST(Stack, RefusedAllocationGivesNullOr12AndKeepsTheItems) {
     for (char& item : items) {
       const uint32_t ret = RTK_Push(stack, &item);
       if (ret != 0) {
-        EXPECT_EQ(12u, ret);
+        EXPECT_EQ(QM_NO_MEMORY, ret);
         break;
       }
       ++pushed;

@@ -288,7 +288,7 @@ QmsNode* g_stacked;
 void SplitScenario(bool refusing) {
   QmsNode* target = nullptr;
   const uint32_t ret = QMS_MOD_FindAugNodeTargetInSelfMod(g_tree->n, g_stacked, &target);
-  EXPECT_EQ(refusing && ret == 22 ? nullptr : g_tree->extra, target);
+  EXPECT_EQ(refusing && ret == QM_INVALID ? nullptr : g_tree->extra, target);
 }
 
 }  // namespace

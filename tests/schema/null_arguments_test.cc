@@ -48,24 +48,24 @@ class NullArguments : public testing::Test {
 
 TEST_F(NullArguments, AreRefusedByFillingOfDefinitionsWith22) {
   QmsImport import = {};
-  ExpectEachGives(22, QMS_MOD_FillImport, dict_, &import, "m", "p");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillImport, dict_, &import, "m", "p");
   QmsInclude include = {};
-  ExpectEachGives(22, QMS_MOD_FillInclude, dict_, &include, "s");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillInclude, dict_, &include, "s");
   QmsFeature feature = {};
-  ExpectEachGives(22, QMS_MOD_FillFeature, dict_, &feature, "f");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillFeature, dict_, &feature, "f");
   QmsIdentity identity = {};
-  ExpectEachGives(22, QMS_MOD_FillIdentity, dict_, &identity, "i");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillIdentity, dict_, &identity, "i");
   QmsIdentBase base = {};
-  ExpectEachGives(22, QMS_MOD_FillIdentBase, dict_, &base, "p", "i");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillIdentBase, dict_, &base, "p", "i");
   QmsExtension extension = {};
-  ExpectEachGives(22, QMS_MOD_SetExtension, dict_, &extension, "e", nullptr, 0);
+  ExpectEachGives(QM_INVALID, QMS_MOD_SetExtension, dict_, &extension, "e", nullptr, 0);
   QmsDeviation deviation = {};
-  ExpectEachGives(22, QMS_MOD_FillDeviationTargetNode, dict_, &deviation, "/m:n");
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillDeviationTargetNode, dict_, &deviation, "/m:n");
   QmsTypedef td = {};
   QmtType type = {};
-  ExpectEachGives(22, QMS_MOD_FillTypeDef, dict_, &td, "t", &type, nullptr);
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillTypeDef, dict_, &td, "t", &type, nullptr);
   QmsDeviate from = {}, to = {};
-  ExpectEachGives(22, QMS_MOD_FillDeviate, dict_, &to, &from);
+  ExpectEachGives(QM_INVALID, QMS_MOD_FillDeviate, dict_, &to, &from);
 
   EXPECT_EQ(nullptr, import.moduleName);
   EXPECT_EQ(nullptr, import.prefix);
@@ -85,25 +85,26 @@ TEST_F(NullArguments, AreRefusedByArraysOfNodesWith22) {
   set.condition = "c";
   QmsExtInst inst = {}, other = {};
   QmsLeafList leafList = {};
-  ExpectEachGives(22, QMS_NODE_FillIfFeature, dict_, &ifFeature, "m", "f");
-  ExpectEachGives(22, QMS_NODE_AppendOneIfFeat, dict_, &ifFeatures, &count, "m", "f");
-  ExpectEachGives(22, QMS_NODE_FillMust, dict_, &must, "c", nullptr, nullptr);
-  ExpectEachGives(22, QMS_NODE_AppendOneMust, dict_, &musts, &count, &set);
-  ExpectEachGives(22, QMS_NODE_SubtractMustsArray, dict_, &musts, 0, 0);
+  ExpectEachGives(QM_INVALID, QMS_NODE_FillIfFeature, dict_, &ifFeature, "m", "f");
+  ExpectEachGives(QM_INVALID, QMS_NODE_AppendOneIfFeat, dict_, &ifFeatures, &count, "m", "f");
+  ExpectEachGives(QM_INVALID, QMS_NODE_FillMust, dict_, &must, "c", nullptr, nullptr);
+  ExpectEachGives(QM_INVALID, QMS_NODE_AppendOneMust, dict_, &musts, &count, &set);
+  ExpectEachGives(QM_INVALID, QMS_NODE_SubtractMustsArray, dict_, &musts, 0, 0);
   const char* const values[] = {"v"};
-  ExpectEachGives(22, QMS_NODE_AppendLeaflistDefaults, dict_, &leafList, 1, values);
-  ExpectEachGives(22, QMS_NODE_SubtractLeaflistDefaults, dict_, &leafList, 0);
-  ExpectEachGives(22, QMS_EXT_FillExtInst, dict_, &inst, "m", "e", nullptr);
-  ExpectEachGives(22, QMS_EXT_AppendOneExtInstToArray, dict_, &insts, &count, "m", "e", nullptr);
-  ExpectEachGives(22, QMS_EXT_UpdateExtInstChildInsts, dict_, &inst, &other);
+  ExpectEachGives(QM_INVALID, QMS_NODE_AppendLeaflistDefaults, dict_, &leafList, 1, values);
+  ExpectEachGives(QM_INVALID, QMS_NODE_SubtractLeaflistDefaults, dict_, &leafList, 0);
+  ExpectEachGives(QM_INVALID, QMS_EXT_FillExtInst, dict_, &inst, "m", "e", nullptr);
+  ExpectEachGives(QM_INVALID, QMS_EXT_AppendOneExtInstToArray, dict_, &insts, &count, "m", "e",
+                  nullptr);
+  ExpectEachGives(QM_INVALID, QMS_EXT_UpdateExtInstChildInsts, dict_, &inst, &other);
   inst.module = "m";
   inst.name = "e";
-  ExpectEachGives(22, QMS_EXT_MergeOneExtInstToArray, dict_, &insts, &count, &inst);
-  ExpectEachGives(22, QMS_EXT_SubtractExtInstArray, dict_, &insts, 0, 0);
+  ExpectEachGives(QM_INVALID, QMS_EXT_MergeOneExtInstToArray, dict_, &insts, &count, &inst);
+  ExpectEachGives(QM_INVALID, QMS_EXT_SubtractExtInstArray, dict_, &insts, 0, 0);
   EXPECT_EQ(QM_INVALID, QMS_EXT_MergeExtInsts(dict_, nullptr, &count, &inst, 1));
   EXPECT_EQ(QM_INVALID, QMS_EXT_MergeExtInsts(dict_, &insts, nullptr, &inst, 1));
-  ExpectEachGives(22, QMS_NODE_AppendOneExtInst, dict_, node_, "m", "e", nullptr);
-  ExpectEachGives(22, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode, dict_, node_, node_);
+  ExpectEachGives(QM_INVALID, QMS_NODE_AppendOneExtInst, dict_, node_, "m", "e", nullptr);
+  ExpectEachGives(QM_INVALID, QMS_NODE_InheritAugNodeIfFeatArrayToChildNode, dict_, node_, node_);
 
   EXPECT_EQ(0, count);
   EXPECT_EQ(nullptr, ifFeatures);
@@ -155,14 +156,15 @@ TEST_F(NullArguments, AreRefusedByTheMergeOfTreesWith22) {
   QmsNode* list = node_;
   QmsNode* none = nullptr;
   uint32_t goOn = 7;
-  ExpectEachGives(22, QMS_NODE_MergeDstNodeWithMimExtInst, node_, moved);
-  ExpectEachGives(22, QMS_NODE_MergeNodeListWithDiffReason, node_, moved, module_, QMS_DIFF_NAME,
-                  &goOn);
-  ExpectEachGives(22, QMS_NODE_MergeNodeListToTgtWithTravType, node_, moved, QMS_TRAV_CHILD);
-  ExpectEachGives(22, QMS_NODE_MoveExtraNodeList, &none, moved, nullptr, module_);
-  ExpectEachGives(22, QMS_NODE_CompareAndMergeNodeList, &list, &moved, nullptr, module_);
-  ExpectEachGives(22, QMS_NODE_RefreshNodeTreeToQmMod, moved, module_);
-  ExpectEachGives(22, QMS_MOD_MergeTreeNodeData, module_, other);
+  ExpectEachGives(QM_INVALID, QMS_NODE_MergeDstNodeWithMimExtInst, node_, moved);
+  ExpectEachGives(QM_INVALID, QMS_NODE_MergeNodeListWithDiffReason, node_, moved, module_,
+                  QMS_DIFF_NAME, &goOn);
+  ExpectEachGives(QM_INVALID, QMS_NODE_MergeNodeListToTgtWithTravType, node_, moved,
+                  QMS_TRAV_CHILD);
+  ExpectEachGives(QM_INVALID, QMS_NODE_MoveExtraNodeList, &none, moved, nullptr, module_);
+  ExpectEachGives(QM_INVALID, QMS_NODE_CompareAndMergeNodeList, &list, &moved, nullptr, module_);
+  ExpectEachGives(QM_INVALID, QMS_NODE_RefreshNodeTreeToQmMod, moved, module_);
+  ExpectEachGives(QM_INVALID, QMS_MOD_MergeTreeNodeData, module_, other);
   QMS_NODE_RecordNodeListMergeError(nullptr, node_, nullptr, QMS_DIFF_NAME);
   QMS_NODE_RecordNodeListMergeError(module_, nullptr, nullptr, QMS_DIFF_NAME);
   QMS_NODE_RecordExtraNodeListMergeError(nullptr, node_, nullptr);
@@ -227,9 +229,9 @@ TEST_F(NullArguments, AreRefusedByKeysPathsAndInheritanceWith22) {
   EXPECT_EQ(0u, list->firstChild->flags & QMS_NODE_KEY);
   char path[8];
   uint32_t length = 0;
-  ExpectEachGives(22, QMS_NODE_PrintJsonPathRecursive, node_, path, sizeof path, &length);
-  ExpectEachGives(22, QMS_NODE_InheritAugNodeEvalToAllChildNode, dict_, node_);
-  ExpectEachGives(22, QMS_NODE_InheritAugNodeWhenCondToChildNode, dict_, nullptr, node_);
+  ExpectEachGives(QM_INVALID, QMS_NODE_PrintJsonPathRecursive, node_, path, sizeof path, &length);
+  ExpectEachGives(QM_INVALID, QMS_NODE_InheritAugNodeEvalToAllChildNode, dict_, node_);
+  ExpectEachGives(QM_INVALID, QMS_NODE_InheritAugNodeWhenCondToChildNode, dict_, nullptr, node_);
 }
 
 }  // namespace

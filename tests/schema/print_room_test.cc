@@ -132,8 +132,8 @@ TEST(PrintRoom, APieceThatIsMissingOrANodeOfNoKindIsRefusedWith22) {
     EXPECT_EQ(QM_INVALID, PrintNodeLine(&node, &print.para)) << "a leaf without its record";
   }
   const QmtType type = {};
-  null_arguments::ExpectEachGives(22, QMS_NODE_PrintType, &type, &print.para);
-  null_arguments::ExpectEachGives(22, QMS_NODE_PrintSubTree, tree.m, tree.c, &print.para);
+  null_arguments::ExpectEachGives(QM_INVALID, QMS_NODE_PrintType, &type, &print.para);
+  null_arguments::ExpectEachGives(QM_INVALID, QMS_NODE_PrintSubTree, tree.m, tree.c, &print.para);
   EXPECT_EQ(0u, print.text.used);
 }
 

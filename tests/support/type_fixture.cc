@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "tests/support/status_name.h"
 #include "types/type.h"
 #include "yin/load_type.h"
 
@@ -205,7 +206,7 @@ std::string ParseAndDump(const std::string& xml, uint32_t loadFlags) {
   Module module(loadFlags);
   Type type(&module);
   const uint32_t ret = type.Parse(xml);
-  return ret == 0 ? type.Dump() : "status " + std::to_string(ret);
+  return ret == 0 ? type.Dump() : StatusName(ret);
 }
 
 }  // namespace type_fixture

@@ -51,7 +51,7 @@ class Type {
   QmtType type_{};
 };
 
-// Parses one type element into a record of its own: its dump, or "status N".
+// Parses one type element into a record of its own: its dump, or the status by its name.
 std::string ParseAndDump(const std::string& xml, uint32_t loadFlags = 0);
 
 std::string DumpType(const QmtType* type);

@@ -165,7 +165,7 @@ TEST(FillFullNameWithRevision, Statuses) {
     const char* name;
     uint32_t status;
     uint32_t count;
-  } const rows[] = {{"m", 22, 2}, {"n", 0, 1}, {"k", 0, 1}, {"l", 22, 0}, {"none", 0, 0}};
+  } const rows[] = {{"m", 22, 2}, {"n", 0, 1}, {"k", 0, 1}, {"l", QM_INVALID, 0}, {"none", 0, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     QmsPathCollection list = {};
@@ -197,10 +197,10 @@ TEST(AppendOnePathObj, TheSuffixIsReadFromTheBaseName) {
                     {"/d/m@2020.yin", 0, ""},
                     {"/d/m@@a.yin", 0, "a"},
                     {"/d/m@@123456789.yin", 0, "123456789"},
-                    {"/d/m@@1234567890.yin", 22, nullptr},
+                    {"/d/m@@1234567890.yin", QM_INVALID, nullptr},
                     {"/d/m@@a.b.yin", 0, "a"},
                     {"/d/m@@.yin", 0, ""},
-                    {"/d/m@@a", 22, nullptr},
+                    {"/d/m@@a", QM_INVALID, nullptr},
                     {"/d@@x.y/m.yin", 0, ""},
                     {"m@@a.yin", 0, "a"}};
   for (const auto& row : rows) {

@@ -59,9 +59,9 @@ TEST(ParseTypeStmt, ATypedefNameIsKeptWithItsModule) {
       {"<type name='p:t'/>", "typedef derived{m:t}"},
       {"<type name='o:t'/>", "typedef derived{other:t}"},
       {"<type name='p:int8'/>", "typedef derived{m:int8}"},
-      {"<type name='x:t'/>", "status 22"},
-      {"<type name=''/>", "status 22"},
-      {"<type name='a b'/>", "status 22"},
+      {"<type name='x:t'/>", "QM_INVALID"},
+      {"<type name=''/>", "QM_INVALID"},
+      {"<type name='a b'/>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -69,7 +69,7 @@ TEST(ParseTypeStmt, ATypedefNameIsKeptWithItsModule) {
 TEST(ParseTypeStmt, ANamePartHasAtMost64Characters) {
   const std::string name(64, 'n');
   EXPECT_EQ("typedef derived{other:" + name + "}", ParseAndDump("<type name='o:" + name + "'/>"));
-  EXPECT_EQ("status 22", ParseAndDump("<type name='o:" + name + "n'/>"));
+  EXPECT_EQ("QM_INVALID", ParseAndDump("<type name='o:" + name + "n'/>"));
 }
 
 TEST(ParseTypeStmt, EntriesStandInKindOrder) {
@@ -82,9 +82,9 @@ TEST(ParseTypeStmt, RestrictionsAreNotMatchedWithTheType) {
       {"<type name='string'><enum name='a'/></type>", "string enum{a=0}"},
       {"<type name='string'><type name='int8'/></type>", "string union{int8}"},
       {"<type name='int32'><length value='1..5'/></type>", "int32 length{1..5} flags=3"},
-      {"<type name='string'><range value='1..5'/></type>", "status 22"},
-      {"<type name='boolean'><range value='1..5'/></type>", "status 22"},
-      {"<type name='union'><range value='1'/></type>", "status 22"},
+      {"<type name='string'><range value='1..5'/></type>", "QM_INVALID"},
+      {"<type name='boolean'><range value='1..5'/></type>", "QM_INVALID"},
+      {"<type name='union'><range value='1'/></type>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -116,7 +116,7 @@ TEST(ParseTypeStmt, MissingArgumentsAreRefused) {
                             "<path/>", "<pattern/>", "<range/>", "<type/>",
                             "<bit name='a'><position/></bit>", "<enum name='a'><value/></enum>"}) {
     SCOPED_TRACE(child);
-    EXPECT_EQ("status 22", ParseAndDump("<type name='int8'>" + std::string(child) + "</type>"));
+    EXPECT_EQ("QM_INVALID", ParseAndDump("<type name='int8'>" + std::string(child) + "</type>"));
   }
 }
 
@@ -197,7 +197,7 @@ TEST(ParseTypeStmt, TheCounterOfAKindDoesNotWrap) {
     EXPECT_EQ(65535u, body->count);
     EXPECT_EQ(65534u, body->items[65534].position);
   }
-  EXPECT_EQ("status 22", ParseAndDump(xml + "<bit name='b'/></type>"));
+  EXPECT_EQ("QM_INVALID", ParseAndDump(xml + "<bit name='b'/></type>"));
 }
 
 TEST(CountAndMark, MarksEachRecognisedChildWithTheBitOfItsKind) {
@@ -258,7 +258,7 @@ TEST(FillBases, ResolvesPrefixes) {
   constexpr Row kRows[] = {
       {"<type name='identityref'><base name='o:i'/><base name='j'/></type>",
        "identityref base{other:i,m:j}"},
-      {"<type name='identityref'><base name='x:i'/></type>", "status 22"},
+      {"<type name='identityref'><base name='x:i'/></type>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -292,12 +292,12 @@ TEST(FillBits, PositionsAreGivenInDocumentOrder) {
        "bits bit{a=4294967294,b=4294967295}"},
       {"<type name='bits'><bit name='a'><position value='4294967294'/></bit><bit name='b'/><bit "
        "name='c'/></type>",
-       "status 22"},
-      {"<type name='bits'><bit name='a'><position value='4294967295'/></bit></type>", "status 22"},
-      {"<type name='bits'><bit name='a'><position value='-1'/></bit></type>", "status 22"},
-      {"<type name='bits'><bit name='a'><position value='x'/></bit></type>", "status 22"},
+       "QM_INVALID"},
+      {"<type name='bits'><bit name='a'><position value='4294967295'/></bit></type>", "QM_INVALID"},
+      {"<type name='bits'><bit name='a'><position value='-1'/></bit></type>", "QM_INVALID"},
+      {"<type name='bits'><bit name='a'><position value='x'/></bit></type>", "QM_INVALID"},
       {"<type name='bits'><bit name='a'><position value='99999999999999999999'/></bit></type>",
-       "status 22"},
+       "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -316,12 +316,12 @@ TEST(FillEnums, ValuesAreGivenInDocumentOrder) {
        "enumeration enum{a=-2147483648,b=2147483647}"},
       {"<type name='enumeration'><enum name='a'><value value='2147483647'/></enum><enum name='b'/>"
        "</type>",
-       "status 22"},
+       "QM_INVALID"},
       {"<type name='enumeration'><enum name='a'><value value='2147483648'/></enum></type>",
-       "status 22"},
+       "QM_INVALID"},
       {"<type name='enumeration'><enum name='a'><value value='-2147483649'/></enum></type>",
-       "status 22"},
-      {"<type name='enumeration'><enum name='a'><value value=''/></enum></type>", "status 22"},
+       "QM_INVALID"},
+      {"<type name='enumeration'><enum name='a'><value value=''/></enum></type>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -346,9 +346,9 @@ TEST(FillEnums, TheFirstSentenceOfADescriptionIsKept) {
        "<enum name='d'><description><!-- c --><text>No stop</text></description></enum>"
        "</type>",
        "enumeration enum{a=0(First one),b=1(NULL),c=2(NULL),d=3(No stop)}"},
-      {"<type name='enumeration'><enum name='a'><description/></enum></type>", "status 12"},
+      {"<type name='enumeration'><enum name='a'><description/></enum></type>", "QM_NO_MEMORY"},
       {"<type name='enumeration'><enum name='a'><description><text/></description></enum></type>",
-       "status 12"},
+       "QM_NO_MEMORY"},
   };
   ExpectTypes(kRows, QM_LOAD_DESCRIPTIONS);
 }
@@ -376,13 +376,13 @@ TEST(FillDescWithOneEnum, ADescriptionWithoutTextIs22) {
 
 TEST(FillFraction, DigitsAre1To18) {
   constexpr Row kRows[] = {
-      {"<type name='decimal64'><fraction-digits value='0'/></type>", "status 22"},
+      {"<type name='decimal64'><fraction-digits value='0'/></type>", "QM_INVALID"},
       {"<type name='decimal64'><fraction-digits value='1'/></type>", "decimal64 fraction{1}"},
       {"<type name='decimal64'><fraction-digits value='18'/></type>", "decimal64 fraction{18}"},
-      {"<type name='decimal64'><fraction-digits value='19'/></type>", "status 22"},
+      {"<type name='decimal64'><fraction-digits value='19'/></type>", "QM_INVALID"},
       {"<type name='decimal64'><fraction-digits value=' 5x'/></type>", "decimal64 fraction{5}"},
-      {"<type name='decimal64'><fraction-digits value='x'/></type>", "status 22"},
-      {"<type name='decimal64'><fraction-digits value='-1'/></type>", "status 22"},
+      {"<type name='decimal64'><fraction-digits value='x'/></type>", "QM_INVALID"},
+      {"<type name='decimal64'><fraction-digits value='-1'/></type>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -395,12 +395,12 @@ TEST(FillPath, PrefixesBecomeModuleNames) {
       {"<type name='leafref'><path value=\"/a[k='1']/b\"/></type>", "leafref path{/m:a/b 1}"},
       {"<type name='leafref'><path value='/a[k=current()/../o:k]/b'/></type>",
        "leafref path{/m:a/b 1}"},
-      {"<type name='leafref'><path value='a/b'/></type>", "status 22"},
-      {"<type name='leafref'><path value=' /a'/></type>", "status 22"},
-      {"<type name='leafref'><path value='/a /b'/></type>", "status 22"},
-      {"<type name='leafref'><path value='/x:a'/></type>", "status 22"},
-      {"<type name='leafref'><path value='current()/../a'/></type>", "status 22"},
-      {"<type name='leafref'><path value='/a/current()'/></type>", "status 22"},
+      {"<type name='leafref'><path value='a/b'/></type>", "QM_INVALID"},
+      {"<type name='leafref'><path value=' /a'/></type>", "QM_INVALID"},
+      {"<type name='leafref'><path value='/a /b'/></type>", "QM_INVALID"},
+      {"<type name='leafref'><path value='/x:a'/></type>", "QM_INVALID"},
+      {"<type name='leafref'><path value='current()/../a'/></type>", "QM_INVALID"},
+      {"<type name='leafref'><path value='/a/current()'/></type>", "QM_INVALID"},
   };
   ExpectTypes(kRows);
 }
@@ -507,7 +507,8 @@ TEST(ParseTypeStmt, LeavesADestroyableRecordForEachRefusedAllocation) {
       EXPECT_EQ(kEverythingDump, type.Dump());
     } else {
       EXPECT_TRUE(refusing);
-      EXPECT_TRUE(ret == 12 || ret == 22) << ret;  // 22: the path could not be converted
+      EXPECT_TRUE(ret == QM_NO_MEMORY || ret == QM_INVALID)
+          << ret;  // 22: the path could not be converted
     }
   });
   EXPECT_GT(injected, 50u);

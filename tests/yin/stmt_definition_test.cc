@@ -85,20 +85,20 @@ TEST(Definitions, AFailedOneIsClearedAndItsCodePassedOn) {
     const char* element;
     uint32_t status;
   } const rows[] = {
-      {QMS_LOADER_ParseFeature, "<feature/>", 22},
+      {QMS_LOADER_ParseFeature, "<feature/>", QM_INVALID},
       {QMS_LOADER_ParseFeature,
        "<feature name='a'><if-feature name='b'/><if-feature name=''/></feature>", 1},
-      {QMS_LOADER_ParseIdentity, "<identity/>", 22},
+      {QMS_LOADER_ParseIdentity, "<identity/>", QM_INVALID},
       {QMS_LOADER_ParseIdentity,
        "<identity name='i'><if-feature name='f'/><base name='x'/><base name='p:x'/></identity>",
-       22},
-      {QMS_LOADER_ParseExtension, "<extension/>", 22},
+       QM_INVALID},
+      {QMS_LOADER_ParseExtension, "<extension/>", QM_INVALID},
       {QMS_LOADER_ParseExtension,
        "<extension name='e'><argument name='a'><yin-element value='yes'/></argument></extension>",
-       22},
-      {QMS_LOADER_ParseDeviation, "<deviation/>", 22},
-      {QMS_LOADER_ParseDeviation, "<deviation target-node='o:a'/>", 22},
-      {QMS_LOADER_ParseDeviation, "<deviation target-node='/p:a'/>", 22},
+       QM_INVALID},
+      {QMS_LOADER_ParseDeviation, "<deviation/>", QM_INVALID},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='o:a'/>", QM_INVALID},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='/p:a'/>", QM_INVALID},
       {QMS_LOADER_ParseDeviation,
        "<deviation target-node='/o:a'><deviate value='delete'><must condition='x'/></deviate>"
        "<deviate value='Add'/></deviation>",
@@ -106,11 +106,12 @@ TEST(Definitions, AFailedOneIsClearedAndItsCodePassedOn) {
       {QMS_LOADER_ParseDeviate,
        "<deviate value='add'><must condition='x'/><default value='1'/><units name='u'/>"
        "<m:e a='1'/><config value='bad'/></deviate>",
-       22},
+       QM_INVALID},
       {QMS_LOADER_ParseDeviate, "<deviate value='delete'><must condition='x'/><default/></deviate>",
-       22},
+       QM_INVALID},
       {QMS_LOADER_ParseDeviate,
-       "<deviate value='replace'><type name='int8'/><mandatory value='bad'/></deviate>", 22},
+       "<deviate value='replace'><type name='int8'/><mandatory value='bad'/></deviate>",
+       QM_INVALID},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.element);
@@ -129,11 +130,11 @@ TEST(Definitions, AFailedInternIs22AndOfAReferenceOrAnInstance12) {
     uint32_t status;
     std::vector<std::string> errors;
   } const rows[] = {
-      {QMS_LOADER_ParseFeature, "<feature name='new'/>", 1, 22, {}},
-      {QMS_LOADER_ParseIdentity, "<identity name='new'/>", 1, 22, {}},
-      {QMS_LOADER_ParseExtension, "<extension name='new'/>", 1, 22, {}},
-      {QMS_LOADER_ParseArgument, "<argument name='new'/>", 1, 22, {}},
-      {QMS_LOADER_ParseDeviation, "<deviation target-node='/o:new'/>", 2, 22, {}},
+      {QMS_LOADER_ParseFeature, "<feature name='new'/>", 1, QM_INVALID, {}},
+      {QMS_LOADER_ParseIdentity, "<identity name='new'/>", 1, QM_INVALID, {}},
+      {QMS_LOADER_ParseExtension, "<extension name='new'/>", 1, QM_INVALID, {}},
+      {QMS_LOADER_ParseArgument, "<argument name='new'/>", 1, QM_INVALID, {}},
+      {QMS_LOADER_ParseDeviation, "<deviation target-node='/o:new'/>", 2, QM_INVALID, {}},
       {QMS_LOADER_ParseIdentBase,
        "<base name='new'/>",
        1,

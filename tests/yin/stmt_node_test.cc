@@ -219,10 +219,12 @@ struct StatusRow {
 
 TEST(NodeStatements, AnUnnamedListIs12AndAllOthersAre22) {
   const StatusRow rows[] = {
-      {QMS_LOADER_ParseContainer, 22}, {QMS_LOADER_ParseLeaf, 22},   {QMS_LOADER_ParseLeafList, 22},
-      {QMS_LOADER_ParseList, 12},      {QMS_LOADER_ParseChoice, 22}, {QMS_LOADER_ParseCase, 22},
-      {QMS_LOADER_ParseAnydata, 22},   {QMS_LOADER_ParseAnyxml, 22}, {QMS_LOADER_ParseRpc, 22},
-      {QMS_LOADER_ParseAction, 22},    {QMS_LOADER_ParseNotif, 22},  {QMS_LOADER_ParseAugment, 22}};
+      {QMS_LOADER_ParseContainer, QM_INVALID}, {QMS_LOADER_ParseLeaf, QM_INVALID},
+      {QMS_LOADER_ParseLeafList, QM_INVALID},  {QMS_LOADER_ParseList, QM_NO_MEMORY},
+      {QMS_LOADER_ParseChoice, QM_INVALID},    {QMS_LOADER_ParseCase, QM_INVALID},
+      {QMS_LOADER_ParseAnydata, QM_INVALID},   {QMS_LOADER_ParseAnyxml, QM_INVALID},
+      {QMS_LOADER_ParseRpc, QM_INVALID},       {QMS_LOADER_ParseAction, QM_INVALID},
+      {QMS_LOADER_ParseNotif, QM_INVALID},     {QMS_LOADER_ParseAugment, QM_INVALID}};
   yin::Context ctx;
   yin::Parsed module(ctx, Model(""));
   xmlDoc* doc = yin::Xml("<any/>");
@@ -443,7 +445,7 @@ TEST(ParseAugmentTargetNode, APathThatCannotBeInternedIsMinusOne) {
         QMS_LOADER_ParseAugmentTargetNode(module.Get(), xmlDocGetRootElement(doc), &name);
     if (counting_memory::StopRefusing() > 0) {
       ++refused;
-      EXPECT_TRUE(ret == 22 || ret == UINT32_MAX);
+      EXPECT_TRUE(ret == QM_INVALID || ret == UINT32_MAX);
       EXPECT_EQ(nullptr, name);
     }
     minusOnes += ret == UINT32_MAX ? 1 : 0;
