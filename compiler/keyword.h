@@ -8,7 +8,7 @@
 
 namespace compiler {
 
-// In alphabetical order of the statements' names, which FindKeyword() relies on.
+// In alphabetical order of the statements' names.
 enum class Keyword : uint8_t {
   kNone,
   kAction,

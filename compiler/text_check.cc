@@ -106,9 +106,15 @@ BadCharacter DescribeBadCharacter(const char* place, const char* end) {
 }
 
 bool IsAscii(std::string_view text) noexcept {
-  unsigned char high = 0;
-  for (const char c : text) high = static_cast<unsigned char>(high | static_cast<unsigned char>(c));
-  return high < 0x80;
+  uint64_t high = 0;
+  size_t i = 0;
+  for (; i + sizeof(high) <= text.size(); i += sizeof(high)) {
+    uint64_t eight = 0;
+    std::memcpy(&eight, text.data() + i, sizeof(eight));
+    high |= eight;
+  }
+  for (; i < text.size(); ++i) high |= static_cast<unsigned char>(text[i]);
+  return (high & 0x8080808080808080U) == 0;
 }
 
 }  // namespace compiler

@@ -234,6 +234,7 @@ const char* FoldLine(Tokenizer* t, Quoted* q, const char* feed) {
 // Takes the pair of a backslash and what follows it.
 const char* TakeEscape(Tokenizer* t, Quoted* q, const char* backslash) {
   const char next = backslash[1];
+  if (next == '\0') return backslash + 1;
   if (next != 'n' && next != 't' && next != '"' && next != '\\') {
     NoteDoubt(t, t->line, ColumnOf(t, backslash), next);
     return backslash + 1;  // both stay; a line may end behind the backslash
@@ -250,31 +251,46 @@ void StringDoesNotEnd(Tokenizer* t, const Token& token) {
                "add the closing quote");
 }
 
-// Reads from behind the opening quote of `token`; false: it does not end.
+// The first `c` at or after `from`, or the end.
+const char* Find(const Tokenizer* t, const char* from, char c) noexcept {
+  const void* found = std::memchr(from, c, static_cast<size_t>(t->end - from));
+  return found == nullptr ? t->end : static_cast<const char*>(found);
+}
+
+// Takes the lines that end before `stop`.
+void FoldLinesBefore(Tokenizer* t, Quoted* q, const char* from, const char* stop) {
+  while (from < stop) {
+    const void* feed = std::memchr(from, '\n', static_cast<size_t>(stop - from));
+    if (feed == nullptr) return;
+    from = FoldLine(t, q, static_cast<const char*>(feed));
+  }
+}
+
+// Reads from behind the opening quote of `token`; false: it does not end. What ends a
+// line, a pair or the string is searched for, which is cheaper than a look at each
+// character; the place of the next backslash is kept, so that a text is searched once.
 bool ReadFolded(Tokenizer* t, const char* quote, const Token& token) {
   Quoted q;
   q.quote = quote;
   q.lineStart = t->lineStart;
   q.pending = quote + 1;
+  const char* close = Find(t, quote + 1, '"');
   for (const char* p = q.pending;;) {
-    switch (*p) {
-      case '"':
-        Flush(t, &q, p);
-        t->at = p + 1;
-        return true;
-      case '\\':
-        p = TakeEscape(t, &q, p);
-        break;
-      case '\n':
-        p = FoldLine(t, &q, p);
-        break;
-      case '\0':
-        StringDoesNotEnd(t, token);
-        return false;
-      default:
-        ++p;
+    if (t->backslash < p) t->backslash = Find(t, p, '\\');
+    if (close < p) close = Find(t, p, '"');
+    const bool escaped = t->backslash < close;
+    const char* stop = escaped ? t->backslash : close;
+    FoldLinesBefore(t, &q, p, stop);
+    if (stop == t->end) break;
+    if (!escaped) {
+      Flush(t, &q, close);
+      t->at = close + 1;
+      return true;
     }
+    p = TakeEscape(t, &q, stop);
   }
+  StringDoesNotEnd(t, token);
+  return false;
 }
 
 // One part of a string, the cursor at its quote. `plain` views it where it stands in the
@@ -359,6 +375,7 @@ void StartTokens(Tokenizer* t, const SourceFile* file, std::string_view text, Re
   t->report = report;
   t->at = t->lineStart = t->counted = text.data();
   t->end = text.data() + text.size();
+  t->backslash = Find(t, t->at, '\\');
   t->ascii = IsAscii(text);
 }
 

@@ -37,6 +37,7 @@ struct Tokenizer {
   const char* lineStart = nullptr;  // of the line of `at`
   const char* counted = nullptr;    // a place in this line, and its column
   uint32_t countedColumn = 1;
+  const char* backslash = nullptr;  // the first at or after some place before, or the end
   uint32_t line = 1;
   unsigned errors = 0;
   bool ascii = false;      // columns are bytes

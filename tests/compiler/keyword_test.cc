@@ -12,8 +12,16 @@ TEST(FindKeyword, FindsTheFirstTheLastAndOneBetween) {
   EXPECT_EQ(FindKeyword("leaf-list"), Keyword::kLeafList);
 }
 
+TEST(FindKeyword, FindsEachStatement) {
+  for (size_t i = 1; i < kKeywordCount; ++i) {
+    const auto keyword = static_cast<Keyword>(i);
+    EXPECT_EQ(FindKeyword(RowOf(keyword).name), keyword) << RowOf(keyword).name;
+  }
+}
+
 TEST(FindKeyword, GivesNoneForWhatIsNoStatement) {
-  for (const char* name : {"", "a", "leaflist", "zzz", "Leaf", "leaf "})
+  for (const char* name : {"", "a", "leaflist", "zzz", "lea", "leafs", "min-elementS",
+                           "\xff\xff\xff", "Leaf", "leaf "})
     EXPECT_EQ(FindKeyword(name), Keyword::kNone) << name;
 }
 
