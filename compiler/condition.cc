@@ -277,7 +277,7 @@ Piece ConditionWriter::Exists(uint32_t index, PlainPath path) {
   // Containers without presence exist for XPath wherever their parent does.
   while (!path.items.empty() && !path.items.back().up && path.items.back().node != nullptr &&
          IsPlainContainer(path.items.back().node)) {
-    if (!PresenceOf(*place_.schema, path.items.back().node).inTree) {
+    if (!PresenceOf(place_.schema, path.items.back().node).inTree) {
       Remark(ConditionIssue::kOther, index,
              Quoted(index) + " is a container that the library misses unless it is written");
       return author;
@@ -423,7 +423,7 @@ static size_t LengthWhenLoaded(const std::string& text, const ConditionPlace& pl
   return length;
 }
 
-ConditionResult RewriteCondition(const Xpath& xpath, const ConditionPlace& place) {
+ConditionResult MakeExact(const Xpath& xpath, const ConditionPlace& place) {
   ConditionWriter writer(xpath, place);
   const Piece piece = writer.Condition();
   ConditionResult result;

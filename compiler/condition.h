@@ -20,11 +20,11 @@ namespace compiler {
 
 // Where a condition stands.
 struct ConditionPlace {
-  const DataSchema* schema = nullptr;
-  const DataNode* context = nullptr;  // the context node; NULL: the root, or not known
-  const DataModule* words = nullptr;  // whose prefixes it uses, and whose names without
-  bool isWhenOfContext = false;       // a when of the context node, which then stands for
-                                      // itself without its value and children
+  DataSchema* schema = nullptr;
+  DataNode* context = nullptr;   // the context node; NULL: the root, or not known
+  DataModule* words = nullptr;   // whose prefixes it uses, and whose names without
+  bool isWhenOfContext = false;  // a when of the context node, which then stands for
+                                 // itself without its value and children
 };
 
 enum class ConditionIssue : uint8_t {
@@ -50,6 +50,6 @@ struct ConditionResult {
 // The most characters that the library takes.
 inline constexpr size_t kMaxCondition = 3096;
 
-ConditionResult RewriteCondition(const Xpath& xpath, const ConditionPlace& place);
+ConditionResult MakeExact(const Xpath& xpath, const ConditionPlace& place);
 
 }  // namespace compiler

@@ -63,7 +63,7 @@ class Walk {
     return true;
   }
 
-  void BeginAt(const DataNode* node, bool known, std::vector<PathItem> items) {
+  void BeginAt(DataNode* node, bool known, std::vector<PathItem> items) {
     current_ = node;
     known_ = known && place_.schema != nullptr;
     out_.items = std::move(items);
@@ -84,7 +84,7 @@ class Walk {
   bool Deref(const XpathNode& call) {
     PlainPath leaf = ResolvePath(xpath_, place_, base_, call.operands[0]);
     NodePath path;
-    const DataModule* words = nullptr;
+    DataModule* words = nullptr;
     if (!leaf.plain || !leaf.predicates.empty() || leaf.several || leaf.outside ||
         leaf.lacksDefault || !leaf.known || leaf.target == nullptr ||
         !LeafrefOf(leaf.target, &path, &words)) {
@@ -112,7 +112,7 @@ class Walk {
     return true;
   }
 
-  bool LeafrefOf(const DataNode* leaf, NodePath* path, const DataModule** words) const {
+  bool LeafrefOf(DataNode* leaf, NodePath* path, DataModule** words) const {
     const xmlNode* type = place_.schema->TypeOf(leaf, words);
     const xmlNode* statement = type == nullptr ? nullptr : YinChild(type, Keyword::kPath);
     const xmlNode* require = type == nullptr ? nullptr : YinChild(type, Keyword::kRequireInstance);
@@ -128,10 +128,10 @@ class Walk {
   }
 
   // A step of a leafref path, written with the names of the condition's module.
-  bool Enter(const PathStep& step, const NodePath& path, const DataModule* words) {
+  bool Enter(const PathStep& step, const NodePath& path, DataModule* words) {
     const std::string_view prefix = path.Of(step.prefix);
-    const DataModule* wanted = prefix.empty() ? nullptr : place_.schema->OfPrefix(words, prefix);
-    const DataNode* child = place_.schema->DataChild(current_, wanted, path.Of(step.name));
+    DataModule* wanted = prefix.empty() ? nullptr : place_.schema->OfPrefix(words, prefix);
+    DataNode* child = place_.schema->DataChild(current_, wanted, path.Of(step.name));
     if (child == nullptr) return false;
     std::string_view written;
     if (child->module != place_.words) {
@@ -186,8 +186,8 @@ class Walk {
       out_.items.push_back(item);
       return;
     }
-    const DataSchema& schema = *place_.schema;
-    const DataModule* module = schema.OfPrefix(place_.words, item.prefix);
+    DataSchema& schema = *place_.schema;
+    DataModule* module = schema.OfPrefix(place_.words, item.prefix);
     if (module == nullptr) {  // not among what is known
       known_ = false;
       out_.items.push_back(item);
@@ -199,12 +199,13 @@ class Walk {
     }
     const bool another =
         item.node == nullptr && schema.DataChild(current_, nullptr, item.name) != nullptr;
-    out_.namesake = out_.namesake || another || schema.HasNamesake(current_, item.name);
+    out_.namesake = out_.namesake || another ||
+                    (item.node != nullptr && schema.HasNamesake(current_, item.node));
     EnterChild(item);
   }
 
   void EnterChild(const PathItem& item) {
-    const DataNode* node = item.node;
+    DataNode* node = item.node;
     CheckInside(node, item.name);
     out_.items.push_back(item);
     if (node == nullptr) {  // a name that no data has: it leads nowhere, for everybody
@@ -212,7 +213,7 @@ class Walk {
       known_ = false;
       return;
     }
-    const Presence presence = PresenceOf(*place_.schema, node);
+    const Presence presence = PresenceOf(place_.schema, node);
     const bool byDefault = presence.byDefault && IsRequest();
     if (Several() && !(presence.inTree && (presence.inMessage || byDefault))) {
       out_.existsByFirst = false;
@@ -228,18 +229,18 @@ class Walk {
   }
 
   // Defaults that XPath sees and the library does not.
-  void NoteDefault(const DataNode* node) {
+  void NoteDefault(DataNode* node) {
     const bool isList = node->keyword == Keyword::kLeafList;
     const bool isLeaf = node->keyword == Keyword::kLeaf;
     if (!isList && (!isLeaf || IsRequest() || message_ == nullptr)) return;
-    const Presence presence = PresenceOf(*place_.schema, node);
+    const Presence presence = PresenceOf(place_.schema, node);
     if (presence.inMessage || !place_.schema->HasDefault(node)) return;
     out_.lacksDefault = true;
   }
 
   // Out of the message: above the operation or notification. Around an action stand only
   // the keys of the entries that it lies in.
-  void CheckInside(const DataNode* child, std::string_view) {
+  void CheckInside(DataNode* child, std::string_view) {
     if (message_ == nullptr) return;
     if (current_ == nullptr) {
       if (child != message_ || message_->parent != nullptr) out_.outside = true;
@@ -273,14 +274,14 @@ class Walk {
   }
 
   // There for the library too.
-  bool IsSure(const DataNode* node) const {
-    const Presence presence = PresenceOf(*place_.schema, node);
+  bool IsSure(DataNode* node) const {
+    const Presence presence = PresenceOf(place_.schema, node);
     return presence.inMessage || (presence.byDefault && IsRequest()) ||
            (presence.inTree && IsPlainContainer(node));
   }
 
   bool Several() const {
-    return std::any_of(entered_.begin(), entered_.end(), [](const DataNode* node) {
+    return std::any_of(entered_.begin(), entered_.end(), [](DataNode* node) {
       return node->keyword == Keyword::kList || node->keyword == Keyword::kLeafList;
     });
   }
@@ -333,7 +334,7 @@ class Walk {
       const bool back = item.up && !kept.empty() && !kept.back().up &&
                         kept.back().node != nullptr && IsPlainContainer(kept.back().node) &&
                         !kept.back().node->conditional &&
-                        PresenceOf(*place_.schema, kept.back().node).inTree;
+                        PresenceOf(place_.schema, kept.back().node).inTree;
       if (back) {
         kept.pop_back();
         out_.changed = true;
@@ -349,12 +350,12 @@ class Walk {
   const PathBase& base_;
   const DataNode* message_ = nullptr;
   PlainPath out_;
-  const DataNode* current_ = nullptr;
+  DataNode* current_ = nullptr;
   bool known_ = false;
   bool nowhere_ = false;
   bool certain_ = true;
   size_t sure_ = 0;  // so many of the items are there if the path leads anywhere
-  std::vector<const DataNode*> entered_;
+  std::vector<DataNode*> entered_;
 };
 
 }  // namespace

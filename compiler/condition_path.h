@@ -15,7 +15,7 @@ struct PathItem {
   bool up = false;
   std::string_view prefix;
   std::string_view name;
-  const DataNode* node = nullptr;  // that a name leads to; NULL: not known
+  DataNode* node = nullptr;  // that a name leads to; NULL: not known
 };
 
 // Where relative paths begin: the condition's context node, or in a predicate the node
@@ -23,7 +23,7 @@ struct PathItem {
 struct PathBase {
   bool absolute = false;
   std::vector<PathItem> items;
-  const DataNode* node = nullptr;
+  DataNode* node = nullptr;
   bool known = false;
   bool outermost = true;
 };
@@ -43,7 +43,7 @@ struct PlainPath {
   std::vector<PathPredicate> predicates;  // must hold besides
   std::vector<PlainPath> required;        // must exist besides (of deref())
 
-  const DataNode* target = nullptr;  // NULL: the root, or not known
+  DataNode* target = nullptr;  // NULL: the root, or not known
   bool known = false;
   bool several = false;       // may lead to more than one node
   bool existsByFirst = true;  // when it leads to any, the library finds one

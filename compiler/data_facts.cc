@@ -59,12 +59,12 @@ bool IsMandatory(const DataNode* node) {
 }
 
 // A plain container stands in every message that must have something in it.
-bool MustHoldSomething(const DataSchema& schema, const DataNode* container) {
-  std::vector<const DataNode*> stack = {container};
+bool MustHoldSomething(DataSchema* schema, DataNode* container) {
+  std::vector<DataNode*> stack = {container};
   while (!stack.empty()) {
-    const DataNode* node = stack.back();
+    DataNode* node = stack.back();
     stack.pop_back();
-    for (const DataNode* child : node->children) {
+    for (DataNode* child : schema->OwnChildren(node)) {
       if (child->conditional || child->keyword == Keyword::kChoice) continue;
       if (IsPlainContainer(child)) {
         stack.push_back(child);
@@ -83,8 +83,8 @@ bool IsPlainContainer(const DataNode* node) {
          YinChild(node->statement, Keyword::kPresence) == nullptr;
 }
 
-const xmlNode* DataSchema::FindTypedef(const xmlNode* at, const DataModule** module,
-                                       std::string_view name) const {
+const xmlNode* DataSchema::FindTypedef(const xmlNode* at, DataModule** module,
+                                       std::string_view name) {
   const size_t colon = name.find(':');
   if (colon != std::string_view::npos) {
     *module = OfPrefix(*module, name.substr(0, colon));
@@ -106,9 +106,9 @@ const xmlNode* DataSchema::FindTypedef(const xmlNode* at, const DataModule** mod
   return found == (*module)->typedefs.end() ? nullptr : found->second;
 }
 
-bool DataSchema::HasDefault(const DataNode* leaf) const {
+bool DataSchema::HasDefault(const DataNode* leaf) {
   if (YinChild(leaf->statement, Keyword::kDefault) != nullptr) return true;
-  const DataModule* module = leaf->module;
+  DataModule* module = leaf->module;
   const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
   for (int depth = 0; type != nullptr && depth < kMaxTypeDepth; ++depth) {
     const xmlNode* definition = FindTypedef(type, &module, YinArgument(type));
@@ -119,11 +119,11 @@ bool DataSchema::HasDefault(const DataNode* leaf) const {
   return false;
 }
 
-const xmlNode* DataSchema::TypeOf(const DataNode* leaf, const DataModule** words) const {
-  const DataModule* module = leaf->module;
+const xmlNode* DataSchema::TypeOf(const DataNode* leaf, DataModule** words) {
+  DataModule* module = leaf->module;
   const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
   for (int depth = 0; type != nullptr && depth < kMaxTypeDepth; ++depth) {
-    const DataModule* owner = module;
+    DataModule* owner = module;
     const xmlNode* definition = FindTypedef(type, &owner, YinArgument(type));
     if (definition == nullptr) {
       *words = module;
@@ -135,16 +135,16 @@ const xmlNode* DataSchema::TypeOf(const DataNode* leaf, const DataModule** words
   return nullptr;
 }
 
-ValueKind DataSchema::ValueOf(const DataNode* leaf) const {
+ValueKind DataSchema::ValueOf(const DataNode* leaf) {
   const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
   return type == nullptr ? ValueKind::kUnknown : ValueOfType(type, leaf->module, leaf, 0);
 }
 
-ValueKind DataSchema::ValueOfType(const xmlNode* type, const DataModule* module,
-                                  const DataNode* leaf, int depth) const {
+ValueKind DataSchema::ValueOfType(const xmlNode* type, DataModule* module, const DataNode* leaf,
+                                  int depth) {
   if (type == nullptr || depth > kMaxTypeDepth) return ValueKind::kUnknown;
   const std::string_view name = YinArgument(type);
-  const DataModule* owner = module;
+  DataModule* owner = module;
   const xmlNode* definition = FindTypedef(type, &owner, name);
   if (definition != nullptr) {
     return ValueOfType(YinChild(definition, Keyword::kType), owner, leaf, depth + 1);
@@ -156,8 +156,8 @@ ValueKind DataSchema::ValueOfType(const xmlNode* type, const DataModule* module,
   return KindOfBuiltin(name);
 }
 
-ValueKind DataSchema::ValueOfUnion(const xmlNode* type, const DataModule* module,
-                                   const DataNode* leaf, int depth) const {
+ValueKind DataSchema::ValueOfUnion(const xmlNode* type, DataModule* module, const DataNode* leaf,
+                                   int depth) {
   for (const xmlNode* child = type->children; child != nullptr; child = child->next) {
     if (child->type != XML_ELEMENT_NODE || YinKeyword(child) != Keyword::kType) continue;
     const ValueKind kind = ValueOfType(child, module, leaf, depth + 1);
@@ -169,8 +169,8 @@ ValueKind DataSchema::ValueOfUnion(const xmlNode* type, const DataModule* module
 }
 
 // Only relative paths are followed: they stay near the leaf.
-ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, const DataModule* module,
-                                     const DataNode* leaf, int depth) const {
+ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, DataModule* module, const DataNode* leaf,
+                                     int depth) {
   const xmlNode* statement = YinChild(type, Keyword::kPath);
   NodePath path;
   XpathError error;
@@ -178,12 +178,12 @@ ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, const DataModule* modu
       path.throughDeref) {
     return ValueKind::kUnknown;
   }
-  const DataNode* node = path.absolute ? nullptr : leaf;
-  for (uint32_t i = 0; i < path.ups && node != nullptr; ++i) node = DataParent(node);
+  DataNode* node = path.absolute ? nullptr : DataParent(leaf);
+  for (uint32_t i = 1; i < path.ups && node != nullptr; ++i) node = DataParent(node);
   for (const PathStep& step : path.steps) {
-    const DataModule* wanted = path.Of(step.prefix).empty() && node != nullptr
-                                   ? nullptr
-                                   : OfPrefix(module, path.Of(step.prefix));
+    const bool own = path.Of(step.prefix).empty() && node != nullptr;
+    DataModule* wanted = own ? nullptr : OfPrefix(module, path.Of(step.prefix));
+    if (!own && wanted == nullptr) return ValueKind::kUnknown;
     node = DataChild(node, wanted, path.Of(step.name));
     if (node == nullptr) return ValueKind::kUnknown;
   }
@@ -193,7 +193,7 @@ ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, const DataModule* modu
   return kind == ValueKind::kIdentity ? ValueKind::kUnknown : kind;
 }
 
-Presence PresenceOf(const DataSchema& schema, const DataNode* node) {
+Presence PresenceOf(DataSchema* schema, DataNode* node) {
   Presence presence;
   if (node->conditional || InChoice(node)) return presence;
   switch (node->keyword) {
@@ -205,7 +205,7 @@ Presence PresenceOf(const DataSchema& schema, const DataNode* node) {
     case Keyword::kAnydata:
     case Keyword::kAnyxml:
       presence.inMessage = node->isKey || IsMandatory(node);
-      presence.byDefault = !presence.inMessage && schema.HasDefault(node);
+      presence.byDefault = !presence.inMessage && schema->HasDefault(node);
       presence.inTree = presence.inMessage || presence.byDefault;
       return presence;
     default:

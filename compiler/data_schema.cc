@@ -7,9 +7,9 @@
 #include "compiler/path.h"
 #include "compiler/session.h"
 
-// The trees are walked once, with a stack of their own; augments are hung into their
-// targets in rounds, as long as a round finds one, since a target may itself come from an
-// augment of any module.
+// A node is made when it is first asked for. Augments of a module are hung into their
+// targets when a node of one is asked for, or a step into that module from another one;
+// targets are in modules that it imports, so this ends.
 
 namespace compiler {
 namespace {
@@ -64,27 +64,6 @@ bool IsKeyOf(const DataNode* list, std::string_view name) {
   return false;
 }
 
-bool Matches(const DataNode* node, const DataModule* module, std::string_view name) {
-  return node->name == name && (module == nullptr || node->module == module);
-}
-
-// Visits what a step from `nodes` may lead to; stops when `visit` says so.
-template <typename Visit>
-bool VisitDataNodes(const std::vector<DataNode*>& nodes, Visit visit) {
-  std::vector<const DataNode*> stack(nodes.rbegin(), nodes.rend());
-  while (!stack.empty()) {
-    const DataNode* node = stack.back();
-    stack.pop_back();
-    if (node->keyword == Keyword::kOutput) continue;
-    if (!HasNoElement(node->keyword)) {
-      if (visit(node)) return true;
-      continue;
-    }
-    stack.insert(stack.end(), node->children.rbegin(), node->children.rend());
-  }
-  return false;
-}
-
 }  // namespace
 
 Keyword YinKeyword(const xmlNode* element) {
@@ -113,12 +92,17 @@ const xmlNode* YinChild(const xmlNode* parent, Keyword keyword) {
   return child;
 }
 
-void DataSchema::Add(const xmlNode* root) {
+DataModule* DataSchema::FindModule(std::string_view name) {
+  const auto known = byName_.find(name);
+  if (known != byName_.end()) return known->second;
+  const xmlNode* root = find_(name);
+  DataModule*& place = byName_[std::string(name)];
+  if (root == nullptr) return nullptr;
   DataModule& module = modules_.emplace_back();
+  place = &module;
   module.root = root;
   module.name = YinArgument(root);
   if (const xmlNode* prefix = YinChild(root, Keyword::kPrefix)) module.prefix = YinArgument(prefix);
-  if (!byName_.emplace(module.name, &module).second) return;
   for (const xmlNode* child = NextElement(root->children); child != nullptr;
        child = NextElement(child->next)) {
     const Keyword keyword = YinKeyword(child);
@@ -127,17 +111,22 @@ void DataSchema::Add(const xmlNode* root) {
       if (prefix != nullptr) module.imports.emplace(YinArgument(prefix), YinArgument(child));
     } else if (keyword == Keyword::kTypedef) {
       module.typedefs.emplace(YinArgument(child), child);
-    } else if (keyword == Keyword::kAugment) {
-      augments_.push_back({child, &module});
-    } else if (IsSchemaNode(keyword)) {
-      AddTree(child, nullptr, &module);
     }
   }
+  return &module;
 }
 
-DataNode* DataSchema::AddNode(const xmlNode* statement, DataNode* parent,
-                              const DataModule* module) {
+DataModule* DataSchema::OfPrefix(DataModule* module, std::string_view prefix) {
+  if (prefix.empty() || prefix == module->prefix) return module;
+  const auto import = module->imports.find(prefix);
+  return import == module->imports.end() ? nullptr : FindModule(import->second);
+}
+
+DataNode* DataSchema::AddNode(const xmlNode* statement, DataNode* parent, DataModule* module) {
+  DataNode*& place = byStatement_[statement];
+  if (place != nullptr) return place;
   DataNode& node = nodes_.emplace_back();
+  place = &node;
   node.statement = statement;
   node.module = module;
   node.keyword = YinKeyword(statement);
@@ -147,129 +136,146 @@ DataNode* DataSchema::AddNode(const xmlNode* statement, DataNode* parent,
   node.parent = parent;
   node.conditional = IsConditional(statement);
   node.isKey = IsKeyOf(parent, node.name);
-  (parent == nullptr ? top_[module->name] : parent->children).push_back(&node);
-  byStatement_[statement] = &node;
   return &node;
 }
 
-void DataSchema::AddTree(const xmlNode* top, DataNode* parent, const DataModule* module) {
-  struct Entry {
-    const xmlNode* statement;
-    DataNode* parent;
-  };
-  std::vector<Entry> stack = {{top, parent}};
-  std::vector<Entry> children;
-  while (!stack.empty()) {
-    const Entry entry = stack.back();
-    stack.pop_back();
-    DataNode* node = AddNode(entry.statement, entry.parent, module);
-    children.clear();
-    for (const xmlNode* child = NextElement(entry.statement->children); child != nullptr;
-         child = NextElement(child->next)) {
-      if (IsSchemaNode(YinKeyword(child))) children.push_back({child, node});
-    }
-    stack.insert(stack.end(), children.rbegin(), children.rend());
+const std::vector<DataNode*>& DataSchema::TopOf(DataModule* module) {
+  const auto known = top_.find(module);
+  if (known != top_.end()) return known->second;
+  std::vector<DataNode*>& nodes = top_[module];
+  for (const xmlNode* child = NextElement(module->root->children); child != nullptr;
+       child = NextElement(child->next)) {
+    if (IsSchemaNode(YinKeyword(child))) nodes.push_back(AddNode(child, nullptr, module));
   }
+  return nodes;
 }
 
-DataNode* DataSchema::FindTarget(const PendingAugment& augment) const {
+const std::vector<DataNode*>& DataSchema::OwnChildren(DataNode* node) {
+  if (node->filled) return node->own;
+  node->filled = true;
+  for (const xmlNode* child = NextElement(node->statement->children); child != nullptr;
+       child = NextElement(child->next)) {
+    if (IsSchemaNode(YinKeyword(child))) node->own.push_back(AddNode(child, node, node->module));
+  }
+  return node->own;
+}
+
+// One step of a schema node identifier that `words` wrote.
+DataNode* DataSchema::Step(DataNode* node, DataModule* module, std::string_view name,
+                           DataModule* words) {
+  if (node == nullptr) {
+    for (DataNode* one : TopOf(module)) {
+      if (one->name == name) return one;
+    }
+    return nullptr;
+  }
+  if (node->module != module && module != words) Link(module);
+  const auto isWanted = [&](const DataNode* one) {
+    return one->name == name && one->module == module;
+  };
+  // An input or output that an operation does not declare is not found: the library makes
+  // it when an augment needs it.
+  const std::vector<DataNode*>& own = OwnChildren(node);
+  const auto found = std::find_if(own.begin(), own.end(), isWanted);
+  if (found != own.end()) return *found;
+  const auto hung = std::find_if(node->augmented.begin(), node->augmented.end(), isWanted);
+  return hung == node->augmented.end() ? nullptr : *hung;
+}
+
+DataNode* DataSchema::FindTarget(DataModule* module, std::string_view text) {
   NodePath path;
   XpathError error;
-  if (!ParseSchemaNodeId(YinArgument(augment.statement), true, &path, &error)) return nullptr;
+  if (!ParseSchemaNodeId(text, true, &path, &error)) return nullptr;
   DataNode* node = nullptr;
   for (const PathStep& step : path.steps) {
-    const DataModule* module = OfPrefix(augment.module, path.Of(step.prefix));
-    if (module == nullptr) return nullptr;
-    const std::vector<DataNode*>* candidates = node == nullptr ? nullptr : &node->children;
-    if (node == nullptr) {
-      const auto found = top_.find(module->name);
-      if (found == top_.end()) return nullptr;
-      candidates = &found->second;
-    }
-    const auto match = std::find_if(candidates->begin(), candidates->end(), [&](DataNode* one) {
-      return Matches(one, module, path.Of(step.name)) || one->name == path.Of(step.name);
-    });
-    if (match == candidates->end()) return nullptr;
-    node = *match;
+    DataModule* owner = OfPrefix(module, path.Of(step.prefix));
+    node = owner == nullptr ? nullptr : Step(node, owner, path.Of(step.name), module);
+    if (node == nullptr) return nullptr;
   }
   return node;
 }
 
-bool DataSchema::TryAugment(const PendingAugment& augment) {
-  DataNode* target = FindTarget(augment);
-  if (target == nullptr) return false;
-  const bool conditional = IsConditional(augment.statement);
-  for (const xmlNode* child = NextElement(augment.statement->children); child != nullptr;
-       child = NextElement(child->next)) {
-    if (!IsSchemaNode(YinKeyword(child))) continue;
-    const size_t before = target->children.size();
-    AddTree(child, target, augment.module);
-    if (conditional) target->children[before]->conditional = true;
-  }
-  return true;
-}
-
-void DataSchema::Link() {
-  for (bool found = true; found && !augments_.empty();) {
-    const size_t before = augments_.size();
-    std::vector<PendingAugment> left;
-    for (const PendingAugment& augment : augments_) {
-      if (!TryAugment(augment)) left.push_back(augment);
+// In the order of the text, in which each target stands before it is augmented.
+void DataSchema::Link(DataModule* module) {
+  if (module->linked) return;
+  module->linked = true;
+  for (const xmlNode* augment = NextElement(module->root->children); augment != nullptr;
+       augment = NextElement(augment->next)) {
+    if (YinKeyword(augment) != Keyword::kAugment) continue;
+    DataNode* target = FindTarget(module, YinArgument(augment));
+    const bool conditional = IsConditional(augment);
+    for (const xmlNode* child = NextElement(augment->children); child != nullptr;
+         child = NextElement(child->next)) {
+      if (!IsSchemaNode(YinKeyword(child))) continue;
+      DataNode* node = AddNode(child, target, module);
+      if (conditional) node->conditional = true;
+      if (target != nullptr) target->augmented.push_back(node);
     }
-    augments_ = std::move(left);
-    found = augments_.size() < before;
   }
-  augments_.clear();
 }
 
-const DataModule* DataSchema::FindModule(std::string_view name) const {
-  const auto found = byName_.find(name);
-  return found == byName_.end() ? nullptr : found->second;
+DataNode* DataSchema::Find(const xmlNode* statement) {
+  std::vector<const xmlNode*> below;
+  const xmlNode* at = statement;
+  for (; at != nullptr && at->type == XML_ELEMENT_NODE && byStatement_.count(at) == 0;
+       at = at->parent) {
+    const Keyword keyword = YinKeyword(at);
+    if (keyword == Keyword::kModule || keyword == Keyword::kAugment) break;
+    below.push_back(at);
+  }
+  if (at == nullptr || at->type != XML_ELEMENT_NODE || below.empty()) {
+    return at == statement && at != nullptr ? byStatement_[at] : nullptr;
+  }
+  const xmlNode* root = at;
+  while (root->parent != nullptr && root->parent->type == XML_ELEMENT_NODE) root = root->parent;
+  DataModule* module = FindModule(YinArgument(root));
+  if (module == nullptr || module->root != root) return nullptr;
+  if (YinKeyword(at) == Keyword::kAugment) Link(module);
+  if (YinKeyword(at) == Keyword::kModule) TopOf(module);
+  for (auto one = below.rbegin(); one != below.rend(); ++one) {
+    const auto parent = byStatement_.find((*one)->parent);
+    if (parent != byStatement_.end()) OwnChildren(parent->second);
+    if (byStatement_.count(*one) == 0) return nullptr;
+  }
+  return byStatement_[statement];
 }
 
-const DataModule* DataSchema::OfPrefix(const DataModule* module, std::string_view prefix) const {
-  if (prefix.empty() || prefix == module->prefix) return module;
-  const auto import = module->imports.find(prefix);
-  return import == module->imports.end() ? nullptr : FindModule(import->second);
-}
-
-const DataNode* DataSchema::Find(const xmlNode* statement) const {
-  const auto found = byStatement_.find(statement);
-  return found == byStatement_.end() ? nullptr : found->second;
-}
-
-const DataNode* DataSchema::DataParent(const DataNode* node) {
-  const DataNode* parent = node->parent;
+DataNode* DataSchema::DataParent(const DataNode* node) {
+  DataNode* parent = node->parent;
   while (parent != nullptr && HasNoElement(parent->keyword)) parent = parent->parent;
   return parent;
 }
 
-const DataNode* DataSchema::DataChild(const DataNode* parent, const DataModule* module,
-                                      std::string_view name) const {
-  const DataNode* found = nullptr;
-  const auto visit = [&](const DataNode* node) {
-    if (Matches(node, module, name)) found = node;
-    return found != nullptr;
+DataNode* DataSchema::DataChild(DataNode* parent, DataModule* module, std::string_view name) {
+  std::vector<DataNode*> stack;
+  const auto add = [&](const std::vector<DataNode*>& nodes) {
+    stack.insert(stack.end(), nodes.rbegin(), nodes.rend());
   };
-  if (parent != nullptr) {
-    VisitDataNodes(parent->children, visit);
-    return found;
+  if (module != nullptr && (parent == nullptr || parent->module != module)) Link(module);
+  if (parent == nullptr) {
+    if (module != nullptr) add(TopOf(module));
+  } else {
+    if (module != nullptr) add(parent->augmented);
+    add(OwnChildren(parent));
   }
-  for (const auto& [moduleName, nodes] : top_) {
-    const bool wanted = module == nullptr || moduleName == module->name;
-    if (wanted && VisitDataNodes(nodes, visit)) break;
+  while (!stack.empty()) {
+    DataNode* node = stack.back();
+    stack.pop_back();
+    if (node->keyword == Keyword::kOutput) continue;
+    if (HasNoElement(node->keyword)) {
+      if (module != nullptr) add(node->augmented);
+      add(OwnChildren(node));
+    } else if (node->name == name && (module == nullptr || node->module == module)) {
+      return node;
+    }
   }
-  return found;
+  return nullptr;
 }
 
-bool DataSchema::HasNamesake(const DataNode* parent, std::string_view name) const {
+bool DataSchema::HasNamesake(DataNode* parent, const DataNode* child) {
   if (parent == nullptr) return false;
-  int count = 0;
-  VisitDataNodes(parent->children, [&](const DataNode* node) {
-    if (node->name == name) ++count;
-    return count > 1;
-  });
-  return count > 1;
+  const DataNode* own = DataChild(parent, nullptr, child->name);
+  return own != nullptr && own != child;
 }
 
 const DataNode* DataSchema::MessageOf(const DataNode* node) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 // The schema of modules that are spelled out, as conditions see it: data nodes, and what
-// a message may have of them. Built from YIN trees alone; trees must stay as long as it.
+// a message may have of them. It looks at YIN trees alone, and only at what it is asked
+// about; trees must stay as long as it, and their schema nodes as they are.
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "compiler/keyword.h"
@@ -13,25 +16,30 @@
 
 namespace compiler {
 
+struct DataNode;
+
 struct DataModule {
   const xmlNode* root = nullptr;
   std::string_view name;
   std::string_view prefix;
   std::map<std::string_view, std::string_view> imports;  // prefix to module name
   std::map<std::string_view, const xmlNode*> typedefs;
+  bool linked = false;  // its augments hang below their targets
 };
 
 // A node of the schema: a data node, an operation, a notification, a choice, case, input
 // or output. Nodes of an augment hang below its target.
 struct DataNode {
   const xmlNode* statement = nullptr;
-  const DataModule* module = nullptr;
+  DataModule* module = nullptr;
   std::string_view name;
   Keyword keyword = Keyword::kNone;
-  DataNode* parent = nullptr;  // NULL: at the top of a module
-  std::vector<DataNode*> children;
-  bool conditional = false;  // a when or if-feature of its own or of its augment
+  DataNode* parent = nullptr;  // NULL: at the top of a module, or the target is not known
+  bool conditional = false;    // a when or if-feature of its own or of its augment
   bool isKey = false;
+  bool filled = false;               // `own` is
+  std::vector<DataNode*> own;        // children that stand in the statement
+  std::vector<DataNode*> augmented;  // children that augments hang there, as far as linked
 };
 
 // What is known of the texts of a leaf.
@@ -45,64 +53,61 @@ enum class ValueKind : uint8_t {
   kEmpty,
 };
 
+// The tree of a module; NULL: there is none.
+using TreeFinder = std::function<const xmlNode*(std::string_view module)>;
+
 class DataSchema {
  public:
-  // Adds a module, whose root is given. Call Link() when all are there.
-  void Add(const xmlNode* root);
-  void Link();
+  explicit DataSchema(TreeFinder find) : find_(std::move(find)) {}
+  DataSchema(const DataSchema&) = delete;
+  DataSchema& operator=(const DataSchema&) = delete;
 
-  const DataModule* FindModule(std::string_view name) const;
+  DataModule* FindModule(std::string_view name);
   // The module that a prefix means in `module`; empty: itself. NULL: not known.
-  const DataModule* OfPrefix(const DataModule* module, std::string_view prefix) const;
+  DataModule* OfPrefix(DataModule* module, std::string_view prefix);
   // NULL: the statement is no node of the schema.
-  const DataNode* Find(const xmlNode* statement) const;
+  DataNode* Find(const xmlNode* statement);
+  // The node that a target path leads to, written in `module`.
+  DataNode* FindTarget(DataModule* module, std::string_view path);
 
   // The closest ancestor that a message has an element for; NULL: the root.
-  static const DataNode* DataParent(const DataNode* node);
+  static DataNode* DataParent(const DataNode* node);
   // The child that a path's step means below `parent` (NULL: the root). Without a module
-  // the first of that name. Choices and cases are looked through, outputs are not.
-  const DataNode* DataChild(const DataNode* parent, const DataModule* module,
-                            std::string_view name) const;
-  // More than one child of that name, of whatever module.
-  bool HasNamesake(const DataNode* parent, std::string_view name) const;
+  // the first of that name among those that stand in the parent's own module. Choices
+  // and cases are looked through, outputs are not.
+  DataNode* DataChild(DataNode* parent, DataModule* module, std::string_view name);
+  // More than one child of that name in the parent's own module, or `child` and one there.
+  bool HasNamesake(DataNode* parent, const DataNode* child);
+  const std::vector<DataNode*>& OwnChildren(DataNode* node);
 
   // The operation or notification that a message consists of, around the node or the node
   // itself; NULL: the node is no part of one, or of an output, and is not validated.
   static const DataNode* MessageOf(const DataNode* node);
 
-  ValueKind ValueOf(const DataNode* leaf) const;
+  ValueKind ValueOf(const DataNode* leaf);
   // Of its own or of a typedef.
-  bool HasDefault(const DataNode* leaf) const;
+  bool HasDefault(const DataNode* leaf);
   // The type statement at the end of the typedefs, and the module that it is written in;
   // NULL: it cannot be told.
-  const xmlNode* TypeOf(const DataNode* leaf, const DataModule** words) const;
+  const xmlNode* TypeOf(const DataNode* leaf, DataModule** words);
 
  private:
-  struct PendingAugment {
-    const xmlNode* statement;
-    const DataModule* module;
-  };
+  void Link(DataModule* module);
+  DataNode* Step(DataNode* node, DataModule* module, std::string_view name, DataModule* words);
+  DataNode* AddNode(const xmlNode* statement, DataNode* parent, DataModule* module);
+  const std::vector<DataNode*>& TopOf(DataModule* module);
+  ValueKind ValueOfType(const xmlNode* type, DataModule* module, const DataNode* leaf, int depth);
+  ValueKind ValueOfUnion(const xmlNode* type, DataModule* module, const DataNode* leaf, int depth);
+  ValueKind ValueOfLeafref(const xmlNode* type, DataModule* module, const DataNode* leaf,
+                           int depth);
+  const xmlNode* FindTypedef(const xmlNode* at, DataModule** module, std::string_view name);
 
-  void AddImports(DataModule* module) const;
-  void AddTree(const xmlNode* top, DataNode* parent, const DataModule* module);
-  bool TryAugment(const PendingAugment& augment);
-  DataNode* FindTarget(const PendingAugment& augment) const;
-  ValueKind ValueOfType(const xmlNode* type, const DataModule* module, const DataNode* leaf,
-                        int depth) const;
-  ValueKind ValueOfUnion(const xmlNode* type, const DataModule* module, const DataNode* leaf,
-                         int depth) const;
-  ValueKind ValueOfLeafref(const xmlNode* type, const DataModule* module, const DataNode* leaf,
-                           int depth) const;
-  const xmlNode* FindTypedef(const xmlNode* at, const DataModule** module,
-                             std::string_view name) const;
-  DataNode* AddNode(const xmlNode* statement, DataNode* parent, const DataModule* module);
-
+  TreeFinder find_;
   std::deque<DataModule> modules_;
   std::deque<DataNode> nodes_;
-  std::map<std::string_view, DataModule*> byName_;
-  std::map<std::string_view, std::vector<DataNode*>> top_;  // by module name
-  std::map<const xmlNode*, DataNode*> byStatement_;
-  std::vector<PendingAugment> augments_;
+  std::map<std::string, DataModule*, std::less<>> byName_;  // NULL: there is none
+  std::unordered_map<const DataModule*, std::vector<DataNode*>> top_;
+  std::unordered_map<const xmlNode*, DataNode*> byStatement_;
 };
 
 // Whether a leaf is there in every message that has its parent, and the same for the tree
@@ -112,7 +117,7 @@ struct Presence {
   bool inTree = false;
   bool byDefault = false;  // a default that the library adds to requests, not to notifications
 };
-Presence PresenceOf(const DataSchema& schema, const DataNode* node);
+Presence PresenceOf(DataSchema* schema, DataNode* node);
 
 bool IsPlainContainer(const DataNode* node);  // a container without presence
 

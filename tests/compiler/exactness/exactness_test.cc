@@ -88,10 +88,10 @@ compiler::ConditionResult Rewritten(const Model& model, const std::string& condi
   compiler::XpathError error;
   EXPECT_TRUE(ParseXpath(condition, &xpath, &error)) << condition << ": " << error.message;
   compiler::ConditionPlace place;
-  place.schema = &model.Schema();
+  place.schema = model.Schema();
   place.words = model.Module();
   place.context = model.Node("r/input/box/probe");
-  return RewriteCondition(xpath, place);
+  return MakeExact(xpath, place);
 }
 
 // The library with the condition as a must.
@@ -246,7 +246,7 @@ constexpr Row kExact[] = {
     {"deref(../../ref)/../n != 1", "../../ref and ../../n and ../../n != 1"},
 };
 
-TEST(RewriteCondition, HasTheAnswerOfXpathInTheLibrary) {
+TEST(MakeExact, HasTheAnswerOfXpathInTheLibrary) {
   const Model model(Body(""));
   for (const Row& row : kExact) {
     SCOPED_TRACE(row.original);
@@ -300,7 +300,7 @@ constexpr Unexact kUnexact[] = {
      "\"../../np = 'a'\" compares what is no leaf: the library sees no text there"},
 };
 
-TEST(RewriteCondition, LeavesWhatHasNoExactFormAndTellsWhy) {
+TEST(MakeExact, LeavesWhatHasNoExactFormAndTellsWhy) {
   const Model model(Body(""));
   for (const Unexact& row : kUnexact) {
     SCOPED_TRACE(row.original);
@@ -313,7 +313,7 @@ TEST(RewriteCondition, LeavesWhatHasNoExactFormAndTellsWhy) {
 }
 
 // What is said to fail does: some message that is refused for no other reason.
-TEST(RewriteCondition, WhatIsSaidToFailFailsInTheLibrary) {
+TEST(MakeExact, WhatIsSaidToFailFailsInTheLibrary) {
   const Model model(Body(""));
   for (const Unexact& row : kUnexact) {
     const bool fails = row.issue == compiler::ConditionIssue::kFails;
@@ -415,7 +415,7 @@ class Grammar {
   std::mt19937* random_;
 };
 
-TEST(RewriteCondition, HasTheAnswerOfXpathForDrawnConditions) {
+TEST(MakeExact, HasTheAnswerOfXpathForDrawnConditions) {
   const Model model(Body(""));
   std::mt19937 random(7);
   unsigned exact = 0;

@@ -84,9 +84,9 @@ std::vector<std::string> EnumsOf(const xmlNode* type) {
 }
 
 // Values that conditions tell apart.
-std::vector<std::string> ValuesOf(const Model& model, const DataNode* leaf) {
-  const compiler::DataModule* words = nullptr;
-  const xmlNode* type = model.Schema().TypeOf(leaf, &words);
+std::vector<std::string> ValuesOf(const Model& model, DataNode* leaf) {
+  compiler::DataModule* words = nullptr;
+  const xmlNode* type = model.Schema()->TypeOf(leaf, &words);
   const std::string name(compiler::YinArgument(type));
   if (name == "int32") return {"-1", "0", "1", "2", "10"};
   if (name == "decimal64") return {"-1.0", "0.0", "1.5", "10.0"};
@@ -103,7 +103,7 @@ std::vector<std::string> ValuesOf(const Model& model, const DataNode* leaf) {
   return {"", "a", "b", "1", "5e0", "true"};
 }
 
-bool IsMandatory(const DataNode* node) {
+bool IsMandatory(DataNode* node) {
   const xmlNode* mandatory = compiler::YinChild(node->statement, Keyword::kMandatory);
   return mandatory != nullptr && compiler::YinArgument(mandatory) == "true";
 }
@@ -112,13 +112,13 @@ class Drawer {
  public:
   Drawer(const Model& model, std::mt19937* random) : model_(model), random_(random) {}
 
-  std::string Children(const DataNode* parent) {
+  std::string Children(DataNode* parent) {
     std::string out;
-    for (const DataNode* child : parent->children) out += Node(child);
+    for (DataNode* child : model_.Schema()->OwnChildren(parent)) out += Node(child);
     return out;
   }
 
-  std::string Node(const DataNode* node) {
+  std::string Node(DataNode* node) {
     const compiler::Presence presence = PresenceOf(model_.Schema(), node);
     switch (node->keyword) {
       case Keyword::kInput:
@@ -127,7 +127,7 @@ class Drawer {
       case Keyword::kOutput:
         return "";
       case Keyword::kChoice:
-        return Flip(random_, 4) ? "" : Node(Pick(node->children, random_));
+        return Flip(random_, 4) ? "" : Node(Pick(model_.Schema()->OwnChildren(node), random_));
       case Keyword::kLeafList:
       case Keyword::kList:
         return Entries(node);
@@ -137,16 +137,16 @@ class Drawer {
   }
 
  private:
-  std::string Element(const DataNode* node) {
+  std::string Element(DataNode* node) {
     const bool isLeaf = node->keyword == Keyword::kLeaf || node->keyword == Keyword::kLeafList;
     const std::string name(node->name);
     const std::string inside = isLeaf ? Value(node) : Children(node);
     return "<" + name + ">" + inside + "</" + name + ">";
   }
 
-  std::string Value(const DataNode* leaf) { return Pick(ValuesOf(model_, leaf), random_); }
+  std::string Value(DataNode* leaf) { return Pick(ValuesOf(model_, leaf), random_); }
 
-  std::string Entries(const DataNode* node) {
+  std::string Entries(DataNode* node) {
     std::string out;
     for (unsigned long count = (*random_)() % 4; count > 0; --count) out += Element(node);
     return out;
@@ -161,19 +161,19 @@ class Completer {
  public:
   explicit Completer(const Model& model) : model_(model) {}
 
-  void Run(xmlNode* element, const DataNode* node) {
+  void Run(xmlNode* element, DataNode* node) {
     for (xmlNode* child = element->children; child != nullptr; child = child->next) {
       if (child->type != XML_ELEMENT_NODE) continue;
-      const DataNode* schema = model_.Schema().DataChild(node, nullptr, Chars(child->name));
+      DataNode* schema = model_.Schema()->DataChild(node, nullptr, Chars(child->name));
       Run(child, schema);
     }
-    for (const DataNode* child : node->children) Add(element, child);
+    for (DataNode* child : model_.Schema()->OwnChildren(node)) Add(element, child);
   }
 
  private:
-  void Add(xmlNode* element, const DataNode* node) {
+  void Add(xmlNode* element, DataNode* node) {
     if (node->keyword == Keyword::kInput) {
-      for (const DataNode* child : node->children) Add(element, child);
+      for (DataNode* child : model_.Schema()->OwnChildren(node)) Add(element, child);
       return;
     }
     const bool plain = IsPlainContainer(node);
@@ -206,12 +206,12 @@ void Current(xmlXPathParserContext* parser, int) {
   valuePush(parser, xmlXPathNewNodeSet(g_running.context));
 }
 
-const DataNode* SchemaOf(const xmlNode* element) {
+DataNode* SchemaOf(const xmlNode* element) {
   if (element->parent == nullptr || element->parent->type != XML_ELEMENT_NODE) {
-    return g_running.model->Schema().DataChild(nullptr, nullptr, Chars(element->name));
+    return g_running.model->Top(Chars(element->name));
   }
-  return g_running.model->Schema().DataChild(SchemaOf(element->parent), nullptr,
-                                             Chars(element->name));
+  return g_running.model->Schema()->DataChild(SchemaOf(element->parent), nullptr,
+                                              Chars(element->name));
 }
 
 std::string WithPrefixes(const Model& model, const std::string& condition) {
@@ -243,8 +243,8 @@ void Deref(xmlXPathParserContext* parser, int) {
   xmlXPathObject* result = xmlXPathNewNodeSet(nullptr);
   const xmlNodeSet* nodes = argument->nodesetval;
   for (int i = 0; nodes != nullptr && i < nodes->nodeNr; ++i) {
-    const compiler::DataModule* words = nullptr;
-    const xmlNode* type = g_running.model->Schema().TypeOf(SchemaOf(nodes->nodeTab[i]), &words);
+    compiler::DataModule* words = nullptr;
+    const xmlNode* type = g_running.model->Schema()->TypeOf(SchemaOf(nodes->nodeTab[i]), &words);
     const xmlNode* path = compiler::YinChild(type, Keyword::kPath);
     xmlNode* saved = parser->context->node;
     parser->context->node = nodes->nodeTab[i];
@@ -304,11 +304,9 @@ Model::Model(const std::string& body)
            "<prefix value=\"m\"/>" +
            body + "</module>"),
       doc_(xmlReadMemory(yin_.data(), static_cast<int>(yin_.size()), "m.yin", nullptr,
-                         XML_PARSE_NOBLANKS)) {
+                         XML_PARSE_NOBLANKS)),
+      schema_([this](std::string_view name) { return name == "m" ? Root() : nullptr; }) {
   EXPECT_NE(doc_, nullptr) << yin_;
-  if (doc_ == nullptr) return;
-  schema_.Add(Root());
-  schema_.Link();
 }
 
 Model::~Model() {
@@ -323,18 +321,22 @@ const xmlNode* Model::Root() const {
   return xmlDocGetRootElement(doc_);
 }
 
-const DataNode* Model::Node(const std::string& path) const {
-  const DataNode* node = nullptr;
+DataNode* Model::Top(const std::string& name) const {
+  return schema_.DataChild(nullptr, Module(), name);
+}
+
+DataNode* Model::Node(const std::string& path) const {
+  DataNode* node = nullptr;
   for (size_t i = 0; i < path.size();) {
     const size_t end = std::min(path.find('/', i), path.size());
     const std::string name = path.substr(i, end - i);
     i = end + 1;
     if (node == nullptr) {
-      node = schema_.DataChild(nullptr, Module(), name);
+      node = Top(name);
       continue;
     }
-    const DataNode* next = nullptr;
-    for (const DataNode* child : node->children) {
+    DataNode* next = nullptr;
+    for (DataNode* child : schema_.OwnChildren(node)) {
       if (child->name == name) next = child;
     }
     node = next;
@@ -349,10 +351,10 @@ static void SettleLeafrefs(const Model& model, xmlXPathContext* context, xmlNode
     next = child->next;
     if (child->type == XML_ELEMENT_NODE) SettleLeafrefs(model, context, child);
   }
-  const DataNode* leaf = SchemaOf(element);
-  const compiler::DataModule* words = nullptr;
+  DataNode* leaf = SchemaOf(element);
+  compiler::DataModule* words = nullptr;
   if (leaf->keyword != Keyword::kLeaf) return;
-  const xmlNode* path = compiler::YinChild(model.Schema().TypeOf(leaf, &words), Keyword::kPath);
+  const xmlNode* path = compiler::YinChild(model.Schema()->TypeOf(leaf, &words), Keyword::kPath);
   if (path == nullptr) return;
   context->node = element;
   xmlXPathObject* targets =
@@ -366,7 +368,7 @@ static void SettleLeafrefs(const Model& model, xmlXPathContext* context, xmlNode
   xmlXPathFreeObject(targets);
 }
 
-std::string DrawMessage(const Model& model, const DataNode* top, std::mt19937* random) {
+std::string DrawMessage(const Model& model, DataNode* top, std::mt19937* random) {
   const std::string name(top->name);
   const std::string drawn = "<" + name + " xmlns=\"urn:m\" xmlns:m=\"urn:m\">" +
                             Drawer(model, random).Children(top) + "</" + name + ">";
@@ -389,7 +391,7 @@ int Answer(const Model& model, const std::string& message, const std::string& co
   xmlDoc* doc =
       xmlReadMemory(message.data(), static_cast<int>(message.size()), "message", nullptr, 0);
   xmlNode* root = xmlDocGetRootElement(doc);
-  Completer(model).Run(root, model.Schema().DataChild(nullptr, nullptr, Chars(root->name)));
+  Completer(model).Run(root, model.Top(Chars(root->name)));
   xmlXPathContext* evaluation = xmlXPathNewContext(doc);
   xmlXPathRegisterNs(evaluation, Xml("m"), Xml("urn:m"));
   xmlXPathRegisterFunc(evaluation, Xml("current"), Current);

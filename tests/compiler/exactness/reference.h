@@ -20,22 +20,23 @@ class Model {
   Model& operator=(const Model&) = delete;
 
   const std::string& Yin() const { return yin_; }
-  const compiler::DataSchema& Schema() const { return schema_; }
-  const compiler::DataModule* Module() const { return schema_.FindModule("m"); }
+  compiler::DataSchema* Schema() const { return &schema_; }
+  compiler::DataModule* Module() const { return schema_.FindModule("m"); }
+  compiler::DataNode* Top(const std::string& name) const;
   // The node at "r/input/a"; the first name is that of a top-level node.
-  const compiler::DataNode* Node(const std::string& path) const;
+  compiler::DataNode* Node(const std::string& path) const;
   const xmlNode* Root() const;
   bool IsIdentityref(const std::string& leaf) const;
 
  private:
   std::string yin_;
   xmlDoc* doc_;
-  compiler::DataSchema schema_;
+  mutable compiler::DataSchema schema_;
 };
 
 // A message of the operation or notification `top` that the schema allows: optional nodes,
 // entries of lists and values are drawn. Conditions are not looked at.
-std::string DrawMessage(const Model& model, const compiler::DataNode* top, std::mt19937* random);
+std::string DrawMessage(const Model& model, compiler::DataNode* top, std::mt19937* random);
 
 // The condition's answer with the first element called `context` as context node: 1 or 0,
 // -1 when libxml2 does not take the expression. Containers without presence and defaults
