@@ -1,20 +1,38 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// The context node of each condition is found in the trees as they are to be written. A
+// node's presence depends on its own conditions, so none is left out before all are
+// rewritten.
 #include "compiler/condition_pass.h"
 
+#include <map>
+#include <optional>
 #include <string>
+#include <utility>
 
-#include "compiler/condition.h"
-#include "compiler/data_schema.h"
 #include "compiler/handed_down.h"
+#include "compiler/node_kind.h"
 #include "compiler/statement.h"
 #include "compiler/target.h"
+#include "compiler/xpath_edit.h"
 
 namespace compiler {
 
 namespace {
 
+// Finds trees by the names of their modules.
+TreeFinder TreesOf(const std::vector<Output*>& outputs) {
+  std::map<std::string, const xmlNode*, std::less<>> trees;
+  for (const Output* out : outputs) {
+    if (!out->stopped) trees.emplace(out->module->name, out->written.root);
+  }
+  return [trees = std::move(trees)](std::string_view name) {
+    const auto found = trees.find(name);
+    return found == trees.end() ? nullptr : found->second;
+  };
+}
+
 // The node that a message has an element for, at the node or above it.
-const DataNode* WithElement(const DataNode* node) {
+DataNode* WithElement(DataNode* node) {
   if (node == nullptr) return nullptr;
   switch (node->keyword) {
     case Keyword::kChoice:
@@ -29,11 +47,17 @@ const DataNode* WithElement(const DataNode* node) {
 
 struct Pass {
   Output* out = nullptr;
-  const DataSchema* schema = nullptr;
-  const DataModule* words = nullptr;
+  DataSchema* schema = nullptr;
 };
 
-const DataNode* NodeOfStatement(const Pass& pass, xmlNode* parent) {
+// What a deviation deletes has the text of its target.
+bool IsOfDeletion(const xmlNode* statement) {
+  const xmlNode* parent = ParentOf(statement);
+  const char* kind = Is(parent, Keyword::kDeviate) ? ArgumentOf(parent) : nullptr;
+  return kind != nullptr && std::string_view(kind) == "delete";
+}
+
+DataNode* NodeOfStatement(const Pass& pass, const xmlNode* parent) {
   if (Is(parent, Keyword::kDeviate))
     return pass.schema->Find(FindTarget(pass.out->all, TargetSteps(ParentOf(parent))).node);
   if (!Is(parent, Keyword::kAugment)) return pass.schema->Find(parent);
@@ -43,63 +67,127 @@ const DataNode* NodeOfStatement(const Pass& pass, xmlNode* parent) {
   return nullptr;
 }
 
-// An augment's condition is handed down by the library, which not every form survives.
-bool StaysRight(const xmlNode* statement, const std::string& text) {
-  if (!Is(ParentOf(statement), Keyword::kAugment)) return true;
-  return LibraryHandsDown(ParentOf(statement), text);
+// False: where it is evaluated is not known.
+bool FindPlace(const Pass& pass, const xmlNode* statement, ConditionPlace* place) {
+  const xmlNode* parent = ParentOf(statement);
+  if (IsOfDeletion(statement)) return false;
+  place->schema = pass.schema;
+  place->words = pass.schema->FindModule(pass.out->module->name);
+  place->context = WithElement(NodeOfStatement(pass, parent));
+  place->isWhenOfContext = Is(statement, Keyword::kWhen) && IsDataNode(KeywordOf(parent));
+  return place->words != nullptr && place->context != nullptr;
 }
 
-// False: it has left the tree.
-bool SettleOne(const Pass& pass, xmlNode* statement) {
+std::vector<xmlNode*> ConditionsOf(const Output* out) {
+  std::vector<xmlNode*> conditions;
+  const xmlNode* root = out->written.root;
+  for (xmlNode* s = FirstChild(root); s != nullptr; s = NextInTree(root, s)) {
+    const bool isCondition = Is(s, Keyword::kWhen) || Is(s, Keyword::kMust);
+    if (isCondition && ArgumentOf(s) != nullptr) conditions.push_back(s);
+  }
+  return conditions;
+}
+
+std::optional<ConditionResult> ResultOf(const Pass& pass, const xmlNode* statement,
+                                        ConditionPlace* place) {
   Xpath xpath;
   XpathError error;
-  const char* text = ArgumentOf(statement);
-  if (text == nullptr || !ParseXpath(text, &xpath, &error)) return true;
-  const DataNode* node = NodeOfStatement(pass, ParentOf(statement));
-  ConditionPlace place;
-  place.schema = pass.schema;
-  place.words = pass.words;
-  place.context = WithElement(node);
-  place.isWhenOfContext = Is(statement, Keyword::kWhen) && node != nullptr &&
-                          place.context == node && !Is(ParentOf(statement), Keyword::kAugment);
-  if (node == nullptr) return true;
-  const ConditionResult result = RewriteCondition(xpath, place);
-  if (result.Fails() && pass.out->all->options.dropFailing) {
-    for (const ConditionRemark& remark : result.remarks) {
-      if (remark.issue == ConditionIssue::kFails)
-        Lose(pass.out, statement, remark.message + "; the condition is left out");
-    }
-    RemoveStatement(statement);
-    return false;
-  }
-  if (result.text != text && StaysRight(statement, result.text))
-    SetArgument(pass.out->all->session, statement, result.text);
-  return true;
+  if (!ParseXpath(ArgumentOf(statement), &xpath, &error)) return std::nullopt;
+  if (!FindPlace(pass, statement, place)) return std::nullopt;
+  return MakeExact(xpath, *place);
 }
 
-void SettleTree(const Pass& pass) {
-  xmlNode* root = pass.out->written.root;
-  for (xmlNode* s = FirstChild(root); s != nullptr;) {
-    xmlNode* outside = NextOutside(root, s);
-    const bool isCondition = Is(s, Keyword::kWhen) || Is(s, Keyword::kMust);
-    if (isCondition && !SettleOne(pass, s)) {
-      s = outside;
-    } else {
-      s = NextInTree(root, s);
-    }
+// Gives the condition of an augment, `text` for a context node at the target, to one
+// child. "(augment's) and (own)", as the library would have it.
+void GiveTo(Output* out, const xmlNode* when, xmlNode* child, const std::string& text) {
+  Session* session = out->all->session;
+  if (xmlNode* own = FirstChild(child, Keyword::kWhen)) {
+    SetArgument(session, own, JoinConditions(text, ArgumentOf(own)));
+    return;
+  }
+  xmlNode* made = MakeStatement(session, when, Keyword::kWhen, text);
+  if (xmlNode* first = FirstChild(child)) {
+    InsertBefore(first, made);
+  } else {
+    AppendChild(child, made);
+  }
+}
+
+// Not every form survives the library's own handing down; then the children get it.
+void HandDown(Output* out, xmlNode* when) {
+  Xpath xpath;
+  XpathError error;
+  xmlNode* augment = ParentOf(when);
+  if (LibraryHandsDown(augment, ArgumentOf(when))) return;
+  if (!ParseXpath(ArgumentOf(when), &xpath, &error)) return;
+  const std::optional<std::string> down = ShiftOneDown(xpath);
+  if (!down) return;
+  for (xmlNode* child = FirstChild(augment); child != nullptr; child = NextSibling(child)) {
+    const Keyword keyword = KeywordOf(child);
+    if (TakesWhen(keyword)) GiveTo(out, when, child, IsDataNode(keyword) ? *down : xpath.text);
+  }
+  RemoveStatement(when);
+}
+
+std::string WhyItFails(const ConditionResult& result) {
+  for (const ConditionRemark& remark : result.remarks) {
+    if (remark.issue == ConditionIssue::kFails) return remark.message;
+  }
+  return {};
+}
+
+// What is to be done when all conditions are rewritten.
+struct Afterwards {
+  std::vector<xmlNode*> ofAugments;
+  std::vector<std::pair<xmlNode*, std::string>> failing;
+};
+
+void SettleOne(const Pass& pass, xmlNode* statement, Afterwards* later) {
+  ConditionPlace place;
+  const std::optional<ConditionResult> result = ResultOf(pass, statement, &place);
+  if (!result) return;
+  const bool changed = result->text != ArgumentOf(statement);
+  if (changed) SetArgument(pass.out->all->session, statement, result->text);
+  // The library evaluates conditions of requests and notifications only.
+  const bool isEvaluated = DataSchema::MessageOf(place.context) != nullptr;
+  if (pass.out->all->options.dropFailing && isEvaluated && result->Fails()) {
+    later->failing.emplace_back(statement, WhyItFails(*result));
+  } else if (changed && Is(ParentOf(statement), Keyword::kAugment)) {
+    later->ofAugments.push_back(statement);
   }
 }
 
 }  // namespace
 
 void SettleConditions(const std::vector<Output*>& outputs) {
-  DataSchema schema;
-  for (const Output* out : outputs) {
-    if (!out->stopped) schema.Add(out->written.root);
-  }
-  schema.Link();
+  DataSchema schema(TreesOf(outputs));
+  std::vector<std::pair<Output*, Afterwards>> settled;
   for (Output* out : outputs) {
-    if (!out->stopped) SettleTree({out, &schema, schema.FindModule(out->module->name)});
+    if (out->stopped) continue;
+    settled.emplace_back(out, Afterwards{});
+    for (xmlNode* statement : ConditionsOf(out)) {
+      SettleOne({out, &schema}, statement, &settled.back().second);
+    }
+  }
+  for (auto& [out, later] : settled) {
+    for (xmlNode* when : later.ofAugments) HandDown(out, when);
+    for (auto& [statement, why] : later.failing) {
+      Lose(out, statement, why + "; the condition is left out");
+      RemoveStatement(statement);
+    }
+  }
+}
+
+void VisitConditionRemarks(const std::vector<Output*>& outputs, const RemarkVisitor& visit) {
+  DataSchema schema(TreesOf(outputs));
+  for (Output* out : outputs) {
+    if (out->stopped) continue;
+    for (const xmlNode* statement : ConditionsOf(out)) {
+      ConditionPlace place;
+      const std::optional<ConditionResult> result = ResultOf({out, &schema}, statement, &place);
+      if (!result || DataSchema::MessageOf(place.context) == nullptr) continue;
+      for (const ConditionRemark& remark : result->remarks) visit(out, statement, remark);
+    }
   }
 }
 

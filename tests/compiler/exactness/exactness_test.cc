@@ -31,7 +31,7 @@ std::string Escaped(const std::string& text) {
 }
 
 // Every kind of node that conditions treat in a way of their own; "probe" holds them.
-std::string Nodes(const std::string& conditions) {
+std::string Nodes(const std::string& conditions, bool probeIsMandatory) {
   const auto leaf = [](const std::string& name, const std::string& type,
                        const std::string& more = "") {
     return "<leaf name=\"" + name + "\"><type name=\"" + type + "\"/>" + more + "</leaf>";
@@ -66,24 +66,31 @@ std::string Nodes(const std::string& conditions) {
          "<leaf name=\"ref\"><type name=\"leafref\"><path value=\"../name\"/></type></leaf>"
          "<leaf name=\"npref\"><type name=\"leafref\"><path value=\"../np/x\"/></type></leaf>"
          "<container name=\"box\">" +
-         leaf("pre", "string") + "<leaf name=\"probe\"><type name=\"string\"/>" + mandatory +
-         conditions + "</leaf></container>";
+         leaf("pre", "string") + "<leaf name=\"probe\"><type name=\"string\"/>" +
+         (probeIsMandatory ? mandatory : "") + conditions + "</leaf></container>";
 }
 
-std::string Body(const std::string& conditions) {
-  return "<identity name=\"b\"/>"
-         "<identity name=\"i1\"><base name=\"b\"/></identity>"
-         "<identity name=\"i2\"><base name=\"b\"/></identity>"
-         "<identity name=\"i3\"><base name=\"b\"/><base name=\"i1\"/></identity>"
-         "<rpc name=\"r\"><input>" +
-         Nodes(conditions) + "</input></rpc>";
+// What holds the nodes: an rpc's input, or a notification. There "probe" may be missing,
+// since it goes when its condition is false.
+enum class Kind : uint8_t { kRequest, kNotification };
+
+std::string Body(const std::string& conditions, Kind kind = Kind::kRequest) {
+  const bool request = kind == Kind::kRequest;
+  return std::string(
+             "<identity name=\"b\"/>"
+             "<identity name=\"i1\"><base name=\"b\"/></identity>"
+             "<identity name=\"i2\"><base name=\"b\"/></identity>"
+             "<identity name=\"i3\"><base name=\"b\"/><base name=\"i1\"/></identity>") +
+         (request ? "<rpc name=\"r\"><input>" : "<notification name=\"r\">") +
+         Nodes(conditions, request) + (request ? "</input></rpc>" : "</notification>");
 }
 
-std::string Must(const std::string& condition) {
-  return condition.empty() ? "" : "<must condition=\"" + Escaped(condition) + "\"/>";
+std::string Statement(const std::string& keyword, const std::string& condition) {
+  return "<" + keyword + " condition=\"" + Escaped(condition) + "\"/>";
 }
 
-compiler::ConditionResult Rewritten(const Model& model, const std::string& condition) {
+compiler::ConditionResult Rewritten(const Model& model, const std::string& condition,
+                                    bool isWhen = false) {
   compiler::Xpath xpath;
   compiler::XpathError error;
   EXPECT_TRUE(ParseXpath(condition, &xpath, &error)) << condition << ": " << error.message;
@@ -91,38 +98,54 @@ compiler::ConditionResult Rewritten(const Model& model, const std::string& condi
   place.schema = model.Schema();
   place.words = model.Module();
   place.context = model.Node("r/input/box/probe");
+  if (place.context == nullptr) place.context = model.Node("r/box/probe");
+  place.isWhenOfContext = isWhen;
   return MakeExact(xpath, place);
 }
 
-// The library with the condition as a must.
+// The library with the condition on "probe".
 class Library {
  public:
-  explicit Library(const std::string& condition) : ctx_(QM_CTX_Create(0)) {
-    const Model model(Body(Must(condition)));
+  explicit Library(const std::string& condition, const std::string& keyword = "must",
+                   Kind kind = Kind::kRequest)
+      : ctx_(QM_CTX_Create(0)), kind_(kind) {
+    const Model model(Body(Statement(keyword, condition), kind));
     EXPECT_EQ(QM_CTX_LoadMemory(ctx_, model.Yin().c_str()), 0U) << model.Yin();
   }
   ~Library() { QM_CTX_Delete(ctx_); }
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  // "1" and "0", or the error record when the message fails for another reason.
+  // "1" and "0", or how the message fails for another reason.
   std::string Answer(const std::string& message) const {
+    if (kind_ == Kind::kNotification) return AnswerOfNotification(message);
     const std::string verdict = message_fixture::ValidateRpc(ctx_, message);
     if (verdict == "valid") return "1";
-    return verdict.find("must-violation") != std::string::npos ? "0" : verdict;
+    const bool isFalse =
+        verdict.find("must-violation") != std::string::npos ||
+        verdict.find("probe is not satisfied when condition.") != std::string::npos;
+    return isFalse ? "0" : verdict;
   }
 
  private:
+  // Where the condition is false, the node is taken out.
+  std::string AnswerOfNotification(const std::string& message) const {
+    const std::string text = message_fixture::ValidateNotif(ctx_, message);
+    if (text.find("<box") == std::string::npos) return text;
+    return text.find("<probe") != std::string::npos ? "1" : "0";
+  }
+
   QmCtx* ctx_;
+  Kind kind_;
 };
 
 // The first message on which the two differ, or "".
-std::string Difference(const Model& model, const std::string& original,
+std::string Difference(const Model& model, const Library& library, const std::string& original,
                        const std::string& rewritten, unsigned messages, unsigned seed) {
-  const Library library(rewritten);
   std::mt19937 random(seed);
   for (unsigned i = 0; i < messages; ++i) {
     const std::string message = DrawMessage(model, model.Node("r"), &random);
+    if (message.find("<probe") == std::string::npos) continue;
     const std::string wanted = std::to_string(Answer(model, message, "probe", original));
     const std::string got = library.Answer(message);
     const int again = Answer(model, message, "probe", rewritten);
@@ -253,9 +276,53 @@ TEST(MakeExact, HasTheAnswerOfXpathInTheLibrary) {
     const compiler::ConditionResult result = Rewritten(model, row.original);
     for (const compiler::ConditionRemark& remark : result.remarks) ADD_FAILURE() << remark.message;
     EXPECT_EQ(result.text, row.rewritten);
-    EXPECT_EQ(Difference(model, row.original, result.text, 150, 1), "");
+    EXPECT_EQ(Difference(model, Library(result.text), row.original, result.text, 150, 1), "");
     EXPECT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again";
   }
+}
+
+// A when that does not look at its own node.
+// What a when says of its own node it says of one without value and children.
+TEST(MakeExact, LeavesAWhenThatLooksAtItsOwnNode) {
+  const Model model(Body(""));
+  for (const char* text : {". = 'a'", "../probe != 'a'"}) {
+    const compiler::ConditionResult result = Rewritten(model, text, true);
+    EXPECT_EQ(result.text, text);
+    EXPECT_EQ(result.remarks.size(), 1U);
+  }
+}
+
+TEST(MakeExact, HoldsForWhenAsForMust) {
+  const Model model(Body(""));
+  unsigned exact = 0;
+  for (const Row& row : kExact) {
+    SCOPED_TRACE(row.original);
+    const compiler::ConditionResult result = Rewritten(model, row.original, true);
+    if (!result.remarks.empty()) continue;
+    ++exact;
+    const Library library(result.text, "when");
+    EXPECT_EQ(Difference(model, library, row.original, result.text, 30, 3), "");
+  }
+  EXPECT_GT(exact, std::size(kExact) / 2);
+}
+
+// The library adds no defaults there.
+TEST(MakeExact, HoldsInNotifications) {
+  const Model model(Body("", Kind::kNotification));
+  unsigned exact = 0;
+  for (const Row& row : kExact) {
+    SCOPED_TRACE(row.original);
+    const compiler::ConditionResult result = Rewritten(model, row.original);
+    if (!result.remarks.empty()) continue;
+    ++exact;
+    const Library library(result.text, "must", Kind::kNotification);
+    EXPECT_EQ(Difference(model, library, row.original, result.text, 60, 4), "");
+  }
+  EXPECT_GT(exact, std::size(kExact) / 2);
+  const compiler::ConditionResult result = Rewritten(model, "../../def = 1");
+  ASSERT_EQ(result.remarks.size(), 1U);
+  EXPECT_EQ(result.remarks[0].message,
+            "a default of \"../../def = 1\" that is not written counts as missing");
 }
 
 struct Unexact {
@@ -424,7 +491,7 @@ TEST(MakeExact, HasTheAnswerOfXpathForDrawnConditions) {
     const compiler::ConditionResult result = Rewritten(model, condition);
     if (!result.remarks.empty()) continue;
     ++exact;
-    ASSERT_EQ(Difference(model, condition, result.text, 25, i), "");
+    ASSERT_EQ(Difference(model, Library(result.text), condition, result.text, 25, i), "");
     ASSERT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again: " << condition;
   }
   EXPECT_GT(exact, 300U);

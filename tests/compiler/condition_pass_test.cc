@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/condition_pass.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "compiler/job.h"
+
+namespace compiler {
+namespace {
+
+// Files in a folder that goes with them.
+class Folder {
+ public:
+  Folder() {
+    std::string name = (std::filesystem::temp_directory_path() / "conditions-XXXXXX").string();
+    EXPECT_NE(mkdtemp(name.data()), nullptr);
+    path_ = name;
+  }
+  ~Folder() { std::filesystem::remove_all(path_); }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  // A module "name" with its name as prefix.
+  void Write(const std::string& name, const std::string& body) const {
+    std::ofstream(path_ / (name + ".yang"))
+        << "module " << name << " { yang-version 1.1; namespace \"urn:" << name << "\"; prefix "
+        << name << "; " << body << " }";
+  }
+  std::string Path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+JobResult Compile(const Folder& folder, const std::string& module, bool dropFailing = false) {
+  JobRequest request;
+  request.folders = {folder.Path()};
+  request.operands = {module};
+  request.options.dropFailing = dropFailing;
+  return RunJob(request);
+}
+
+std::string Yin(const JobResult& result) {
+  EXPECT_EQ(result.modules.size(), 1U);
+  return result.modules.empty() ? "" : result.modules[0].yin;
+}
+
+constexpr char kNodes[] =
+    "container c { leaf a { type string; } leaf b { type int8; } list l { key k; leaf k { type "
+    "int8; } } } ";
+
+TEST(SettleConditions, RewritesEachWhereItStands) {
+  const Folder folder;
+  folder.Write("m",
+               "rpc r { input { must \"count(a) > 0\"; leaf a { type string; } "
+               "leaf b { when \"../a != 'x'\"; type string; } "
+               "choice d { when \"boolean(a)\"; case e { leaf f { type int8; } } } } }");
+  const std::string yin = Yin(Compile(folder, "m"));
+  EXPECT_NE(yin.find("<must condition=\"a\""), std::string::npos) << yin;
+  EXPECT_NE(yin.find("<when condition=\"../a and ../a != 'x'\""), std::string::npos) << yin;
+  EXPECT_NE(yin.find("<when condition=\"a\""), std::string::npos) << yin;
+}
+
+TEST(SettleConditions, CompilingTheOutputAgainChangesNothing) {
+  const Folder folder;
+  folder.Write("m", std::string(kNodes) +
+                        "augment /c { when \"a != 'x'\"; leaf d { type int8; } } "
+                        "rpc r { input { leaf a { type int8; must \". = -1 or ../b = true()\"; } "
+                        "leaf b { type string; } } }");
+  const std::string yin = Yin(Compile(folder, "m"));
+  const Folder second;
+  std::ofstream(second.Path() + "/m.yin") << yin;
+  EXPECT_EQ(Yin(Compile(second, "m")), yin);
+}
+
+TEST(SettleConditions, GoesThroughAugmentsOfOtherModules) {
+  const Folder folder;
+  folder.Write("t", kNodes);
+  folder.Write(
+      "m",
+      "import t { prefix t; } augment /t:c { when \"t:a != 'x'\"; leaf d { type int8; } "
+      "leaf e { when \"../d\"; type int8; } choice f { case g { leaf h { type int8; } } } }");
+  const std::string yin = Yin(Compile(folder, "m"));
+  EXPECT_NE(yin.find("\"../t:a and ../t:a != 'x'\""), std::string::npos) << yin;
+  EXPECT_NE(yin.find("\"(../t:a and ../t:a != 'x') and (../d)\""), std::string::npos) << yin;
+  EXPECT_NE(yin.find("\"t:a and t:a != 'x'\""), std::string::npos) << yin;
+}
+
+TEST(SettleConditions, RewritesWhatADeviationAddsAtItsTarget) {
+  const Folder folder;
+  folder.Write("t", kNodes);
+  folder.Write(
+      "m", "import t { prefix t; } deviation /t:c/t:b { deviate add { must \"../t:a != 'x'\"; } }");
+  EXPECT_NE(Yin(Compile(folder, "m")).find("<must condition=\"../t:a and ../t:a != 'x'\""),
+            std::string::npos);
+}
+
+TEST(SettleConditions, ADeletedMustHasTheTextOfItsTarget) {
+  const Folder folder;
+  folder.Write("t", "container c { must \"a != 'x'\"; leaf a { type string; } }");
+  folder.Write("m",
+               "import t { prefix p; } deviation /p:c { deviate delete { must \"p:a != 'x'\"; } }");
+  EXPECT_NE(Yin(Compile(folder, "t")).find("<must condition=\"a and a != 'x'\""),
+            std::string::npos);
+}
+
+TEST(SettleConditions, LeavesOutWhatFailsWhenThatIsWanted) {
+  const Folder folder;
+  folder.Write(
+      "m",
+      "rpc r { input { leaf a { type string; must \"contains(., 'x')\"; must \". != 'y'\"; } } } "
+      "container c { must \"contains(., 'x')\"; }");
+  const JobResult kept = Compile(folder, "m");
+  EXPECT_NE(Yin(kept).find("contains"), std::string::npos);
+  EXPECT_TRUE(kept.findings.empty());
+  const JobResult dropped = Compile(folder, "m", true);
+  EXPECT_EQ(Yin(dropped).find("<must condition=\"contains(., 'x')\"/>\n        <must"),
+            std::string::npos);
+  EXPECT_NE(Yin(dropped).find("<must condition=\". != 'y'\""), std::string::npos);
+  // Data is not validated, so its condition stays.
+  EXPECT_NE(Yin(dropped).find("contains"), std::string::npos);
+  ASSERT_EQ(dropped.findings.size(), 1U);
+  EXPECT_NE(dropped.findings[0].find(
+                "the library has no function \"contains\"; the condition is left out"),
+            std::string::npos);
+  EXPECT_EQ(dropped.state, JobState::kLost);
+}
+
+}  // namespace
+}  // namespace compiler
