@@ -55,6 +55,7 @@ void ReportCircle(CircleSearch* search, const Link& closing) {
     if (inside) names += search->nameOf(step.thing) + " -> ";
   }
   search->found = true;
+  StatementOf(closing.statement)->words->broken = true;
   AddFinding(search->report, Severity::kFatal, search->group, closing.statement,
              std::string("circle of ") + search->kind + ": " + names + search->nameOf(closing.to));
 }

@@ -11,7 +11,7 @@
 namespace compiler {
 
 // The circles among the imports and includes of `files`, from entry `first` on. Each is
-// reported, as fatal, at the import or include that closes it.
+// reported, as fatal, at the import or include that closes it, whose file is `broken`.
 void ReportLinkCircles(const std::vector<Module*>& files, size_t first, Report* report);
 
 // The circles in which definitions of the module stand. True: there is one.

@@ -74,10 +74,6 @@ NameRules RulesFor(Output* out, const xmlNode* statement) {
   return rules;
 }
 
-bool StandsBehindAnother(const xmlNode* when) {
-  return FirstChild(when->parent, Keyword::kWhen) != when;
-}
-
 // "../p:a[...]/p:b" from a path whose names have their prefixes.
 std::string WithoutBlanks(const NodePath& path) {
   std::string text;
@@ -126,26 +122,29 @@ std::string CanonicalCondition(const xmlNode* statement) {
   return RenamePrefixes(xpath, rules, &unknown);
 }
 
-void TranslateCondition(Output* out, xmlNode* statement) {
+// False: it cannot stay.
+static bool TranslateOne(Output* out, xmlNode* statement) {
   const char* text = ArgumentOf(statement);
   Xpath xpath;
   XpathError error;
   if (text == nullptr || !ParseXpath(text, &xpath, &error)) {
     AddFinding(&out->report, Severity::kError, kConditionClass, statement,
-               "the condition does not parse: " + error.message);
-    if (StatementOf(statement)->handedDown) RemoveStatement(statement);
-    return;
+               "the condition does not parse: " + error.message + "; it is left out");
+    return false;
   }
   std::vector<UnknownPrefix> unknown;
   const std::string renamed = RenamePrefixes(xpath, RulesFor(out, statement), &unknown);
   ReportUnknown(out, statement, unknown);
   if (renamed != text) SetArgument(out->all->session, statement, renamed);
-  if (StatementOf(statement)->handedDown && !SettleHandedDown(out, statement)) {
-    RemoveStatement(statement);
-    return;
-  }
-  if (Is(statement, Keyword::kWhen) && StandsBehindAnother(statement))
-    JoinWithFirst(out, statement);
+  return !StatementOf(statement)->handedDown || SettleHandedDown(out, statement);
+}
+
+void TranslateCondition(Output* out, xmlNode* statement) {
+  xmlNode* node = ParentOf(statement);
+  const bool isLast =
+      Is(statement, Keyword::kWhen) && NextSibling(statement, Keyword::kWhen) == nullptr;
+  if (!TranslateOne(out, statement)) RemoveStatement(statement);
+  if (isLast) JoinConditionsOf(out, node);
 }
 
 void RewritePath(Output* out, xmlNode* statement) {

@@ -113,6 +113,16 @@ bool HoldsNodes(Keyword keyword) {
          (IsSchemaNode(keyword) && keyword != Keyword::kLeaf && keyword != Keyword::kLeafList);
 }
 
+// yang-data and its like hold nodes of a schema, too.
+bool IsExtensionWithUses(const xmlNode* statement) {
+  if (!Is(statement, Keyword::kNone)) return false;
+  for (const xmlNode* s = NextInTree(statement, statement); s != nullptr;
+       s = NextInTree(statement, s)) {
+    if (Is(s, Keyword::kUses)) return true;
+  }
+  return false;
+}
+
 void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* usedAt) {
   const Keyword keyword = KeywordOf(statement);
   if (keyword == Keyword::kUses) {
@@ -121,9 +131,9 @@ void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* u
   }
   if (keyword == Keyword::kGrouping) return;
   // Typedefs further in move to the module's level when a type names them.
-  if (keyword == Keyword::kTypedef && to != out->written.root) return;
+  if (keyword == Keyword::kTypedef && !IsGlobal(statement)) return;
   Session* session = out->all->session;
-  if (!HoldsNodes(keyword)) {
+  if (!HoldsNodes(keyword) && !IsExtensionWithUses(statement)) {
     xmlNode* copy = CopyStatement(session, out->written.document.get(), statement, usedAt);
     if (IsSchemaNode(keyword)) {
       PutNode(out, to, copy);

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "compiler/expand.h"
 #include "compiler/node_kind.h"
@@ -53,10 +54,16 @@ bool SettleHandedDown(Output* out, xmlNode* when) {
   return true;
 }
 
-void JoinWithFirst(Output* out, xmlNode* when) {
-  xmlNode* first = FirstChild(ParentOf(when), Keyword::kWhen);
-  SetArgument(out->all->session, first, JoinConditions(ArgumentOf(first), ArgumentOf(when)));
-  RemoveStatement(when);
+void JoinConditionsOf(Output* out, xmlNode* node) {
+  std::vector<xmlNode*> all;
+  for (xmlNode* s = FirstChild(node, Keyword::kWhen); s != nullptr;
+       s = NextSibling(s, Keyword::kWhen))
+    all.push_back(s);
+  if (all.size() < 2) return;
+  std::string text = ArgumentOf(all.back());
+  for (size_t i = all.size() - 1; i-- > 0;) text = JoinConditions(ArgumentOf(all[i]), text);
+  SetArgument(out->all->session, all[0], text);
+  for (size_t i = 1; i < all.size(); ++i) RemoveStatement(all[i]);
 }
 
 void SpreadAugmentConditions(Output* out) {

@@ -13,8 +13,8 @@ namespace compiler {
 // its place. False, with the loss reported: it cannot be said there.
 bool SettleHandedDown(Output* out, xmlNode* when);
 
-// Joins a node's condition with the one before it, which it leaves.
-void JoinWithFirst(Output* out, xmlNode* when);
+// Makes one condition of those of a node: "(outer) and (inner)".
+void JoinConditionsOf(Output* out, xmlNode* node);
 
 // True when the library gives this condition of an augment to each child as it must.
 bool LibraryHandsDown(const xmlNode* augment, std::string_view condition);

@@ -12,6 +12,7 @@
 #include "compiler/symbols.h"
 #include "compiler/target.h"
 #include "compiler/xpath_edit.h"
+#include "compiler/xpath_token.h"
 
 namespace compiler {
 
@@ -85,6 +86,16 @@ bool LeafrefFits(const Output& out, const char* text) {
   return ParseLeafrefPath(text, &path, &error) && !path.throughDeref && PathFits(out, path);
 }
 
+// The library knows neither axes nor variables, and records a load error for them.
+bool LibraryReads(const char* text) {
+  std::vector<XpathToken> tokens;
+  XpathError error;
+  if (!TokenizeXpath(text, &tokens, &error)) return false;
+  return std::none_of(tokens.begin(), tokens.end(), [](const XpathToken& token) {
+    return token.kind == XpathTokenKind::kAxis || token.kind == XpathTokenKind::kVariable;
+  });
+}
+
 bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
@@ -123,7 +134,7 @@ const char* Excess(const Output& out, const xmlNode* s) {
   switch (KeywordOf(s)) {
     case Keyword::kWhen:
     case Keyword::kMust:
-      if (std::strlen(text) <= kMaxName) return nullptr;
+      if (!LibraryReads(text)) return "the library cannot read this condition";
       return LengthWithModuleNames(out, text) <= kMaxCondition
                  ? nullptr
                  : "the condition is longer than the 3096 characters that the loader takes";

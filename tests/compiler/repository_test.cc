@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Which file a module is taken from.
+#include "compiler/repository.h"
+
+#include "compiler/session.h"
+#include "tests/compiler/compile_helper.h"
+
+namespace compiler {
+namespace {
+
+class Lookup : public Compiling {
+ protected:
+  // A module m of this revision whose namespace tells the file.
+  void WriteM(const std::string& file, const std::string& revision) const {
+    const std::string date = revision.empty() ? "" : " revision " + revision + ";";
+    Write(file, "module m { namespace urn:" + file + "; prefix m;" + date + " }");
+  }
+  void WriteYin(const std::string& file, const std::string& revision) const {
+    Write(file, "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:" +
+                    file + "'/><prefix value='m'/><revision date='" + revision + "'/></module>");
+  }
+
+  // The file that m comes from, searched in these folders.
+  std::string Find(const std::vector<std::string>& folders, const std::string& revision = "",
+                   bool recursive = false) const {
+    const std::unique_ptr<Session> session = OpenSession();
+    Report report;
+    Repository repository;
+    repository.session = session.get();
+    repository.report = &report;
+    for (const std::string& dir : folders) {
+      EXPECT_TRUE(AddSearchFolder(&repository, Path(dir), recursive));
+    }
+    const struct Module* found = FindModuleFile(&repository, "m", revision);
+    return found == nullptr ? "none" : found->nameSpace.substr(4);
+  }
+};
+
+TEST_F(Lookup, TakesTheFirstDirectoryThatHasTheModule) {
+  Write("a/other.yang", "module other { namespace urn:o; prefix o; }");
+  WriteM("b/m.yang", "2020-01-01");
+  WriteM("c/m.yang", "2022-01-01");
+  EXPECT_EQ("b/m.yang", Find({"a", "b", "c"}));
+  EXPECT_EQ("c/m.yang", Find({"a", "c", "b"}));
+  EXPECT_EQ("none", Find({"a"}));
+}
+
+TEST_F(Lookup, TakesTheNewestByItsOwnRevisionStatement) {
+  WriteM("a/m@2030-01-01.yang", "2019-01-01");
+  WriteM("a/m@2020-01-01.yang", "2020-01-01");
+  WriteM("a/m.yang", "2018-01-01");
+  EXPECT_EQ("a/m@2020-01-01.yang", Find({"a"}));
+}
+
+TEST_F(Lookup, TakesTheRevisionAskedFor) {
+  WriteM("a/m@2020-01-01.yang", "2020-01-01");
+  WriteM("a/m.yang", "2021-01-01");
+  EXPECT_EQ("a/m@2020-01-01.yang", Find({"a"}, "2020-01-01"));
+  EXPECT_EQ("a/m.yang", Find({"a"}, "1999-01-01")) << "else the newest";
+}
+
+TEST_F(Lookup, TakesTextBeforeYin) {
+  WriteYin("a/m.yin", "2020-01-01");
+  WriteM("a/m.yang", "2020-01-01");
+  EXPECT_EQ("a/m.yang", Find({"a"}));
+  WriteYin("a/m@2021-01-01.yin", "2021-01-01");
+  EXPECT_EQ("a/m@2021-01-01.yin", Find({"a"})) << "but the newest first";
+}
+
+TEST_F(Lookup, SearchesSubFoldersAsPartOfTheirDirectory) {
+  WriteM("a/deep/er/m.yang", "2020-01-01");
+  WriteM("a/m.yang", "2019-01-01");
+  WriteM("b/m.yang", "2022-01-01");
+  EXPECT_EQ("a/m.yang", Find({"a", "b"}));
+  EXPECT_EQ("a/deep/er/m.yang", Find({"a", "b"}, "", true));
+}
+
+TEST_F(Lookup, PassesOverFilesThatHoldAnotherModule) {
+  Write("a/m.yang", "module other { namespace urn:o; prefix o; }");
+  WriteM("b/m.yang", "");
+  EXPECT_EQ("b/m.yang", Find({"a", "b"}));
+}
+
+TEST_F(Lookup, TellsFilesFromModules) {
+  for (const char* file : {"x.yang", "x.yin", "a/b", "./m", "/"}) EXPECT_TRUE(IsFileOperand(file));
+  for (const char* module : {"m", "m.x", "yang", ".yang", "m@2020-01-01"}) {
+    EXPECT_FALSE(IsFileOperand(module)) << module;
+  }
+}
+
+TEST_F(Lookup, AnImportThatIsMissingStopsTheModuleOnly) {
+  Module("m", "import none { prefix n; }");
+  Module("k", "leaf a { type string; }");
+  const JobResult result = Run({"m", "k"});
+  EXPECT_EQ(JobState::kStopped, result.state);
+  ASSERT_EQ(1u, result.modules.size());
+  EXPECT_EQ("k", result.modules[0].name);
+  EXPECT_EQ("m.yang:2: the imported module \"none\" is not found; add its folder with -p\n",
+            Findings("m"));
+}
+
+TEST_F(Lookup, AnImportOfARevisionThatIsMissingIsSaid) {
+  Module("n", "revision 2021-01-01; leaf a { type string; }");
+  Module("m", "import n { prefix n; revision-date 2020-01-01; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(2u, result.modules.size());
+  EXPECT_EQ(1u, result.findings.size());
+}
+
+TEST_F(Lookup, ASubmoduleCannotBeImported) {
+  Write("s.yang", "submodule s { belongs-to k { prefix k; } }");
+  Module("m", "import s { prefix s; }");
+  EXPECT_EQ(JobState::kStopped, Run({"m"}).state);
+}
+
+TEST_F(Lookup, SyntaxErrorsStopAModuleAndWhatNeedsIt) {
+  Write("n.yang", "module n { namespace urn:n; prefix n; leaf a { type string; }");
+  Module("m", "import n { prefix n; }");
+  Module("k", "leaf a { type string; }");
+  const JobResult result = Run({"m", "k"});
+  EXPECT_EQ(JobState::kStopped, result.state);
+  ASSERT_EQ(1u, result.modules.size());
+  EXPECT_EQ("k", result.modules[0].name);
+}
+
+using Limits = Compiling;
+
+TEST_F(Limits, LongConditionsAreLeftOut) {
+  const std::string text(3100, 'x');
+  Module("m", "leaf b { type string; }\nleaf a { must \"../b = '" + text + "'\"; type string; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf b { type string; } leaf a { type string; }", BodyOf(result, "m"));
+}
+
+TEST_F(Limits, ConditionsThatTheLibraryCannotReadAreLeftOut) {
+  Module("m", "leaf a { must \"$x\"; type string; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf a { type string; }", BodyOf(result, "m"));
+}
+
+TEST_F(Limits, RangesOfMoreThan256TokensAreLeftOut) {
+  std::string range = "0";
+  for (int i = 1; i < 128; ++i) range += " | " + std::to_string(2 * i);
+  Module("m", "leaf a { type int32 { range \"" + range + "\"; } }");
+  EXPECT_EQ(JobState::kDone, Run({"m"}).state) << "255 tokens and the end";
+  range += " | 1000";
+  Module("k", "leaf a { type int32 { range \"" + range + "\"; } }");
+  const JobResult result = Run({"k"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf a { type int32; }", BodyOf(result, "k"));
+}
+
+TEST_F(Limits, StatementsDeeperThan256LevelsAreLeftOut) {
+  std::string text;
+  for (int i = 0; i < 260; ++i) text += "container c { ";
+  Module("m", text + std::string(260, '}'));
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  const std::string body = BodyOf(result, "m");
+  size_t containers = 0;
+  for (size_t at = body.find("container"); at != std::string::npos;
+       at = body.find("container", at + 1))
+    ++containers;
+  EXPECT_EQ(255u, containers) << "and the module itself";
+}
+
+TEST_F(Limits, MoreThan65535OfAKindAreLeftOut) {
+  std::string text = "typedef t { type enumeration {\n";
+  for (int i = 0; i < 65540; ++i) text += "enum e" + std::to_string(i) + ";\n";
+  Module("m", text + "} }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  const std::string body = BodyOf(result, "m");
+  EXPECT_NE(std::string::npos, body.find("enum e65534;"));
+  EXPECT_EQ(std::string::npos, body.find("enum e65535;"));
+}
+
+TEST_F(Limits, NamesThatAreNoneOfAModuleAreNotWritten) {
+  Write("x.yin",
+        "<module name='../x' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:x'/>"
+        "<prefix value='x'/></module>");
+  const JobResult result = Run({Path("x.yin")});
+  EXPECT_EQ(JobState::kStopped, result.state);
+  EXPECT_TRUE(result.modules.empty());
+}
+
+}  // namespace
+}  // namespace compiler

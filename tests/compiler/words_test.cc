@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Arguments in the words of the written module: prefixes, typedefs, identities, paths,
+// conditions, keys, extensions.
+#include "tests/compiler/compile_helper.h"
+
+namespace compiler {
+namespace {
+
+using Prefixes = Compiling;
+
+TEST_F(Prefixes, NamesOfAGroupingBelongToItsModule) {
+  Module11("n",
+           "feature f; identity base; typedef t { type string; }\n"
+           "extension ext { argument text; }\n"
+           "grouping g { leaf a { if-feature f; type t; n:ext hello; }\n"
+           "  leaf b { type identityref { base base; } must \"derived-from(., 'base')\"; } }");
+  Module11("m", "import n { prefix other; } container c { uses other:g; }");
+  EXPECT_EQ(
+      "container c { "
+      "leaf a { if-feature other:f; type other:t; other:ext hello; } "
+      "leaf b { type identityref { base other:base; } must derived-from(., 'other:base'); } }",
+      Body("m"));
+}
+
+TEST_F(Prefixes, DataNodesOfAGroupingBelongToTheUser) {
+  Module("n",
+         "grouping g { leaf a { type string; } leaf b { when \"../a\"; type leafref {\n"
+         "  path \"../a\"; } } }");
+  Module("m", "import n { prefix n; } container c { uses n:g; }");
+  EXPECT_EQ(
+      "container c { leaf a { type string; } "
+      "leaf b { when ../a; type leafref { path ../m:a; } } }",
+      Body("m"));
+}
+
+TEST_F(Prefixes, AddedOnesClashWithNone) {
+  Module("a", "typedef t { type string; }");
+  Module("b", "import a { prefix x; } grouping g { leaf l { type x:t; } }");
+  Module("d", "typedef u { type string; }");
+  Write("m.yang",
+        "module m { namespace urn:m; prefix x2; import b { prefix b; } import d { prefix x; }\n"
+        "  container c { uses b:g; leaf o { type x:u; } } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ("container c { leaf l { type a:t; } leaf o { type x:u; } }", BodyOf(result, "m"));
+  EXPECT_EQ("b=b x=d a=a", ImportsOf(result, "m"));
+}
+
+TEST_F(Prefixes, OneThatIsTakenGetsANumber) {
+  Module("a", "typedef t { type string; }");
+  Module("b", "import a { prefix a; } grouping g { leaf l { type a:t; } }");
+  Module("d", "typedef u { type string; }");
+  Write("m.yang",
+        "module m { namespace urn:m; prefix m; import b { prefix b; } import d { prefix a; }\n"
+        "  container c { uses b:g; leaf o { type a:u; } } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ("container c { leaf l { type a2:t; } leaf o { type a:u; } }", BodyOf(result, "m"));
+  EXPECT_EQ("b=b a=d a2=a", ImportsOf(result, "m"));
+}
+
+TEST_F(Prefixes, OneModuleHasOneInTheWholeFile) {
+  Module("n", "container c { leaf a { type string; } }");
+  Write(
+      "m.yang",
+      "module m { namespace urn:m; prefix m; import n { prefix one; } import n { prefix two; }\n"
+      "  augment /one:c { leaf b { when \"two:a\"; type leafref { path \"/two:c/one:a\"; } } } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ("one=n", ImportsOf(result, "m"));
+  EXPECT_EQ("augment /one:c { leaf b { when one:a; type leafref { path /one:c/one:a; } } }",
+            BodyOf(result, "m"));
+}
+
+TEST_F(Prefixes, AreDeclaredForInstancesOfExtensions) {
+  Module("e", "extension x { argument a; }");
+  Module("n", "import e { prefix e; } grouping g { leaf l { type string; e:x arg; } }");
+  Module("m", "import n { prefix n; } uses n:g;");
+  const JobResult result = Run({"m"});
+  EXPECT_NE(std::string::npos, result.modules[0].yin.find("xmlns:e=\"urn:e\""))
+      << result.modules[0].yin;
+  EXPECT_EQ("leaf l { type string; e:x arg; }", BodyOf(result, "m"));
+  EXPECT_EQ("n=n e=e", ImportsOf(result, "m"));
+}
+
+using Typedefs = Compiling;
+
+TEST_F(Typedefs, OfInnerScopesMoveToTheModule) {
+  Module("m",
+         "container c { typedef t { type u; } typedef u { type int8; } leaf a { type t; } }\n"
+         "container d { typedef t { type string; } leaf a { type t; } }");
+  EXPECT_EQ(
+      "container c { leaf a { type t; } } container d { leaf a { type t-2; } } "
+      "typedef t { type u; } typedef t-2 { type string; } typedef u { type int8; }",
+      Body("m"));
+}
+
+TEST_F(Typedefs, ThatMoveClashWithNoneAndStayWithin64Characters) {
+  const std::string longName(64, 'x');
+  Module("m", "typedef " + longName +
+                  " { type string; }\n"
+                  "rpc r { input { leaf i { type string; } } }\n"
+                  "notification note { typedef nn { type int8; } leaf a { type nn; } }\n"
+                  "grouping g { typedef hidden { type int16; } leaf b { type hidden; } }\n"
+                  "container c { uses g; }");
+  EXPECT_EQ("typedef " + longName +
+                " { type string; } rpc r { input { leaf i { type string; } } } "
+                "notification note { leaf a { type nn; } } "
+                "container c { leaf b { type hidden; } } "
+                "typedef nn { type int8; } typedef hidden { type int16; }",
+            Body("m"));
+}
+
+TEST_F(Typedefs, OfGroupingsOfOtherModulesMoveToTheUser) {
+  Module("n",
+         "grouping g { typedef t { type top; } leaf a { type t; } } typedef top { type int8; }");
+  Module("m", "import n { prefix n; } typedef t { type string; } uses n:g;");
+  EXPECT_EQ("typedef t { type string; } leaf a { type t-2; } typedef t-2 { type n:top; }",
+            Body("m"));
+}
+
+TEST_F(Typedefs, ThatDifferFromTheWrittenRevisionAreCopied) {
+  Write("n@2020-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2020-01-01;\n"
+        "  typedef same { type string; description old; } typedef other { type int8; } }");
+  Write("n@2021-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2021-01-01;\n"
+        "  typedef same { type string; } typedef other { type int16; } }");
+  Module("m",
+         "import n { prefix n; revision-date 2020-01-01; }\n"
+         "leaf a { type n:same; } leaf b { type n:other; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ("leaf a { type n:same; } leaf b { type other; } typedef other { type int8; }",
+            BodyOf(result, "m"));
+  EXPECT_EQ("2021-01-01",
+            result.modules[1].yin.substr(result.modules[1].yin.find("revision date=\"") + 15, 10));
+}
+
+TEST_F(Typedefs, ThatAreNotThereStopTheModule) {
+  Module("m", "leaf a {\n  type none;\n}");
+  EXPECT_EQ("m.yang:3: the type \"none\" is not found\n", Findings("m"));
+  EXPECT_EQ(JobState::kStopped, Run({"m"}).state);
+}
+
+using Paths = Compiling;
+
+TEST_F(Paths, HaveAPrefixOnEachStepAndNoBlanks) {
+  Module("n", "container c { list l { key k; leaf k { type string; } leaf v { type string; } } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "container d { leaf k { type string; }\n"
+         "  leaf r { type leafref { path \"/n:c/n:l[ n:k = current()/../k ] / n:v\"; } }\n"
+         "  leaf s { type leafref { path \"../k\"; } } leaf t { type leafref { path /d/k; } } }");
+  EXPECT_EQ(
+      "container d { leaf k { type string; } "
+      "leaf r { type leafref { path /n:c/n:l[ n:k = current()/../m:k ]/n:v; } } "
+      "leaf s { type leafref { path ../m:k; } } leaf t { type leafref { path /m:d/m:k; } } }",
+      Body("m"));
+}
+
+TEST_F(Paths, WithoutPrefixesInATypedefBecomeThoseOfTheLeaf) {
+  Module("n",
+         "typedef ref { type leafref { path \"../name\"; } default x; units u; }\n"
+         "typedef full { type leafref { path \"/n:top\"; } } leaf top { type string; }\n"
+         "leaf name { type string; } leaf own { type ref; }");
+  Module("m",
+         "import n { prefix n; } leaf name { type string; } leaf a { type n:ref; }\n"
+         "leaf b { type n:full; } leaf c { mandatory true; type n:ref; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(
+      "leaf name { type string; } "
+      "leaf a { type leafref { path ../m:name; } default x; units u; } "
+      "leaf b { type n:full; } "
+      "leaf c { mandatory true; type leafref { path ../m:name; } units u; }",
+      BodyOf(result, "m"));
+  EXPECT_NE(std::string::npos, BodyOf(result, "n").find("leaf own { type ref; }"));
+}
+
+TEST_F(Paths, InAUnionBecomeTheTypeOfTheirTarget) {
+  Module(
+      "m",
+      "typedef t { type int8 { range 1..5; } }\n"
+      "container c { leaf a { type t; } leaf b { type leafref { path ../a; } }\n"
+      "  leaf u { type union { type leafref { path ../b; } type enumeration { enum none; } } } }");
+  EXPECT_NE(std::string::npos,
+            Body("m").find("leaf u { type union { type t; type enumeration { enum none; } } }"))
+      << Body("m");
+}
+
+TEST_F(Paths, OfAnotherModulesUnionTargetTakePrefixes) {
+  Module("n", "typedef t { type int8; } container c { leaf a { type t; } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "leaf u { type union { type leafref { path /n:c/n:a; } type empty; } }");
+  EXPECT_EQ("leaf u { type union { type n:t; type empty; } }", Body("m"));
+}
+
+using Identities = Compiling;
+
+TEST_F(Identities, OfBasesTakePrefixes) {
+  Module("n", "identity a; identity b { base a; }");
+  Module("m", "import n { prefix n; } identity c { base n:b; } identity d { base m:c; }");
+  EXPECT_EQ("identity c { base n:b; } identity d { base c; }", Body("m"));
+}
+
+TEST_F(Identities, ThatAreNotThereStopTheModule) {
+  Module("m", "identity c {\n  base none;\n}");
+  EXPECT_EQ("m.yang:3: the identity \"none\" is not found\n", Findings("m"));
+}
+
+TEST_F(Identities, OfDefaultsBehindATypedefStandBare) {
+  Module("m",
+         "identity base; identity i { base base; }\n"
+         "typedef t { type identityref { base base; } }\n"
+         "typedef d { type t; default m:i; }\n"
+         "leaf a { type t; default m:i; } leaf b { type identityref { base base; } default m:i; }\n"
+         "leaf c { type d; } leaf e { type d; mandatory true; } leaf f { type d; default i; }");
+  EXPECT_EQ(
+      "identity base; identity i { base base; } "
+      "typedef t { type identityref { base base; } } typedef d { type t; } "
+      "leaf a { type t; default i; } leaf b { type identityref { base base; } default i; } "
+      "leaf c { type d; default i; } leaf e { type d; mandatory true; } "
+      "leaf f { type d; default i; }",
+      Body("m"));
+}
+
+TEST_F(Identities, OfOtherModulesInDefaultsAreReported) {
+  Module("n",
+         "identity base; identity i { base base; } typedef t { type identityref { base base; } }");
+  Module("m", "import n { prefix n; }\nleaf a { type n:t; default n:i; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf a { type n:t; default n:i; }", BodyOf(result, "m"));
+}
+
+TEST_F(Identities, OnlyInAnotherRevisionAreReported) {
+  Write("n@2020-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2020-01-01; identity gone; }");
+  Write("n@2021-01-01.yang", "module n { namespace urn:n; prefix n; revision 2021-01-01; }");
+  Module("m",
+         "import n { prefix n; revision-date 2020-01-01; }\n"
+         "leaf a { type identityref { base n:gone; } }");
+  EXPECT_NE(std::string::npos, Findings("m").find("has no identity \"gone\"")) << Findings("m");
+}
+
+using Literals = Compiling;
+
+TEST_F(Literals, ThatNameIdentitiesGetAPrefix) {
+  Module11("m",
+           "identity base; identity i { base base; }\n"
+           "container c { leaf t { type identityref { base base; } } leaf s { type string; }\n"
+           "  leaf a { when \"../t = 'i'\"; type string; }\n"
+           "  leaf b { when \"../s = 'i'\"; type string; }\n"
+           "  leaf d { when \"derived-from-or-self(../t, 'i')\"; type string; } }");
+  const std::string body = Body("m");
+  EXPECT_NE(std::string::npos, body.find("leaf a { when ../t = 'm:i';")) << body;
+  EXPECT_NE(std::string::npos, body.find("leaf b { when ../s = 'i';")) << body;
+  EXPECT_NE(std::string::npos, body.find("leaf d { when derived-from-or-self(../t, 'm:i');"))
+      << body;
+}
+
+using Keys = Compiling;
+
+TEST_F(Keys, AreBareWithSingleBlanks) {
+  Module("m",
+         "list l { key \" m:a\n   b\t \"; unique \" m:c/m:d\n  e\"; leaf a { type string; }\n"
+         "  leaf b { type string; } container c { leaf d { type string; } }\n"
+         "  leaf e { type string; } }");
+  EXPECT_EQ(
+      "list l { key a b; unique c/d e; leaf a { type string; } leaf b { type string; } "
+      "container c { leaf d { type string; } } leaf e { type string; } }",
+      Body("m"));
+}
+
+using Deviations = Compiling;
+
+TEST_F(Deviations, StayStatementsWithTheirContentsSpelledOut) {
+  Module("n", "container c { leaf a { type string; } }");
+  Module("t", "typedef t { type int8; }");
+  Module("m",
+         "import n { prefix n; } import t { prefix t; }\n"
+         "deviation /n:c/n:a { deviate replace { type t:t; } }");
+  EXPECT_EQ("deviation /n:c/n:a { deviate replace { type t:t; } }", Body("m"));
+}
+
+TEST_F(Deviations, DeleteTheTextThatTheTargetHas) {
+  Module11("i", "identity base; identity one { base base; }");
+  Module11("n",
+           "import i { prefix id; }\n"
+           "container c { leaf t { type identityref { base id:base; } }\n"
+           "  leaf a { type string; must \"../n:t = 'id:one'\"; must \"../t = 'id:base'\"; } }");
+  Module11("m",
+           "import n { prefix x; } import i { prefix i; }\n"
+           "deviation /x:c/x:a { deviate delete { must \"../x:t = 'i:one'\"; } }");
+  // The steps as in the target, the prefix of the literal this module's own.
+  EXPECT_EQ("deviation /x:c/x:a { deviate delete { must ../n:t = 'i:one'; } }", Body("m"));
+}
+
+using Extensions = Compiling;
+
+TEST_F(Extensions, KeepArgumentsAsElementsAndSayThatTheyAreNotKept) {
+  Module("e",
+         "extension note { argument text { yin-element true; } } extension mark;\n"
+         "extension tag { argument name; }");
+  Module("m",
+         "import e { prefix e; }\n"
+         "leaf a { e:note \"some text\"; e:tag t; type string { e:mark; } }\n"
+         "leaf b { type string { e:mark; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(
+      "leaf a { e:note { e:text \"some text\" } e:tag t; type string { e:mark; } } "
+      "leaf b { type string { e:mark; } }",
+      BodyOf(result, "m"));
+  EXPECT_EQ(2u, result.findings.size()) << "each kind once";
+}
+
+TEST_F(Extensions, HaveTheirContentsSpelledOut) {
+  Module("e", "extension data { argument name; }");
+  Module("n", "typedef t { type string; } grouping g { leaf a { type t; } }");
+  Module("m",
+         "import e { prefix e; } import n { prefix n; } e:data x { container c { uses n:g; } }");
+  EXPECT_EQ("e:data x { container c { leaf a { type n:t; } } }", Body("m"));
+}
+
+}  // namespace
+}  // namespace compiler
