@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // A condition is evaluated far from the module that wrote it, where its
-// prefixes mean nothing. Path steps keep their prefixes, since the evaluation
-// resolves those; but a literal such as 'p:ethernet' in derived-from() is
-// compared as text, so its prefix is replaced by the module's name here. The
+// prefixes mean nothing. Path steps keep their prefixes all the same, since the
+// evaluation compares the names behind them alone; but a literal such as
+// 'p:ethernet' in derived-from() is compared whole, as text, so its prefix is
+// replaced by the module's name here. The
 // condition is rebuilt token by token with the text between tokens kept, so
 // that everything else stays as it was written.
 #include <cstdint>

@@ -12,13 +12,15 @@
  *
  * A context holds the YANG modules (RFC 7950) that were loaded into it, and every
  * call on them starts from it. The context owns the modules, and these own their
- * definitions and schema nodes: pointers to them are borrowed and stay valid until
- * the module is unloaded or the context deleted. An unload may destroy and rebuild
- * more modules than the one named, see QM_CTX_UnloadModule().
+ * definitions and schema nodes: pointers to them, and to their texts, are borrowed.
+ * A borrowed pointer holds until the next load or unload on its context. A load may
+ * change modules that are there already; an unload may destroy and rebuild more than
+ * the one named, see QM_CTX_UnloadModule().
  *
- * Thread rule: a context has no lock. The client serialises loads, unloads and
- * changes with everything else on the same context. Calls that only read, and
- * validation runs on different documents, may run side by side meanwhile.
+ * Thread rule: a context has no lock. Calls that only read, lookups among them, and
+ * validation runs on different documents may run side by side while nothing is
+ * loaded, unloaded or switched, as a feature is. The client serialises loads, unloads
+ * and changes with everything else on the same context.
  *
  * Hook rule: the hooks of a context run inside the load, unload or deletion that
  * raises them. At each of those moments every walk, lookup and print over the
@@ -118,7 +120,7 @@ QM_API void QM_CTX_Delete(QmCtx *ctx) QM_NOEXCEPT;
  * @param[in] ctx   Context to search. NULL gives NULL.
  * @param[in] name  Name of the module. NULL gives NULL.
  *
- * @return The module, owned by the context and valid until it is unloaded; NULL
+ * @return The module, borrowed: it holds until the next load or unload. NULL
  *         when no module of that name is loaded.
  *
  * @par Thread safety
@@ -136,7 +138,7 @@ QM_API QmsModule *QM_CTX_GetModuleByModName(QmCtx *ctx, const char *name) QM_NOE
  * @param[in] ctx  Context to search. NULL gives NULL.
  * @param[in] ns   Namespace of the module. NULL gives NULL.
  *
- * @return The module, owned by the context and valid until it is unloaded; NULL
+ * @return The module, borrowed: it holds until the next load or unload. NULL
  *         when no module of that namespace is loaded.
  *
  * @par Thread safety

@@ -19,8 +19,8 @@
  * stops at the first failure.
  *
  * Runs only read the schema: any number of threads may validate different
- * messages on one context at the same time, as long as no load and no unload is
- * in progress on it. One data tree belongs to one run at a time.
+ * messages on one context at the same time while nothing is loaded, unloaded or
+ * switched in it. One data tree belongs to one run at a time.
  *
  * A message has no document type declaration (RFC 6241 section 3): one that has any
  * is refused before what is declared is read.
@@ -173,8 +173,8 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux *aux, xmlNo
  *         NULL, which cannot be told from success.
  *
  * @par Thread safety
- * May run at the same time as other validations on @p ctx, not as a load or
- * unload on it. Nobody else may use the caller's tree during the call.
+ * May run at the same time as other validations on @p ctx, not as a load, an
+ * unload or a change on it. Nobody else may use the caller's tree during the call.
  *
  * @see QM_CTX_ValidateNotifDataTree(), QM_FreeErrNode(); RFC 6241 section 4.3,
  *      RFC 7950 sections 7.14 and 7.15
@@ -207,8 +207,8 @@ QM_API QmErrNode *QM_CTX_ValidateRpcDataTree(QmCtx *ctx, uint32_t inputKind, voi
  * @return Otherwise the result of @p outputCallback.
  *
  * @par Thread safety
- * May run at the same time as other validations on @p ctx, not as a load or
- * unload on it.
+ * May run at the same time as other validations on @p ctx, not as a load, an
+ * unload or a change on it.
  *
  * @see QM_CTX_ValidateRpcDataTree(); RFC 7950 section 7.16
  */

@@ -17,15 +17,15 @@
  * are nodes of their own. What an augment adds stands among the children of its
  * target once that is loaded, and names the augmenting module as its own.
  *
- * Modules, nodes and texts that a function gives are borrowed: they live until
- * their module is unloaded or a deviation changes them, and are not freed by the
+ * Modules, nodes, types and texts that a function gives are borrowed: they hold
+ * until the next load or unload on their context, and are not freed by the
  * client. Accessors and lookups take NULL and answer 0 or NULL. The scans hand
  * each item to a callback, in the order of the model, and stop at the first
  * result that is not 0; they refuse a NULL callback with 22.
  *
- * Thread safety: functions that only read may run side by side while no module
- * is loaded or unloaded in the same context; the others are serialised by the
- * caller.
+ * Thread safety: functions that only read may run side by side while nothing is
+ * loaded, unloaded or switched in the same context; the others are serialised by
+ * the caller.
  */
 
 QM_BEGIN_DECLS
@@ -83,8 +83,7 @@ typedef uint32_t (*QmPrintOutputFunc)(const char *text, uint32_t length, void *a
  *
  * @param[in] mod  Module to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without a module.
+ * @return The text, borrowed from the module; NULL without a module.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -101,8 +100,8 @@ QM_API const char *QM_MOD_GetModuleName(const QmsModule *mod) QM_NOEXCEPT;
  *
  * @param[in] mod  Module to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without a module or when the module states none.
+ * @return The text, borrowed from the module; NULL without a module or when the module
+ *         states none.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -119,8 +118,8 @@ QM_API const char *QM_MOD_GetModuleNs(const QmsModule *mod) QM_NOEXCEPT;
  *
  * @param[in] mod  Module to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without a module or when the module states none.
+ * @return The text, borrowed from the module; NULL without a module or when the module
+ *         states none.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -137,8 +136,8 @@ QM_API const char *QM_MOD_GetModulePrefix(const QmsModule *mod) QM_NOEXCEPT;
  *
  * @param[in] mod  Module to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without a module or when the module states none.
+ * @return The text, borrowed from the module; NULL without a module or when the module
+ *         states none.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -156,8 +155,8 @@ QM_API const char *QM_MOD_GetOrganization(const QmsModule *mod) QM_NOEXCEPT;
  *
  * @param[in] mod  Module to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without a module or when the module states none.
+ * @return The text, borrowed from the module; NULL without a module or when the module
+ *         states none.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -209,8 +208,7 @@ QM_API void *QM_MOD_SetPrivate(QmsModule *mod, void *p) QM_NOEXCEPT;
  * @param[in] mod   Module to search. NULL gives NULL.
  * @param[in] name  Name of the typedef, without prefix. NULL gives NULL.
  *
- * @return The type, which belongs to the typedef: its address is good until the
- *         next load or unload. NULL when there is no such typedef.
+ * @return The type, borrowed from the typedef; NULL when there is no such typedef.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -318,8 +316,7 @@ QM_API QM_NODISCARD uint32_t QM_MOD_ScanIdentityBase(QmsIdentity *identity, QmId
  *
  * @param[in] identity  Identity to read. NULL gives NULL.
  *
- * @return The name, which belongs to the module and stays as long as the module
- *         is loaded; NULL without an identity.
+ * @return The name, borrowed from the module; NULL without an identity.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads
@@ -334,10 +331,10 @@ QM_API const char *QM_MOD_GetIdentityName(const QmsIdentity *identity) QM_NOEXCE
  *
  * @param[in] identity  Identity to read. NULL gives NULL.
  *
- * @return The text, which belongs to the module and stays as long as the module
- *         is loaded; NULL without an identity, when it has no description, when
- *         the context was created without #QM_LOAD_DESCRIPTIONS, or when the
- *         identity came from the second or a later file of a split module.
+ * @return The text, borrowed from the module; NULL without an identity, when it has
+ *         no description, when the context was created without
+ *         #QM_LOAD_DESCRIPTIONS, or when the identity came from the second or a
+ *         later file of a split module.
  *
  * @par Thread safety
  * May run beside other reads of the context; the caller keeps loads and unloads

@@ -19,8 +19,9 @@
  * checks a value.
  *
  * The scans hand each item to a callback, in the order of the model, and stop
- * at the first result that is not 0. Texts that a callback receives belong to
- * the library and live as long as the module.
+ * at the first result that is not 0. Texts that a callback receives, and
+ * the types themselves, are borrowed: they hold until the next load or unload on
+ * the context.
  *
  * Cost of patterns, for those who choose which models to install: a pattern is
  * compiled for every value that is checked against it, and matched by going
@@ -32,7 +33,7 @@
  * members. Both count as 28681.
  *
  * Thread safety: all functions only read the schema. They may run side by side
- * while no module is loaded or unloaded in the same context.
+ * while nothing is loaded, unloaded or switched in the same context.
  */
 
 QM_BEGIN_DECLS

@@ -325,7 +325,7 @@ QM_API uint32_t QM_XPATH_IsRelativeLocationPathBeginToken(uint32_t kind) QM_NOEX
  *
  * @par Thread safety
  * Reads the tree and the schema; evaluations of different trees may run side by
- * side while no module is loaded or unloaded.
+ * side while nothing is loaded, unloaded or switched.
  *
  * @see RFC 7950 sections 6.4, 7.5.3, 7.21.5 and 10.4
  */
