@@ -4,6 +4,7 @@
 // library makes of the model is not yet of interest.
 #include "compiler/lint_library.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "compiler/compile.h"
@@ -44,9 +45,9 @@ void LintLibrary(Repository* repository, std::span<Module* const> modules, Repor
   all.session = repository->session;
   all.repository = repository;
   all.report = &unused;
-  const std::vector<Output*> outputs = CompileAll(&all, sound);
-  for (size_t i = 0; i < sound.size(); ++i) {
-    for (Finding& finding : outputs[i]->report.findings) {
+  for (Output* out : CompileAll(&all, sound)) {  // imports among them
+    if (std::find(sound.begin(), sound.end(), out->module) == sound.end()) continue;
+    for (Finding& finding : out->report.findings) {
       if (finding.severity != Severity::kLoss) continue;
       finding.severity = Severity::kWarning;
       finding.group = cls::kLibrary;

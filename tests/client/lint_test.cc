@@ -81,6 +81,25 @@ TEST_F(ClientLint, TakesSeveralOperandsInOrder) {
   EXPECT_EQ(std::string(kErrors) + kWarning, run.out);
 }
 
+TEST_F(ClientLint, TakesTwoRevisionsOfAModule) {
+  Write("m.yang",
+        "module m { namespace urn:m; prefix m; revision 2021-01-01;\n"
+        "  leaf a { type strng; } }\n");
+  Write("m@2020-01-01.yang",
+        "module m { namespace urn:m; prefix m; revision 2020-01-01;\n"
+        "  leaf b { type strng; } }\n");
+  const ClientRun run = Run({"lint", "./m.yang", "./m@2020-01-01.yang"});
+  EXPECT_EQ(1, run.status);
+  EXPECT_NE(std::string::npos, run.out.find("./m.yang:2:12: error: ")) << run.out;
+  EXPECT_NE(std::string::npos, run.out.find("./m@2020-01-01.yang:2:12: error: ")) << run.out;
+  Write("n.yang",
+        "module n { namespace urn:n; prefix n; revision 2021-01-01; leaf a { type int8; } }");
+  Write("n@2020-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2020-01-01; leaf b { type int8; } }");
+  const ClientRun good = Run({"lint", "./n.yang", "./n@2020-01-01.yang", "./m.yang"});
+  EXPECT_EQ(1, good.status);
+}
+
 TEST_F(ClientLint, ReadsYinLikeText) {
   Write("yin.yin",
         "<module name='yin' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>\n"
