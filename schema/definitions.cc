@@ -418,7 +418,7 @@ uint32_t QMS_MOD_CheckTwoDeviateSame(const QmsDeviate* a, const QmsDeviate* b) {
 
 // Deliberate: no two deviations count as the same, not even equal ones. One that
 // is merged from another source is always new, and each one is applied.
-uint32_t QMS_MOD_CheckTwoDeviationSame(const QmsDeviation*, const QmsDeviation*) {
+uint32_t QMS_MOD_CheckTwoDeviationSame(const QmsDeviation* /*a*/, const QmsDeviation* /*b*/) {
   return 0;
 }
 

@@ -23,7 +23,7 @@
 #include "schema/type_resolve.h"
 #include "types/type.h"
 
-static constexpr const char* kReasonNames[] = {
+constexpr const char* kReasonNames[] = {
     "none",       // QMS_DIFF_NONE
     "extension",  // QMS_DIFF_EXTENSION
     "name",       // QMS_DIFF_NAME

@@ -35,7 +35,7 @@ struct CopyState {
 }  // namespace
 
 // The kinds that have a payload.
-static constexpr PayloadCopyRow kPayloadCopies[] = {
+constexpr PayloadCopyRow kPayloadCopies[] = {
     {QMS_NODE_LEAF, QMS_NODE_CopySchemaLeaf},
     {QMS_NODE_LEAF_LIST, QMS_NODE_CopySchemaLeaflist},
     {QMS_NODE_CHOICE, QMS_NODE_CopySchemaChoice},

@@ -27,6 +27,7 @@ void MoveElem(Elem* dst, Elem* src) {
   *src = Elem{};
 }
 
+// Clears all elements and frees the array; nothing for NULL.
 template <typename Elem>
 void FreeArrayOf(QmDict* dict, Elem* array, uint32_t count, void (*clear)(QmDict*, Elem*)) {
   if (array == nullptr) return;
