@@ -14,9 +14,14 @@ function(qmodel_add_test name)
   set_tests_properties(${name} PROPERTIES TIMEOUT ${QMODEL_TEST_TIMEOUT})
 endfunction()
 
-# The tests of a GoogleTest program, with names that begin with "prefix/". Printed values
-# of parameters could bring addresses into the names.
+# The tests of a GoogleTest program, with names that begin with "prefix/" and, if a
+# third word is given, that label. Printed values of parameters could bring addresses
+# into the names.
 function(qmodel_discover_tests target prefix)
+  set(properties TIMEOUT ${QMODEL_TEST_TIMEOUT})
+  if(ARGN)
+    list(APPEND properties LABELS ${ARGN})
+  endif()
   gtest_discover_tests(${target} TEST_PREFIX "${prefix}/" DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT ${QMODEL_TEST_TIMEOUT})
+    PROPERTIES ${properties})
 endfunction()
