@@ -13,7 +13,7 @@
 #include "data/error.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"
-#include "schema/module.h"
+#include "schema/module_nodes.h"
 #include "schema/node_walk.h"
 
 static uint32_t CheckRepeatIfAction(QmCheckAux* aux, xmlNode* element) {

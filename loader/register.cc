@@ -20,7 +20,7 @@
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
-#include "schema/node.h"
+#include "schema/node_value.h"
 #include "schema/type_resolve.h"
 #include "types/type.h"
 

@@ -17,6 +17,7 @@
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
+#include "schema/node_value.h"
 #include "schema/record_array.h"
 #include "types/type.h"
 

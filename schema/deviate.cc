@@ -13,7 +13,7 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_path.h"

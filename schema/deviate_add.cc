@@ -11,7 +11,7 @@
 #include "context/dict.h"
 #include "schema/deviate.h"
 #include "schema/ext_inst.h"
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_array.h"

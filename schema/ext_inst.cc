@@ -9,7 +9,7 @@
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "schema/node.h"
 #include "schema/record_array.h"
 

@@ -14,7 +14,9 @@
 
 #include "context/guard.h"
 #include "context/path_scan.h"
-#include "schema/module.h"
+#include "context/records.h"
+#include "schema/module_nodes.h"
+#include "schema/module_registry.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
 #include "schema/target_path.h"
@@ -149,4 +151,24 @@ uint32_t QMS_MOD_FindAugNodeTargetInSelfMod(QmsModule* module, QmsNode* augment,
                 ? QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, head.Get(), tail.Get(), nullptr)
                 : QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, augment->name);
   return QM_OK;
+}
+
+// The node that a path names, across modules: the path is cut at the last step that
+// names a module, which is asked for the rest.
+QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
+  if (augment != nullptr) *augment = nullptr;
+  if (ctx == nullptr || path == nullptr) return nullptr;
+  char modName[kQmsNameSize] = "";
+  char* parentPath = nullptr;
+  char* lastPart = nullptr;
+  const uint32_t ret =
+      QM_XPATH_SplitTargetNodeXpath(path, modName, sizeof modName, &parentPath, &lastPart);
+  const QmHeld<char> heldParent(parentPath);
+  const QmHeld<char> heldLast(lastPart);
+  if (ret != QM_OK) return nullptr;
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, modName);
+  if (module == nullptr) return nullptr;
+  // A path that stays in one module has no parent piece.
+  if (parentPath == nullptr) return QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
+  return QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, parentPath, lastPart, augment);
 }

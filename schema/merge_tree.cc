@@ -19,6 +19,7 @@
 #include "schema/module.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
+#include "schema/node_value.h"
 #include "schema/record_array.h"
 #include "schema/type_resolve.h"
 #include "types/type.h"

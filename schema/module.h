@@ -11,23 +11,6 @@ inline QmDict* ModuleDict(const QmsModule* module) {
   return &module->ctx->dict;
 }
 
-// Lookups give borrowed texts and nodes, or NULL. Adding a node appends it to the
-// top-level list of its kind; 22 for a kind that never stands there. The two
-// Destroy functions release the parts of a record, which stays valid and empty;
-// QMS_MOD_Free() does both and frees it.
-
-// A top-level list of a module.
-struct QmsTopList {
-  QmsNode* QmsModule::*head;
-  QmsNode* QmsModule::*tail;
-};
-
-constexpr QmsTopList kDataList = {&QmsModule::dataNodes, &QmsModule::dataTail};
-constexpr QmsTopList kRpcList = {&QmsModule::rpcNodes, &QmsModule::rpcTail};
-constexpr QmsTopList kNotifList = {&QmsModule::notifNodes, &QmsModule::notifTail};
-constexpr QmsTopList kAugmentList = {&QmsModule::augmentNodes, &QmsModule::augmentTail};
-constexpr QmsTopList kTopLists[] = {kDataList, kRpcList, kNotifList, kAugmentList};
-
 // How the registry reads module records; owned by the module record.
 extern const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo;
 extern const RtkAvl3TreeInfo g_qmsModuleNsTreeInfo;
@@ -37,13 +20,16 @@ void SetFeatureEnabled(QmsFeature* feature, bool enabled);
 
 QM_BEGIN_INTERNAL_DECLS
 
+// The name of the module behind a prefix, borrowed, or NULL: among the imports only, or
+// that of the module itself first.
 const char* QMS_MOD_GetImportModNameByPrefix(const QmsModule* mod, const char* prefix);
-uint32_t QMS_MOD_AddTopNodeToSchemaTree(QmsModule* mod, QmsNode* node);
-QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name);
+const char* QMS_MOD_GetModuleNameByPrefix(const QmsModule* mod, const char* prefix);
+
+// Release parts of a record, which stays valid and empty of them: its texts and
+// definitions, unless it has lost its context; its nodes.
 void QMS_MOD_DestroyNonNodeMember(QmsModule* mod);
 void QMS_MOD_DestroyNodeMember(QmsModule* mod);
-
+// Does both and frees the record.
 void QMS_MOD_Free(QmsModule* mod);
-const char* QMS_MOD_GetModuleNameByPrefix(const QmsModule* mod, const char* prefix);
 
 QM_END_INTERNAL_DECLS

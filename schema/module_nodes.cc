@@ -7,7 +7,7 @@
 
 #include "context/table.h"
 #include "platform/string.h"
-#include "schema/module.h"
+#include "schema/module_nodes.h"
 #include "schema/node_link.h"
 
 namespace {

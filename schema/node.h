@@ -51,9 +51,6 @@ bool IsOfModule(const QmsNode* node, const char* moduleName);
 // The blocks of texts are not even read.
 void FreeNodesWithoutTexts(QmsNode* first);
 
-// The type of a leaf or leaf-list whose context can be asked for typedefs, or NULL.
-QmtType* UsableType(QmsNode* node);
-
 QM_BEGIN_INTERNAL_DECLS
 
 // The record's life. A node is freed through the dictionary of its module, so
@@ -72,6 +69,5 @@ void QMS_NODE_DestroySchemaChoice(QmDict* dict, void* payload);
 
 // Hands the private data back to the client, when there is any and a hook is set.
 void QMS_NODE_DestroyPrivateData(QmCtx* ctx, QmsNode* node);
-QmtType* QMS_NODE_GetLeafSchemaRealType(QmsNode* node);
 
 QM_END_INTERNAL_DECLS

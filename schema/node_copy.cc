@@ -13,6 +13,7 @@
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
+#include "schema/node_value.h"
 #include "schema/record_array.h"
 #include "schema/type_resolve.h"
 #include "types/type.h"

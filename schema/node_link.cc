@@ -6,7 +6,7 @@
 
 #include <qmodel/error.h>
 
-#include "schema/module.h"
+#include "schema/module_nodes.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
 

@@ -2,6 +2,8 @@
 // The lines of the schema tree, one per node, in the notation of RFC 8340:
 // connectors, "+--" with the status and access marks, the name with "?" or "*",
 // and the type in a column. A table names the line of each kind.
+#include "schema/print_node.h"
+
 #include <cstring>
 #include <iterator>
 
@@ -10,7 +12,85 @@
 #include "context/table.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
-#include "schema/print_tree.h"
+#include "types/builtin.h"
+#include "types/type.h"
+
+// The buffer of the tree printer. The text gathers in a block of fixed size and
+// goes to the client in chunks; a piece either fits or fails the print, so a
+// client never sees half a line.
+
+// More than this in use, and the buffer is emptied before the next line.
+static constexpr uint32_t kFlushMark = 7167;
+
+// Room for `length` characters at the end of the text, or NULL.
+static char* TakeRoom(QmsPrintText* text, size_t length) {
+  if (length >= text->size - text->used) return nullptr;
+  char* room = text->buf + text->used;
+  text->used += static_cast<uint32_t>(length);
+  text->buf[text->used] = '\0';
+  return room;
+}
+
+uint32_t PrintPiece(QmsPrintPara* para, const char* piece) {
+  if (piece == nullptr) return QM_INVALID;
+  const size_t length = strlen(piece);
+  char* room = TakeRoom(para->text, length);
+  if (room == nullptr) return QM_INVALID;
+  memcpy(room, piece, length);
+  return QM_OK;
+}
+
+uint32_t PrintPieces(QmsPrintPara* para, const char* const* pieces, size_t count) {
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t ret = PrintPiece(para, pieces[i]);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
+}
+
+uint32_t PrintBlanks(QmsPrintPara* para, uint32_t count) {
+  char* room = TakeRoom(para->text, count);
+  if (room == nullptr) return QM_INVALID;
+  memset(room, ' ', count);
+  return QM_OK;
+}
+
+uint32_t FlushText(QmsPrintText* text) {
+  if (text->used == 0) return QM_OK;
+  const uint32_t ret = text->output(text->buf, text->used, text->arg);
+  text->used = 0;
+  text->buf[0] = '\0';
+  return ret == QM_OK ? QM_OK : QM_INVALID;
+}
+
+uint32_t FlushIfFull(QmsPrintText* text) {
+  return text->used > kFlushMark ? FlushText(text) : QM_OK;
+}
+
+// The type column of the schema tree: the name of a built-in type, the name of a
+// typedef with the module that defines it, or the path of a leafref.
+
+uint32_t QMS_NODE_PrintTypeLeafref(const QmtType* type, QmsPrintPara* para) {
+  const char* path = QM_TYPE_GetTypeConsDataLeafrefPath(type);
+  if (path == nullptr) return PrintPiece(para, BuiltInTypeName(QMT_BASE_LEAFREF));
+  return PrintAll(para, {"-> ", path});
+}
+
+uint32_t QMS_NODE_PrintTypeDerived(const QmtType* type, QmsPrintPara* para) {
+  const QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(type);
+  if (derived == nullptr) return QM_INVALID;
+  if (derived->moduleName == nullptr) return PrintPiece(para, derived->typedefName);
+  return PrintAll(para, {derived->moduleName, ":", derived->typedefName});
+}
+
+uint32_t QMS_NODE_PrintType(const QmtType* type, QmsPrintPara* para) {
+  if (type == nullptr || para == nullptr) return QM_INVALID;
+  if (type->baseType == QMT_BASE_LEAFREF) return QMS_NODE_PrintTypeLeafref(type, para);
+  if (type->baseType == QMT_BASE_TYPEDEF) return QMS_NODE_PrintTypeDerived(type, para);
+  return PrintPiece(para, BuiltInTypeName(type->baseType));
+}
+
+// Lines.
 
 using PrintLineFunc = uint32_t (*)(const QmsNode* node, QmsPrintPara* para);
 

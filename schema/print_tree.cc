@@ -14,6 +14,7 @@
 #include "context/array.h"
 #include "context/guard.h"
 #include "schema/node.h"
+#include "schema/print_node.h"
 
 static constexpr uint32_t kBufferSize = 8192;
 static constexpr uint32_t kStackStep = 32;

@@ -1,85 +1,22 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
-#include <cstddef>
 #include <cstdint>
 
 #include "context/internal.h"
+#include "schema/print_node.h"
 #include "schema/records.h"
-
-// How the access of a node is told.
-enum QmsPrintAccess : uint32_t {
-  QMS_PRINT_ACCESS_CONFIG = 0,  // "rw" or "ro", by the node's config
-  QMS_PRINT_ACCESS_WRITE = 1,   // "-w": input of an operation
-  QMS_PRINT_ACCESS_READ = 2     // "ro": output of an operation, notifications
-};
-
-enum QmsPrintFlag : uint32_t { QMS_PRINT_NO_CHILDREN = 1u << 0, QMS_PRINT_NO_CONNECTORS = 1u << 1 };
-
-// Levels that have a connector bit; deeper ones print without connectors.
-constexpr uint32_t kQmsPrintConnectorBits = 32;
-
-// The text that waits for the output function. Shared by all levels of a print.
-struct QmsPrintText {
-  char* buf;      // owned by the entry point; always NUL-terminated
-  uint32_t size;  // bytes, the NUL counted
-  uint32_t used;  // characters
-  QmPrintOutputFunc output;
-  void* arg;  // the client's
-};
-
-// The state of one level of siblings. A child level starts with a copy.
-struct QmsPrintPara {
-  uint32_t connectors;      // bit i: something follows at level i, which draws a "|"
-  uint32_t level;           // 1 for top-level nodes, 0 for an augment's own line
-  uint32_t nameWidth;       // the longest name of the level, so that the types line up
-  uint32_t access;          // QmsPrintAccess
-  uint32_t flags;           // QmsPrintFlag bits
-  const QmsModule* module;  // being printed: its own nodes go without module name
-  const QmsNode* last;      // after it the level ends, also when siblings follow
-  QmsPrintText* text;
-};
-
-// Steps of the printer. 0, or 22 when the text does not fit or the client's
-// output function fails.
-uint32_t PrintPiece(QmsPrintPara* para, const char* piece);
-uint32_t PrintPieces(QmsPrintPara* para, const char* const* pieces, size_t count);
-uint32_t PrintBlanks(QmsPrintPara* para, uint32_t count);
-uint32_t FlushIfFull(QmsPrintText* text);
-uint32_t FlushText(QmsPrintText* text);
-uint32_t PrintConnectors(QmsPrintPara* para);
-
-// The longest name of the data nodes from `first` to `last`, or to the end of
-// the list when `last` is NULL.
-uint32_t LongestName(const QmsModule* module, const QmsNode* first, const QmsNode* last);
-
-// The line of a node, and the line of the case around a node that stands
-// directly in a choice.
-uint32_t PrintNodeLine(const QmsNode* node, QmsPrintPara* para);
-uint32_t PrintCaseLine(const QmsNode* node, QmsPrintPara* para);
-
-template <size_t N>
-uint32_t PrintAll(QmsPrintPara* para, const char* const (&pieces)[N]) {
-  return PrintPieces(para, pieces, N);
-}
 
 QM_BEGIN_INTERNAL_DECLS
 
+// Makes `child` the state of the level below that of `parent`.
 void QMS_NODE_InheritPrintPara(QmsPrintPara* child, const QmsPrintPara* parent);
-// Prints `node` at the level of `para`, and all below it.
+// Prints `node` at the level of `para`, and all below it. 0; 22 when it does not fit or the
+// client's output function fails, 12 without memory.
 uint32_t QMS_NODE_PrintSubTree(QmsModule* module, QmsNode* node, QmsPrintPara* para);
-// The longest name from `first` to the end of its list, module names included.
-uint32_t QMS_NODE_PrintGetMaxLen(const QmsModule* module, const QmsNode* first);
-// The start of a line: connectors, status mark and access.
-uint32_t QMS_NODE_PrintRetractStatus(const QmsNode* node, QmsPrintPara* para);
 // The connectors for the children of `node`.
 uint32_t QMS_NODE_PrintGetRetract(const QmsNode* node, const QmsPrintPara* para);
 // 1 when another case is printed after the one of `node`; for a node outside a
 // choice, when another sibling is.
 uint32_t QMS_NODE_PrintCheckNextCase(const QmsNode* node);
-// Blanks up to the type column; 22 for a name longer than the name column.
-uint32_t QMS_NODE_PrintNodeNameAlignSpace(uint32_t nameLength, QmsPrintPara* para);
-uint32_t QMS_NODE_PrintType(const QmtType* type, QmsPrintPara* para);
-uint32_t QMS_NODE_PrintTypeLeafref(const QmtType* type, QmsPrintPara* para);
-uint32_t QMS_NODE_PrintTypeDerived(const QmtType* type, QmsPrintPara* para);
 
 QM_END_INTERNAL_DECLS

@@ -1,4 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// Schema-node paths as plain text. The converter turns the prefixes of a module
+// into module names and writes them as the JSON encoding does (RFC 7951 section
+// 4): at the first step and where the module changes. The splitter cuts such a
+// path in front of the last step that is qualified, since that step names the
+// module to which the rest of the path belongs.
 #include "schema/target_path.h"
 
 #include <cstring>
@@ -11,12 +16,6 @@
 #include "context/string.h"
 #include "platform/string.h"
 #include "schema/module.h"
-
-// Schema-node paths as plain text. The converter turns the prefixes of a module
-// into module names and writes them as the JSON encoding does (RFC 7951 section
-// 4): at the first step and where the module changes. The splitter cuts such a
-// path in front of the last step that is qualified, since that step names the
-// module to which the rest of the path belongs.
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <qmodel/schema.h>
 
 #include "schema/module_registry.h"
-#include "schema/node.h"
+#include "schema/node_value.h"
 #include "types/type.h"
 #include "values/type_check.h"
 

@@ -13,6 +13,7 @@
 
 #include "context/xml_tree.h"
 #include "schema/node.h"
+#include "schema/node_value.h"
 #include "types/type.h"
 #include "values/check_table.h"
 

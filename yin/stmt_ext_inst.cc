@@ -8,7 +8,7 @@
 #include "context/load_error.h"
 #include "context/xml_tree.h"
 #include "schema/ext_inst.h"
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "schema/module.h"
 #include "yin/dispatch.h"
 #include "yin/statements.h"

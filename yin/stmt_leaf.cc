@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "context/load_error.h"
-#include "schema/node.h"
+#include "schema/node_value.h"
 #include "types/type.h"
 #include "yin/statements.h"
 #include "yin/stmt_node.h"

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <iterator>
 
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "yin/statements.h"
 #include "yin/stmt_node.h"
 

@@ -11,8 +11,8 @@
 #include <cstdint>
 
 #include "context/load_error.h"
-#include "schema/inherit.h"
-#include "schema/module.h"
+#include "schema/flags.h"
+#include "schema/module_nodes.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "yin/argument.h"

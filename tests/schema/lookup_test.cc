@@ -7,7 +7,7 @@
 
 #include <qmodel/error.h>
 
-#include "schema/node.h"
+#include "schema/node_value.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/schema_tree.h"
 

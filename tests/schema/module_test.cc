@@ -12,6 +12,7 @@
 #include "context/memory.h"
 #include "loader/module_end.h"
 #include "schema/definitions.h"
+#include "schema/module_nodes.h"
 #include "schema/module_registry.h"
 #include "schema/node.h"
 #include "schema/node_link.h"

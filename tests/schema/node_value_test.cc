@@ -9,7 +9,7 @@
 #include "context/dict.h"
 #include "context/xml_tree.h"
 #include "schema/definitions.h"
-#include "schema/node.h"
+#include "schema/node_value.h"
 #include "tests/support/schema_tree.h"
 #include "tests/support/yin.h"
 

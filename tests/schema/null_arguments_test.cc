@@ -9,7 +9,7 @@
 #include "context/memory.h"
 #include "schema/definitions.h"
 #include "schema/ext_inst.h"
-#include "schema/inherit.h"
+#include "schema/flags.h"
 #include "schema/lookup.h"
 #include "schema/merge_tree.h"
 #include "schema/module.h"

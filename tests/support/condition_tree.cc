@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "context/xml_tree.h"
-#include "schema/module.h"
+#include "schema/module_nodes.h"
 #include "schema/node_walk.h"
 
 namespace condition_tree {

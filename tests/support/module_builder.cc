@@ -9,6 +9,7 @@
 #include "context/dict.h"
 #include "context/memory.h"
 #include "schema/module.h"
+#include "schema/module_nodes.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "types/type.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "schema/inherit.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +8,7 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
+#include "schema/flags.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
