@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <algorithm>
 #include <cstdio>
 
 #include <qmodel/data.h>
@@ -26,11 +25,5 @@ static int ValidateOne(QmCtx* ctx, const std::string& file) {
 }
 
 int RunNotif(const Options& options) {
-  int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, false, &status);
-  if (ctx == nullptr) return status;
-  for (const std::string& file : options.operands)
-    status = std::max(status, ValidateOne(ctx, file));
-  QM_CTX_Delete(ctx);
-  return status;
+  return ValidateFiles(options, ValidateOne);
 }

@@ -6,7 +6,6 @@
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstdio>
 
@@ -91,11 +90,5 @@ int ValidateOne(QmCtx* ctx, const std::string& file) {
 }  // namespace
 
 int RunRpc(const Options& options) {
-  int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, false, &status);
-  if (ctx == nullptr) return status;
-  for (const std::string& file : options.operands)
-    status = std::max(status, ValidateOne(ctx, file));
-  QM_CTX_Delete(ctx);
-  return status;
+  return ValidateFiles(options, ValidateOne);
 }

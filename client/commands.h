@@ -1,6 +1,25 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <cstddef>
+#include <span>
+#include <string_view>
+
 #include "client/options.h"
+
+struct Command {
+  const char* name;
+  int (*run)(const Options& options);
+  size_t minOperands;
+  const char* missing;  // what to say when there are fewer
+  bool loadsOperands;   // they are modules, to be compiled first with -c
+  const char* call;     // how it is called, without the program's name
+  const char* text;     // what it does
+};
+
+// In the order of the help.
+std::span<const Command> AllCommands();
+// NULL for a name that is no command.
+const Command* FindCommand(std::string_view name);
 
 // Each command does its work and gives the exit status.
 int RunLoad(const Options& options);
@@ -10,3 +29,4 @@ int RunNotif(const Options& options);
 int RunValue(const Options& options);
 int RunCompile(const Options& options);
 int RunLint(const Options& options);
+int RunHelp(const Options& options);

@@ -14,35 +14,6 @@
 
 namespace {
 
-struct Command {
-  const char* name;
-  size_t minOperands;
-  const char* missing;  // what to say when there are fewer
-  int (*run)(const Options& options);
-  bool loadsOperands;
-};
-
-constexpr Command kCommands[] = {
-    {"load", 1, "MODULE", RunLoad, true},
-    {"tree", 1, "MODULE", RunTree, true},
-    {"rpc", 1, "FILE", RunRpc, false},
-    {"notif", 1, "FILE", RunNotif, false},
-    {"value", 2, "PATH or VALUE", RunValue, false},
-    {"compile", 1, "MODULE or FILE", RunCompile, false},
-    {"lint", 1, "MODULE or FILE", RunLint, false},
-};
-
-int RunHelp(const Options& options) {
-  if (options.operands.size() > 1) {
-    PrintError("help takes one command");
-    return kExitUsage;
-  }
-  const char* command = options.operands.empty() ? nullptr : options.operands[0].c_str();
-  if (PrintHelp(command)) return kExitOk;
-  PrintError("unknown command '%s'", command);
-  return kExitUsage;
-}
-
 int RunOne(const Command& command, const Options& options) {
   if (!options.compileFirst) return command.run(options);
   PrivateFolder folder;
@@ -52,15 +23,16 @@ int RunOne(const Command& command, const Options& options) {
 }
 
 int RunCommand(const Options& options) {
-  if (options.command == "help") return RunHelp(options);
-  for (const Command& command : kCommands) {
-    if (options.command != command.name) continue;
-    if (!CheckOptions(options)) return kExitUsage;
-    if (options.operands.size() >= command.minOperands) return RunOne(command, options);
-    PrintError("missing %s; see 'qmodel help %s'", command.missing, command.name);
+  const Command* command = FindCommand(options.command);
+  if (command == nullptr) {
+    PrintError("unknown command '%s'; see 'qmodel --help'", options.command.c_str());
     return kExitUsage;
   }
-  PrintError("unknown command '%s'; see 'qmodel --help'", options.command.c_str());
+  // Help is given whatever the options are.
+  if (command->run == RunHelp) return RunHelp(options);
+  if (!CheckOptions(options)) return kExitUsage;
+  if (options.operands.size() >= command->minOperands) return RunOne(*command, options);
+  PrintError("missing %s; see 'qmodel help %s'", command->missing, command->name);
   return kExitUsage;
 }
 

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -152,4 +153,13 @@ QmCtx* OpenSession(const Options& options, bool loadOperands, int* status) {
   if (*status == kExitOk) return ctx;
   QM_CTX_Delete(ctx);
   return nullptr;
+}
+
+int ValidateFiles(const Options& options, int (*validate)(QmCtx* ctx, const std::string& file)) {
+  int status = kExitOk;
+  QmCtx* ctx = OpenSession(options, false, &status);
+  if (ctx == nullptr) return status;
+  for (const std::string& file : options.operands) status = std::max(status, validate(ctx, file));
+  QM_CTX_Delete(ctx);
+  return status;
 }

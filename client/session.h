@@ -8,3 +8,7 @@
 // operands too when `loadOperands`), unloads, features. Load errors are printed.
 // NULL, with *status set and the reason on standard error, when it cannot be used.
 QmCtx* OpenSession(const Options& options, bool loadOperands, int* status);
+
+// Makes a context without loading the operands and calls `validate` with each of them as a
+// file. The greatest status.
+int ValidateFiles(const Options& options, int (*validate)(QmCtx* ctx, const std::string& file));

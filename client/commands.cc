@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The commands of the program, each with all that is said about it: a row here is enough
+// for a new one to be run and to be helped with.
+#include "client/commands.h"
+
+namespace {
+
+constexpr Command kCommands[] = {
+    {"load", RunLoad, 1, "MODULE", true, "load [OPTION]... MODULE...",
+     "Loads the modules and prints a line for each: NAME REVISION NAMESPACE."},
+    {"tree", RunTree, 1, "MODULE", true, "tree [OPTION]... MODULE...",
+     "Loads the modules and prints their schema trees."},
+    {"rpc", RunRpc, 1, "FILE", false, "rpc [OPTION]... FILE...",
+     "Validates rpc and action requests. A valid one is printed with its defaults,\n"
+     "for another its error record is printed as an rpc-error element."},
+    {"notif", RunNotif, 1, "FILE", false, "notif [OPTION]... FILE...",
+     "Validates notifications and prints the valid ones as the library gives them back."},
+    {"value", RunValue, 2, "PATH or VALUE", false, "value [OPTION]... PATH VALUE...",
+     "Checks values against the type of the node that the data path names\n"
+     "(/module:a/b) and prints 'valid' or 'invalid CODE' for each.\n"
+     "An identity is written module:identity."},
+    {"compile", RunCompile, 1, "MODULE or FILE", false,
+     "compile [-p DIR]... [-r] [-f MODULE:FEATURE]... [-F] [-i] [--drop-failing] [-o DIR]\n"
+     "                 MODULE|FILE...\n"
+     "  qmodel compile --convert [-p DIR]... FILE",
+     "Spells models out, YANG text or YIN as they are published, into YIN that the\n"
+     "library loads. One module is written to standard output, more into the folder\n"
+     "that -o names; -i adds what they import. Here -f says which features are on.\n"
+     "What is lost is said as FILE:LINE: what and why; exit status 1 when something\n"
+     "was, 3 when a module has an error that stops it.\n"
+     "With --convert one FILE of YANG text is written to standard output as YIN, nothing\n"
+     "spelled out; what it imports is looked up in its folder and the directories."},
+    {"lint", RunLint, 1, "MODULE or FILE", false,
+     "lint    [-p DIR]... [-r] [-W CLASS|-W no-CLASS]... [--json] MODULE|FILE...",
+     "Says what is wrong in models, YANG text or YIN, in order of files and lines:\n"
+     "  FILE:LINE:COLUMN: error|warning: what is wrong; what to do [class]\n"
+     "-W shows the warnings of a class (style, which is off at first), -W no-CLASS does\n"
+     "not (unused, library); errors are always shown. --json prints an array of objects.\n"
+     "Exit status 0 when there are warnings only, 1 when there are errors."},
+    {"help", RunHelp, 0, nullptr, false, "help [COMMAND]",
+     "Prints this help, or that of one command."},
+};
+
+}  // namespace
+
+std::span<const Command> AllCommands() {
+  return kCommands;
+}
+
+const Command* FindCommand(std::string_view name) {
+  for (const Command& command : kCommands) {
+    if (name == command.name) return &command;
+  }
+  return nullptr;
+}
