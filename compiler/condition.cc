@@ -146,21 +146,28 @@ Piece ConditionWriter::Boolean(uint32_t index) {
   }
 }
 
+// Paths that lead to a node when the part is true (or false, if not `when`).
+void ConditionWriter::CollectPresent(uint32_t index, bool when,
+                                     std::vector<std::string>* keys) const {
+  index = WithoutParentheses(xpath_, index);
+  const XpathNode& node = xpath_.At(index);
+  if (node.kind == (when ? XpathKind::kAnd : XpathKind::kOr)) {
+    for (const uint32_t operand : node.operands) CollectPresent(operand, when, keys);
+  } else if (IsCall(xpath_, index, "not") && node.operands.size() == 1) {
+    CollectPresent(node.operands[0], !when, keys);
+  } else if (node.kind == XpathKind::kPath && when) {
+    const PlainPath path = ResolvePath(xpath_, place_, base_, index);
+    if (path.plain && !path.outside && path.existsByFirst) keys->push_back(PathKey(path));
+  }
+}
+
 // Paths that an operand of the chain may rely on, since the chain's answer is known
 // without it where they lead nowhere: beside "a and", and beside "not(a) or".
 std::vector<std::string> ConditionWriter::KnownBeside(const XpathNode& chain,
                                                       size_t operand) const {
   std::vector<std::string> keys;
   for (size_t i = 0; i < chain.operands.size(); ++i) {
-    if (i == operand) continue;
-    uint32_t other = WithoutParentheses(xpath_, chain.operands[i]);
-    if (chain.kind == XpathKind::kOr) {
-      if (!IsCall(xpath_, other, "not") || xpath_.At(other).operands.size() != 1) continue;
-      other = WithoutParentheses(xpath_, xpath_.At(other).operands[0]);
-    }
-    if (xpath_.At(other).kind != XpathKind::kPath) continue;
-    const PlainPath path = ResolvePath(xpath_, place_, base_, other);
-    if (path.plain && !path.outside && path.existsByFirst) keys.push_back(PathKey(path));
+    if (i != operand) CollectPresent(chain.operands[i], chain.kind == XpathKind::kAnd, &keys);
   }
   return keys;
 }

@@ -59,6 +59,7 @@ class ConditionWriter {
   Piece UnionOf(uint32_t index);
   Piece Exists(uint32_t index, PlainPath path);
   Piece AsBoolean(Piece piece) const;
+  void CollectPresent(uint32_t index, bool when, std::vector<std::string>* keys) const;
   std::vector<std::string> KnownBeside(const XpathNode& chain, size_t operand) const;
 
   // condition_compare.cc: comparisons.

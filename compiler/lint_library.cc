@@ -5,9 +5,11 @@
 #include "compiler/lint_library.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "compiler/compile.h"
+#include "compiler/condition_pass.h"
 #include "compiler/lint_pass.h"
 
 namespace compiler {
@@ -36,6 +38,34 @@ std::vector<Module*> WithoutErrors(std::span<Module* const> modules, const Repor
   return sound;
 }
 
+const char* AdviceFor(ConditionIssue issue) {
+  switch (issue) {
+    case ConditionIssue::kFails:
+      return "leave it out with --drop-failing, and check it elsewhere";
+    case ConditionIssue::kOutside:
+      return "check it elsewhere: a message has no configuration";
+    default:
+      return "check it elsewhere, or say it of nodes that occur once";
+  }
+}
+
+bool IsOneOf(const std::vector<Module*>& modules, const Output* out) {
+  return std::find(modules.begin(), modules.end(), out->module) != modules.end();
+}
+
+// What the library makes of conditions that it evaluates otherwise than they say.
+void WarnOfConditions(const std::vector<Output*>& outputs, const std::vector<Module*>& modules,
+                      Report* report) {
+  VisitConditionRemarks(outputs,
+                        [&](Output* out, const xmlNode* condition, const ConditionRemark& remark) {
+                          if (!IsOneOf(modules, out)) return;
+                          AddFinding(report, Severity::kWarning, cls::kLibrary, condition,
+                                     std::string("the ") + NameOf(condition) + " " +
+                                         Quote(ArgumentOf(condition)) + ": " + remark.message,
+                                     AdviceFor(remark.issue));
+                        });
+}
+
 }  // namespace
 
 void LintLibrary(Repository* repository, std::span<Module* const> modules, Report* report) {
@@ -45,8 +75,9 @@ void LintLibrary(Repository* repository, std::span<Module* const> modules, Repor
   all.session = repository->session;
   all.repository = repository;
   all.report = &unused;
-  for (Output* out : CompileAll(&all, sound)) {  // imports among them
-    if (std::find(sound.begin(), sound.end(), out->module) == sound.end()) continue;
+  const std::vector<Output*> outputs = CompileAll(&all, sound);  // imports among them
+  for (Output* out : outputs) {
+    if (!IsOneOf(sound, out)) continue;
     for (Finding& finding : out->report.findings) {
       if (finding.severity != Severity::kLoss) continue;
       finding.severity = Severity::kWarning;
@@ -54,6 +85,7 @@ void LintLibrary(Repository* repository, std::span<Module* const> modules, Repor
       report->findings.push_back(std::move(finding));
     }
   }
+  WarnOfConditions(outputs, sound, report);
 }
 
 }  // namespace compiler

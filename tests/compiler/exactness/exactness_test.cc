@@ -181,6 +181,10 @@ constexpr Row kExact[] = {
     {"../../n != 1 and ../../n", "../../n != 1 and ../../n"},
     {"not(../../n) or ../../n != 1", "not(../../n) or ../../n != 1"},
     {"(not((../../name))) or (../../name = '')", "(not((../../name))) or (../../name = '')"},
+    {"(../../n and ../../e) and ../../n != 1", "(../../n and ../../e) and ../../n != 1"},
+    {"not(../../n and ../../e) or ../../n != 1", "not(../../n and ../../e) or ../../n != 1"},
+    {"(../../np[x = 'a']/np2/y) and ../../np/x != 'a'",
+     "(../../np/x = 'a' and ../../np/np2/y) and ../../np/x and ../../np/x != 'a'"},
     // current() and "."
     {"current() = 'a'", ". = 'a'"},
     {"current()/../../n = 1", "../../n = 1"},
