@@ -10,6 +10,8 @@
 // with the same result.
 #include "schema/definitions.h"
 
+#include <type_traits>
+
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
@@ -20,6 +22,23 @@
 #include "schema/node_value.h"
 #include "schema/record_array.h"
 #include "types/type.h"
+
+// Appends an element to an array of `mod`, which Fill fills with the texts.
+template <typename Elem, typename... Texts>
+static uint32_t AppendTo(QmsModule* mod, Elem* QmsModule::*array, uint16_t QmsModule::*count,
+                         uint32_t (*fill)(QmDict*, Elem*, Texts...),
+                         std::type_identity_t<Texts>... texts) {
+  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
+  return AppendElem(&(mod->*array), &(mod->*count),
+                    [&](Elem* elem) { return fill(ModuleDict(mod), elem, texts...); });
+}
+
+// The Fill of an element with one text.
+template <typename Elem>
+static uint32_t FillText(QmDict* dict, Elem* elem, const char* Elem::*field, const char* text) {
+  if (dict == nullptr || elem == nullptr || text == nullptr) return QM_INVALID;
+  return InternText(dict, &(elem->*field), text) ? QM_OK : QM_NO_MEMORY;
+}
 
 // What links a module to others (RFC 7950 sections 7.1.5 and 7.1.6).
 
@@ -32,10 +51,8 @@ uint32_t QMS_MOD_FillImport(QmDict* dict, QmsImport* import, const char* moduleN
 }
 
 uint32_t QMS_MOD_AppendOneImport(QmsModule* mod, const char* moduleName, const char* prefix) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->imports, &mod->importCount, [&](QmsImport* import) {
-    return QMS_MOD_FillImport(ModuleDict(mod), import, moduleName, prefix);
-  });
+  return AppendTo(mod, &QmsModule::imports, &QmsModule::importCount, QMS_MOD_FillImport, moduleName,
+                  prefix);
 }
 
 QmsImport* QMS_MOD_FindImportByPrefix(QmsImport* imports, uint32_t count, const char* prefix) {
@@ -53,15 +70,12 @@ void QMS_MOD_FreeImports(QmDict* dict, QmsImport* imports, uint32_t count) {
 }
 
 uint32_t QMS_MOD_FillInclude(QmDict* dict, QmsInclude* include, const char* subName) {
-  if (dict == nullptr || include == nullptr || subName == nullptr) return QM_INVALID;
-  return InternText(dict, &include->submoduleName, subName) ? QM_OK : QM_NO_MEMORY;
+  return FillText(dict, include, &QmsInclude::submoduleName, subName);
 }
 
 uint32_t QMS_MOD_AppendOneInclude(QmsModule* mod, const char* subName) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->includes, &mod->includeCount, [&](QmsInclude* include) {
-    return QMS_MOD_FillInclude(ModuleDict(mod), include, subName);
-  });
+  return AppendTo(mod, &QmsModule::includes, &QmsModule::includeCount, QMS_MOD_FillInclude,
+                  subName);
 }
 
 QmsInclude* QMS_MOD_FindIncludeBySubName(QmsInclude* includes, uint32_t count, const char* name) {
@@ -90,15 +104,11 @@ void QMS_MOD_FreeMrgSource(QmsModule* mod) {
 // Features (RFC 7950 section 7.20.1).
 
 uint32_t QMS_MOD_FillFeature(QmDict* dict, QmsFeature* feature, const char* name) {
-  if (dict == nullptr || feature == nullptr || name == nullptr) return QM_INVALID;
-  return InternText(dict, &feature->name, name) ? QM_OK : QM_NO_MEMORY;
+  return FillText(dict, feature, &QmsFeature::name, name);
 }
 
 uint32_t QMS_MOD_AppendOneFeature(QmsModule* mod, const char* name) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->features, &mod->featureCount, [&](QmsFeature* feature) {
-    return QMS_MOD_FillFeature(ModuleDict(mod), feature, name);
-  });
+  return AppendTo(mod, &QmsModule::features, &QmsModule::featureCount, QMS_MOD_FillFeature, name);
 }
 
 QmsFeature* QMS_MOD_FindFeatureByName(QmsModule* mod, const char* name) {
@@ -126,15 +136,12 @@ void QMS_MOD_FreeFeatures(QmDict* dict, QmsFeature* features, uint32_t count) {
 // Identities and their bases (RFC 7950 section 7.18).
 
 uint32_t QMS_MOD_FillIdentity(QmDict* dict, QmsIdentity* identity, const char* name) {
-  if (dict == nullptr || identity == nullptr || name == nullptr) return QM_INVALID;
-  return InternText(dict, &identity->name, name) ? QM_OK : QM_NO_MEMORY;
+  return FillText(dict, identity, &QmsIdentity::name, name);
 }
 
 uint32_t QMS_MOD_AppendOneIdentity(QmsModule* mod, const char* name) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->identities, &mod->identityCount, [&](QmsIdentity* identity) {
-    return QMS_MOD_FillIdentity(ModuleDict(mod), identity, name);
-  });
+  return AppendTo(mod, &QmsModule::identities, &QmsModule::identityCount, QMS_MOD_FillIdentity,
+                  name);
 }
 
 QmsIdentity* QMS_MOD_FindIdentityByName(QmsModule* mod, const char* name) {
@@ -210,10 +217,8 @@ uint32_t QMS_MOD_SetExtension(QmDict* dict, QmsExtension* ext, const char* name,
 
 uint32_t QMS_MOD_AppendOneExtension(QmsModule* mod, const char* name, const char* argument,
                                     uint32_t yinElement) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->extensions, &mod->extensionCount, [&](QmsExtension* ext) {
-    return QMS_MOD_SetExtension(ModuleDict(mod), ext, name, argument, yinElement);
-  });
+  return AppendTo(mod, &QmsModule::extensions, &QmsModule::extensionCount, QMS_MOD_SetExtension,
+                  name, argument, yinElement);
 }
 
 QmsExtension* QMS_MOD_FindExtensionByName(QmsModule* mod, const char* name) {
@@ -305,9 +310,8 @@ uint32_t AppendNextTypeDef(QmsModule* mod, const char* name, const QmtType* real
                            const char* defaultValue) {
   if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
   ForgetResolvedInTypedefs(mod);
-  return AppendElem(&mod->typedefs, &mod->typedefCount, [&](QmsTypedef* td) {
-    return QMS_MOD_FillTypeDef(ModuleDict(mod), td, name, realType, defaultValue);
-  });
+  return AppendTo(mod, &QmsModule::typedefs, &QmsModule::typedefCount, QMS_MOD_FillTypeDef, name,
+                  realType, defaultValue);
 }
 
 QmsTypedef* QMS_MOD_FindTypDefObjByName(QmsTypedef* typedefs, uint32_t count, const char* name) {
@@ -328,15 +332,12 @@ void QMS_TYPE_FreeTypDefArray(QmDict* dict, QmsTypedef* typedefs, uint32_t count
 // their own.
 
 uint32_t QMS_MOD_FillDeviationTargetNode(QmDict* dict, QmsDeviation* dev, const char* path) {
-  if (dict == nullptr || dev == nullptr || path == nullptr) return QM_INVALID;
-  return InternText(dict, &dev->targetPath, path) ? QM_OK : QM_NO_MEMORY;
+  return FillText(dict, dev, &QmsDeviation::targetPath, path);
 }
 
 uint32_t QMS_MOD_AppendOneDeviation(QmsModule* mod, const char* targetPath) {
-  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
-  return AppendElem(&mod->deviations, &mod->deviationCount, [&](QmsDeviation* dev) {
-    return QMS_MOD_FillDeviationTargetNode(ModuleDict(mod), dev, targetPath);
-  });
+  return AppendTo(mod, &QmsModule::deviations, &QmsModule::deviationCount,
+                  QMS_MOD_FillDeviationTargetNode, targetPath);
 }
 
 void QMS_MOD_ClearDeviation(QmDict* dict, QmsDeviation* deviation) {

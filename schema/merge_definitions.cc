@@ -38,6 +38,13 @@ static uint32_t MergeEach(QmsModule* dst, const QmsModule* src, Elem* QmsModule:
   return QM_OK;
 }
 
+// Gives the status of a step; records `format` with `text`, mostly the element's
+// name, when it is not 0.
+static uint32_t Checked(uint32_t status, QmsModule* dst, const char* format, const char* text) {
+  if (status != QM_OK) QM_CTX_AddModError(dst->ctx, dst->name, format, text);
+  return status;
+}
+
 static uint32_t MergeImport(QmsModule* dst, const QmsImport* src) {
   const QmsImport* own = QMS_MOD_FindImportByPrefix(dst->imports, dst->importCount, src->prefix);
   if (own == nullptr) {
@@ -60,124 +67,97 @@ static uint32_t MergeImport(QmsModule* dst, const QmsImport* src) {
 static uint32_t MergeInclude(QmsModule* dst, const QmsInclude* src) {
   const char* name = src->submoduleName;
   if (QMS_MOD_FindIncludeBySubName(dst->includes, dst->includeCount, name) != nullptr) return QM_OK;
-  const uint32_t ret = QMS_MOD_AppendOneInclude(dst, name);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge include module name \"%s\".", name);
-  }
-  return ret;
+  return Checked(QMS_MOD_AppendOneInclude(dst, name), dst,
+                 "Failed to merge include module name \"%s\".", name);
 }
 
-static bool CopyIfFeaturesOf(QmsModule* dst, QmsIfFeature** array, uint16_t* count,
-                             const QmsIfFeature* src, uint16_t srcCount) {
-  return CopyCounted(ModuleDict(dst), array, count, src, srcCount, QMS_NODE_CopyIfFeaturesArray);
+static uint32_t CopyIfFeaturesOf(QmsModule* dst, QmsIfFeature** array, uint16_t* count,
+                                 const QmsIfFeature* src, uint16_t srcCount) {
+  const bool copied =
+      CopyCounted(ModuleDict(dst), array, count, src, srcCount, QMS_NODE_CopyIfFeaturesArray);
+  return copied ? QM_OK : QM_NO_MEMORY;
 }
 
 static uint32_t AppendFeatureFrom(QmsModule* dst, const QmsFeature* src) {
-  const uint32_t ret = QMS_MOD_AppendOneFeature(dst, src->name);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge feature name \"%s\".", src->name);
-    return ret;
-  }
+  const uint32_t ret = Checked(QMS_MOD_AppendOneFeature(dst, src->name), dst,
+                               "Failed to merge feature name \"%s\".", src->name);
+  if (ret != QM_OK) return ret;
   QmsFeature* feature = &dst->features[dst->featureCount - 1];
-  if (CopyIfFeaturesOf(dst, &feature->ifFeatures, &feature->ifFeatureCount, src->ifFeatures,
-                       src->ifFeatureCount)) {
-    return QM_OK;
-  }
-  QM_CTX_AddModError(dst->ctx, dst->name,
-                     "Failed to merge if-feature informations of feature \"%s\".", src->name);
-  return QM_NO_MEMORY;
+  return Checked(CopyIfFeaturesOf(dst, &feature->ifFeatures, &feature->ifFeatureCount,
+                                  src->ifFeatures, src->ifFeatureCount),
+                 dst, "Failed to merge if-feature informations of feature \"%s\".", src->name);
 }
 
 static uint32_t MergeFeature(QmsModule* dst, const QmsFeature* src) {
   const QmsFeature* own = QMS_MOD_FindFeatureByName(dst, src->name);
   if (own == nullptr) return AppendFeatureFrom(dst, src);
   if (QMS_MOD_CheckTwoFeatureSame(own, src) != 0) return QM_OK;
-  QM_CTX_AddModError(dst->ctx, dst->name,
-                     "The if-feature informations of the feature \"%s\" are different from the "
-                     "existing feature",
-                     src->name);
-  return QM_INVALID;
+  return Checked(QM_INVALID, dst,
+                 "The if-feature informations of the feature \"%s\" are different from the "
+                 "existing feature",
+                 src->name);
+}
+
+static uint32_t CopyBasesOf(QmsModule* dst, QmsIdentity* identity, const QmsIdentity* src) {
+  const bool copied = CopyCounted(ModuleDict(dst), &identity->bases, &identity->baseCount,
+                                  src->bases, src->baseCount, QMS_MOD_CopyIdentBaseArray);
+  return copied ? QM_OK : QM_NO_MEMORY;
 }
 
 static uint32_t AppendIdentityFrom(QmsModule* dst, const QmsIdentity* src) {
-  const uint32_t ret = QMS_MOD_AppendOneIdentity(dst, src->name);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge identity name \"%s\".", src->name);
-    return ret;
-  }
+  uint32_t ret = Checked(QMS_MOD_AppendOneIdentity(dst, src->name), dst,
+                         "Failed to merge identity name \"%s\".", src->name);
+  if (ret != QM_OK) return ret;
   QmsIdentity* identity = &dst->identities[dst->identityCount - 1];
-  if (!CopyCounted(ModuleDict(dst), &identity->bases, &identity->baseCount, src->bases,
-                   src->baseCount, QMS_MOD_CopyIdentBaseArray)) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge base informations of identity \"%s\".",
-                       src->name);
-    return QM_NO_MEMORY;
-  }
-  if (CopyIfFeaturesOf(dst, &identity->ifFeatures, &identity->ifFeatureCount, src->ifFeatures,
-                       src->ifFeatureCount)) {
-    return QM_OK;
-  }
-  QM_CTX_AddModError(dst->ctx, dst->name,
-                     "Failed to merge if-feature informations of identity \"%s\".", src->name);
-  return QM_NO_MEMORY;
+  ret = Checked(CopyBasesOf(dst, identity, src), dst,
+                "Failed to merge base informations of identity \"%s\".", src->name);
+  if (ret != QM_OK) return ret;
+  return Checked(CopyIfFeaturesOf(dst, &identity->ifFeatures, &identity->ifFeatureCount,
+                                  src->ifFeatures, src->ifFeatureCount),
+                 dst, "Failed to merge if-feature informations of identity \"%s\".", src->name);
 }
 
 static uint32_t MergeIdentity(QmsModule* dst, const QmsIdentity* src) {
   const QmsIdentity* own = QMS_MOD_FindIdentityByName(dst, src->name);
   if (own == nullptr) return AppendIdentityFrom(dst, src);
   if (QMS_MOD_CheckTwoIdentitySame(own, src) != 0) return QM_OK;
-  QM_CTX_AddModError(
-      dst->ctx, dst->name,
-      "The information of the identity \"%s\" is different from the existing identity", src->name);
-  return QM_INVALID;
+  return Checked(QM_INVALID, dst,
+                 "The information of the identity \"%s\" is different from the existing identity",
+                 src->name);
 }
 
 static uint32_t MergeExtension(QmsModule* dst, const QmsExtension* src) {
   const QmsExtension* own = QMS_MOD_FindExtensionByName(dst, src->name);
   if (own == nullptr) {
-    const uint32_t ret = QMS_MOD_AppendOneExtension(dst, src->name, src->argument, src->yinElement);
-    if (ret != QM_OK) {
-      QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge extension name \"%s\".", src->name);
-    }
-    return ret;
+    return Checked(QMS_MOD_AppendOneExtension(dst, src->name, src->argument, src->yinElement), dst,
+                   "Failed to merge extension name \"%s\".", src->name);
   }
   if (QMS_MOD_CheckTwoExtensionSame(own, src) != 0) return QM_OK;
-  QM_CTX_AddModError(
-      dst->ctx, dst->name,
-      "The information of the extension \"%s\" is different from the existing extension",
-      src->name);
-  return QM_INVALID;
+  return Checked(QM_INVALID, dst,
+                 "The information of the extension \"%s\" is different from the existing extension",
+                 src->name);
 }
 
 static uint32_t MergeDeviation(QmsModule* dst, const QmsDeviation* src) {
   if (QMS_MOD_CheckSameDeviationExist(dst, src) != 0) return QM_OK;
-  const uint32_t ret = QMS_MOD_AppendOneDeviation(dst, src->targetPath);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge deviation \"%s\".", src->targetPath);
-    return ret;
-  }
+  const uint32_t ret = Checked(QMS_MOD_AppendOneDeviation(dst, src->targetPath), dst,
+                               "Failed to merge deviation \"%s\".", src->targetPath);
+  if (ret != QM_OK) return ret;
   QmsDeviation* deviation = &dst->deviations[dst->deviationCount - 1];
-  if (CopyCounted(ModuleDict(dst), &deviation->deviates, &deviation->deviateCount, src->deviates,
-                  src->deviateCount, QMS_MOD_CopyDeviateArray)) {
-    return QM_OK;
-  }
-  QM_CTX_AddModError(dst->ctx, dst->name,
-                     "Failed to merge deviate informations of deviation \"%s\".", src->targetPath);
-  return QM_NO_MEMORY;
+  const bool copied = CopyCounted(ModuleDict(dst), &deviation->deviates, &deviation->deviateCount,
+                                  src->deviates, src->deviateCount, QMS_MOD_CopyDeviateArray);
+  return Checked(copied ? QM_OK : QM_NO_MEMORY, dst,
+                 "Failed to merge deviate informations of deviation \"%s\".", src->targetPath);
 }
 
 static uint32_t MergeTypeDef(QmsModule* dst, const QmsTypedef* src) {
   if (QMS_MOD_FindQmsTypDefByName(dst, src->name) != nullptr) return QM_OK;
-  uint32_t ret = AppendNextTypeDef(dst, src->name, &src->type, src->defaultValue);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to merge typedef \"%s\".", src->name);
-    return ret;
-  }
-  ret = QMT_TYPE_UpdateRealTypeDerivedFrom(&dst->typedefs[dst->typedefCount - 1].type, dst);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "Failed to update real type of typedef \"%s\".",
-                       src->name);
-  }
-  return ret;
+  const uint32_t ret = Checked(AppendNextTypeDef(dst, src->name, &src->type, src->defaultValue),
+                               dst, "Failed to merge typedef \"%s\".", src->name);
+  if (ret != QM_OK) return ret;
+  QmtType* type = &dst->typedefs[dst->typedefCount - 1].type;
+  return Checked(QMT_TYPE_UpdateRealTypeDerivedFrom(type, dst), dst,
+                 "Failed to update real type of typedef \"%s\".", src->name);
 }
 
 uint32_t QMS_MOD_MergeNonNodeMemberImport(QmsModule* dst, QmsModule* src) {
@@ -213,15 +193,11 @@ uint32_t QMS_MOD_MergeNonNodeMemberTypeDef(QmsModule* dst, QmsModule* src) {
 static uint32_t MergeModuleExtInsts(QmsModule* dst, QmsModule* src) {
   const uint32_t ret = QMS_EXT_MergeExtInsts(ModuleDict(dst), &dst->extInsts, &dst->extInstCount,
                                              src->extInsts, src->extInstCount);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "%s",
-                       "Failed to merge global extension instance informations.");
-  }
-  return ret;
+  return Checked(ret, dst, "%s", "Failed to merge global extension instance informations.");
 }
 
 // Order matters where the first failure is the one that is reported.
-static constexpr uint32_t (*kMemberMerges[])(QmsModule*, QmsModule*) = {
+constexpr uint32_t (*kMemberMerges[])(QmsModule*, QmsModule*) = {
     QMS_MOD_MergeNonNodeMemberImport,    QMS_MOD_MergeNonNodeMemberInclude,
     QMS_MOD_MergeNonNodeMemberFeature,   QMS_MOD_MergeNonNodeMemberIdentity,
     QMS_MOD_MergeNonNodeMemberExtension, QMS_MOD_MergeNonNodeMemberDeviation,
@@ -239,14 +215,8 @@ uint32_t QMS_MOD_MergeGlobalDefData(QmsModule* dst, QmsModule* src) {
 
 uint32_t QMS_MOD_MergeTwoModuleInSameCtx(QmsModule* dst, QmsModule* src) {
   if (!CanMerge(dst, src)) return QM_INVALID;
-  uint32_t ret = QMS_MOD_MergeGlobalDefData(dst, src);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "%s", "Failed to merge global definitions.");
-    return ret;
-  }
-  ret = QMS_MOD_MergeTreeNodeData(dst, src);
-  if (ret != QM_OK) {
-    QM_CTX_AddModError(dst->ctx, dst->name, "%s", "Failed to merge schema tree.");
-  }
-  return ret;
+  const uint32_t ret = Checked(QMS_MOD_MergeGlobalDefData(dst, src), dst, "%s",
+                               "Failed to merge global definitions.");
+  if (ret != QM_OK) return ret;
+  return Checked(QMS_MOD_MergeTreeNodeData(dst, src), dst, "%s", "Failed to merge schema tree.");
 }

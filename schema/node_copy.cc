@@ -42,19 +42,21 @@ constexpr PayloadCopyRow kPayloadCopies[] = {
     {QMS_NODE_CHOICE, QMS_NODE_CopySchemaChoice},
 };
 
+// A new payload that `fill` makes a copy of `src`, or NULL.
+template <typename Payload>
+static void* CopyOf(QmDict* dict, const void* src, bool (*fill)(QmDict*, Payload*, const Payload*),
+                    void (*destroy)(QmDict*, void*)) {
+  if (dict == nullptr || src == nullptr) return nullptr;
+  Payload* copy = NewRecord<Payload>();
+  if (copy == nullptr || fill(dict, copy, static_cast<const Payload*>(src))) return copy;
+  destroy(dict, copy);
+  return nullptr;
+}
+
 static bool FillLeaf(QmDict* dict, QmsLeaf* dst, const QmsLeaf* src) {
   return QMT_TYPE_CopyQmtRealTypeInner(dict, &dst->type, &src->type) == QM_OK &&
          InternOptional(dict, &dst->defaultValue, src->defaultValue) &&
          InternOptional(dict, &dst->units, src->units);
-}
-
-void* QMS_NODE_CopySchemaLeaf(QmDict* dict, const void* payload) {
-  if (dict == nullptr || payload == nullptr) return nullptr;
-  QmsLeaf* copy = NewRecord<QmsLeaf>();
-  if (copy == nullptr) return nullptr;
-  if (FillLeaf(dict, copy, static_cast<const QmsLeaf*>(payload))) return copy;
-  QMS_NODE_DestroySchemaLeaf(dict, copy);
-  return nullptr;
 }
 
 static bool FillLeafList(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src) {
@@ -64,23 +66,20 @@ static bool FillLeafList(QmDict* dict, QmsLeafList* dst, const QmsLeafList* src)
          InternOptional(dict, &dst->units, src->units);
 }
 
+static bool FillChoice(QmDict* dict, QmsChoice* dst, const QmsChoice* src) {
+  return InternOptional(dict, &dst->defaultCase, src->defaultCase);
+}
+
+void* QMS_NODE_CopySchemaLeaf(QmDict* dict, const void* payload) {
+  return CopyOf(dict, payload, FillLeaf, QMS_NODE_DestroySchemaLeaf);
+}
+
 void* QMS_NODE_CopySchemaLeaflist(QmDict* dict, const void* payload) {
-  if (dict == nullptr || payload == nullptr) return nullptr;
-  QmsLeafList* copy = NewRecord<QmsLeafList>();
-  if (copy == nullptr) return nullptr;
-  if (FillLeafList(dict, copy, static_cast<const QmsLeafList*>(payload))) return copy;
-  QMS_NODE_DestroySchemaLeaflist(dict, copy);
-  return nullptr;
+  return CopyOf(dict, payload, FillLeafList, QMS_NODE_DestroySchemaLeaflist);
 }
 
 void* QMS_NODE_CopySchemaChoice(QmDict* dict, const void* payload) {
-  if (dict == nullptr || payload == nullptr) return nullptr;
-  QmsChoice* copy = NewRecord<QmsChoice>();
-  if (copy == nullptr) return nullptr;
-  const char* defaultCase = static_cast<const QmsChoice*>(payload)->defaultCase;
-  if (InternOptional(dict, &copy->defaultCase, defaultCase)) return copy;
-  QMS_NODE_DestroySchemaChoice(dict, copy);
-  return nullptr;
+  return CopyOf(dict, payload, FillChoice, QMS_NODE_DestroySchemaChoice);
 }
 
 void* QMS_NODE_CopySchemaByType(QmDict* dict, uint32_t kind, const void* payload) {
