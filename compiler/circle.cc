@@ -57,7 +57,8 @@ void ReportCircle(CircleSearch* search, const Link& closing) {
   search->found = true;
   StatementOf(closing.statement)->words->broken = true;
   AddFinding(search->report, Severity::kFatal, search->group, closing.statement,
-             std::string("circle of ") + search->kind + ": " + names + search->nameOf(closing.to));
+             std::string("circle of ") + search->kind + ": " + names + search->nameOf(closing.to),
+             "take one of them out of it");
 }
 
 void SearchFrom(CircleSearch* search, const void* start) {

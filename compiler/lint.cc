@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "compiler/circle.h"
 #include "compiler/lint_pass.h"
 
 namespace compiler {
@@ -65,6 +66,7 @@ void LintOne(const Lint& common, Module* module) {
   for (const auto& check : kFileChecks)
     for (const Module* file : lint.files) check(&lint, file);
   for (const auto& check : kModuleChecks) check(&lint);
+  ReportDefinitionCircles(module, lint.report);  // marks files, so it comes last
   if (view->full)
     Fatal(&lint, cls::kGrouping, module->root,
           "the schema has more than " + std::to_string(kMaxSchemaNodes) +

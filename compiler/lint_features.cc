@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Features: expressions of if-feature, what they name, and features that depend on
-// themselves (RFC 7950, sections 7.20.1 and 7.20.2).
-#include <map>
-
+// Features: expressions of if-feature and what they name (RFC 7950, section 7.20.2).
 #include "compiler/if_feature.h"
 #include "compiler/lint_pass.h"
 
@@ -39,43 +36,11 @@ void JudgeExpression(Lint* lint, const Module* file, const xmlNode* statement) {
     Resolve(lint, cls::kFeature, statement, SymbolKind::kFeature, name, false);
 }
 
-// The features that a feature's definition depends on.
-std::vector<const xmlNode*> NeedsOf(const xmlNode* feature) {
-  std::vector<const xmlNode*> needs;
-  const bool version11 = StatementOf(feature)->words->version11;
-  for (const xmlNode* s = FirstChild(feature, Keyword::kIfFeature); s != nullptr;
-       s = NextSibling(s, Keyword::kIfFeature)) {
-    XpathError error;
-    for (const std::string& name : FeaturesOf(s, version11, &error)) {
-      const xmlNode* definition = FindSymbol(s, SymbolKind::kFeature, name);
-      if (definition != nullptr) needs.push_back(definition);
-    }
-  }
-  return needs;
-}
-
-void JudgeCircle(Lint* lint, const xmlNode* feature) {
-  std::map<const xmlNode*, bool> seen;
-  std::vector<const xmlNode*> open = NeedsOf(feature);
-  while (!open.empty()) {
-    const xmlNode* next = open.back();
-    open.pop_back();
-    if (next == feature) {
-      Fatal(lint, cls::kFeature, feature, Describe(feature) + " depends on itself",
-            "take one if-feature of the circle away");
-      return;
-    }
-    if (!seen.emplace(next, true).second) continue;
-    for (const xmlNode* need : NeedsOf(next)) open.push_back(need);
-  }
-}
-
 }  // namespace
 
 void LintFeatures(Lint* lint, const Module* file) {
   ForEachStatement(file, Keyword::kIfFeature,
                    [&](const xmlNode* s) { JudgeExpression(lint, file, s); });
-  ForEachStatement(file, Keyword::kFeature, [&](const xmlNode* s) { JudgeCircle(lint, s); });
 }
 
 }  // namespace compiler

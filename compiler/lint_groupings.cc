@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Groupings: that a `uses` names one, that none uses itself, and where refine and
-// augment inside a `uses` lead (RFC 7950, sections 7.12 and 7.13).
+// Groupings: that a `uses` names one, and where refine and augment inside a `uses` lead
+// (RFC 7950, sections 7.12 and 7.13).
+// sections 7.12 and 7.13).
 #include <algorithm>
-#include <map>
 
 #include "compiler/lint_pass.h"
 #include "compiler/suggestion.h"
@@ -10,33 +10,6 @@
 namespace compiler {
 
 namespace {
-
-std::vector<const xmlNode*> UsedBy(const xmlNode* grouping) {
-  std::vector<const xmlNode*> used;
-  for (const xmlNode* s = NextInTree(grouping, grouping); s != nullptr;
-       s = NextInTree(grouping, s)) {
-    if (!Is(s, Keyword::kUses) || ArgumentOf(s) == nullptr) continue;
-    const xmlNode* found = FindSymbol(s, SymbolKind::kGrouping, ArgumentOf(s));
-    if (found != nullptr) used.push_back(found);
-  }
-  return used;
-}
-
-void JudgeCircle(Lint* lint, const xmlNode* grouping) {
-  std::map<const xmlNode*, bool> seen;
-  std::vector<const xmlNode*> open = UsedBy(grouping);
-  while (!open.empty()) {
-    const xmlNode* next = open.back();
-    open.pop_back();
-    if (next == grouping) {
-      Fatal(lint, cls::kGrouping, grouping, Describe(grouping) + " uses itself",
-            "take one uses of the circle away");
-      return;
-    }
-    if (!seen.emplace(next, true).second) continue;
-    for (const xmlNode* further : UsedBy(next)) open.push_back(further);
-  }
-}
 
 // ---- what refine may change
 
@@ -103,7 +76,6 @@ void LintGroupings(Lint* lint, const Module* file) {
     const char* name = ArgumentOf(s);
     if (name != nullptr) Resolve(lint, cls::kGrouping, s, SymbolKind::kGrouping, name, true);
   });
-  ForEachStatement(file, Keyword::kGrouping, [&](const xmlNode* s) { JudgeCircle(lint, s); });
   for (const TargetView& target : lint->view->inner)
     if (StatementOf(target.statement)->words == file) JudgeTarget(lint, target);
 }

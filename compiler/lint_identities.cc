@@ -19,12 +19,6 @@ std::vector<const xmlNode*> BasesOf(const xmlNode* identity) {
   return bases;
 }
 
-void JudgeCircle(Lint* lint, const xmlNode* identity) {
-  if (!IsDerivedFrom(identity, identity)) return;
-  Fatal(lint, cls::kIdentity, identity, Describe(identity) + " is derived from itself",
-        "take one base of the circle away");
-}
-
 }  // namespace
 
 bool IsDerivedFrom(const xmlNode* identity, const xmlNode* base) {
@@ -45,7 +39,6 @@ void LintIdentities(Lint* lint, const Module* file) {
     const char* name = ArgumentOf(s);
     if (name != nullptr) Resolve(lint, cls::kIdentity, s, SymbolKind::kIdentity, name, true);
   });
-  ForEachStatement(file, Keyword::kIdentity, [&](const xmlNode* s) { JudgeCircle(lint, s); });
 }
 
 }  // namespace compiler

@@ -21,7 +21,7 @@ void Enter(Lint* lint, Named* names, const xmlNode* statement) {
   const auto entered = names->emplace(name, statement);
   if (entered.second) return;
   Error(lint, cls::kName, statement,
-        "there is a " + Describe(statement) + " already, at " + PlaceOf(entered.first->second),
+        Describe(statement) + " is defined already, at " + PlaceOf(entered.first->second),
         "rename one");
 }
 

@@ -46,8 +46,9 @@ const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath
     if (next.unknown) return nullptr;
     if (next.node == nullptr) {
       *fault = cursor.node->parent == nullptr
-                   ? "module " + Quote(space->name) + " has no top-level node " + Quote(name)
-                   : Quote(cursor.node->name) + " has no child " + Quote(name);
+                   ? "leads nowhere: module " + Quote(space->name) + " has no top-level node " +
+                         Quote(name)
+                   : "leads nowhere: " + Quote(cursor.node->name) + " has no child " + Quote(name);
       *advice = NearestData(cursor, space, name, "correct the path");
       return nullptr;
     }
@@ -62,7 +63,7 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
   NodePath path;
   XpathError error;
   if (!ParseLeafrefPath(ArgumentOf(leafref.path), &path, &error)) {
-    *fault = error.message;
+    *fault = "does not parse: " + error.message;
     *advice =
         "write a path such as \"../name\" or \"/p:top/p:list[p:key = current()/../key]/p:leaf\"";
     return nullptr;
@@ -80,7 +81,7 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
     const DataCursor up = StepUp(cursor);
     if (up.unknown) return nullptr;
     if (up.node == nullptr) {
-      *fault = "it climbs above the root";
+      *fault = "climbs above the root";
       *advice = "take " + std::to_string(path.ups - i) + " \"..\" away";
       return nullptr;
     }
@@ -116,6 +117,16 @@ bool IsCircle(Lint* lint, const SchemaNode* node) {
   return false;
 }
 
+// A leafref has the values of its target's type.
+void JudgeDefaults(Lint* lint, const Leafref& leafref, const SchemaNode* target) {
+  const xmlNode* own = FirstChild(leafref.node->statement, Keyword::kType);
+  const xmlNode* type = FirstChild(target->statement, Keyword::kType);
+  if (type == nullptr || own != ParentOf(leafref.path)) return;  // a typedef's, or a union's
+  for (const xmlNode* s = FirstChild(leafref.node->statement, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    JudgeDefault(lint, s, type);
+}
+
 void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
                  const SchemaNode* target) {
   const std::string what =
@@ -135,6 +146,7 @@ void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
         StatementOf(leafref.path)->words->version11
             ? "refer to configuration, or write \"require-instance false;\""
             : "refer to configuration");
+  JudgeDefaults(lint, leafref, target);
   if (IsCircle(lint, leafref.node))
     ErrorOn(lint, cls::kPath, leafref.node, leafref.path, what + " leads back to itself",
             "refer to a leaf that has a type of its own");
@@ -153,8 +165,7 @@ void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
     // A typedef's path is wrong for this leaf; one of its own is wrong where it stands.
     const xmlNode* at = chain.typedefs.empty() ? path : chain.types[0];
     ErrorOn(lint, cls::kPath, node, at,
-            "the path " + Quote(ArgumentOf(path)) + " of " + Quote(node->name) +
-                " leads nowhere: " + fault,
+            "the path " + Quote(ArgumentOf(path)) + " of " + Quote(node->name) + " " + fault,
             advice);
   }
 }

@@ -20,7 +20,7 @@ bool WantsDescription(Keyword keyword) {
 }
 
 void JudgeDescription(Lint* lint, const xmlNode* statement) {
-  if (!WantsDescription(KeywordOf(statement))) return;
+  if (!WantsDescription(KeywordOf(statement)) || ArgumentOf(statement) == nullptr) return;
   if (FirstChild(statement, Keyword::kDescription) != nullptr) return;
   Warn(lint, cls::kStyle, statement, Describe(statement) + " has no description",
        "say what it is for");

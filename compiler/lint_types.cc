@@ -221,41 +221,10 @@ void JudgeType(Lint* lint, const Module* file, const xmlNode* type) {
   if (chain.base == BuiltIn::kUnion) JudgeUnion(lint, file, chain);
 }
 
-// ---- circles
-
-// The typedefs that a typedef goes through, unions included.
-std::vector<const xmlNode*> NeedsOf(const xmlNode* definition) {
-  std::vector<const xmlNode*> needs;
-  for (const xmlNode* s = NextInTree(definition, definition); s != nullptr;
-       s = NextInTree(definition, s)) {
-    if (!Is(s, Keyword::kType) || ArgumentOf(s) == nullptr) continue;
-    const xmlNode* need = FindSymbol(s, SymbolKind::kTypedef, ArgumentOf(s));
-    if (need != nullptr) needs.push_back(need);
-  }
-  return needs;
-}
-
-void JudgeCircle(Lint* lint, const xmlNode* definition) {
-  std::set<const xmlNode*> seen;
-  std::vector<const xmlNode*> open = NeedsOf(definition);
-  while (!open.empty()) {
-    const xmlNode* next = open.back();
-    open.pop_back();
-    if (next == definition) {
-      Fatal(lint, cls::kType, definition, Describe(definition) + " is derived from itself",
-            "take one type of the circle away");
-      return;
-    }
-    if (!seen.insert(next).second) continue;
-    for (const xmlNode* need : NeedsOf(next)) open.push_back(need);
-  }
-}
-
 }  // namespace
 
 void LintTypes(Lint* lint, const Module* file) {
   ForEachStatement(file, Keyword::kType, [&](const xmlNode* s) { JudgeType(lint, file, s); });
-  ForEachStatement(file, Keyword::kTypedef, [&](const xmlNode* s) { JudgeCircle(lint, s); });
 }
 
 }  // namespace compiler

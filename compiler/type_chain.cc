@@ -213,7 +213,7 @@ bool ReadIntervals(std::string_view text, bool length, unsigned digits,
     Interval interval = {};
     if (!ReadBound(part.low, digits, base, &interval.low) ||
         !ReadBound(part.high, digits, base, &interval.high)) {
-      Say(fault, Words(part) + " has more digits than the type");
+      Say(fault, "the part " + Words(part) + " has more digits than the type");
       return false;
     }
     if (interval.low > interval.high) {

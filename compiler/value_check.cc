@@ -84,8 +84,8 @@ std::string FaultOfString(const TypeChain& chain, const Value& value) {
       if (pattern == nullptr || !PatternCompiles(pattern)) continue;
       const bool invert = FirstChild(s, Keyword::kModifier) != nullptr;
       if (PatternMatches(pattern, value.text) == invert)
-        return std::string(invert ? "matches" : "does not match") + " the pattern " +
-               Quote(pattern);
+        return (invert ? "matches the pattern " : "does not match the pattern ") + Quote(pattern) +
+               (invert ? ", which it must not" : "");
     }
   }
   return {};

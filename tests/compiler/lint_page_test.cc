@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// docs/lint.md against the program: a head for each class, and under it each message
+// that a model can bring.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "tests/compiler/lint_files.h"
+
+namespace compiler {
+namespace {
+
+// A message as the page writes it, with words in capitals for what differs.
+std::regex PatternOf(const std::string& family) {
+  std::string pattern;
+  for (const char c : family)
+    pattern += std::string(std::string("\\^$.|?*+()[]{}").find(c) != std::string::npos, '\\') + c;
+  pattern = std::regex_replace(pattern, std::regex("\\b(NAME|TEXT|KIND|NUMBER|PLACE)\\b"), ".*");
+  return std::regex(pattern, std::regex::ECMAScript);
+}
+
+// The families of each class, in order of the page.
+std::map<std::string, std::vector<std::string>> ReadPage() {
+  std::map<std::string, std::vector<std::string>> families;
+  std::ifstream page(QMODEL_LINT_PAGE);
+  std::string group;
+  for (std::string line; std::getline(page, line);) {
+    if (line.rfind("## ", 0) == 0) {
+      group = line.substr(3);
+      families[group];
+    }
+    const size_t end = line.rfind("| `", 0) == 0 ? line.find('`', 3) : std::string::npos;
+    if (end != std::string::npos) families[group].push_back(line.substr(3, end - 3));
+  }
+  return families;
+}
+
+bool IsOnPage(const std::vector<std::string>& families, std::string message) {
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  for (const std::string& family : families)
+    if (std::regex_match(message, PatternOf(family))) return true;
+  return false;
+}
+
+TEST(LintPage, HasAHeadForEachClassAndNoOther) {
+  std::set<std::string> expected;
+  for (const LintClass& row : LintClasses()) expected.insert(row.name);
+  std::set<std::string> heads;
+  for (const auto& entry : ReadPage()) {
+    heads.insert(entry.first);
+    EXPECT_FALSE(entry.second.empty()) << entry.first;
+  }
+  EXPECT_EQ(expected, heads);
+}
+
+TEST(LintPage, HasEachMessageThatTheMistakesBring) {
+  const auto families = ReadPage();
+  const std::string folder = QMODEL_COMPILER_MISTAKES;
+  size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() != ".yang") continue;
+    const LintRun run = LintFiles({entry.path()}, {folder + "/imports"}, {"style"});
+    for (const Finding& finding : run.report.findings) {
+      ++count;
+      EXPECT_TRUE(IsOnPage(families.at(finding.group), finding.message))
+          << finding.group << ": " << finding.message;
+    }
+  }
+  EXPECT_GT(count, 250U);
+}
+
+}  // namespace
+}  // namespace compiler
