@@ -78,6 +78,7 @@ bool ReplaceFile(const std::string& path, const std::string& content) {
 }
 
 int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {
+  if (result.modules.empty()) return kExitOk;
   std::error_code error;
   std::filesystem::create_directories(dir, error);
   if (error) {
@@ -107,6 +108,8 @@ int StatusOf(compiler::JobState state) {
       return kExitOk;
     case compiler::JobState::kLost:
       return kExitInvalid;
+    case compiler::JobState::kNoFeature:
+      return kExitUsage;
     default:
       return kExitUnusable;
   }

@@ -19,6 +19,8 @@ void PrintFindings(const compiler::JobResult& result) {
     static_cast<void>(std::fprintf(stderr, "%s\n", line.c_str()));
   if (result.state == compiler::JobState::kNoFolder)
     PrintError("%s: not a usable search directory", result.detail.c_str());
+  if (result.state == compiler::JobState::kNoFeature)
+    PrintError("no feature '%s' in a module that is compiled", result.detail.c_str());
   if (result.state == compiler::JobState::kNoMemory) PrintError("out of memory");
 }
 

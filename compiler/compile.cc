@@ -63,24 +63,53 @@ void NeedImports(Module* file, void* arg) {
   }
 }
 
-void Translate(Output* out) {
-  ApplyFeatures(out);
-  WrapForeignCases(out);
-  SpreadAugmentConditions(out);
-  NoteTypedefNames(out);
-  RewriteArguments(out);
+// The modules and all that they import, as their files say it, each once.
+std::vector<Output*> ExpandAll(Compilation* all, const std::vector<Module*>& modules) {
+  std::vector<Output*> outputs;
+  std::set<const Module*> seen;
+  const auto add = [&](Module* module) {
+    if (seen.insert(module).second) outputs.push_back(ExpandedOutput(all, module));
+  };
+  for (Module* module : modules) add(module);
+  for (size_t i = 0; i < outputs.size(); ++i) {
+    std::vector<Module*> files;
+    ForEachFile(
+        outputs[i]->module,
+        [](Module* file, void* arg) { static_cast<std::vector<Module*>*>(arg)->push_back(file); },
+        &files);
+    for (const Module* file : files) {
+      for (const Import& import : file->imports) {
+        if (import.target == nullptr) continue;
+        Module* written = WrittenModule(all->repository, import.module);
+        add(written == nullptr ? import.target : written);
+      }
+    }
+  }
+  return outputs;
 }
 
-// The modules and all that they import, each once, those named first.
-std::vector<Output*> TranslateAll(Compilation* all, const std::vector<Module*>& modules) {
+// Each step over all modules before the next: what one finds in another must not depend
+// on their order.
+void TranslateAll(const std::vector<Output*>& outputs) {
+  constexpr void (*kSteps[])(Output*) = {WrapForeignCases, ApplyFeatures, SpreadAugmentConditions,
+                                         NoteTypedefNames, RewriteArguments};
+  for (const auto step : kSteps) {
+    for (Output* out : outputs) {
+      if (!out->stopped) step(out);
+    }
+  }
+}
+
+// Those named, then what they import in the written form, each once.
+std::vector<Output*> InOrder(Compilation* all, const std::vector<Module*>& modules) {
   std::vector<Output*> outputs;
   std::set<std::string_view> names;
   for (Module* module : modules) {
-    if (names.insert(module->name).second) outputs.push_back(TranslatedOutput(all, module));
+    if (names.insert(module->name).second) outputs.push_back(ExpandedOutput(all, module));
   }
   for (size_t i = 0; i < outputs.size(); ++i) {
     for (Module* import : WrittenImports(all, *outputs[i])) {
-      if (names.insert(import->name).second) outputs.push_back(TranslatedOutput(all, import));
+      if (names.insert(import->name).second) outputs.push_back(ExpandedOutput(all, import));
     }
   }
   return outputs;
@@ -123,12 +152,6 @@ Output* ExpandedOutput(Compilation* all, Module* module) {
   return out;
 }
 
-Output* TranslatedOutput(Compilation* all, Module* module) {
-  Output* out = ExpandedOutput(all, module);
-  if (!std::exchange(out->translated, true) && !out->stopped) Translate(out);
-  return out;
-}
-
 std::vector<Module*> WrittenImports(Compilation* all, const Output& out) {
   std::vector<Module*> modules;
   for (size_t i = 1; i < out.prefixes.size(); ++i) {
@@ -139,7 +162,8 @@ std::vector<Module*> WrittenImports(Compilation* all, const Output& out) {
 }
 
 std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& modules) {
-  std::vector<Output*> outputs = TranslateAll(all, modules);
+  TranslateAll(ExpandAll(all, modules));
+  std::vector<Output*> outputs = InOrder(all, modules);
   StopDependents(outputs);
   SettleConditions(outputs);
   for (Output* out : outputs) {

@@ -19,6 +19,7 @@
 #include "compiler/records.h"
 #include "compiler/report.h"
 #include "compiler/repository.h"
+#include "compiler/statement.h"
 
 namespace compiler {
 
@@ -77,10 +78,11 @@ struct Output {
   // Typedefs that moved to the level of the module, by their definition.
   std::unordered_map<const xmlNode*, std::string> hoisted;
   std::unordered_set<std::string> typedefNames;
-  unsigned depth = 0;       // of copies, while they are made
-  bool translated = false;  // arguments are in the words of this module
-  bool stopped = false;     // has an error that stops it
-  Report report;            // what is wrong or lost
+  // Nodes that have left the tree. Paths of other modules may have led to them.
+  std::vector<LooseStatement> removed;
+  unsigned depth = 0;    // of copies, while they are made
+  bool stopped = false;  // has an error that stops it
+  Report report;         // what is wrong or lost
 };
 
 // How much something is once it is spelled out.
@@ -103,9 +105,6 @@ struct Compilation {
 // The tree of a module with all of its nodes, made when it is first asked for; enough
 // to look nodes up. Never NULL.
 Output* ExpandedOutput(Compilation* all, Module* module);
-
-// The tree with all arguments in the words of the module.
-Output* TranslatedOutput(Compilation* all, Module* module);
 
 // All modules that the written form imports, in order.
 std::vector<Module*> WrittenImports(Compilation* all, const Output& out);

@@ -221,10 +221,11 @@ xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
     AppendChild(target, node);
     return node;
   }
+  LooseStatement guard(node);
   const char* name = ArgumentOf(node);
   xmlNode* wrapping =
       MakeStatement(out->all->session, node, Keyword::kCase, name == nullptr ? "" : name);
-  AppendChild(wrapping, node);
+  AppendChild(wrapping, guard.release());
   AppendChild(target, wrapping);
   return wrapping;
 }

@@ -162,7 +162,8 @@ void Leave(Output* out, xmlNode* node) {
       SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
     RemoveStatement(byDefault);
   ForgetAugment(out, node);
-  RemoveStatement(node);
+  TakeOut(node);
+  out->removed.emplace_back(node);
 }
 
 }  // namespace

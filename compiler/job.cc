@@ -10,6 +10,7 @@
 
 #include "compiler/reader.h"
 #include "compiler/session.h"
+#include "compiler/symbols.h"
 #include "compiler/writer.h"
 
 namespace compiler {
@@ -58,6 +59,20 @@ void Collect(Report* report, const Output& out) {
                           out.report.findings.end());
 }
 
+// The feature of the options that no module has, as "module:feature"; empty: all are there.
+std::string MissingFeature(const Repository& repository, const CompileOptions& options) {
+  for (const FeatureName& name : options.features) {
+    const bool isThere =
+        std::any_of(repository.linked.begin(), repository.linked.end(), [&](Module* module) {
+          return module->belongsTo.empty() && module->name == name.module &&
+                 (name.feature == "*" ||
+                  FindGlobal(module, SymbolKind::kFeature, name.feature) != nullptr);
+        });
+    if (!isThere) return name.module + ":" + name.feature;
+  }
+  return {};
+}
+
 // What is lost in a module that is not written is of no interest, unless it is why.
 void Write(Compilation* all, const std::vector<Module*>& modules, const JobRequest& request,
            JobResult* result) {
@@ -92,7 +107,13 @@ void Run(const JobRequest& request, JobResult* result) {
   all.report = &report;
   all.options = request.options;
   const std::vector<Module*> operands = OpenOperands(&repository, request.operands);
-  Write(&all, EachOnce(operands), request, result);
+  const bool allFound = std::find(operands.begin(), operands.end(), nullptr) == operands.end();
+  result->detail = allFound ? MissingFeature(repository, request.options) : "";
+  if (result->detail.empty()) {
+    Write(&all, EachOnce(operands), request, result);
+  } else {
+    result->state = JobState::kNoFeature;
+  }
   for (const Module* operand : operands) {
     result->operandNames.push_back(operand == nullptr ? "" : operand->name);
     if (operand == nullptr) result->state = JobState::kStopped;

@@ -25,10 +25,11 @@ struct JobModule {
 };
 
 enum class JobState : uint8_t {
-  kDone,      // all was written
-  kLost,      // all was written, but something was lost or is wrong
-  kStopped,   // a module has an error that stops it; the rest was written
-  kNoFolder,  // a folder cannot be searched, see `detail`
+  kDone,       // all was written
+  kLost,       // all was written, but something was lost or is wrong
+  kStopped,    // a module has an error that stops it; the rest was written
+  kNoFeature,  // a feature that is named is not there, see `detail`; nothing was written
+  kNoFolder,   // a folder cannot be searched, see `detail`
   kNoMemory,
 };
 

@@ -57,8 +57,8 @@ void PutImport(Output* out, xmlNode* import) {
 void AddImport(Output* out, const std::string& prefix, Module* module) {
   Session* session = out->all->session;
   xmlNode* import = MakeStatement(session, out->written.root, Keyword::kImport, module->name);
-  AppendChild(import, MakeStatement(session, import, Keyword::kPrefix, prefix));
   PutImport(out, import);
+  AppendChild(import, MakeStatement(session, import, Keyword::kPrefix, prefix));
   Declare(out, prefix, module);
 }
 
@@ -73,7 +73,11 @@ void CopyImport(Output* out, const Import& import) {
   const Module* written = WrittenModule(out->all->repository, import.module);
   if (date != nullptr && (written == nullptr || written->revision != import.revision))
     RemoveStatement(date);
-  Declare(out, import.prefix, import.target);
+  // One that is too long for the loader, or that another import has, is not kept.
+  const std::string prefix = FreePrefix(*out, import.prefix);
+  xmlNode* own = FirstChild(copy, Keyword::kPrefix);
+  if (own != nullptr && prefix != import.prefix) SetArgument(out->all->session, own, prefix);
+  Declare(out, prefix, import.target);
 }
 
 void ImportOfSubmodule(Module* file, void* arg) {

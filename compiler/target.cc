@@ -94,12 +94,17 @@ bool FoldRound(Output* out) {
   return folded;
 }
 
+Module* Written(Compilation* all, Module* module) {
+  Module* written = WrittenModule(all->repository, module->name);
+  return written == nullptr ? module : written;
+}
+
 FoundNode ChildIn(Compilation* all, const FoundNode& parent, const TargetStep& step,
                   const std::vector<TargetStep>& head) {
   if (step.module == nullptr) return {};
   if (step.module->name == parent.output->module->name)
     return {FindSchemaChild(parent.node, step.name), parent.output};
-  Output* other = ExpandedOutput(all, step.module);
+  Output* other = ExpandedOutput(all, Written(all, step.module));
   for (const WrittenAugment& augment : other->augments) {
     if (augment.steps.size() != head.size() ||
         !std::equal(head.begin(), head.end(), augment.steps.begin(), SameStep))
@@ -108,6 +113,13 @@ FoundNode ChildIn(Compilation* all, const FoundNode& parent, const TargetStep& s
     if (found != nullptr) return {found, other};
   }
   return {};
+}
+
+// True when the trees that the path leads through could be made.
+bool AreWhole(Compilation* all, const std::vector<TargetStep>& steps) {
+  return std::none_of(steps.begin(), steps.end(), [all](const TargetStep& step) {
+    return step.module != nullptr && ExpandedOutput(all, Written(all, step.module))->stopped;
+  });
 }
 
 }  // namespace
@@ -130,7 +142,7 @@ std::vector<TargetStep> TargetSteps(const xmlNode* statement) {
 FoundNode FindTarget(Compilation* all, const std::vector<TargetStep>& steps) {
   if (steps.empty() || steps[0].module == nullptr) return {};
   FoundNode at;
-  at.output = ExpandedOutput(all, WrittenModule(all->repository, steps[0].module->name));
+  at.output = ExpandedOutput(all, Written(all, steps[0].module));
   at.node = FindSchemaChild(at.output->written.root, steps[0].name);
   for (size_t i = 1; at.node != nullptr && i < steps.size(); ++i) {
     const std::vector<TargetStep> head(steps.begin(), steps.begin() + static_cast<ptrdiff_t>(i));
@@ -166,6 +178,9 @@ void FoldOwnAugments(Output* out) {
 void WrapForeignCases(Output* out) {
   for (WrittenAugment& augment : out->augments) {
     const FoundNode target = TargetOf(out->all, &augment);
+    if (target.node == nullptr && AreWhole(out->all, augment.steps))
+      AddFinding(&out->report, Severity::kError, "target", augment.node,
+                 "the target of the augment is not found");
     if (target.node == nullptr || !Is(target.node, Keyword::kChoice)) continue;
     for (xmlNode* s = FirstChild(augment.node); s != nullptr;) {
       xmlNode* next = NextSibling(s);

@@ -7,6 +7,7 @@
 #include "compiler/typedefs.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <string>
 
@@ -109,7 +110,8 @@ bool SameMeaning(const xmlNode* a, const xmlNode* b, unsigned chain) {
 // True when the definition can be named where it stands.
 bool StaysThere(Output* out, const xmlNode* definition) {
   Module* module = ModuleOfDefinition(definition);
-  if (!IsGlobal(definition)) return false;
+  // The loader takes no longer name of a type.
+  if (!IsGlobal(definition) || std::strlen(ArgumentOf(definition)) > kMaxName) return false;
   if (module == out->module) return true;
   Module* written = WrittenModule(out->all->repository, module->name);
   if (written == module) return true;
@@ -136,8 +138,8 @@ const std::string& Hoist(Output* out, const xmlNode* definition, const Place* us
   const bool isOwn = ModuleOfDefinition(definition)->name == out->module->name;
   xmlNode* copy =
       CopyStatement(session, out->written.document.get(), definition, isOwn ? nullptr : usedAt);
-  SetArgument(session, copy, name);
   AppendChild(out->written.root, copy);
+  SetArgument(session, copy, name);
   return out->hoisted.emplace(definition, name).first->second;
 }
 
@@ -157,6 +159,7 @@ xmlNode* InlinePath(Output* out, xmlNode* type, const BottomType& bottom) {
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
   xmlNode* copy = CopyStatement(out->all->session, type->doc, bottom.type, usedAt);
+  InsertBefore(type, copy);
   // The nearest word on whether the instance must exist holds.
   xmlNode* require = FirstChild(type, Keyword::kRequireInstance);
   if (require != nullptr) {
@@ -166,7 +169,6 @@ xmlNode* InlinePath(Output* out, xmlNode* type, const BottomType& bottom) {
     AppendChild(copy, require);
   }
   TakeOver(out, ParentOf(type), bottom, usedAt);
-  InsertBefore(type, copy);
   RemoveStatement(type);
   return copy;
 }

@@ -128,6 +128,17 @@ TEST_F(ClientCompile, DecidesFeatures) {
   EXPECT_NE(std::string::npos, off.out.find("name=\"b\""));
 }
 
+TEST_F(ClientCompile, AFeatureThatIsNotThereIsWrongUsage) {
+  WriteModels();
+  for (const char* feature : {"m:none", "other:x"}) {
+    const ClientRun run = Run({"compile", "-f", feature, "-o", "out", "m"});
+    EXPECT_EQ(2, run.status);
+    EXPECT_EQ("", run.out);
+    EXPECT_EQ(0u, run.err.find("qmodel: ")) << run.err;
+    EXPECT_FALSE(Exists("out"));
+  }
+}
+
 TEST_F(ClientCompile, WritesTheRestWhenOneModuleIsStopped) {
   WriteModels();
   Write("bad.yang", "module bad { namespace urn:bad; prefix b; container c { uses none; } }\n");

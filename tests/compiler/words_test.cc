@@ -133,6 +133,15 @@ TEST_F(Typedefs, ThatDifferFromTheWrittenRevisionAreCopied) {
             result.modules[1].yin.substr(result.modules[1].yin.find("revision date=\"") + 15, 10));
 }
 
+TEST_F(Typedefs, WithNamesThatAreTooLongForTheLoaderAreCopiedUnderShorterOnes) {
+  const std::string name(70, 'x');
+  Module("m", "typedef " + name + " { type string; } leaf a { type " + name + "; }");
+  const std::string kept(64, 'x');
+  EXPECT_EQ("typedef " + name + " { type string; } leaf a { type " + kept + "; } typedef " + kept +
+                " { type string; }",
+            Body("m"));
+}
+
 TEST_F(Typedefs, ThatAreNotThereStopTheModule) {
   Module("m", "leaf a {\n  type none;\n}");
   EXPECT_EQ("m.yang:3: the type \"none\" is not found\n", Findings("m"));
