@@ -29,8 +29,7 @@ static uint32_t InheritedConfig(const QmsNode* node) {
   return overruled ? parent : own;
 }
 
-static uint32_t InheritConfigCb(QmsNode* node, uint32_t travType, void* arg) {
-  static_cast<void>(arg);
+static uint32_t InheritConfigCb(QmsNode* node, uint32_t travType, void* /*arg*/) {
   if (travType == QMS_TRAV_PARENT) return QM_OK;
   constexpr uint32_t kMask = kQmsConfigMask | QMS_NODE_CONFIG_OWN;
   const uint32_t inherited = InheritedConfig(node);
@@ -39,8 +38,7 @@ static uint32_t InheritConfigCb(QmsNode* node, uint32_t travType, void* arg) {
   return QM_OK;
 }
 
-static uint32_t InheritNacmCb(QmsNode* node, uint32_t travType, void* arg) {
-  static_cast<void>(arg);
+static uint32_t InheritNacmCb(QmsNode* node, uint32_t travType, void* /*arg*/) {
   if (travType == QMS_TRAV_PARENT) return QM_OK;
   const uint32_t parent = node->parent == nullptr ? 0 : node->parent->flags & kQmsNacmMask;
   if (parent == 0 || (node->flags & kQmsNacmMask) == parent) return QMS_SCAN_SKIP_SUBTREE;
@@ -56,9 +54,7 @@ uint32_t QMS_NODE_UpdateNacmFlag(QmsNode* node) {
   return QM_NODE_TreeScanAllNode(node, InheritNacmCb, nullptr);
 }
 
-uint32_t QMS_NODE_ImplUpdateFlagCb(QmsNode* node, uint32_t travType, void* arg) {
-  static_cast<void>(travType);
-  static_cast<void>(arg);
+uint32_t QMS_NODE_ImplUpdateFlagCb(QmsNode* node, uint32_t /*travType*/, void* /*arg*/) {
   const uint32_t ret = QMS_NODE_UpdateConfigFlag(node);
   return ret != QM_OK ? ret : QMS_NODE_UpdateNacmFlag(node);
 }
@@ -78,13 +74,13 @@ void QMS_NODE_SetNacmFlag(QmsNode* node, const char* moduleName, const char* ext
 // The key statement of a list, RFC 7950 section 7.8.2: a text of leaf names. The
 // leaves are marked, and the list counts them.
 
-static constexpr uint8_t kMaxKeyCount = UINT8_MAX;
+constexpr uint8_t kMaxKeyCount = UINT8_MAX;
 
 // Takes the name at *text into `name` and moves *text behind it.
 static bool TakeKeyName(const char** text, char (&name)[kQmsNameSize]) {
   const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(*text);
   if (length == 0 || length >= kQmsNameSize) return false;
-  memcpy(name, *text, length);
+  std::memcpy(name, *text, length);
   name[length] = '\0';
   *text += length;
   return true;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The module record as others read it: its header, the names behind prefixes,
-// its features and identities. A NULL module has no texts and no definitions.
+// its features and identities; and its end. A NULL module has no texts and no
+// definitions.
 #include "schema/module.h"
 
 #include <qmodel/schema.h>
@@ -75,7 +76,7 @@ bool IsFeatureEnabled(const QmsFeature* feature) {
 }
 
 void SetFeatureEnabled(QmsFeature* feature, bool enabled) {
-  const uint32_t others = feature->flags & ~static_cast<uint32_t>(QMS_FEATURE_ENABLED);
+  const uint32_t others = feature->flags & ~uint32_t{QMS_FEATURE_ENABLED};
   feature->flags = static_cast<uint16_t>(enabled ? others | QMS_FEATURE_ENABLED : others);
 }
 

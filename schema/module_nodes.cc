@@ -18,7 +18,7 @@ struct KindList {
 };
 }  // namespace
 
-static constexpr KindList kListOfKind[] = {
+constexpr KindList kListOfKind[] = {
     {QMS_NODE_NONE, nullptr},          {QMS_NODE_CONTAINER, &kDataList},
     {QMS_NODE_LEAF, &kDataList},       {QMS_NODE_LEAF_LIST, &kDataList},
     {QMS_NODE_LIST, &kDataList},       {QMS_NODE_CHOICE, &kDataList},
@@ -33,8 +33,8 @@ static_assert(std::size(kListOfKind) == QMS_NODE_KIND_COUNT, "one row per node k
 static_assert(RowsStandAtTheir<&KindList::kind>(kListOfKind), "a row's index is its node kind");
 
 // What a client sees as the contents of a module, in the order of scans.
-static constexpr QmsNode* QmsModule::*kOwnLists[] = {&QmsModule::dataNodes, &QmsModule::rpcNodes,
-                                                     &QmsModule::notifNodes};
+constexpr QmsNode* QmsModule::*kOwnLists[] = {&QmsModule::dataNodes, &QmsModule::rpcNodes,
+                                              &QmsModule::notifNodes};
 
 // From the head on, each append would cost the length of the list.
 uint32_t QMS_MOD_AddTopNodeToSchemaTree(QmsModule* mod, QmsNode* node) {

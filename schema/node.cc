@@ -16,6 +16,7 @@
 #include "platform/string.h"
 #include "schema/ext_inst.h"
 #include "schema/node_array.h"
+#include "schema/record_array.h"
 #include "schema/statement.h"
 #include "types/type.h"
 
@@ -30,7 +31,7 @@ struct NodeKindRow {
 };
 }  // namespace
 
-static constexpr NodeKindRow kNodeKinds[] = {
+constexpr NodeKindRow kNodeKinds[] = {
     {QMS_NODE_NONE, QMS_STMT_UNKNOWN, 0, nullptr},
     {QMS_NODE_CONTAINER, QMS_STMT_CONTAINER, 0, nullptr},
     {QMS_NODE_LEAF, QMS_STMT_LEAF, sizeof(QmsLeaf), QMS_NODE_DestroySchemaLeaf},
@@ -133,15 +134,9 @@ static void ReleaseContents(QmDict* dict, QmsNode* node) {
   ReleaseText(dict, &node->name);
   ReleaseText(dict, &node->description);
   ReleaseText(dict, &node->when);
-  QMS_NODE_FreeIfFeatures(dict, node->ifFeatures, node->ifFeatureCount);
-  node->ifFeatures = nullptr;
-  node->ifFeatureCount = 0;
-  QMS_NODE_FreeMusts(dict, node->musts, node->mustCount);
-  node->musts = nullptr;
-  node->mustCount = 0;
-  QMS_EXT_FreeExtInsts(dict, node->extInsts, node->extInstCount);
-  node->extInsts = nullptr;
-  node->extInstCount = 0;
+  DropArrayOf(dict, &node->ifFeatures, &node->ifFeatureCount, QMS_NODE_FreeIfFeatures);
+  DropArrayOf(dict, &node->musts, &node->mustCount, QMS_NODE_FreeMusts);
+  DropArrayOf(dict, &node->extInsts, &node->extInstCount, QMS_EXT_FreeExtInsts);
   DestroyPayload(dict, node);
 }
 

@@ -14,10 +14,11 @@
 #include "context/guard.h"
 #include "context/path_scan.h"
 #include "context/string.h"
+#include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node.h"
 
-static constexpr uint32_t kPathSize = 3096;
+constexpr uint32_t kPathSize = 3096;
 
 namespace {
 // One step of a path, "/name" or "/module:name".
@@ -44,14 +45,14 @@ static bool StepOf(const QmsNode* node, StepText* step) {
 }
 
 static size_t LengthOf(const StepText& step) {
-  const size_t qualifier = step.module == nullptr ? 0 : strlen(step.module) + 1;
-  return 1 + qualifier + strlen(step.name);
+  const size_t qualifier = step.module == nullptr ? 0 : RTK_StrLen(step.module) + 1;
+  return 1 + qualifier + RTK_StrLen(step.name);
 }
 
 // Writes `text` so that it ends before `end`, and gives its start.
 static char* PutBefore(char* end, const char* text) {
-  const size_t length = strlen(text);
-  memcpy(end - length, text, length);
+  const size_t length = RTK_StrLen(text);
+  std::memcpy(end - length, text, length);
   return end - length;
 }
 
@@ -98,7 +99,7 @@ char* QMS_MOD_ConvertPrefixValToJsonFormat(QmsModule* module, const char* text) 
   const char* moduleName =
       *prefix == '\0' ? module->name : QMS_MOD_GetModuleNameByPrefix(module, prefix);
   if (moduleName == nullptr) return nullptr;
-  const size_t length = strlen(moduleName) + 1 + strlen(value);
+  const size_t length = RTK_StrLen(moduleName) + 1 + RTK_StrLen(value);
   char* result = static_cast<char*>(AllocZeroed(length + 1));
   if (result == nullptr) return nullptr;
   char* start = PutBefore(result + length, value);

@@ -21,7 +21,7 @@ struct TypedefTextSearch {
 }  // namespace
 
 // Ends a scan whose answer was found.
-static constexpr uint32_t kStopScan = QM_FAILED;
+constexpr uint32_t kStopScan = QM_FAILED;
 
 QmtType* QMS_NODE_GetLeafSchemaRealType(QmsNode* node) {
   if (node == nullptr || node->payload == nullptr) return nullptr;
@@ -34,9 +34,8 @@ QmtType* QM_NODE_GetRealType(QmsNode* node) noexcept {
   return QMS_NODE_GetLeafSchemaRealType(node);
 }
 
-static uint32_t TakeTypedefTextCb(const char* moduleName, const char* typedefName, QmtType* type,
-                                  void* arg) {
-  static_cast<void>(type);
+static uint32_t TakeTypedefTextCb(const char* moduleName, const char* typedefName,
+                                  QmtType* /*type*/, void* arg) {
   TypedefTextSearch* search = static_cast<TypedefTextSearch*>(arg);
   if (typedefName == nullptr) return QM_OK;
   const QmsTypedef* td = QM_CTX_FindTdefObjByModAndTdefName(search->ctx, moduleName, typedefName);
@@ -78,7 +77,6 @@ const char* QM_NODE_GetUnitsValueStr(const QmsNode* node) noexcept {
   return nullptr;
 }
 
-// The type of a leaf or leaf-list whose context can be asked for typedefs.
 QmtType* UsableType(QmsNode* node) {
   if (node == nullptr || NodeCtx(node) == nullptr) return nullptr;
   QmtType* type = QMS_NODE_GetLeafSchemaRealType(node);
@@ -95,17 +93,15 @@ uint32_t QM_NODE_ScanDerivedType(QmsNode* node, QmDerivedTypeScanFunc cb, void* 
 // type or of the typedef from which it derives, and is always looked up from the
 // leaf. Chains of leafrefs may run in a circle, so they are followed so far only.
 
-static constexpr uint32_t kMaxLookups = 128;
+constexpr uint32_t kMaxLookups = 128;
 
 static const char* PathOfLeafref(const QmtType* type) {
   if (QM_TYPE_GetBuiltInBaseType(type) != QMT_BASE_LEAFREF) return nullptr;
   return QM_TYPE_GetTypeConsDataLeafrefPath(type);
 }
 
-static uint32_t TakeLeafrefPathCb(const char* moduleName, const char* typedefName, QmtType* type,
-                                  void* arg) {
-  static_cast<void>(moduleName);
-  static_cast<void>(typedefName);
+static uint32_t TakeLeafrefPathCb(const char* /*moduleName*/, const char* /*typedefName*/,
+                                  QmtType* type, void* arg) {
   const char** path = static_cast<const char**>(arg);
   *path = PathOfLeafref(type);
   return *path == nullptr ? QM_OK : kStopScan;

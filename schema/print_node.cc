@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The lines of the schema tree, one per node, in the notation of RFC 8340:
 // connectors, "+--" with the status and access marks, the name with "?" or "*",
-// and the type in a column. A table names the line of each kind.
+// and the type in a column. A table names the line of each kind. The text gathers
+// in a buffer, which comes first.
 #include "schema/print_node.h"
 
 #include <cstring>
@@ -10,6 +11,7 @@
 #include <qmodel/error.h>
 
 #include "context/table.h"
+#include "platform/string.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"
 #include "types/builtin.h"
@@ -20,7 +22,7 @@
 // client never sees half a line.
 
 // More than this in use, and the buffer is emptied before the next line.
-static constexpr uint32_t kFlushMark = 7167;
+constexpr uint32_t kFlushMark = 7167;
 
 // Room for `length` characters at the end of the text, or NULL.
 static char* TakeRoom(QmsPrintText* text, size_t length) {
@@ -33,10 +35,10 @@ static char* TakeRoom(QmsPrintText* text, size_t length) {
 
 uint32_t PrintPiece(QmsPrintPara* para, const char* piece) {
   if (piece == nullptr) return QM_INVALID;
-  const size_t length = strlen(piece);
+  const size_t length = RTK_StrLen(piece);
   char* room = TakeRoom(para->text, length);
   if (room == nullptr) return QM_INVALID;
-  memcpy(room, piece, length);
+  std::memcpy(room, piece, length);
   return QM_OK;
 }
 
@@ -51,7 +53,7 @@ uint32_t PrintPieces(QmsPrintPara* para, const char* const* pieces, size_t count
 uint32_t PrintBlanks(QmsPrintPara* para, uint32_t count) {
   char* room = TakeRoom(para->text, count);
   if (room == nullptr) return QM_INVALID;
-  memset(room, ' ', count);
+  std::memset(room, ' ', count);
   return QM_OK;
 }
 
@@ -90,11 +92,11 @@ uint32_t QMS_NODE_PrintType(const QmtType* type, QmsPrintPara* para) {
   return PrintPiece(para, BuiltInTypeName(type->baseType));
 }
 
-// Lines.
+// The lines: their marks, then one function per kind.
 
 using PrintLineFunc = uint32_t (*)(const QmsNode* node, QmsPrintPara* para);
 
-static constexpr uint32_t kTypeGap = 3;  // blanks between the longest name and the types
+constexpr uint32_t kTypeGap = 3;  // blanks between the longest name and the types
 
 static bool IsConnected(const QmsPrintPara* para, uint32_t level) {
   return level < kQmsPrintConnectorBits && (para->connectors >> level & 1u) != 0;
@@ -132,8 +134,8 @@ static const char* Qualifier(const QmsModule* module, const QmsNode* node) {
 
 static uint32_t NameLength(const QmsModule* module, const QmsNode* node) {
   const char* qualifier = Qualifier(module, node);
-  const size_t name = node->name == nullptr ? 0 : strlen(node->name);
-  return static_cast<uint32_t>(qualifier == nullptr ? name : strlen(qualifier) + 1 + name);
+  const size_t name = node->name == nullptr ? 0 : RTK_StrLen(node->name);
+  return static_cast<uint32_t>(qualifier == nullptr ? name : RTK_StrLen(qualifier) + 1 + name);
 }
 
 uint32_t LongestName(const QmsModule* module, const QmsNode* first, const QmsNode* last) {
@@ -280,7 +282,7 @@ struct LineRow {
 };
 }  // namespace
 
-static constexpr LineRow kLines[] = {
+constexpr LineRow kLines[] = {
     {QMS_NODE_NONE, nullptr},         {QMS_NODE_CONTAINER, PrintContainer},
     {QMS_NODE_LEAF, PrintLeaf},       {QMS_NODE_LEAF_LIST, PrintLeafList},
     {QMS_NODE_LIST, PrintList},       {QMS_NODE_CHOICE, PrintChoice},

@@ -16,8 +16,8 @@
 #include "schema/node.h"
 #include "schema/print_node.h"
 
-static constexpr uint32_t kBufferSize = 8192;
-static constexpr uint32_t kStackStep = 32;
+constexpr uint32_t kBufferSize = 8192;
+constexpr uint32_t kStackStep = 32;
 
 namespace {
 struct PrintLevel {

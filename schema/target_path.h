@@ -24,12 +24,12 @@ uint32_t QM_XPATH_UpdateCurrentXpathModName(QmsModule* module, const char* prefi
                                             uint32_t lastPrefixSize);
 uint32_t QM_XPATH_NeedAppendModifiedModName(const char* lastPrefix, const char* prefix);
 
-// The module name of the last step of a converted path that has one, inside
-// `path`; NULL when there is none. QM_XPATH_SplitTargetNodeXpath() cuts there:
-// "/a:x/y/b:z/w" into "/a:x/y" and "/b:z/w". It gives 22 for every failure, with
-// both texts NULL; with only one place for a text it gives the name alone.
+// The module name of the last step of a converted path that has one, inside `path`;
+// NULL when there is none.
 const char* QM_XPATH_GetXpathLastModNameFromRear(const char* path, uint32_t* nameLength);
-
+// Cuts a path in front of that step, "/a:x/y/b:z/w" into "/a:x/y" and "/b:z/w", and copies
+// the name; the first text is NULL for a step at the start. 0; 22 for every failure, with
+// both texts NULL. With only one place for a text it gives the name alone.
 uint32_t QM_XPATH_SplitTargetNodeXpath(const char* path, char* lastModName,
                                        uint32_t lastModNameSize, char** outParentPath,
                                        char** outLastPart);
