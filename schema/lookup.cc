@@ -30,8 +30,8 @@ struct PathStep {
 // A target path, split at the last step that names a module.
 struct SplitTarget {
   char moduleName[kQmsNameSize];
-  char* head;  // owned; NULL when that step is the first
-  char* tail;  // owned
+  char* head;  // the caller's; NULL when that step is the first
+  char* tail;  // the caller's
 };
 }  // namespace
 
@@ -137,38 +137,40 @@ QmsNode* QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(QmsModule* module, const char
   return nullptr;
 }
 
+static uint32_t SplitTargetPath(const char* path, SplitTarget* split) {
+  return QM_XPATH_SplitTargetNodeXpath(path, split->moduleName, sizeof(split->moduleName),
+                                       &split->head, &split->tail);
+}
+
+// The target in the module that the path leads into.
+static QmsNode* FindTarget(QmsModule* module, const char* path, const SplitTarget& split,
+                           QmsNode** augment) {
+  // A path that stays in one module has no head.
+  if (split.head == nullptr) return QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
+  return QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, split.head, split.tail, augment);
+}
+
 uint32_t QMS_MOD_FindAugNodeTargetInSelfMod(QmsModule* module, QmsNode* augment, QmsNode** target) {
   if (module == nullptr || augment == nullptr || target == nullptr) return QM_INVALID;
   *target = nullptr;
   SplitTarget split{};
-  const uint32_t ret = QM_XPATH_SplitTargetNodeXpath(
-      augment->name, split.moduleName, sizeof(split.moduleName), &split.head, &split.tail);
-  QmHeld<char> head(split.head);
-  QmHeld<char> tail(split.tail);
+  const uint32_t ret = SplitTargetPath(augment->name, &split);
+  const QmHeld<char> head(split.head);
+  const QmHeld<char> tail(split.tail);
   if (ret != QM_OK) return ret;
   if (!NamesEqual(module->name, split.moduleName)) return QM_OK;
-  *target = head
-                ? QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, head.Get(), tail.Get(), nullptr)
-                : QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, augment->name);
+  *target = FindTarget(module, augment->name, split, nullptr);
   return QM_OK;
 }
 
-// The node that a path names, across modules: the path is cut at the last step that
-// names a module, which is asked for the rest.
 QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
   if (augment != nullptr) *augment = nullptr;
   if (ctx == nullptr || path == nullptr) return nullptr;
-  char modName[kQmsNameSize] = "";
-  char* parentPath = nullptr;
-  char* lastPart = nullptr;
-  const uint32_t ret =
-      QM_XPATH_SplitTargetNodeXpath(path, modName, sizeof modName, &parentPath, &lastPart);
-  const QmHeld<char> heldParent(parentPath);
-  const QmHeld<char> heldLast(lastPart);
+  SplitTarget split{};
+  const uint32_t ret = SplitTargetPath(path, &split);
+  const QmHeld<char> head(split.head);
+  const QmHeld<char> tail(split.tail);
   if (ret != QM_OK) return nullptr;
-  QmsModule* module = QM_CTX_GetModuleByModName(ctx, modName);
-  if (module == nullptr) return nullptr;
-  // A path that stays in one module has no parent piece.
-  if (parentPath == nullptr) return QMS_MOD_GetNodeBySchemaNodeId(module, nullptr, path);
-  return QMS_MOD_GetNodeUnderAugmentBySchemaNodeId(module, parentPath, lastPart, augment);
+  QmsModule* module = QM_CTX_GetModuleByModName(ctx, split.moduleName);
+  return module == nullptr ? nullptr : FindTarget(module, path, split, augment);
 }
