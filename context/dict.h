@@ -23,6 +23,7 @@ QM_BEGIN_INTERNAL_DECLS
 
 // Makes an empty dictionary. 0, or 1 without memory.
 uint32_t QM_DICT_Init(QmDict* dict);
+// The hash that chooses a text's chain.
 uint32_t QM_DICT_HashVal(const char* str);
 // The dictionary's copy of `str`, valid until each insert was matched by a remove;
 // NULL for a NULL text and without memory.

@@ -9,19 +9,21 @@ QM_BEGIN_INTERNAL_DECLS
 
 // Copies of a text in a new block, or NULL without memory and for a NULL text. The
 // second takes the first `n` characters, and gives NULL when there are fewer or `n`
-// is 0.
+// is 0; the third is a copy of "".
 char* QM_UTL_StrDup(const char* str);
 char* QM_UTL_StrDupWithSpecifyLength(const char* str, uint32_t n);
 char* QM_UTL_CreateEmptyString();
 // 1 when both are NULL or both are the same text.
 uint32_t QM_UTL_IsNulStringEqual(const char* a, const char* b);
+// How often `c` stands in the text; 0 for NULL.
 uint32_t QM_UTL_CountCharNumber(const char* str, char c);
-// The first `c` among the first `n` characters, of which there is always one.
+// The first `c` among the first `n` characters, or NULL; one character is looked at when
+// `n` is 0.
 const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n);
 // 0 when the whole text matches an XML Schema regular expression, else 22, also for
 // a pattern that does not compile, or would take too much of the stack for it (more than
-// 512 parts that may be empty, or 1,024 classes open at once). Matching may give up on patterns
-// that backtrack without end; the text then does not match.
+// 512 parts that may be empty, or 1,024 classes open at once). Matching may give up on
+// patterns that backtrack without end; the text then does not match.
 uint32_t QM_UTL_MatchStrWithPattern(const char* str, const char* pattern);
 
 QM_END_INTERNAL_DECLS

@@ -32,13 +32,15 @@ const char* FindNamespaceOfPrefix(const xmlNode* element, const char* prefix, si
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Borrowed texts of an element; NULL when it has no such part. An attribute without
-// value is "". Of several pieces (entities, CDATA) only the first is read. The first
-// function takes the first attribute whatever its name; the content is that of a
-// first child that is a text node.
+// Borrowed texts of an element; NULL when it has no such part. Of several pieces
+// (entities, CDATA) only the first is read.
+// The value of the first attribute, whatever its name, or of the first of a name; ""
+// for one without value.
 const char* QM_XML_GetFirstPropertyValue(const xmlNode* element);
 const char* QM_XML_GetTargetPropertyValue(const xmlNode* element, const char* name);
+// The namespace name of the element itself.
 const char* QM_XML_GetXmlNodeDefaultNs(const xmlNode* element);
+// The text of a first child that is a text node.
 const char* QM_XML_GetElemNodeContent(const xmlNode* element);
 // The first child whose `_private` word has one of `bits` set.
 xmlNode* QM_XML_GetFirstChildNodeWithPriVal(const xmlNode* element, uintptr_t bits);

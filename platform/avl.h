@@ -37,14 +37,17 @@ struct RtkAvl3Tree {
 void RTK_AVL3_Init(RtkAvl3Tree* tree, const RtkAvl3TreeInfo* info);
 // Marks a link as in no tree.
 void RTK_AVL3_InitLink(RtkAvl3Link* link);
+// Whether the record of a link is in a tree.
 bool RTK_AVL3_IsLinked(const RtkAvl3Link* link);
 
 extern "C" {
 // 0 when inserted, 1 when an equal key exists (it is stored in *found unless NULL).
 uint32_t RTK_AVL3_Insert_Or_Find(RtkAvl3Tree* tree, void* record, void** found);
+// The record with an equal key, or NULL.
 void* RTK_AVL3_Find(const RtkAvl3Tree* tree, const void* key);
 // Unlinks `record` by its own link, whatever its key; nothing for one that is not linked.
 void RTK_AVL3_Delete(RtkAvl3Tree* tree, void* record);
+// The first record in the order of the keys, and the one after `record`; NULL at the end.
 void* RTK_AVL3_First(const RtkAvl3Tree* tree);
 void* RTK_AVL3_Next(const RtkAvl3Tree* tree, const void* record);
 }
