@@ -20,6 +20,7 @@
 #include "yin/load_type.h"
 #include "yin/statements.h"
 #include "yin/stmt_extension.h"
+#include "yin/stmt_kinds.h"
 
 constexpr QmsStmtParse g_qmsStmtParseFuncMapTbl[] = {
     {QMS_STMT_UNKNOWN, nullptr},

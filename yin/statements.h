@@ -38,32 +38,6 @@ uint32_t QMS_LOADER_ParseRevision(QmsModule* module, xmlNode* element, uint32_t 
 uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                       void* dest);
 
-// Schema nodes.
-uint32_t QMS_LOADER_ParseContainer(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseLeaf(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseLeafList(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest);
-uint32_t QMS_LOADER_ParseList(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseChoice(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParseCase(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseAnydata(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
-uint32_t QMS_LOADER_ParseAnyxml(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParseRpc(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseAction(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParseInput(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                               void* dest);
-uint32_t QMS_LOADER_ParseOutput(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParseNotif(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                               void* dest);
-uint32_t QMS_LOADER_ParseAugment(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
-
 // Properties of nodes.
 uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
 uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "context/guard.h"
 #include "context/load_error.h"
 #include "schema/flags.h"
 #include "schema/module_nodes.h"
@@ -109,6 +110,19 @@ static consteval DescribeTable MakeDescribeTable() {
 }
 
 static constexpr DescribeTable kDescribe = MakeDescribeTable();
+
+// Deliberate: a path that cannot be interned gives -1, which is no errno value.
+uint32_t QMS_LOADER_ParseAugmentTargetNode(QmsModule* module, xmlNode* element, const char** name) {
+  const char* path = ReadAbsolutePath(module, element, QMS_STMT_AUGMENT);
+  if (path == nullptr) return QM_INVALID;
+  const QmHeld<char> target(QualifyTargetPath(module, path));
+  if (!target) {
+    QM_CTX_AddModError(module->ctx, module->name, "Failed to parse xpath \"%s\".", path);
+    RecordBadValue(module, path, QMS_STMT_AUGMENT);
+    return QM_INVALID;
+  }
+  return InternOrRefuse(module, name, target.Get()) == QM_OK ? uint32_t{QM_OK} : QM_MINUS_ONE;
+}
 
 // 22 when the name of the element's statement is missing or cannot be stored.
 static uint32_t NameNode(QmsModule* module, xmlNode* element, QmsNode* node) {

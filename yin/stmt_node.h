@@ -52,17 +52,6 @@ QmsNode* QMS_LOADER_ParseNodeCommon(QmsModule* module, xmlNode* element, uint32_
 uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, QmsNode* node,
                                         uint32_t parentStmt);
 
-// What list, anydata and anyxml, rpc and action, input and output share. The
-// first takes a node made before.
-uint32_t QMS_LOADER_ParseListInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest, QmsNode* list);
-uint32_t QMS_LOADER_ParseAnydataInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                      void* dest, uint32_t nodeKind);
-uint32_t QMS_LOADER_ParseRpcInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest, uint32_t nodeKind);
-uint32_t QMS_LOADER_ParseInout(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest,
-                               uint32_t nodeKind);
-
 // The target path of an augment with module names for prefixes, interned into
 // *name; 22, or -1 when it cannot be interned.
 uint32_t QMS_LOADER_ParseAugmentTargetNode(QmsModule* module, xmlNode* element, const char** name);

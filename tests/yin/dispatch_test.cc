@@ -19,6 +19,7 @@
 #include "tests/support/yin.h"
 #include "yin/load_type.h"
 #include "yin/statements.h"
+#include "yin/stmt_kinds.h"
 
 using testing::ElementsAre;
 

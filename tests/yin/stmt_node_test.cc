@@ -13,6 +13,7 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
 #include "yin/statements.h"
+#include "yin/stmt_kinds.h"
 
 using testing::ElementsAre;
 
