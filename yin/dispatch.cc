@@ -19,8 +19,11 @@
 #include "yin/keyword.h"
 #include "yin/load_type.h"
 #include "yin/statements.h"
-#include "yin/stmt_extension.h"
+#include "yin/stmt_definition.h"
+#include "yin/stmt_deviation.h"
+#include "yin/stmt_ext_inst.h"
 #include "yin/stmt_kinds.h"
+#include "yin/stmt_property.h"
 
 constexpr QmsStmtParse g_qmsStmtParseFuncMapTbl[] = {
     {QMS_STMT_UNKNOWN, nullptr},

@@ -11,7 +11,7 @@
 #include "yin/dispatch.h"
 #include "yin/load_type.h"
 #include "yin/module_access.h"
-#include "yin/stmt_property.h"
+#include "yin/prefix_rewrite.h"
 
 // The typedef statement, RFC 7950 section 7.3: its name, then type, default and
 // units. Its base need not exist yet; nothing is resolved while parsing.

@@ -18,7 +18,7 @@
 #include "yin/header.h"
 #include "yin/keyword.h"
 #include "yin/linkage.h"
-#include "yin/stmt_extension.h"
+#include "yin/stmt_ext_inst.h"
 
 struct BodyCounterRow {
   QmsStmt stmt;

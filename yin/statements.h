@@ -23,64 +23,10 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Texts that are child elements.
-uint32_t QMS_LOADER_ParseText(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseValue(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                               void* dest);
-uint32_t QMS_LOADER_ParseDescription(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                     void* dest);
-
 // The module header.
 uint32_t QMS_LOADER_ParsePrefix(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                 void* dest);
 uint32_t QMS_LOADER_ParseRevision(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest);
-uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                      void* dest);
-
-// Properties of nodes.
-uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseConfig(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParseMandatory(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseOrderedBy(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseStatus(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                void* dest);
-uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest);
-uint32_t QMS_LOADER_ParseKey(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
-uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                               void* dest);
-uint32_t QMS_LOADER_ParseErrorMessage(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                      void* dest);
-uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                     void* dest);
-
-// Definitions of a module, and extension instances.
-uint32_t QMS_LOADER_ParseFeature(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
-uint32_t QMS_LOADER_ParseIdentity(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest);
-uint32_t QMS_LOADER_ParseIdentBase(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseExtension(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseArgument(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                  void* dest);
-uint32_t QMS_LOADER_ParseYinElement(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                    void* dest);
-uint32_t QMS_LOADER_ParseDeviation(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                   void* dest);
-uint32_t QMS_LOADER_ParseDeviate(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
-uint32_t QMS_LOADER_ParseExtInst(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                 void* dest);
 
 QM_END_INTERNAL_DECLS

@@ -17,7 +17,6 @@
 #include "yin/argument.h"
 #include "yin/dispatch.h"
 #include "yin/keyword.h"
-#include "yin/statements.h"
 
 struct DeviateKindRow {
   const char* word;

@@ -3,6 +3,8 @@
 // Extension instances: elements of foreign namespaces (RFC 7950 section 13.1).
 // One is kept on its schema node, in the array that its parent's descriptor
 // sized, or inside another instance. Nesting is as deep as the document at most.
+#include "yin/stmt_ext_inst.h"
+
 #include <cstdint>
 
 #include "context/load_error.h"
@@ -11,8 +13,6 @@
 #include "schema/flags.h"
 #include "schema/module.h"
 #include "yin/dispatch.h"
-#include "yin/statements.h"
-#include "yin/stmt_extension.h"
 
 // The module that the namespace prefix stands for, or NULL. Prefixes of YIN
 // documents are those of the module's own prefix and import statements.

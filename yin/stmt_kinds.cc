@@ -13,8 +13,8 @@
 #include "schema/node_value.h"
 #include "types/type.h"
 #include "yin/augment_condition.h"
+#include "yin/prefix_rewrite.h"
 #include "yin/stmt_node.h"
-#include "yin/stmt_property.h"
 
 // Container, anydata and anyxml: the data nodes that only hold or stand for other data
 // (RFC 7950 sections 7.5, 7.10 and 7.11).

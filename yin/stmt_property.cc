@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
-// The statements that fill one field of a node: flag words from fixed sets of
-// values, interned texts, and the conditions of when and must. Arguments are
+// The statements that fill one field of a node or of another statement: flag words from
+// fixed sets of values, conditions and references to features, texts. Arguments are
 // borrowed from the document; everything but the key text is interned.
+#include "yin/stmt_property.h"
+
 #include <cstdint>
 
 #include "context/guard.h"
 #include "context/load_error.h"
+#include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node_array.h"
 #include "yin/argument.h"
 #include "yin/dispatch.h"
 #include "yin/keyword.h"
-#include "yin/statements.h"
-#include "yin/stmt_property.h"
+#include "yin/prefix_rewrite.h"
 
 struct FlagWord {
   const char* word;
@@ -143,4 +145,63 @@ uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t, voi
   RecordBadValue(module, text, QMS_STMT_MUST);
   QMS_NODE_ClearMust(ModuleDict(module), must);
   return ret;
+}
+
+// A single feature is the argument. The boolean expressions of RFC 7950 section 7.20.2
+// are not supported: what follows the first name is refused.
+uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  const char* text = ReadArgument(module, element, QMS_STMT_IF_FEATURE);
+  if (text == nullptr) return QM_INVALID;
+  QmsReference feature;
+  const uint32_t ret = ReadReference(module, text, &feature);
+  if (ret != QM_OK) {
+    RecordBadValue(module, text, QMS_STMT_IF_FEATURE);
+    return ret;
+  }
+  return QMS_NODE_FillIfFeature(ModuleDict(module), static_cast<QmsIfFeature*>(dest),
+                                feature.module, feature.name);
+}
+
+// Statements whose argument is a child element: "text" under description, organization
+// and their kin, "value" under error-message (RFC 7950 section 13.1). Each stores one
+// interned text; a second one replaces the first.
+static const char* LeadingText(const xmlNode* element) {
+  const xmlNode* child = element->children;
+  if (child == nullptr) return nullptr;
+  const bool isText = child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE;
+  return isText ? XmlText(child->content) : nullptr;
+}
+
+uint32_t QMS_LOADER_ParseText(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  const char* text = LeadingText(element);
+  if (text == nullptr) return QM_OK;
+  return InternOrRefuse(module, static_cast<const char**>(dest), text);
+}
+
+// "value" also names a sub-statement of "enum", which types read themselves.
+uint32_t QMS_LOADER_ParseValue(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                               void* dest) {
+  if (parentStmt != QMS_STMT_ERROR_MESSAGE) return QM_OK;
+  return QMS_LOADER_ParseText(module, element, parentStmt, dest);
+}
+
+static uint32_t ParseOneChild(QmsModule* module, xmlNode* element, uint32_t ownStmt,
+                              uint32_t childStmt, void* dest) {
+  QmsSubStmtDesc table[] = {SingleSubStmt(childStmt, dest)};
+  return QMS_LOADER_ParseSubStatements(module, element, ownStmt, table, 1);
+}
+
+uint32_t QMS_LOADER_ParseDescription(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  if ((module->ctx->loadFlags & QM_LOAD_DESCRIPTIONS) == 0) return QM_OK;
+  const uint32_t ret = ParseOneChild(module, element, QMS_STMT_DESCRIPTION, QMS_STMT_TEXT, dest);
+  if (ret != QM_OK) RecordBadStatement(module, QMS_STMT_DESCRIPTION);
+  return ret;
+}
+
+uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  return ParseOneChild(module, element, QMS_STMT_ORGANIZATION, QMS_STMT_TEXT, dest);
+}
+
+uint32_t QMS_LOADER_ParseErrorMessage(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  return ParseOneChild(module, element, QMS_STMT_ERROR_MESSAGE, QMS_STMT_VALUE, dest);
 }

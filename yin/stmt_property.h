@@ -1,35 +1,66 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <libxml/tree.h>
+
 #include <cstdint>
 
 #include "context/internal.h"
 #include "yin/records.h"
 
-constexpr uint32_t kConditionSize = 3097;  // a rewritten condition of 3096 characters and its NUL
+// Entries of the dispatch table (dispatch.h). All but the texts that are child elements
+// record and give 22 when the argument is missing.
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Bring the defaults of a node whose own type is identityref into module-name
-// form; nothing for other types. The same for a typedef is
-// QMS_LOADER_RefreshTypeDefDefaultValue().
-uint32_t QMS_LOADER_RefreshLeafDefaultValue(QmsModule* module, QmsNode* leaf);
-uint32_t QMS_LOADER_RefreshLeafListDefaultValue(QmsModule* module, QmsNode* leafList);
+// Set bits of the flag word at `dest`, 16 bits wide under deviate and 32 elsewhere. 22
+// for a word that is not allowed; presence takes any.
+uint32_t QMS_LOADER_ParseConfig(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                void* dest);
+uint32_t QMS_LOADER_ParseMandatory(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                   void* dest);
+uint32_t QMS_LOADER_ParseOrderedBy(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                   void* dest);
+uint32_t QMS_LOADER_ParseStatus(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                void* dest);
+uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                  void* dest);
 
-// The condition with module names for the prefixes at the start of its string
-// literals: a new text, or NULL when it cannot be tokenized or gets too long.
-char* QMS_LOADER_TransPrefix2ModNameInLiteral(QmsModule* module, const char* text);
+// Intern a condition into the const char* or the QmsMust at `dest`, with module names for
+// the prefixes in its literals; one that cannot be rewritten is kept as it is written. 22
+// when it cannot be interned; else the code of what failed inside of must.
+uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
+uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
 
-// Writes the rewritten condition into `out`; 22 when it cannot be tokenized or does
-// not fit whole, 12 without memory.
-uint32_t QMS_LOADER_CopyTokenIntoOutCondition(QmsModule* module, const char* text, char* out,
-                                              uint32_t outSize);
+// Fills the QmsIfFeature at `dest` from a single feature. 22 for anything else and for an
+// unknown prefix, or the splitter's code; 12 without memory.
+uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                   void* dest);
 
-// Appends one string literal that contains ":" at out[*used], its prefix
-// replaced when the module knows it; 22 when it does not fit, 12 without memory.
-uint32_t QMS_LOADER_AddModuleNameIntoCondition(QmsModule* module, const char* token,
-                                               uint32_t tokenLength, char* out, uint32_t outSize,
-                                               uint32_t* used);
+// Store the argument at `dest`, a const char*. Key borrows it from the document, the
+// others intern it: 22, units 12, without memory. Units are dropped unless the context
+// keeps them.
+uint32_t QMS_LOADER_ParseKey(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
+uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                 void* dest);
+uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                               void* dest);
+uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                     void* dest);
 
-uint32_t QMS_LOADER_RefreshTypeDefDefaultValue(QmsModule* module, QmsTypedef* td);
+// Intern the text of a child element into the const char* at `dest`, or leave it alone
+// when there is none; 22 without memory. A description is dropped unless the context
+// keeps them.
+uint32_t QMS_LOADER_ParseDescription(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                     void* dest);
+uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                      void* dest);
+uint32_t QMS_LOADER_ParseErrorMessage(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                      void* dest);
+
+// Those child elements, "text" and "value": intern the text that they begin with; 22
+// without memory. A value that does not stand under error-message is passed over.
+uint32_t QMS_LOADER_ParseText(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
+uint32_t QMS_LOADER_ParseValue(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                               void* dest);
 
 QM_END_INTERNAL_DECLS

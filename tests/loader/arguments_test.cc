@@ -33,10 +33,10 @@
 #include "yin/file_lookup.h"
 #include "yin/header.h"
 #include "yin/linkage.h"
+#include "yin/prefix_rewrite.h"
 #include "yin/reader.h"
-#include "yin/statements.h"
+#include "yin/stmt_ext_inst.h"
 #include "yin/stmt_node.h"
-#include "yin/stmt_property.h"
 
 namespace {
 

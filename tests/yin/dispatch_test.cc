@@ -18,8 +18,10 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
 #include "yin/load_type.h"
-#include "yin/statements.h"
+#include "yin/stmt_definition.h"
+#include "yin/stmt_ext_inst.h"
 #include "yin/stmt_kinds.h"
+#include "yin/stmt_property.h"
 
 using testing::ElementsAre;
 

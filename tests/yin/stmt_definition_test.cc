@@ -12,9 +12,9 @@
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "yin/statements.h"
+#include "yin/stmt_definition.h"
 #include "yin/stmt_deviation.h"
-#include "yin/stmt_extension.h"
+#include "yin/stmt_ext_inst.h"
 
 using testing::ElementsAre;
 

@@ -12,7 +12,6 @@
 #include "schema/node.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "yin/statements.h"
 #include "yin/stmt_kinds.h"
 
 using testing::ElementsAre;

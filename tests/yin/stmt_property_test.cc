@@ -14,7 +14,6 @@
 #include "schema/node_array.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "yin/statements.h"
 
 using testing::ElementsAre;
 using ParseFunc = uint32_t (*)(QmsModule*, xmlNode*, uint32_t, void*);

@@ -10,7 +10,7 @@
 #include "context/xml_tree.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "yin/statements.h"
+#include "yin/stmt_property.h"
 
 using testing::ElementsAre;
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
-// A condition is evaluated far from the module that wrote it, where its
-// prefixes mean nothing. Path steps keep their prefixes all the same, since the
-// evaluation compares the names behind them alone; but a literal such as
-// 'p:ethernet' in derived-from() is compared whole, as text, so its prefix is
-// replaced by the module's name here. The
-// condition is rebuilt token by token with the text between tokens kept, so
-// that everything else stays as it was written.
+// A prefix means something only in the module that wrote it, and two kinds of text go
+// where it means nothing and are compared as text: a literal in a condition, such as
+// 'p:ethernet' in derived-from(), and the default of an identityref. Both get the
+// module's name for the prefix here. The steps of a condition need none: the evaluation
+// compares their names without a prefix, so that they stay as they were written.
+#include "yin/prefix_rewrite.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -14,9 +14,13 @@
 #include "context/string.h"
 #include "platform/string.h"
 #include "schema/module.h"
-#include "yin/stmt_property.h"
+#include "schema/node.h"
+#include "schema/node_path.h"
+#include "types/type.h"
+#include "yin/argument.h"
 
-// Room for the NUL is kept at all times.
+// A condition is rebuilt token by token with the text between tokens kept, so that all
+// but its literals stays as it was written. Room for the NUL is kept at all times.
 static uint32_t AppendText(const char* text, size_t length, char* out, uint32_t outSize,
                            uint32_t* used) {
   if (length >= size_t{outSize} - *used) return QM_INVALID;
@@ -76,4 +80,30 @@ char* QMS_LOADER_TransPrefix2ModNameInLiteral(QmsModule* module, const char* tex
   if (module == nullptr || text == nullptr) return nullptr;
   if (QMS_LOADER_CopyTokenIntoOutCondition(module, text, out, sizeof(out)) != QM_OK) return nullptr;
   return QM_UTL_StrDup(out);
+}
+
+// Only the own type decides: a default under a typedef of identityref stays as written.
+static uint32_t RefreshDefault(QmsModule* module, const QmtType* type, const char** value) {
+  if (*value == nullptr || QMT_TYPE_IsTypeWithIdentref(type) != 1) return QM_OK;
+  const QmHeld<char> converted(QMS_MOD_ConvertPrefixValToJsonFormat(module, *value));
+  return converted ? InternOrRefuse(module, value, converted.Get()) : uint32_t{QM_INVALID};
+}
+
+uint32_t QMS_LOADER_RefreshTypeDefDefaultValue(QmsModule* module, QmsTypedef* td) {
+  return RefreshDefault(module, &td->type, &td->defaultValue);
+}
+
+uint32_t QMS_LOADER_RefreshLeafDefaultValue(QmsModule* module, QmsNode* leaf) {
+  auto* payload = static_cast<QmsLeaf*>(leaf->payload);
+  return RefreshDefault(module, &payload->type, &payload->defaultValue);
+}
+
+uint32_t QMS_LOADER_RefreshLeafListDefaultValue(QmsModule* module, QmsNode* leafList) {
+  auto* payload = static_cast<QmsLeafList*>(leafList->payload);
+  if (payload->defaults == nullptr) return QM_OK;
+  for (uint32_t i = 0; i < payload->defaultCount; ++i) {
+    const uint32_t ret = RefreshDefault(module, &payload->type, &payload->defaults[i]);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
 }

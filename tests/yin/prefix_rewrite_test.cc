@@ -7,7 +7,7 @@
 #include "context/memory.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "yin/stmt_property.h"
+#include "yin/prefix_rewrite.h"
 
 static const char kImports[] =
     "<import module='other'><prefix value='o'/></import>"
