@@ -16,7 +16,7 @@
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
-#include "yin/header.h"
+#include "yin/reader.h"
 
 // Lets the modules already loaded couple to the new one.
 static void AnnounceModule(QmCtx* ctx, const char* modName) {

@@ -19,7 +19,7 @@
 #include "schema/module.h"
 #include "schema/node.h"
 #include "yin/file_lookup.h"
-#include "yin/header.h"
+#include "yin/load_assister.h"
 #include "yin/reader.h"
 
 constexpr uint8_t kFilesPerLoad = 10;

@@ -18,7 +18,7 @@
 #include "context/xml_tree.h"
 #include "yin/keyword.h"
 #include "yin/load_type.h"
-#include "yin/statements.h"
+#include "yin/module_content.h"
 #include "yin/stmt_definition.h"
 #include "yin/stmt_deviation.h"
 #include "yin/stmt_ext_inst.h"

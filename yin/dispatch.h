@@ -9,6 +9,19 @@
 #include "schema/statement.h"
 #include "yin/records.h"
 
+// The parsers of the dispatch table, one per statement. Each takes the module
+// under construction, the statement's element, the id of the parent statement,
+// and the place that the parent's descriptor names:
+//   nodes                    the parent QmsNode; the QmsModule at the top
+//   texts                    const char**; key borrows, the others intern
+//   flag statements          uint32_t* of a node, uint16_t* of a deviate
+//   records                  one zero-filled array element
+//   argument, yin-element    the QmsExtension, its uint32_t
+//   extension instances      the QmsNode, or one QmsExtInst elsewhere
+// 0 on success. On failure what lies at the place can still be cleared by its
+// owner, array elements of a module are zero-filled, and a message is recorded
+// for the module as a rule.
+
 // One row of the dispatch table; its index is the id.
 struct QmsStmtParse {
   uint16_t id;

@@ -8,12 +8,6 @@
 // Frees a candidate list; NULL is ignored.
 void FreePathCollection(QmsPathCollection* collection);
 
-// Whether the assister holds a suffix whose file was not loaded yet.
-bool HasUnloadedSuffix(const QmsLoadAssister* assister);
-
-// Frees the suffixes of an assister.
-void ClearLoadAssister(QmsLoadAssister* assister);
-
 QM_BEGIN_INTERNAL_DECLS
 
 // All files of a module or submodule: a new list, freed by the caller with
@@ -35,25 +29,5 @@ uint32_t QMS_LOADER_FillFullNameWithRevision(QmsPathCollection* collection, cons
 // Adds one file. A path too long for its field is left out without complaint; a
 // split file without a suffix of at most nine characters before a "." gives 22.
 uint32_t QMS_LOADER_AppendOnePathObj(QmsPathCollection* collection, const char* path);
-
-// Enters the suffixes that the loaded module (NULL: not loaded) came from as
-// loaded, then those of the candidates as not loaded, each once. Nothing for a
-// module that is loaded and was not merged from split files.
-uint32_t QMS_LOADER_PreFillLoadAssisterFromExisting(QmsLoadAssister* assister,
-                                                    const QmsModule* existing,
-                                                    const QmsPathCollection* collection);
-
-// Enters the suffixes of the candidates that the assister does not have yet.
-uint32_t QMS_LOADER_AddPathObjToLoadAssister(QmsLoadAssister* assister,
-                                             const QmsPathCollection* collection);
-
-// The next file to read, or NULL. While a suffix is not loaded, the candidate
-// with the first such suffix, which becomes the current one; else the first
-// candidate, once.
-QmsPathObj* QMS_LOADER_GetNextPathObjToProc(QmsPathCollection* collection,
-                                            QmsLoadAssister* assister);
-
-// Marks the current suffix as loaded.
-void QMS_LOADER_ResetCurrentLoadingSuffix(QmsLoadAssister* assister);
 
 QM_END_INTERNAL_DECLS

@@ -21,8 +21,9 @@
 #include "schema/definitions.h"
 #include "yin/argument.h"
 #include "yin/file_lookup.h"
-#include "yin/header.h"
 #include "yin/keyword.h"
+#include "yin/load_assister.h"
+#include "yin/module_content.h"
 #include "yin/reader.h"
 
 namespace {

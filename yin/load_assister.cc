@@ -4,13 +4,14 @@
 // which of them have been read. It is shared with the submodules of the
 // module, so that the part "a" of a module takes the part "a" of its
 // submodules, and a module in one file is read once for each part of them.
+#include "yin/load_assister.h"
+
 #include <cstdint>
 #include <cstring>
 
 #include "context/array.h"
 #include "context/memory.h"
 #include "platform/string.h"
-#include "yin/file_lookup.h"
 
 static int32_t FindFirstUnloaded(const QmsLoadAssister* assister) {
   for (uint32_t i = 0; i < assister->suffixCount; ++i)

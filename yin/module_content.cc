@@ -1,24 +1,91 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
-// The content of a module or submodule element. A submodule writes into the
-// record of the module that includes it, and a module's includes are read
-// before its own body; so the arrays of the record are grown once per file, and
-// nothing may keep the address of an element while a file is being counted.
+// The content of a module or submodule element: the header of a module, the linkage of
+// both, then the body. A submodule writes into the record of the module that includes
+// it, and a module's includes are read before its own body; so the arrays of the record
+// are grown once per file, and nothing may keep the address of an element while a file
+// is being counted.
+#include "yin/module_content.h"
+
 #include <cstdint>
 #include <iterator>
 
 #include "context/array.h"
-#include "context/guard.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/definitions.h"
 #include "schema/module.h"
 #include "yin/argument.h"
 #include "yin/dispatch.h"
-#include "yin/header.h"
 #include "yin/keyword.h"
 #include "yin/linkage.h"
 #include "yin/stmt_ext_inst.h"
+
+// The statements that say what a module is (RFC 7950 section 7.1): yang-version,
+// namespace and prefix, which are read before anything else since every prefix in the
+// body is resolved with them, and the first revision.
+
+// Deliberate: an unknown version is refused with -1, which is no errno value.
+uint32_t QMS_LOADER_ParseYangVersion(QmsModule* module, xmlNode* element) {
+  const char* version = ReadArgument(module, element, QMS_STMT_YANG_VERSION);
+  if (version == nullptr) return QM_INVALID;
+  if (RTK_StrCmp(version, "1") == 0) {
+    module->yangVersion = QMS_YANG_VERSION_1;
+  } else if (RTK_StrCmp(version, "1.1") == 0) {
+    module->yangVersion = QMS_YANG_VERSION_1_1;
+  } else {
+    RecordBadValue(module, version, QMS_STMT_YANG_VERSION);
+    return QM_MINUS_ONE;
+  }
+  return QM_OK;
+}
+
+uint32_t QMS_LOADER_ParseNamespace(QmsModule* module, xmlNode* element) {
+  return InternArgument(module, element, QMS_STMT_NAMESPACE, &module->ns, nullptr);
+}
+
+uint32_t QMS_LOADER_ParsePrefix(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  return InternArgument(module, element, QMS_STMT_PREFIX, static_cast<const char**>(dest), nullptr);
+}
+
+// Modules list the newest revision first; the older ones are not kept.
+uint32_t QMS_LOADER_ParseRevision(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+  auto** revision = static_cast<const char**>(dest);
+  if (*revision != nullptr) return QM_OK;
+  return InternArgument(module, element, QMS_STMT_REVISION, revision, nullptr);
+}
+
+static uint32_t ParseOwnPrefix(QmsModule* module, xmlNode* element) {
+  return QMS_LOADER_ParsePrefix(module, element, QMS_STMT_MODULE, &module->prefix);
+}
+
+struct HeadStmtRow {
+  QmsStmt stmt;
+  uint32_t (*parse)(QmsModule* module, xmlNode* element);
+};
+
+static constexpr HeadStmtRow kHeadStmts[] = {{QMS_STMT_YANG_VERSION, QMS_LOADER_ParseYangVersion},
+                                             {QMS_STMT_NAMESPACE, QMS_LOADER_ParseNamespace},
+                                             {QMS_STMT_PREFIX, ParseOwnPrefix}};
+
+static uint32_t ParseHeadStmt(QmsModule* module, xmlNode* child) {
+  for (const HeadStmtRow& row : kHeadStmts) {
+    if (row.stmt != PrivateMark(child)) continue;
+    const uint32_t ret = row.parse(module, child);
+    if (ret != QM_OK) RecordBadStatement(module, row.stmt);
+    return ret;
+  }
+  return QM_OK;
+}
+
+uint32_t QMS_LOADER_ParseModuleHeadStmts(QmsModule* module, xmlNode* root) {
+  for (xmlNode* child = root->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE) continue;
+    const uint32_t ret = ParseHeadStmt(module, child);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
+}
 
 struct BodyCounterRow {
   QmsStmt stmt;
@@ -146,32 +213,4 @@ uint32_t QMS_LOADER_ParseSubmoduleContent(QmsModule* module, xmlNode* root,
                                           QmsLoadAssister* assister) {
   QMS_LOADER_MarkSubNode(root);
   return ParseLinkageAndBody(module, root, QMS_STMT_SUBMODULE, assister);
-}
-
-uint32_t QMS_LOADER_CheckParsedModNameMatched(const char* name, const QmsLoadAssister* assister) {
-  if (name == nullptr) return QM_INVALID;
-  if (assister == nullptr || assister->modName == nullptr) return QM_OK;
-  return RTK_StrCmp(name, assister->modName) == 0 ? QM_OK : QM_INVALID;
-}
-
-QmsModule* QMS_LOADER_ParseYinDocToQmMod(QmCtx* ctx, xmlNode* root, QmsLoadAssister* assister) {
-  const char* name = QM_XML_GetTargetPropertyValue(root, "name");
-  if (QMS_LOADER_CheckParsedModNameMatched(name, assister) != QM_OK) return nullptr;
-  QmOwn<QMS_MOD_Free> module(NewRecord<QmsModule>());
-  if (!module) return nullptr;
-  module->ctx = ctx;
-  RTK_AVL3_InitLink(&module->nameLink);
-  RTK_AVL3_InitLink(&module->nsLink);
-  if (InternOrRefuse(module.Get(), &module->name, name) != QM_OK) return nullptr;
-  if (QMS_LOADER_ParseModuleContent(module.Get(), root, assister) != QM_OK) return nullptr;
-  return module.Release();
-}
-
-// Only the name of the root decides, its namespace does not. A submodule is
-// never loaded by itself.
-QmsModule* QMS_LOADER_ParseYinContent(QmCtx* ctx, xmlDoc* doc, QmsLoadAssister* assister) {
-  xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
-  if (ctx == nullptr || root == nullptr) return nullptr;
-  if (QMS_LOADER_GetStmtByKeyword(XmlText(root->name)) != QMS_STMT_MODULE) return nullptr;
-  return QMS_LOADER_ParseYinDocToQmMod(ctx, root, assister);
 }

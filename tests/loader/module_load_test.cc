@@ -15,7 +15,6 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/listing.h"
 #include "tests/support/yin.h"
-#include "yin/header.h"
 #include "yin/linkage.h"
 
 using testing::ElementsAre;

@@ -15,7 +15,7 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
 #include "types/type.h"
-#include "yin/header.h"
+#include "yin/reader.h"
 
 using coupling::Augment;
 using coupling::Container;

@@ -6,7 +6,7 @@
 #include "context/xml_parse.h"
 #include "schema/module.h"
 #include "schema/records.h"
-#include "yin/header.h"
+#include "yin/reader.h"
 
 namespace yin {
 

@@ -11,6 +11,7 @@
 #include "context/memory.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "yin/load_assister.h"
 
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;

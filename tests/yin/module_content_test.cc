@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The header, the linkage and the body of a module read from text.
-#include "yin/header.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +12,8 @@
 #include "tests/support/yin.h"
 #include "yin/dispatch.h"
 #include "yin/linkage.h"
+#include "yin/module_content.h"
+#include "yin/reader.h"
 
 using testing::ElementsAre;
 
