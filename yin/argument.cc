@@ -12,6 +12,7 @@
 #include "context/load_error.h"
 #include "context/path_scan.h"
 #include "context/xml_tree.h"
+#include "platform/string.h"
 #include "schema/module.h"
 #include "schema/target_path.h"
 #include "yin/keyword.h"
@@ -31,6 +32,15 @@ const char* ReadAbsolutePath(QmsModule* module, const xmlNode* element, uint32_t
   const char* path = QM_XML_GetFirstPropertyValue(element);
   if (path != nullptr && path[0] == '/') return path;
   RecordMissingValue(module, stmt);
+  return nullptr;
+}
+
+xmlNode* FirstChildElementNamed(const xmlNode* element, const char* name) {
+  for (xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_ELEMENT_NODE && RTK_StrCmp(XmlText(child->name), name) == 0) {
+      return child;
+    }
+  }
   return nullptr;
 }
 

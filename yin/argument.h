@@ -23,6 +23,9 @@ const char* ReadArgument(QmsModule* module, const xmlNode* element, uint32_t stm
 // with "/" counts as missing.
 const char* ReadAbsolutePath(QmsModule* module, const xmlNode* element, uint32_t stmt);
 
+// The first child element of that name, whatever its namespace, or NULL.
+xmlNode* FirstChildElementNamed(const xmlNode* element, const char* name);
+
 // Reads the argument and interns it into *field; 22 when it is missing or cannot
 // be interned. `value`, unless NULL, is set to the borrowed argument.
 uint32_t InternArgument(QmsModule* module, const xmlNode* element, uint32_t stmt,

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The named numbers of a type: bits with their positions and enums with their values.
+// Those that give no number are numbered once all are read, in document order: each
+// takes the next free number, which an explicit one pushes beyond itself (RFC 7950
+// sections 9.6.4.2 and 9.7.4.2).
+#include "yin/load_number.h"
+
 #include <limits>
 
 #include <qmodel/error.h>
@@ -9,13 +16,10 @@
 #include "context/memory.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "yin/argument.h"
+#include "yin/load_restriction.h"
 #include "yin/load_type.h"
 #include "yin/module_access.h"
-
-// The named numbers of a type: bits with their positions and enums with their
-// values. Those that give no number are numbered once all are read, in document
-// order: each takes the next free number, which an explicit one pushes beyond
-// itself (RFC 7950 sections 9.6.4.2 and 9.7.4.2).
 
 namespace {
 

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The scanner of range and length expressions, "1..4 | 10 | 20..max". It fills a
+// working segment token by token and pushes it at "|" and at the end. A working segment
+// carries both numbers as 64 bits with flags that say how to read them and which bound
+// is "min" or "max". The writers, in a file of their own, store it in the layout of the
+// type.
 #include "yin/load_range.h"
 
 #include <cstring>
@@ -9,12 +15,6 @@
 #include "context/path_scan.h"
 #include "platform/string.h"
 #include "values/decimal64.h"
-
-// The scanner of range and length expressions, "1..4 | 10 | 20..max". It fills a
-// working segment token by token and pushes it at "|" and at the end. A working
-// segment carries both numbers as 64 bits with flags that say how to read them
-// and which bound is "min" or "max". The writers, in a file of their own, store
-// it in the layout of the type.
 
 namespace {
 

@@ -4,8 +4,7 @@
 
 #include "context/internal.h"
 #include "types/records.h"
-
-using QmtPushSegFunc = uint32_t (*)(QmtSegList* list, const QmtGenericSeg* seg);
+#include "yin/write_segment.h"
 
 // The state of one range or length expression while it is scanned.
 struct QmtRangeParseState {
@@ -17,14 +16,6 @@ struct QmtRangeParseState {
   uint32_t atEnd;           // ".." was read in the current segment
 };
 
-// How the ranges of a built-in type, or of a typedef (0), are stored. A NULL
-// writer: the type takes no range.
-struct QmtRangeLayout {
-  uint16_t segSize;
-  QmtPushSegFunc pushFn;
-};
-QmtRangeLayout RangeLayoutOf(uint32_t baseType);
-
 QM_BEGIN_INTERNAL_DECLS
 
 // Reads a whole expression, RFC 7950 sections 9.2.4 and 9.4.4, and hands each of
@@ -32,21 +23,10 @@ QM_BEGIN_INTERNAL_DECLS
 // stay in the list.
 uint32_t QMT_LOADER_ScanParseRangeExprWithCb(const char* expr, QmtPushSegFunc pushFn,
                                              QmtRangeParseState* state);
-// Stores the working segment and moves *pos past a following "|" and blanks.
+
+// Stores the working segment and moves *pos past a following "|" and blanks. 22 for a
+// segment without numbers; else the writer's code.
 uint32_t QMT_LOADER_PushOneSegIntPairIntoCb(QmtRangeParseState* state, QmtGenericSeg* seg,
                                             const char** pos);
-
-// The writers turn a working segment into the layout of their type and append it.
-// 22 when the list is full or holds segments of another size. The one for uint32
-// also writes lengths.
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt8Signed(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt16Signed(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt32Signed(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt64Signed(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt8Unsigned(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt16Unsigned(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt32Unsigned(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegInt64Unsigned(QmtSegList* list, const QmtGenericSeg* seg);
-uint32_t QMT_LOADER_PushRangeValueIntoSegIntUnknown(QmtSegList* list, const QmtGenericSeg* seg);
 
 QM_END_INTERNAL_DECLS

@@ -2,7 +2,6 @@
 #pragma once
 #include <libxml/tree.h>
 
-#include <cstddef>
 #include <cstdint>
 
 #include "context/internal.h"
@@ -34,59 +33,15 @@ struct QmtTypeCounters {
   uint16_t distinct;
 };
 
+// Fills one kind of constraint, the last of `type`, from the marked children.
 using QmtConsFillFunc = uint32_t (*)(QmsModule* module, xmlNode* typeElem, QmtType* type,
                                      QmtConstraint* entry, uint32_t itemCount);
 
-// Fills one item of a list-like constraint from its element. A failed item may be
-// half filled; it is released with the body.
-using QmtFillOneFunc = uint32_t (*)(QmsModule* module, xmlNode* element, void* item,
-                                    uint8_t* explicitMark);
-struct QmtSegFiller {
-  uint16_t count;     // items counted
-  uint16_t itemSize;  // sizeof one item
-  uint32_t markBit;   // mark of the children to read
-  QmtFillOneFunc fillOne;
-  uint8_t* explicitMarks;  // bit and enum: 1 for an item that gave its number; else NULL
-};
-
-// The first child element of that name, whatever its namespace, or NULL.
-xmlNode* FirstChildElementNamed(const xmlNode* element, const char* name);
-
-// Splits "prefix:name" or "name" and interns the name of the module that it leads
-// to, the module's own without a prefix, and the name itself. 22 or 12 on failure.
-uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** moduleName,
-                           const char** name);
-
-// Interns the first `length` characters of `text`, also none; 12 without memory.
-uint32_t InternPart(QmsModule* module, const char* text, size_t length, const char** field);
-
-// The fill functions of the ten kinds; reached through the table below.
-uint32_t FillDerived(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                     uint32_t itemCount);
-uint32_t FillBases(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                   uint32_t itemCount);
-uint32_t FillBits(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                  uint32_t itemCount);
-uint32_t FillEnums(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                   uint32_t itemCount);
-uint32_t FillFraction(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                      uint32_t itemCount);
-uint32_t FillLength(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                    uint32_t itemCount);
-uint32_t FillPath(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                  uint32_t itemCount);
-uint32_t FillPatterns(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                      uint32_t itemCount);
-uint32_t FillRange(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                   uint32_t itemCount);
-uint32_t FillUnion(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                   uint32_t itemCount);
-
 QM_BEGIN_INTERNAL_DECLS
 
-// Entries of the statement dispatch. `dest` is a zeroed QmtType, and a zeroed
+// Entries of the dispatch table (dispatch.h). `dest` is a zeroed QmtType, and a zeroed
 // QmsTypedef. A type that fails is left half filled for its owner to destroy; a
-// typedef that fails is destroyed and zero again.
+// typedef that fails is destroyed and zero again. 22 for bad input, 12 without memory.
 uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest);
 uint32_t QMT_LOADER_ParseTypeDefStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
@@ -96,22 +51,18 @@ uint32_t QMT_LOADER_ParseTypeDefStmt(QmsModule* module, xmlNode* element, uint32
 uint32_t QMT_LOADER_GetBaseTypeFromTypeName(const char* name);
 
 // The passes. The counters are raised, not set, so that the caller can count the
-// derived kind first.
+// derived kind first; 22 when one is full. The second gives the code of the kind that
+// failed.
 uint32_t QMT_LOADER_CountAndMarkTypeSubElem(xmlNode* typeElem, QmtTypeCounters* counters);
 uint32_t QMT_LOADER_FillAllTypeConstraint(QmsModule* module, xmlNode* typeElem, QmtType* type,
                                           const QmtTypeCounters* counters);
+
+// Makes the body of the next constraint, for `itemCount` items, and counts it. 22 for an
+// unknown kind or when the entry has a body already, 12 without memory.
 uint32_t QMT_LOADER_CreateConsDataInLastConstraint(QmsModule* module, QmtType* type, uint32_t kind,
                                                    uint32_t itemCount);
+
+// The fill function of a kind (QmtConsKind), NULL past the last.
 QmtConsFillFunc QMT_LOADER_GetConsDataFillAllSegFunc(uint32_t kind);
-
-// Fills the array `items` from the marked children, in document order.
-uint32_t QMT_LOADER_FillTypeConstraintSeg(QmsModule* module, xmlNode* typeElem,
-                                          QmtSegFiller* filler, void* items);
-
-// Keeps the first sentence of each enum's description, RFC 7950 section 7.21.3.
-// The first releases what it kept and gives 12 when one fails.
-uint32_t QM_LOADER_FillDescWithAllEnum(QmsModule* module, xmlNode* typeElem, QmtConsEnum* body);
-uint32_t QM_LOADER_FillDescWithOneEnum(QmsModule* module, xmlNode* enumElem,
-                                       const char** description);
 
 QM_END_INTERNAL_DECLS

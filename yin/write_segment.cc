@@ -1,4 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The writers that store a working segment of the range scanner in the layout of its
+// type. Integer types of up to 32 bits have plain pairs; 64-bit types keep the generic
+// segment with their sign; a range over a typedef is kept as it was read, since its
+// "min" and "max" are known only when a value is checked. Deliberate: numbers are not
+// checked against the type. An unsigned type truncates; a signed type truncates what
+// was read as signed, and otherwise stores numbers that do not fit as 0..0.
+#include "yin/write_segment.h"
+
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -7,16 +16,6 @@
 #include <qmodel/error.h>
 
 #include "context/array.h"
-#include "yin/load_range.h"
-
-// The writers that store a working segment of the range scanner in the layout of
-// its type. Integer types of up to 32 bits have plain pairs; 64-bit types keep
-// the generic segment with their sign; a range over a typedef is kept as it was
-// read, since its "min" and "max" are known only when a value is checked.
-//
-// Deliberate: numbers are not checked against the type. An unsigned type
-// truncates; a signed type truncates what was read as signed, and otherwise
-// stores numbers that do not fit as 0..0.
 
 namespace {
 

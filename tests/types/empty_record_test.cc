@@ -22,7 +22,7 @@
 #include "values/range.h"
 #include "values/segment.h"
 #include "values/type_check.h"
-#include "yin/load_type.h"
+#include "yin/load_number.h"
 
 using null_arguments::ExpectEachGives;
 

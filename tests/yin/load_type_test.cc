@@ -11,6 +11,8 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/type_fixture.h"
 #include "types/type.h"
+#include "yin/load_number.h"
+#include "yin/load_restriction.h"
 
 using type_fixture::Module;
 using type_fixture::ParseAndDump;
