@@ -15,6 +15,7 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/string.h"
+#include "platform/string.h"
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_walk.h"
@@ -44,7 +45,7 @@ struct RewriteState {
 static void Put(ConditionText* out, const char* text, size_t length) {
   out->full = out->full || length > out->room - out->used;
   if (out->full) return;
-  memcpy(out->buf + out->used, text, length);
+  std::memcpy(out->buf + out->used, text, length);
   out->used += length;
   out->buf[out->used] = '\0';
 }
@@ -63,7 +64,7 @@ static bool IsCallOfCurrent(const QmXpathExpr* expr, uint32_t index, const Token
   static constexpr char kName[] = "current";
   constexpr uint32_t kNameLength = sizeof(kName) - 1;
   return token.kind == QM_XPATH_TOKEN_FUNCNAME && token.length == kNameLength &&
-         memcmp(token.text, kName, kNameLength) == 0 &&
+         std::memcmp(token.text, kName, kNameLength) == 0 &&
          TokenAt(expr, index + 1).kind == QM_XPATH_TOKEN_LPAREN &&
          TokenAt(expr, index + 2).kind == QM_XPATH_TOKEN_RPAREN;
 }
@@ -78,7 +79,7 @@ static const char* StepBefore(uint32_t kind) {
 static void PutStepAtPathStart(ConditionText* out, RewriteState* state, uint32_t kind) {
   const char* step = state->atPathStart ? StepBefore(kind) : nullptr;
   if (step == nullptr) return;
-  Put(out, step, strlen(step));
+  Put(out, step, RTK_StrLen(step));
   state->atPathStart = false;
 }
 
@@ -104,13 +105,12 @@ static void PutRewritten(ConditionText* out, const QmXpathExpr* expr, const char
   }
 }
 
-char* QMS_NODE_GetParentCond(const char* when, const QmsNode* augment) {
-  static_cast<void>(augment);
+char* QMS_NODE_GetParentCond(const char* when, const QmsNode* /*augment*/) {
   QmOwn<QM_XPATH_FreeXpathLex> expr(QM_XPATH_ExprTokenize(when));
   if (!expr) return nullptr;
   if (QM_XPATH_GetTokenNumber(expr.Get()) == 0) return QM_UTL_CreateEmptyString();
   // Deliberate: twice the length is all the room there is.
-  const size_t room = 2 * strlen(when);
+  const size_t room = 2 * RTK_StrLen(when);
   QmHeld<char> buf(static_cast<char*>(AllocZeroed(room + 1)));
   if (!buf) return nullptr;
   ConditionText out{buf.Get(), room, 0, false};
@@ -123,11 +123,12 @@ char* QMS_NODE_CombineTwoWhenCondition(const char* a, const char* b) {
   static constexpr char kOpen[] = "(";
   static constexpr char kMiddle[] = ") and (";
   static constexpr char kClose[] = ")";
-  const size_t room = strlen(kOpen) + strlen(a) + strlen(kMiddle) + strlen(b) + strlen(kClose);
+  const size_t room =
+      RTK_StrLen(kOpen) + RTK_StrLen(a) + RTK_StrLen(kMiddle) + RTK_StrLen(b) + RTK_StrLen(kClose);
   char* text = static_cast<char*>(AllocZeroed(room + 1));
   if (text == nullptr) return nullptr;
   ConditionText out{text, room, 0, false};
-  for (const char* piece : {kOpen, a, kMiddle, b, kClose}) Put(&out, piece, strlen(piece));
+  for (const char* piece : {kOpen, a, kMiddle, b, kClose}) Put(&out, piece, RTK_StrLen(piece));
   return text;
 }
 

@@ -103,14 +103,16 @@ static_assert(std::size(g_qmsStmtParseFuncMapTbl) == QMS_STMT_COUNT, "one row pe
 static_assert(RowsStandAtTheir<&QmsStmtParse::id>(g_qmsStmtParseFuncMapTbl),
               "a row's index is its statement id");
 
-static constexpr QmsStmt kSchemaNodeStmts[] = {
+constexpr QmsStmt kSchemaNodeStmts[] = {
     QMS_STMT_ACTION,       QMS_STMT_ANYDATA, QMS_STMT_ANYXML, QMS_STMT_CASE,      QMS_STMT_CHOICE,
     QMS_STMT_CONTAINER,    QMS_STMT_INPUT,   QMS_STMT_LEAF,   QMS_STMT_LEAF_LIST, QMS_STMT_LIST,
     QMS_STMT_NOTIFICATION, QMS_STMT_OUTPUT,  QMS_STMT_RPC};
 
+namespace {
 struct StmtSet {
   bool has[QMS_STMT_COUNT];
 };
+}  // namespace
 
 static consteval StmtSet SetOf(const QmsStmt* stmts, size_t count) {
   StmtSet set{};
@@ -129,15 +131,18 @@ QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt) {
 }
 
 QmsSubStmtDesc* QMS_LOADER_GetSubParseElem(QmsSubStmtDesc* table, uint32_t count, uint32_t stmt) {
-  for (uint32_t i = 0; i < count; ++i)
+  for (uint32_t i = 0; i < count; ++i) {
     if (table[i].stmt == stmt) return &table[i];
+  }
   return nullptr;
 }
 
 void QMS_LOADER_MarkSubNode(xmlNode* element) {
-  for (xmlNode* child = element->children; child != nullptr; child = child->next)
-    if (child->type == XML_ELEMENT_NODE)
+  for (xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_ELEMENT_NODE) {
       AddPrivateMark(child, QMS_LOADER_GetXmlNodeYangStmt(child));
+    }
+  }
 }
 
 static bool IsArray(const QmsSubStmtDesc* desc) {
@@ -158,8 +163,9 @@ uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* ele
     const uint32_t stmt = QMS_LOADER_GetXmlNodeYangStmt(child);
     const QmsSubStmtDesc* desc = QMS_LOADER_GetSubParseElem(table, count, stmt);
     if (stmt == QMS_STMT_UNKNOWN || desc == nullptr) continue;
-    if (stmt == QMS_STMT_EXTENSION_INSTANCE && QMS_LOADER_IsExtInstNeedParse(module, child) != 1)
+    if (stmt == QMS_STMT_EXTENSION_INSTANCE && QMS_LOADER_IsExtInstNeedParse(module, child) != 1) {
       continue;
+    }
     AddPrivateMark(child, stmt);
     const uint32_t ret = CountOneMore(desc);
     if (ret != QM_OK) return ret;
@@ -176,9 +182,9 @@ static bool LiesInNode(const QmsSubStmtDesc* desc, uint32_t parentStmt) {
 // `dest` is the address of a pointer to some element type.
 static uint32_t NewArrayAt(void* dest, uint32_t count, uint32_t elemSize) {
   void* array = nullptr;
-  memcpy(&array, dest, sizeof(array));
+  std::memcpy(&array, dest, sizeof(array));
   const uint32_t ret = QM_UTL_NewArray(&array, count, elemSize);
-  memcpy(dest, &array, sizeof(array));
+  std::memcpy(dest, &array, sizeof(array));
   return ret;
 }
 
@@ -198,7 +204,7 @@ uint32_t QMS_LOADER_NewSubStatementsArray(uint32_t parentStmt, QmsSubStmtDesc* t
 void* QMS_LOADER_GetSubParseDest(QmsSubStmtDesc* desc, uint32_t parentStmt) {
   if (!IsArray(desc) || LiesInNode(desc, parentStmt)) return desc->dest;
   char* array = nullptr;
-  memcpy(&array, desc->dest, sizeof(array));
+  std::memcpy(&array, desc->dest, sizeof(array));
   const uint32_t index = *desc->usedCount;
   if (array == nullptr || index >= *desc->foundCount) return nullptr;
   ++*desc->usedCount;
@@ -241,7 +247,8 @@ uint32_t QMS_LOADER_ParseSubStatements(QmsModule* module, xmlNode* element, uint
                                        QmsSubStmtDesc* table, uint32_t count) {
   uint32_t ret = QMS_LOADER_MarkSubNodeAndCountArraySize(module, element, table, count);
   if (ret == QM_OK) ret = QMS_LOADER_NewSubStatementsArray(parentStmt, table, count);
-  if (ret == QM_OK)
+  if (ret == QM_OK) {
     ret = QMS_LOADER_ParseSubStatementsInner(module, element, parentStmt, table, count);
+  }
   return ret;
 }

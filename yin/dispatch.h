@@ -52,7 +52,8 @@ inline uint32_t MarkedStmt(const xmlNode* child) {
   return static_cast<uint32_t>(PrivateMark(child));
 }
 
-// Parses one marked child into the place that its descriptor names.
+// Parses one marked child into the place that its descriptor names, and records when that
+// fails. 22 when the array has no element left; else the parser's code. 0 without parser.
 uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
                           QmsSubStmtDesc* desc);
 
@@ -61,9 +62,14 @@ QM_BEGIN_INTERNAL_DECLS
 // The parser of a statement, NULL when it has none or the id is past the last.
 QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt);
 
-// The three passes of QMS_LOADER_ParseSubStatements(), which
-// parses the children of a statement: classify, mark and count; make the arrays
-// at their exact size; parse each marked child into its place.
+// Parses the children of a statement that `table` accepts, in the three passes below. The
+// code of the first that fails; 12 when an array cannot be made.
+uint32_t QMS_LOADER_ParseSubStatements(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+                                       QmsSubStmtDesc* table, uint32_t count);
+
+// The passes: classify, mark and count, 22 for more children of a kind than a counter
+// holds; make the arrays at their exact size; parse each marked child into its place. The
+// message of a child that fails is recorded unless the module has one.
 uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* element,
                                                  QmsSubStmtDesc* table, uint32_t count);
 uint32_t QMS_LOADER_NewSubStatementsArray(uint32_t parentStmt, QmsSubStmtDesc* table,
@@ -81,8 +87,5 @@ void* QMS_LOADER_GetSubParseDest(QmsSubStmtDesc* desc, uint32_t parentStmt);
 
 // Marks every child with its statement id.
 void QMS_LOADER_MarkSubNode(xmlNode* element);
-
-uint32_t QMS_LOADER_ParseSubStatements(QmsModule* module, xmlNode* element, uint32_t parentStmt,
-                                       QmsSubStmtDesc* table, uint32_t count);
 
 QM_END_INTERNAL_DECLS

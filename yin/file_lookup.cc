@@ -18,8 +18,8 @@
 #include "platform/file.h"
 #include "platform/string.h"
 
-static constexpr uint8_t kTriesByDefault = 1;
-static constexpr char kSuffixMark[] = "@@";
+constexpr uint8_t kTriesByDefault = 1;
+constexpr char kSuffixMark[] = "@@";
 
 void FreePathCollection(QmsPathCollection* collection) {
   if (collection == nullptr) return;
@@ -53,10 +53,11 @@ static uint32_t ReadSuffix(const char* path, QmsPathObj* obj, bool* suffixed) {
   if (mark == nullptr) return QM_OK;
   const char* start = mark + sizeof(kSuffixMark) - 1;
   const char* end = RTK_StrChr(start, '.');
-  if (end == nullptr || end - start >= static_cast<ptrdiff_t>(sizeof(obj->suffix)))
+  if (end == nullptr || end - start >= static_cast<ptrdiff_t>(sizeof(obj->suffix))) {
     return QM_INVALID;
+  }
   const auto length = static_cast<size_t>(end - start);
-  memcpy(obj->suffix, start, length);
+  std::memcpy(obj->suffix, start, length);
   obj->suffix[length] = '\0';
   return QM_OK;
 }
@@ -67,7 +68,7 @@ uint32_t QMS_LOADER_AppendOnePathObj(QmsPathCollection* collection, const char* 
   bool suffixed = false;
   const size_t length = RTK_StrLen(path);
   if (length >= sizeof(obj.path)) return QM_OK;
-  memcpy(obj.path, path, length + 1);
+  std::memcpy(obj.path, path, length + 1);
   uint32_t ret = ReadSuffix(path, &obj, &suffixed);
   if (ret == QM_OK) ret = GrowByOne(&collection->objs, collection->count);
   if (ret != QM_OK) return ret;
@@ -79,8 +80,9 @@ uint32_t QMS_LOADER_AppendOnePathObj(QmsPathCollection* collection, const char* 
 uint32_t QMS_LOADER_FillFullNameWithNoRevision(QmsPathCollection* collection, const char* dir,
                                                const char* name) {
   char path[kQmsPathSize];
-  if (!FormatPath(path, "%s/%s.yin", dir, name) || RTK_VFS_IsFileExist(path) != 1)
+  if (!FormatPath(path, "%s/%s.yin", dir, name) || RTK_VFS_IsFileExist(path) != 1) {
     return QM_NOT_FOUND;
+  }
   return QMS_LOADER_AppendOnePathObj(collection, path);
 }
 

@@ -89,9 +89,9 @@ constexpr QmsKeyWord g_qmsKeyWordTbl[] = {
     {"extension-instance", QMS_STMT_EXTENSION_INSTANCE},
 };
 
-static constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
-static constexpr uint32_t kFirstKeyword = QMS_STMT_ACTION;
-static constexpr uint32_t kLastKeyword = QMS_STMT_YIN_ELEMENT;
+constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
+constexpr uint32_t kFirstKeyword = QMS_STMT_ACTION;
+constexpr uint32_t kLastKeyword = QMS_STMT_YIN_ELEMENT;
 
 static consteval bool SameText(const char* a, const char* b) {
   while (*a != '\0' && *a == *b) {
@@ -110,8 +110,9 @@ static consteval bool ComesBefore(const char* a, const char* b) {
 }
 
 static consteval bool KeywordsAscend() {
-  for (uint32_t i = kFirstKeyword; i < kLastKeyword; ++i)
+  for (uint32_t i = kFirstKeyword; i < kLastKeyword; ++i) {
     if (!ComesBefore(g_qmsKeyWordTbl[i].name, g_qmsKeyWordTbl[i + 1].name)) return false;
+  }
   return true;
 }
 
@@ -120,78 +121,79 @@ static_assert(RowsStandAtTheir<&QmsKeyWord::id>(g_qmsKeyWordTbl),
               "a row's index is its statement id");
 static_assert(KeywordsAscend(), "the ids of YANG keywords are alphabetical");
 
-static constexpr QmsKeyWord kWordsA[] = {{"augment", QMS_STMT_AUGMENT},
-                                         {"argument", QMS_STMT_ARGUMENT},
-                                         {"anydata", QMS_STMT_ANYDATA},
-                                         {"anyxml", QMS_STMT_ANYXML},
-                                         {"action", QMS_STMT_ACTION}};
-static constexpr QmsKeyWord kWordsB[] = {
+constexpr QmsKeyWord kWordsA[] = {{"augment", QMS_STMT_AUGMENT},
+                                  {"argument", QMS_STMT_ARGUMENT},
+                                  {"anydata", QMS_STMT_ANYDATA},
+                                  {"anyxml", QMS_STMT_ANYXML},
+                                  {"action", QMS_STMT_ACTION}};
+constexpr QmsKeyWord kWordsB[] = {
     {"base", QMS_STMT_BASE}, {"bit", QMS_STMT_BIT}, {"belongs-to", QMS_STMT_BELONGS_TO}};
-static constexpr QmsKeyWord kWordsC[] = {{"container", QMS_STMT_CONTAINER},
-                                         {"config", QMS_STMT_CONFIG},
-                                         {"case", QMS_STMT_CASE},
-                                         {"choice", QMS_STMT_CHOICE},
-                                         {"contact", QMS_STMT_CONTACT}};
-static constexpr QmsKeyWord kWordsD[] = {{"description", QMS_STMT_DESCRIPTION},
-                                         {"default", QMS_STMT_DEFAULT},
-                                         {"deviate", QMS_STMT_DEVIATE},
-                                         {"deviation", QMS_STMT_DEVIATION}};
-static constexpr QmsKeyWord kWordsE[] = {{"enum", QMS_STMT_ENUM},
-                                         {"extension", QMS_STMT_EXTENSION},
-                                         {"error-message", QMS_STMT_ERROR_MESSAGE},
-                                         {"error-app-tag", QMS_STMT_ERROR_APP_TAG}};
-static constexpr QmsKeyWord kWordsF[] = {{"fraction-digits", QMS_STMT_FRACTION_DIGITS},
-                                         {"feature", QMS_STMT_FEATURE}};
-static constexpr QmsKeyWord kWordsG[] = {{"grouping", QMS_STMT_GROUPING}};
-static constexpr QmsKeyWord kWordsI[] = {{"import", QMS_STMT_IMPORT},
-                                         {"identity", QMS_STMT_IDENTITY},
-                                         {"input", QMS_STMT_INPUT},
-                                         {"include", QMS_STMT_INCLUDE},
-                                         {"if-feature", QMS_STMT_IF_FEATURE}};
-static constexpr QmsKeyWord kWordsK[] = {{"key", QMS_STMT_KEY}};
-static constexpr QmsKeyWord kWordsL[] = {{"leaf", QMS_STMT_LEAF},
-                                         {"length", QMS_STMT_LENGTH},
-                                         {"list", QMS_STMT_LIST},
-                                         {"leaf-list", QMS_STMT_LEAF_LIST}};
-static constexpr QmsKeyWord kWordsM[] = {{"must", QMS_STMT_MUST},
-                                         {"mandatory", QMS_STMT_MANDATORY},
-                                         {"module", QMS_STMT_MODULE},
-                                         {"max-elements", QMS_STMT_MAX_ELEMENTS},
-                                         {"min-elements", QMS_STMT_MIN_ELEMENTS},
-                                         {"modifier", QMS_STMT_MODIFIER}};
-static constexpr QmsKeyWord kWordsN[] = {{"namespace", QMS_STMT_NAMESPACE},
-                                         {"notification", QMS_STMT_NOTIFICATION}};
-static constexpr QmsKeyWord kWordsO[] = {{"organization", QMS_STMT_ORGANIZATION},
-                                         {"ordered-by", QMS_STMT_ORDERED_BY},
-                                         {"output", QMS_STMT_OUTPUT}};
-static constexpr QmsKeyWord kWordsP[] = {{"prefix", QMS_STMT_PREFIX},
-                                         {"path", QMS_STMT_PATH},
-                                         {"pattern", QMS_STMT_PATTERN},
-                                         {"presence", QMS_STMT_PRESENCE},
-                                         {"position", QMS_STMT_POSITION}};
-static constexpr QmsKeyWord kWordsR[] = {{"range", QMS_STMT_RANGE},
-                                         {"reference", QMS_STMT_REFERENCE},
-                                         {"revision", QMS_STMT_REVISION},
-                                         {"rpc", QMS_STMT_RPC},
-                                         {"revision-date", QMS_STMT_REVISION_DATE},
-                                         {"require-instance", QMS_STMT_REQUIRE_INSTANCE},
-                                         {"refine", QMS_STMT_REFINE}};
-static constexpr QmsKeyWord kWordsS[] = {{"status", QMS_STMT_STATUS},
-                                         {"submodule", QMS_STMT_SUBMODULE}};
-static constexpr QmsKeyWord kWordsT[] = {
+constexpr QmsKeyWord kWordsC[] = {{"container", QMS_STMT_CONTAINER},
+                                  {"config", QMS_STMT_CONFIG},
+                                  {"case", QMS_STMT_CASE},
+                                  {"choice", QMS_STMT_CHOICE},
+                                  {"contact", QMS_STMT_CONTACT}};
+constexpr QmsKeyWord kWordsD[] = {{"description", QMS_STMT_DESCRIPTION},
+                                  {"default", QMS_STMT_DEFAULT},
+                                  {"deviate", QMS_STMT_DEVIATE},
+                                  {"deviation", QMS_STMT_DEVIATION}};
+constexpr QmsKeyWord kWordsE[] = {{"enum", QMS_STMT_ENUM},
+                                  {"extension", QMS_STMT_EXTENSION},
+                                  {"error-message", QMS_STMT_ERROR_MESSAGE},
+                                  {"error-app-tag", QMS_STMT_ERROR_APP_TAG}};
+constexpr QmsKeyWord kWordsF[] = {{"fraction-digits", QMS_STMT_FRACTION_DIGITS},
+                                  {"feature", QMS_STMT_FEATURE}};
+constexpr QmsKeyWord kWordsG[] = {{"grouping", QMS_STMT_GROUPING}};
+constexpr QmsKeyWord kWordsI[] = {{"import", QMS_STMT_IMPORT},
+                                  {"identity", QMS_STMT_IDENTITY},
+                                  {"input", QMS_STMT_INPUT},
+                                  {"include", QMS_STMT_INCLUDE},
+                                  {"if-feature", QMS_STMT_IF_FEATURE}};
+constexpr QmsKeyWord kWordsK[] = {{"key", QMS_STMT_KEY}};
+constexpr QmsKeyWord kWordsL[] = {{"leaf", QMS_STMT_LEAF},
+                                  {"length", QMS_STMT_LENGTH},
+                                  {"list", QMS_STMT_LIST},
+                                  {"leaf-list", QMS_STMT_LEAF_LIST}};
+constexpr QmsKeyWord kWordsM[] = {{"must", QMS_STMT_MUST},
+                                  {"mandatory", QMS_STMT_MANDATORY},
+                                  {"module", QMS_STMT_MODULE},
+                                  {"max-elements", QMS_STMT_MAX_ELEMENTS},
+                                  {"min-elements", QMS_STMT_MIN_ELEMENTS},
+                                  {"modifier", QMS_STMT_MODIFIER}};
+constexpr QmsKeyWord kWordsN[] = {{"namespace", QMS_STMT_NAMESPACE},
+                                  {"notification", QMS_STMT_NOTIFICATION}};
+constexpr QmsKeyWord kWordsO[] = {{"organization", QMS_STMT_ORGANIZATION},
+                                  {"ordered-by", QMS_STMT_ORDERED_BY},
+                                  {"output", QMS_STMT_OUTPUT}};
+constexpr QmsKeyWord kWordsP[] = {{"prefix", QMS_STMT_PREFIX},
+                                  {"path", QMS_STMT_PATH},
+                                  {"pattern", QMS_STMT_PATTERN},
+                                  {"presence", QMS_STMT_PRESENCE},
+                                  {"position", QMS_STMT_POSITION}};
+constexpr QmsKeyWord kWordsR[] = {{"range", QMS_STMT_RANGE},
+                                  {"reference", QMS_STMT_REFERENCE},
+                                  {"revision", QMS_STMT_REVISION},
+                                  {"rpc", QMS_STMT_RPC},
+                                  {"revision-date", QMS_STMT_REVISION_DATE},
+                                  {"require-instance", QMS_STMT_REQUIRE_INSTANCE},
+                                  {"refine", QMS_STMT_REFINE}};
+constexpr QmsKeyWord kWordsS[] = {{"status", QMS_STMT_STATUS}, {"submodule", QMS_STMT_SUBMODULE}};
+constexpr QmsKeyWord kWordsT[] = {
     {"text", QMS_STMT_TEXT}, {"type", QMS_STMT_TYPE}, {"typedef", QMS_STMT_TYPEDEF}};
-static constexpr QmsKeyWord kWordsU[] = {
+constexpr QmsKeyWord kWordsU[] = {
     {"units", QMS_STMT_UNITS}, {"unique", QMS_STMT_UNIQUE}, {"uses", QMS_STMT_USES}};
-static constexpr QmsKeyWord kWordsV[] = {{"value", QMS_STMT_VALUE}};
-static constexpr QmsKeyWord kWordsW[] = {{"when", QMS_STMT_WHEN}};
-static constexpr QmsKeyWord kWordsY[] = {{"yang-version", QMS_STMT_YANG_VERSION},
-                                         {"yin-element", QMS_STMT_YIN_ELEMENT}};
+constexpr QmsKeyWord kWordsV[] = {{"value", QMS_STMT_VALUE}};
+constexpr QmsKeyWord kWordsW[] = {{"when", QMS_STMT_WHEN}};
+constexpr QmsKeyWord kWordsY[] = {{"yang-version", QMS_STMT_YANG_VERSION},
+                                  {"yin-element", QMS_STMT_YIN_ELEMENT}};
 
 static consteval bool AgreesWithKeywordTable(const QmsKeyWord* words, size_t count) {
-  for (size_t i = 0; i < count; ++i)
+  for (size_t i = 0; i < count; ++i) {
     if (words[i].name[0] != words[0].name[0] ||
-        !SameText(words[i].name, g_qmsKeyWordTbl[words[i].id].name))
+        !SameText(words[i].name, g_qmsKeyWordTbl[words[i].id].name)) {
       return false;
+    }
+  }
   return true;
 }
 
@@ -205,8 +207,9 @@ static uint32_t FindWordOfLetter(const char* name) {
 // The characters before the second one chose the map and are known to agree.
 uint32_t QMS_LOADER_GetStmtFromStmtMap(const char* name, const QmsKeyWord* map, uint32_t mapCount) {
   if (name == nullptr || name[0] == '\0') return QMS_STMT_UNKNOWN;
-  for (uint32_t i = 0; i < mapCount; ++i)
+  for (uint32_t i = 0; i < mapCount; ++i) {
     if (RTK_StrCmp(name + 1, map[i].name + 1) == 0) return map[i].id;
+  }
   return QMS_STMT_UNKNOWN;
 }
 
@@ -274,14 +277,16 @@ uint32_t QMS_LOADER_GetStmtByKeywordStartWithY(const char* name) {
   return FindWordOfLetter<kWordsY>(name);
 }
 
+namespace {
 struct LetterRow {
   char letter;
   const QmsKeyWord* words;
   size_t wordCount;
   QmsKeywordLetterFunc find;  // NULL: no keyword begins with the letter
 };
+}  // namespace
 
-static constexpr LetterRow kLetters[] = {
+constexpr LetterRow kLetters[] = {
     {'a', kWordsA, std::size(kWordsA), QMS_LOADER_GetStmtByKeywordStartWithA},
     {'b', kWordsB, std::size(kWordsB), QMS_LOADER_GetStmtByKeywordStartWithB},
     {'c', kWordsC, std::size(kWordsC), QMS_LOADER_GetStmtByKeywordStartWithC},
@@ -321,8 +326,9 @@ static consteval bool LettersStandInOrder() {
 
 static consteval uint32_t TimesFound(uint32_t id) {
   uint32_t times = 0;
-  for (const LetterRow& row : kLetters)
+  for (const LetterRow& row : kLetters) {
     for (size_t i = 0; i < row.wordCount; ++i) times += row.words[i].id == id ? 1 : 0;
+  }
   return times;
 }
 

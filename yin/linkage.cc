@@ -34,10 +34,10 @@ class CurrentFileScope {
  public:
   CurrentFileScope(QmCtx* ctx, const char* path, char (&saved)[kQmCurYinFileSize])
       : ctx_(ctx), saved_(saved) {
-    memcpy(saved_, ctx->curYinFile, sizeof(saved));
+    std::memcpy(saved_, ctx->curYinFile, sizeof(saved));
     QM_CTX_SetCurYinFile(ctx, path);
   }
-  ~CurrentFileScope() { memcpy(ctx_->curYinFile, saved_, sizeof(ctx_->curYinFile)); }
+  ~CurrentFileScope() { std::memcpy(ctx_->curYinFile, saved_, sizeof(ctx_->curYinFile)); }
   CurrentFileScope(const CurrentFileScope&) = delete;
   CurrentFileScope& operator=(const CurrentFileScope&) = delete;
 
@@ -84,25 +84,20 @@ uint32_t QMS_LOADER_LoadSubModule(QmCtx* ctx, QmsModule* module, const char* sub
   return LoadSubModuleWith(ctx, module, subName, &none);
 }
 
-static const xmlNode* FindPrefixChild(const xmlNode* element) {
-  for (const xmlNode* child = element->children; child != nullptr; child = child->next)
-    if (child->type == XML_ELEMENT_NODE && RTK_StrCmp(XmlText(child->name), "prefix") == 0)
-      return child;
-  return nullptr;
-}
-
 static bool IsImported(const QmsModule* module, const char* name, const char* prefix) {
-  for (uint32_t i = 0; i < module->importCount; ++i)
+  for (uint32_t i = 0; i < module->importCount; ++i) {
     if (QM_UTL_IsNulStringEqual(module->imports[i].prefix, prefix) != 0 &&
-        QM_UTL_IsNulStringEqual(module->imports[i].moduleName, name) != 0)
+        QM_UTL_IsNulStringEqual(module->imports[i].moduleName, name) != 0) {
       return true;
+    }
+  }
   return false;
 }
 
 uint32_t QMS_LOADER_ParseImport(QmsModule* module, xmlNode* element) {
   const char* name = ReadArgument(module, element, QMS_STMT_IMPORT);
   if (name == nullptr) return QM_INVALID;
-  const xmlNode* prefixElem = FindPrefixChild(element);
+  const xmlNode* prefixElem = FirstChildElementNamed(element, "prefix");
   const char* prefix = nullptr;
   if (prefixElem != nullptr) {
     prefix = ReadArgument(module, prefixElem, QMS_STMT_PREFIX);
@@ -118,12 +113,14 @@ uint32_t QMS_LOADER_ParseImport(QmsModule* module, xmlNode* element) {
 uint32_t QMS_LOADER_ParseInclude(QmsModule* module, xmlNode* element, QmsLoadAssister* assister) {
   const char* name = ReadArgument(module, element, QMS_STMT_INCLUDE);
   if (name == nullptr) return QM_INVALID;
-  if (QMS_MOD_FindIncludeBySubName(module->includes, module->includeCount, name) != nullptr)
+  if (QMS_MOD_FindIncludeBySubName(module->includes, module->includeCount, name) != nullptr) {
     return QM_OK;
+  }
   uint32_t ret = QMS_MOD_AppendOneInclude(module, name);
   if (ret == QM_OK) ret = QMS_LOADER_LoadSubModule(module->ctx, module, name, assister);
-  if (ret != QM_OK)
+  if (ret != QM_OK) {
     QM_CTX_AddModError(module->ctx, module->name, "Failed to load submodule \"%s\".", name);
+  }
   return ret;
 }
 

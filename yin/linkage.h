@@ -15,13 +15,17 @@ QM_BEGIN_INTERNAL_DECLS
 uint32_t QMS_LOADER_LoadSubModule(QmCtx* ctx, QmsModule* module, const char* subName,
                                   QmsLoadAssister* assister);
 
-// The import and include statements among the marked children of `root`.
+// The import and include statements among the marked children of `root`. The code of the
+// first that fails, which is recorded.
 uint32_t QMS_LOADER_ParseLinkageStmts(QmsModule* module, xmlNode* root, QmsLoadAssister* assister);
 
-// Remembers an import. The imported module is not loaded here.
+// Remembers an import, each prefix of a module once. The imported module is not loaded
+// here. 22 without a module name, or for a prefix statement without argument; else the code
+// of appending it.
 uint32_t QMS_LOADER_ParseImport(QmsModule* module, xmlNode* element);
 
-// Loads a submodule unless it is included already.
+// Loads a submodule unless it is included already. 22 without its name; else the code of
+// loading it, which is recorded.
 uint32_t QMS_LOADER_ParseInclude(QmsModule* module, xmlNode* element, QmsLoadAssister* assister);
 
 QM_END_INTERNAL_DECLS

@@ -14,8 +14,9 @@
 #include "platform/string.h"
 
 static int32_t FindFirstUnloaded(const QmsLoadAssister* assister) {
-  for (uint32_t i = 0; i < assister->suffixCount; ++i)
+  for (uint32_t i = 0; i < assister->suffixCount; ++i) {
     if (assister->suffixes[i].loaded == 0) return static_cast<int32_t>(i);
+  }
   return kQmsNoSuffix;
 }
 
@@ -30,8 +31,9 @@ void ClearLoadAssister(QmsLoadAssister* assister) {
 }
 
 static bool IsSuffixKnown(const QmsLoadAssister* assister, const char* suffix) {
-  for (uint32_t i = 0; i < assister->suffixCount; ++i)
+  for (uint32_t i = 0; i < assister->suffixCount; ++i) {
     if (RTK_StrCmp(assister->suffixes[i].suffix, suffix) == 0) return true;
+  }
   return false;
 }
 
@@ -41,7 +43,7 @@ static uint32_t EnterSuffix(QmsLoadAssister* assister, const char* suffix, uint8
   const uint32_t ret = GrowByOne(&assister->suffixes, assister->suffixCount);
   if (ret != QM_OK) return ret;
   QmsLoadSuffix* entry = &assister->suffixes[assister->suffixCount];
-  memcpy(entry->suffix, suffix, length + 1);
+  std::memcpy(entry->suffix, suffix, length + 1);
   entry->loaded = loaded;
   ++assister->suffixCount;
   return QM_OK;

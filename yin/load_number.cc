@@ -16,10 +16,10 @@
 #include "context/memory.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/module.h"
 #include "yin/argument.h"
 #include "yin/load_restriction.h"
 #include "yin/load_type.h"
-#include "yin/module_access.h"
 
 namespace {
 
@@ -54,7 +54,7 @@ static uint32_t FillOneNumbered(QmsModule* module, xmlNode* element, Item* item,
                                 uint8_t* explicitMark, const char* numberTag) {
   const char* name = QM_XML_GetFirstPropertyValue(element);
   if (name == nullptr) return QM_INVALID;
-  if (!InternText(DictOfModule(module), &item->name, name)) return QM_NO_MEMORY;
+  if (!InternText(ModuleDict(module), &item->name, name)) return QM_NO_MEMORY;
   const xmlNode* number = FirstChildElementNamed(element, numberTag);
   if (number == nullptr) return QM_OK;
   const uint32_t ret = ReadNumber(number, item);
@@ -103,9 +103,8 @@ static uint32_t AssignValues(QmtConsEnum* body, const uint8_t* explicitMarks) {
   return QM_OK;
 }
 
-uint32_t FillBits(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+uint32_t FillBits(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
                   uint32_t itemCount) {
-  static_cast<void>(type);
   auto* body = static_cast<QmtConsBit*>(entry->body);
   QmHeld<uint8_t> marks(static_cast<uint8_t*>(AllocZeroed(itemCount)));
   if (!marks) return QM_NO_MEMORY;
@@ -116,16 +115,15 @@ uint32_t FillBits(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstr
   return AssignPositions(body, marks.Get());
 }
 
-uint32_t FillEnums(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+uint32_t FillEnums(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
                    uint32_t itemCount) {
-  static_cast<void>(type);
   auto* body = static_cast<QmtConsEnum*>(entry->body);
   QmHeld<uint8_t> marks(static_cast<uint8_t*>(AllocZeroed(itemCount)));
   if (!marks) return QM_NO_MEMORY;
   QmtSegFiller filler = {static_cast<uint16_t>(itemCount), sizeof(QmtEnum), QMT_MARK_ENUM,
                          FillOneEnum, marks.Get()};
   uint32_t ret = QMT_LOADER_FillTypeConstraintSeg(module, typeElem, &filler, body->items);
-  if (ret == QM_OK && (ContextOfModule(module)->loadFlags & QM_LOAD_DESCRIPTIONS) != 0) {
+  if (ret == QM_OK && (module->ctx->loadFlags & QM_LOAD_DESCRIPTIONS) != 0) {
     ret = QM_LOADER_FillDescWithAllEnum(module, typeElem, body);
   }
   if (ret != QM_OK) return ret;
@@ -172,7 +170,7 @@ uint32_t QM_LOADER_FillDescWithAllEnum(QmsModule* module, xmlNode* typeElem, Qmt
   if (body->descriptions == nullptr) return QM_NO_MEMORY;
   if (FillDescriptions(module, typeElem, body) == QM_OK) return QM_OK;
   for (uint32_t i = 0; i < body->count; ++i) {
-    ReleaseText(DictOfModule(module), &body->descriptions[i]);
+    ReleaseText(ModuleDict(module), &body->descriptions[i]);
   }
   return QM_NO_MEMORY;
 }

@@ -24,8 +24,8 @@ constexpr uint32_t kMaxDecimalChars = 31;
 }  // namespace
 
 static uint32_t ScanMinMax(QmtRangeParseState* state, QmtGenericSeg* seg, const char** pos) {
-  const bool isMin = std::strncmp(*pos, "min", 3) == 0;
-  if (!isMin && std::strncmp(*pos, "max", 3) != 0) return QM_INVALID;
+  const bool isMin = RTK_StrNCmp(*pos, "min", 3) == 0;
+  if (!isMin && RTK_StrNCmp(*pos, "max", 3) != 0) return QM_INVALID;
   if (state->atEnd != 0) {
     seg->segFlags |= isMin ? QMT_SEG_END_MIN : QMT_SEG_END_MAX;
   } else {

@@ -11,12 +11,10 @@
 #include <cstring>
 
 #include <qmodel/error.h>
-#include <qmodel/schema.h>
 
 #include "context/array.h"
 #include "context/dict.h"
 #include "context/guard.h"
-#include "context/load_error.h"
 #include "context/memory.h"
 #include "context/path_scan.h"
 #include "context/string.h"
@@ -28,7 +26,8 @@
 #include "yin/argument.h"
 #include "yin/load_range.h"
 #include "yin/load_type.h"
-#include "yin/module_access.h"
+
+constexpr unsigned long kMaxFractionDigits = 18;
 
 uint32_t QMT_LOADER_FillTypeConstraintSeg(QmsModule* module, xmlNode* typeElem,
                                           QmtSegFiller* filler, void* items) {
@@ -45,6 +44,13 @@ uint32_t QMT_LOADER_FillTypeConstraintSeg(QmsModule* module, xmlNode* typeElem,
   return QM_OK;
 }
 
+template <typename Item>
+static uint32_t FillItems(QmsModule* module, xmlNode* typeElem, uint32_t mark,
+                          QmtFillOneFunc fillOne, Item* items, uint32_t count) {
+  QmtSegFiller filler = {static_cast<uint16_t>(count), sizeof(Item), mark, fillOne, nullptr};
+  return QMT_LOADER_FillTypeConstraintSeg(module, typeElem, &filler, items);
+}
+
 uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** moduleName,
                            const char** name) {
   char prefix[kQmsNameSize] = "";
@@ -52,10 +58,10 @@ uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** mod
   if (QM_UTL_GetXPathNextPrefixAndNode(text, prefix, kQmsNameSize, local, kQmsNameSize) != QM_OK) {
     return QM_INVALID;
   }
-  const char* owner = prefix[0] == '\0' ? QM_MOD_GetModuleName(module)
-                                        : QMS_MOD_GetModuleNameByPrefix(module, prefix);
+  const char* owner =
+      prefix[0] == '\0' ? module->name : QMS_MOD_GetModuleNameByPrefix(module, prefix);
   if (owner == nullptr) return QM_INVALID;
-  QmDict* dict = DictOfModule(module);
+  QmDict* dict = ModuleDict(module);
   if (!InternText(dict, moduleName, owner) || !InternText(dict, name, local)) return QM_NO_MEMORY;
   return QM_OK;
 }
@@ -64,29 +70,21 @@ uint32_t InternPart(QmsModule* module, const char* text, size_t length, const ch
   QmHeld<char> part(static_cast<char*>(AllocZeroed(length + 1)));
   if (!part) return QM_NO_MEMORY;
   std::memcpy(part.Get(), text, length);
-  return InternText(DictOfModule(module), field, part.Get()) ? QM_OK : QM_NO_MEMORY;
+  return InternText(ModuleDict(module), field, part.Get()) ? QM_OK : QM_NO_MEMORY;
 }
 
 static uint32_t FillOneBase(QmsModule* module, xmlNode* element, void* item,
-                            uint8_t* explicitMark) {
-  static_cast<void>(explicitMark);
+                            uint8_t* /*explicitMark*/) {
   auto* base = static_cast<QmtIdentRef*>(item);
-  const char* argument = QM_XML_GetFirstPropertyValue(element);
-  if (argument == nullptr) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "Failed to get value of statement \"%s\".", "base");
-    return QM_INVALID;
-  }
+  const char* argument = ReadArgument(module, element, QMS_STMT_BASE);
+  if (argument == nullptr) return QM_INVALID;
   return FillQualifiedName(module, argument, &base->moduleName, &base->identityName);
 }
 
-uint32_t FillBases(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+uint32_t FillBases(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
                    uint32_t itemCount) {
-  static_cast<void>(type);
-  QmtSegFiller filler = {static_cast<uint16_t>(itemCount), sizeof(QmtIdentRef), QMT_MARK_BASE,
-                         FillOneBase, nullptr};
-  return QMT_LOADER_FillTypeConstraintSeg(module, typeElem, &filler,
-                                          static_cast<QmtConsBase*>(entry->body)->items);
+  return FillItems(module, typeElem, QMT_MARK_BASE, FillOneBase,
+                   static_cast<QmtConsBase*>(entry->body)->items, itemCount);
 }
 
 // Patterns match whole values anyway, so "^" and "$" around one are dropped; the
@@ -99,8 +97,7 @@ static uint32_t InternPattern(QmsModule* module, const char* argument, const cha
 }
 
 static uint32_t FillOnePattern(QmsModule* module, xmlNode* element, void* item,
-                               uint8_t* explicitMark) {
-  static_cast<void>(explicitMark);
+                               uint8_t* /*explicitMark*/) {
   auto* pattern = static_cast<QmtPattern*>(item);
   const char* argument = QM_XML_GetFirstPropertyValue(element);
   if (argument == nullptr) return QM_INVALID;
@@ -109,41 +106,26 @@ static uint32_t FillOnePattern(QmsModule* module, xmlNode* element, void* item,
   return InternPattern(module, argument, &pattern->pattern);
 }
 
-uint32_t FillPatterns(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+uint32_t FillPatterns(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
                       uint32_t itemCount) {
-  static_cast<void>(type);
-  QmtSegFiller filler = {static_cast<uint16_t>(itemCount), sizeof(QmtPattern), QMT_MARK_PATTERN,
-                         FillOnePattern, nullptr};
-  return QMT_LOADER_FillTypeConstraintSeg(module, typeElem, &filler,
-                                          static_cast<QmtConsPattern*>(entry->body)->items);
+  return FillItems(module, typeElem, QMT_MARK_PATTERN, FillOnePattern,
+                   static_cast<QmtConsPattern*>(entry->body)->items, itemCount);
 }
 
 static uint32_t FillOneMember(QmsModule* module, xmlNode* element, void* item,
-                              uint8_t* explicitMark) {
-  static_cast<void>(explicitMark);
+                              uint8_t* /*explicitMark*/) {
   return QMT_LOADER_ParseTypeStmt(module, element, QMS_STMT_TYPE, item);
 }
 
 // Recurses as deep as the document nests its types, which the XML parser bounds.
-uint32_t FillUnion(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+uint32_t FillUnion(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
                    uint32_t itemCount) {
-  static_cast<void>(type);
-  QmtSegFiller filler = {static_cast<uint16_t>(itemCount), sizeof(QmtType), QMT_MARK_UNION,
-                         FillOneMember, nullptr};
-  return QMT_LOADER_FillTypeConstraintSeg(module, typeElem, &filler,
-                                          static_cast<QmtConsUnion*>(entry->body)->members);
+  return FillItems(module, typeElem, QMT_MARK_UNION, FillOneMember,
+                   static_cast<QmtConsUnion*>(entry->body)->members, itemCount);
 }
 
-namespace {
-
-constexpr unsigned long kMaxFractionDigits = 18;
-
-}  // namespace
-
-uint32_t FillDerived(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                     uint32_t itemCount) {
-  static_cast<void>(type);
-  static_cast<void>(itemCount);
+uint32_t FillDerived(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
+                     uint32_t /*itemCount*/) {
   auto* body = static_cast<QmtConsDerived*>(entry->body);
   const char* name = QM_XML_GetFirstPropertyValue(typeElem);
   if (name == nullptr) return QM_INVALID;
@@ -157,11 +139,8 @@ static const char* FirstMarkedArgument(const xmlNode* typeElem, uint32_t mark) {
 }
 
 // Deliberate: leading blanks and what follows the digits are passed over.
-uint32_t FillFraction(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                      uint32_t itemCount) {
-  static_cast<void>(module);
-  static_cast<void>(type);
-  static_cast<void>(itemCount);
+uint32_t FillFraction(QmsModule* /*module*/, xmlNode* typeElem, QmtType* /*type*/,
+                      QmtConstraint* entry, uint32_t /*itemCount*/) {
   const char* argument = FirstMarkedArgument(typeElem, QMT_MARK_FRACTION);
   if (argument == nullptr) return QM_INVALID;
   const unsigned long digits = std::strtoul(argument, nullptr, 10);
@@ -192,10 +171,8 @@ static uint32_t FillSegments(QmtType* type, QmtSegList* list, const char* expr,
   return QM_OK;
 }
 
-uint32_t FillLength(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                    uint32_t itemCount) {
-  static_cast<void>(module);
-  static_cast<void>(itemCount);
+uint32_t FillLength(QmsModule* /*module*/, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+                    uint32_t /*itemCount*/) {
   const char* argument = FirstMarkedArgument(typeElem, QMT_MARK_LENGTH);
   if (argument == nullptr) return QM_INVALID;
   const bool minMaxOfBase =
@@ -205,10 +182,8 @@ uint32_t FillLength(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtCons
   return FillSegments(type, static_cast<QmtSegList*>(entry->body), argument, &layout);
 }
 
-uint32_t FillRange(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                   uint32_t itemCount) {
-  static_cast<void>(module);
-  static_cast<void>(itemCount);
+uint32_t FillRange(QmsModule* /*module*/, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
+                   uint32_t /*itemCount*/) {
   const char* argument = FirstMarkedArgument(typeElem, QMT_MARK_RANGE);
   if (argument == nullptr) return QM_INVALID;
   const QmtRangeLayout layout = RangeLayoutOf(type->baseType);
@@ -226,10 +201,8 @@ static uint32_t ReadRequireInstance(const xmlNode* typeElem) {
   return 1;
 }
 
-uint32_t FillPath(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstraint* entry,
-                  uint32_t itemCount) {
-  static_cast<void>(type);
-  static_cast<void>(itemCount);
+uint32_t FillPath(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtConstraint* entry,
+                  uint32_t /*itemCount*/) {
   auto* body = static_cast<QmtConsPath*>(entry->body);
   const char* argument = FirstMarkedArgument(typeElem, QMT_MARK_PATH);
   if (argument == nullptr || body->path != nullptr) return QM_INVALID;
@@ -237,5 +210,5 @@ uint32_t FillPath(QmsModule* module, xmlNode* typeElem, QmtType* type, QmtConstr
   body->requireInstance = ReadRequireInstance(typeElem);
   QmHeld<char> path(QM_XPATH_TransformToJsonFormat(module, argument));
   if (!path) return QM_INVALID;
-  return InternText(DictOfModule(module), &body->path, path.Get()) ? QM_OK : QM_NO_MEMORY;
+  return InternText(ModuleDict(module), &body->path, path.Get()) ? QM_OK : QM_NO_MEMORY;
 }

@@ -9,7 +9,6 @@
 #include <iterator>
 
 #include <qmodel/error.h>
-#include <qmodel/schema.h>
 
 #include "context/array.h"
 #include "context/dict.h"
@@ -17,12 +16,13 @@
 #include "context/table.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/module.h"
 #include "types/constraint.h"
 #include "types/type.h"
+#include "yin/argument.h"
 #include "yin/dispatch.h"
 #include "yin/load_number.h"
 #include "yin/load_restriction.h"
-#include "yin/module_access.h"
 #include "yin/prefix_rewrite.h"
 
 namespace {
@@ -128,7 +128,7 @@ uint32_t QMT_LOADER_CreateConsDataInLastConstraint(QmsModule* module, QmtType* t
   const QmtConsCreateFunc create = QMT_CONS_GetConsDataCreateBodyFunc(kind);
   QmtConstraint* entry = &type->cons[type->consCount];
   if (create == nullptr || entry->body != nullptr) return QM_INVALID;
-  entry->body = create(itemCount, ContextOfModule(module)->loadFlags);
+  entry->body = create(itemCount, module->ctx->loadFlags);
   if (entry->body == nullptr) return QM_NO_MEMORY;
   entry->kind = kind;
   ++type->consCount;
@@ -167,7 +167,7 @@ static uint32_t PrepareRecord(QmsModule* module, QmtType* type, uint32_t baseTyp
                               const QmtTypeCounters* counters) {
   type->baseType = baseType;
   if (counters->distinct != 0) return QMT_TYPE_ExpandConstraintArray(type, counters->distinct);
-  QMT_TYPE_DestroyTypeConstraintArray(DictOfModule(module), type);
+  QMT_TYPE_DestroyTypeConstraintArray(ModuleDict(module), type);
   type->rangeFlags = 0;
   return QM_OK;
 }
@@ -190,20 +190,18 @@ static uint32_t LoadType(QmsModule* module, xmlNode* element, const char* name, 
   if (ret != QM_OK || counters.distinct == 0) return ret;
   ret = QMT_LOADER_FillAllTypeConstraint(module, element, type, &counters);
   if (ret != QM_OK) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "Failed to parse value \"%s\" of statement \"%s\".", name, "type");
+    RecordBadValue(module, name, QMS_STMT_TYPE);
   }
   return ret;
 }
 
-uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
                                   void* dest) {
-  static_cast<void>(parentStmt);
   if (dest == nullptr) return QM_INVALID;
   const char* name = QM_XML_GetFirstPropertyValue(element);
   if (name != nullptr) return LoadType(module, element, name, static_cast<QmtType*>(dest));
-  QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                     "Failed to get value of statement \"%s\".", "typeName");
+  QM_CTX_AddModError(module->ctx, module->name, "Failed to get value of statement \"%s\".",
+                     "typeName");
   return QM_INVALID;
 }
 
@@ -211,39 +209,31 @@ uint32_t QMT_LOADER_ParseTypeStmt(QmsModule* module, xmlNode* element, uint32_t 
 // Its base need not exist yet; nothing is resolved while parsing.
 static uint32_t ParseTypedefBody(QmsModule* module, xmlNode* element, QmsTypedef* td,
                                  const char* name) {
-  QmsSubStmtDesc table[] = {
-      {QMS_STMT_TYPE, &td->type, nullptr, nullptr, 0, 0},
-      {QMS_STMT_DEFAULT, &td->defaultValue, nullptr, nullptr, 0, 0},
-      {QMS_STMT_UNITS, &td->units, nullptr, nullptr, 0, 0},
-  };
-  const uint32_t ret = QMS_LOADER_ParseSubStatements(module, element, QMS_STMT_TYPEDEF, table,
-                                                     static_cast<uint32_t>(std::size(table)));
+  QmsSubStmtDesc table[] = {SingleSubStmt(QMS_STMT_TYPE, &td->type),
+                            SingleSubStmt(QMS_STMT_DEFAULT, &td->defaultValue),
+                            SingleSubStmt(QMS_STMT_UNITS, &td->units)};
+  const uint32_t ret =
+      QMS_LOADER_ParseSubStatements(module, element, QMS_STMT_TYPEDEF, table, std::size(table));
   if (ret != QM_OK) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "Failed to parse value \"%s\" of statement \"%s\".", name, "typedef");
+    RecordBadValue(module, name, QMS_STMT_TYPEDEF);
     return ret;
   }
   if (QMT_TYPE_IsInvalidType(&td->type) != 0) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "typedef \"%s\" must define with type statement.", name);
+    QM_CTX_AddModError(module->ctx, module->name, "typedef \"%s\" must define with type statement.",
+                       name);
     return QM_INVALID;
   }
   return QMS_LOADER_RefreshTypeDefDefaultValue(module, td);
 }
 
-uint32_t QMT_LOADER_ParseTypeDefStmt(QmsModule* module, xmlNode* element, uint32_t parentStmt,
+uint32_t QMT_LOADER_ParseTypeDefStmt(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
                                      void* dest) {
-  static_cast<void>(parentStmt);
   auto* td = static_cast<QmsTypedef*>(dest);
   if (td == nullptr) return QM_INVALID;
-  const char* name = QM_XML_GetFirstPropertyValue(element);
-  if (name == nullptr) {
-    QM_CTX_AddModError(ContextOfModule(module), QM_MOD_GetModuleName(module),
-                       "Failed to get value of statement \"%s\".", "typedef");
-    return QM_INVALID;
-  }
-  if (!InternText(DictOfModule(module), &td->name, name)) return QM_NO_MEMORY;
+  const char* name = ReadArgument(module, element, QMS_STMT_TYPEDEF);
+  if (name == nullptr) return QM_INVALID;
+  if (!InternText(ModuleDict(module), &td->name, name)) return QM_NO_MEMORY;
   const uint32_t ret = ParseTypedefBody(module, element, td, name);
-  if (ret != QM_OK) QMS_TYPE_DestroyTypDefInner(DictOfModule(module), td);
+  if (ret != QM_OK) QMS_TYPE_DestroyTypDefInner(ModuleDict(module), td);
   return ret;
 }

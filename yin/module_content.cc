@@ -44,12 +44,14 @@ uint32_t QMS_LOADER_ParseNamespace(QmsModule* module, xmlNode* element) {
   return InternArgument(module, element, QMS_STMT_NAMESPACE, &module->ns, nullptr);
 }
 
-uint32_t QMS_LOADER_ParsePrefix(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParsePrefix(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                void* dest) {
   return InternArgument(module, element, QMS_STMT_PREFIX, static_cast<const char**>(dest), nullptr);
 }
 
 // Modules list the newest revision first; the older ones are not kept.
-uint32_t QMS_LOADER_ParseRevision(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseRevision(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                  void* dest) {
   auto** revision = static_cast<const char**>(dest);
   if (*revision != nullptr) return QM_OK;
   return InternArgument(module, element, QMS_STMT_REVISION, revision, nullptr);
@@ -59,14 +61,16 @@ static uint32_t ParseOwnPrefix(QmsModule* module, xmlNode* element) {
   return QMS_LOADER_ParsePrefix(module, element, QMS_STMT_MODULE, &module->prefix);
 }
 
+namespace {
 struct HeadStmtRow {
   QmsStmt stmt;
   uint32_t (*parse)(QmsModule* module, xmlNode* element);
 };
+}  // namespace
 
-static constexpr HeadStmtRow kHeadStmts[] = {{QMS_STMT_YANG_VERSION, QMS_LOADER_ParseYangVersion},
-                                             {QMS_STMT_NAMESPACE, QMS_LOADER_ParseNamespace},
-                                             {QMS_STMT_PREFIX, ParseOwnPrefix}};
+constexpr HeadStmtRow kHeadStmts[] = {{QMS_STMT_YANG_VERSION, QMS_LOADER_ParseYangVersion},
+                                      {QMS_STMT_NAMESPACE, QMS_LOADER_ParseNamespace},
+                                      {QMS_STMT_PREFIX, ParseOwnPrefix}};
 
 static uint32_t ParseHeadStmt(QmsModule* module, xmlNode* child) {
   for (const HeadStmtRow& row : kHeadStmts) {
@@ -87,12 +91,14 @@ uint32_t QMS_LOADER_ParseModuleHeadStmts(QmsModule* module, xmlNode* root) {
   return QM_OK;
 }
 
+namespace {
 struct BodyCounterRow {
   QmsStmt stmt;
   uint16_t QmsBodyStmtCounter::*counter;
 };
+}  // namespace
 
-static constexpr BodyCounterRow kBodyCounters[] = {
+constexpr BodyCounterRow kBodyCounters[] = {
     {QMS_STMT_EXTENSION, &QmsBodyStmtCounter::extensions},
     {QMS_STMT_FEATURE, &QmsBodyStmtCounter::features},
     {QMS_STMT_IDENTITY, &QmsBodyStmtCounter::identities},
@@ -141,24 +147,29 @@ static uint32_t ExpandTypedefs(QmsModule* module, uint16_t* count) {
 uint32_t QMS_LOADER_CounterAndExpandBodyStmtArray(QmsModule* module, xmlNode* root,
                                                   QmsBodyStmtCounter* counter) {
   uint32_t ret = CountBodyStmts(module, root, counter);
-  if (ret == QM_OK)
+  if (ret == QM_OK) {
     ret = ExpandBodyArray(&module->extensions, module->extensionCount, &counter->extensions);
-  if (ret == QM_OK)
+  }
+  if (ret == QM_OK) {
     ret = ExpandBodyArray(&module->features, module->featureCount, &counter->features);
-  if (ret == QM_OK)
+  }
+  if (ret == QM_OK) {
     ret = ExpandBodyArray(&module->identities, module->identityCount, &counter->identities);
+  }
   if (ret == QM_OK) ret = ExpandTypedefs(module, &counter->typedefs);
-  if (ret == QM_OK)
+  if (ret == QM_OK) {
     ret = ExpandBodyArray(&module->deviations, module->deviationCount, &counter->deviations);
-  if (ret == QM_OK)
+  }
+  if (ret == QM_OK) {
     ret = ExpandBodyArray(&module->extInsts, module->extInstCount, &counter->extInsts);
+  }
   return ret;
 }
 
 // A module accepts all rows; a submodule all but the first and the last, since
 // the revision and the organization are those of the module.
-static constexpr uint32_t kModuleBodyRows = 19;
-static constexpr uint32_t kSubmoduleBodyRows = kModuleBodyRows - 2;
+constexpr uint32_t kModuleBodyRows = 19;
+constexpr uint32_t kSubmoduleBodyRows = kModuleBodyRows - 2;
 
 static uint32_t ParseBody(QmsModule* module, xmlNode* root, uint32_t ownStmt,
                           QmsBodyStmtCounter* total) {

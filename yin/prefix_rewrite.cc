@@ -19,12 +19,11 @@
 #include "types/type.h"
 #include "yin/argument.h"
 
-// A condition is rebuilt token by token with the text between tokens kept, so that all
-// but its literals stays as it was written. Room for the NUL is kept at all times.
+// Room for the NUL is kept at all times.
 static uint32_t AppendText(const char* text, size_t length, char* out, uint32_t outSize,
                            uint32_t* used) {
   if (length >= size_t{outSize} - *used) return QM_INVALID;
-  memcpy(out + *used, text, length);
+  std::memcpy(out + *used, text, length);
   *used += static_cast<uint32_t>(length);
   out[*used] = '\0';
   return QM_OK;
@@ -50,11 +49,13 @@ uint32_t QMS_LOADER_AddModuleNameIntoCondition(QmsModule* module, const char* to
 
 static uint32_t AppendToken(QmsModule* module, const char* token, uint32_t kind, uint32_t length,
                             char* out, uint32_t outSize, uint32_t* used) {
-  if (kind == QM_XPATH_TOKEN_LITERAL && QM_UTL_Strnchr(token, ':', length) != nullptr)
+  if (kind == QM_XPATH_TOKEN_LITERAL && QM_UTL_Strnchr(token, ':', length) != nullptr) {
     return QMS_LOADER_AddModuleNameIntoCondition(module, token, length, out, outSize, used);
+  }
   return AppendText(token, length, out, outSize, used);
 }
 
+// The text between tokens is kept, so that all but the literals stays as it was written.
 uint32_t QMS_LOADER_CopyTokenIntoOutCondition(QmsModule* module, const char* text, char* out,
                                               uint32_t outSize) {
   const QmOwn<QM_XPATH_FreeXpathLex> expr(QM_XPATH_ExprTokenize(text));

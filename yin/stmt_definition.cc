@@ -15,7 +15,8 @@
 #include "yin/dispatch.h"
 
 // The feature statement (RFC 7950 section 7.20.1).
-uint32_t QMS_LOADER_ParseFeature(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseFeature(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                 void* dest) {
   auto* feature = static_cast<QmsFeature*>(dest);
   const char* name = nullptr;
   uint32_t ret = InternArgument(module, element, QMS_STMT_FEATURE, &feature->name, &name);
@@ -32,7 +33,8 @@ uint32_t QMS_LOADER_ParseFeature(QmsModule* module, xmlNode* element, uint32_t, 
 
 // The identity statement and its bases (RFC 7950 section 7.18). A base is kept as the
 // name of its module and of the identity; the record it names need not be loaded yet.
-uint32_t QMS_LOADER_ParseIdentity(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseIdentity(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                  void* dest) {
   auto* identity = static_cast<QmsIdentity*>(dest);
   const char* name = nullptr;
   uint32_t ret = InternArgument(module, element, QMS_STMT_IDENTITY, &identity->name, &name);
@@ -51,7 +53,8 @@ uint32_t QMS_LOADER_ParseIdentity(QmsModule* module, xmlNode* element, uint32_t,
   return ret;
 }
 
-uint32_t QMS_LOADER_ParseIdentBase(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseIdentBase(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                   void* dest) {
   const char* text = ReadArgument(module, element, QMS_STMT_BASE);
   if (text == nullptr) return QM_INVALID;
   QmsReference base;
@@ -64,7 +67,8 @@ uint32_t QMS_LOADER_ParseIdentBase(QmsModule* module, xmlNode* element, uint32_t
 }
 
 // The extension statement with argument and yin-element (RFC 7950 section 7.19).
-uint32_t QMS_LOADER_ParseExtension(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseExtension(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                   void* dest) {
   auto* extension = static_cast<QmsExtension*>(dest);
   const char* name = nullptr;
   uint32_t ret = InternArgument(module, element, QMS_STMT_EXTENSION, &extension->name, &name);
@@ -77,7 +81,8 @@ uint32_t QMS_LOADER_ParseExtension(QmsModule* module, xmlNode* element, uint32_t
   return ret;
 }
 
-uint32_t QMS_LOADER_ParseArgument(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseArgument(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                  void* dest) {
   auto* extension = static_cast<QmsExtension*>(dest);
   const char* name = nullptr;
   uint32_t ret = InternArgument(module, element, QMS_STMT_ARGUMENT, &extension->argument, &name);
@@ -88,7 +93,8 @@ uint32_t QMS_LOADER_ParseArgument(QmsModule* module, xmlNode* element, uint32_t,
   return ret;
 }
 
-uint32_t QMS_LOADER_ParseYinElement(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseYinElement(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                    void* dest) {
   const char* value = ReadArgument(module, element, QMS_STMT_YIN_ELEMENT);
   if (value == nullptr) return QM_INVALID;
   const bool isTrue = RTK_StrCmp(value, "true") == 0;

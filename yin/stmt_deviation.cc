@@ -18,12 +18,14 @@
 #include "yin/dispatch.h"
 #include "yin/keyword.h"
 
+namespace {
 struct DeviateKindRow {
   const char* word;
   QmsDeviateKindParseFunc parse;  // NULL: the kind has no body
 };
+}  // namespace
 
-static constexpr DeviateKindRow kDeviateKinds[] = {
+constexpr DeviateKindRow kDeviateKinds[] = {
     {nullptr, nullptr},
     {"add", QMS_LOADER_ParseDeviateAdd},
     {"delete", QMS_LOADER_ParseDeviateDelete},
@@ -34,8 +36,9 @@ static_assert(std::size(kDeviateKinds) == QMS_DEVIATE_REPLACE + 1, "the index is
 
 uint32_t QMS_LOADER_GetDeviateType(const char* value) {
   if (value == nullptr) return QMS_DEVIATE_NONE;
-  for (uint32_t kind = QMS_DEVIATE_ADD; kind < std::size(kDeviateKinds); ++kind)
+  for (uint32_t kind = QMS_DEVIATE_ADD; kind < std::size(kDeviateKinds); ++kind) {
     if (RTK_StrCmp(kDeviateKinds[kind].word, value) == 0) return kind;
+  }
   return QMS_DEVIATE_NONE;
 }
 
@@ -68,8 +71,9 @@ uint32_t QMS_LOADER_ParseDeviateDelete(QmsModule* module, xmlNode* element, QmsD
 }
 
 static bool HasTypeChild(const xmlNode* element) {
-  for (const xmlNode* child = element->children; child != nullptr; child = child->next)
+  for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
     if (QMS_LOADER_GetXmlNodeYangStmt(child) == QMS_STMT_TYPE) return true;
+  }
   return false;
 }
 
@@ -91,7 +95,8 @@ uint32_t QMS_LOADER_ParseDeviateReplace(QmsModule* module, xmlNode* element, Qms
 }
 
 // Deliberate: a missing or unknown kind gives -1, which is no errno value.
-uint32_t QMS_LOADER_ParseDeviate(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseDeviate(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                 void* dest) {
   auto* deviate = static_cast<QmsDeviate*>(dest);
   const char* value = ReadArgument(module, element, QMS_STMT_DEVIATE);
   if (value == nullptr) return QM_MINUS_ONE;
@@ -127,7 +132,8 @@ static uint32_t ParseDeviates(QmsModule* module, xmlNode* element, QmsDeviation*
   return QMS_LOADER_ParseSubStatements(module, element, QMS_STMT_DEVIATION, table, 1);
 }
 
-uint32_t QMS_LOADER_ParseDeviation(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseDeviation(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                   void* dest) {
   auto* deviation = static_cast<QmsDeviation*>(dest);
   const char* target = ReadAbsolutePath(module, element, QMS_STMT_DEVIATION);
   if (target == nullptr) return QM_INVALID;

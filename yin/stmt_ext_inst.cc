@@ -62,8 +62,9 @@ static uint32_t ParseIntoNode(QmsModule* module, xmlNode* element, const char* e
     QMS_NODE_SetNacmFlag(node, extModule, XmlText(element->name));
     return QM_OK;
   }
-  while (node->extInstCount > 0)
+  while (node->extInstCount > 0) {
     QMS_EXT_ClearExtInst(ModuleDict(module), &node->extInsts[--node->extInstCount]);
+  }
   return ret;
 }
 

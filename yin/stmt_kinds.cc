@@ -10,34 +10,36 @@
 #include "context/load_error.h"
 #include "schema/flags.h"
 #include "schema/module.h"
+#include "schema/node.h"
 #include "schema/node_value.h"
 #include "types/type.h"
 #include "yin/augment_condition.h"
+#include "yin/keyword.h"
 #include "yin/prefix_rewrite.h"
 #include "yin/stmt_node.h"
 
 // Container, anydata and anyxml: the data nodes that only hold or stand for other data
 // (RFC 7950 sections 7.5, 7.10 and 7.11).
-static constexpr QmsStmt kContainerSubStmts[] = {QMS_STMT_WHEN,
-                                                 QMS_STMT_IF_FEATURE,
-                                                 QMS_STMT_MUST,
-                                                 QMS_STMT_PRESENCE,
-                                                 QMS_STMT_CONFIG,
-                                                 QMS_STMT_STATUS,
-                                                 QMS_STMT_DESCRIPTION,
-                                                 QMS_STMT_CONTAINER,
-                                                 QMS_STMT_LEAF,
-                                                 QMS_STMT_LEAF_LIST,
-                                                 QMS_STMT_LIST,
-                                                 QMS_STMT_CHOICE,
-                                                 QMS_STMT_ANYDATA,
-                                                 QMS_STMT_ANYXML,
-                                                 QMS_STMT_ACTION,
-                                                 QMS_STMT_NOTIFICATION,
-                                                 QMS_STMT_EXTENSION_INSTANCE};
+constexpr QmsStmt kContainerSubStmts[] = {QMS_STMT_WHEN,
+                                          QMS_STMT_IF_FEATURE,
+                                          QMS_STMT_MUST,
+                                          QMS_STMT_PRESENCE,
+                                          QMS_STMT_CONFIG,
+                                          QMS_STMT_STATUS,
+                                          QMS_STMT_DESCRIPTION,
+                                          QMS_STMT_CONTAINER,
+                                          QMS_STMT_LEAF,
+                                          QMS_STMT_LEAF_LIST,
+                                          QMS_STMT_LIST,
+                                          QMS_STMT_CHOICE,
+                                          QMS_STMT_ANYDATA,
+                                          QMS_STMT_ANYXML,
+                                          QMS_STMT_ACTION,
+                                          QMS_STMT_NOTIFICATION,
+                                          QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kContainerSubStmts) == 17);
 
-static constexpr QmsStmt kAnydataSubStmts[] = {
+constexpr QmsStmt kAnydataSubStmts[] = {
     QMS_STMT_WHEN,      QMS_STMT_IF_FEATURE, QMS_STMT_MUST,        QMS_STMT_CONFIG,
     QMS_STMT_MANDATORY, QMS_STMT_STATUS,     QMS_STMT_DESCRIPTION, QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kAnydataSubStmts) == 8);
@@ -69,61 +71,52 @@ uint32_t QMS_LOADER_ParseAnyxml(QmsModule* module, xmlNode* element, uint32_t pa
 // Leaf and leaf-list (RFC 7950 sections 7.6 and 7.7): the nodes with a type, without
 // which they are refused, and with defaults, which are brought into their stored form
 // as soon as the type is known.
-static constexpr QmsStmt kLeafSubStmts[] = {QMS_STMT_WHEN,
-                                            QMS_STMT_IF_FEATURE,
-                                            QMS_STMT_MUST,
-                                            QMS_STMT_TYPE,
-                                            QMS_STMT_UNITS,
-                                            QMS_STMT_DEFAULT,
-                                            QMS_STMT_CONFIG,
-                                            QMS_STMT_MANDATORY,
-                                            QMS_STMT_STATUS,
-                                            QMS_STMT_DESCRIPTION,
-                                            QMS_STMT_EXTENSION_INSTANCE};
+constexpr QmsStmt kLeafSubStmts[] = {QMS_STMT_WHEN,
+                                     QMS_STMT_IF_FEATURE,
+                                     QMS_STMT_MUST,
+                                     QMS_STMT_TYPE,
+                                     QMS_STMT_UNITS,
+                                     QMS_STMT_DEFAULT,
+                                     QMS_STMT_CONFIG,
+                                     QMS_STMT_MANDATORY,
+                                     QMS_STMT_STATUS,
+                                     QMS_STMT_DESCRIPTION,
+                                     QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kLeafSubStmts) == 11);
 
-static constexpr QmsStmt kLeafListSubStmts[] = {QMS_STMT_WHEN,
-                                                QMS_STMT_IF_FEATURE,
-                                                QMS_STMT_MUST,
-                                                QMS_STMT_TYPE,
-                                                QMS_STMT_UNITS,
-                                                QMS_STMT_DEFAULT,
-                                                QMS_STMT_CONFIG,
-                                                QMS_STMT_ORDERED_BY,
-                                                QMS_STMT_STATUS,
-                                                QMS_STMT_DESCRIPTION,
-                                                QMS_STMT_EXTENSION_INSTANCE};
+constexpr QmsStmt kLeafListSubStmts[] = {QMS_STMT_WHEN,
+                                         QMS_STMT_IF_FEATURE,
+                                         QMS_STMT_MUST,
+                                         QMS_STMT_TYPE,
+                                         QMS_STMT_UNITS,
+                                         QMS_STMT_DEFAULT,
+                                         QMS_STMT_CONFIG,
+                                         QMS_STMT_ORDERED_BY,
+                                         QMS_STMT_STATUS,
+                                         QMS_STMT_DESCRIPTION,
+                                         QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kLeafListSubStmts) == 11);
 
-static bool HasType(const QmsNodeParse* parse) {
-  return QMT_TYPE_IsInvalidType(QMS_NODE_GetLeafSchemaRealType(parse->node)) == 0;
-}
-
-static uint32_t CheckLeaf(const QmsNodeParse* parse) {
-  if (HasType(parse)) return QM_OK;
-  QM_CTX_AddModError(parse->module->ctx, parse->module->name,
-                     "leaf \"%s\" must define with type statement.", parse->node->name);
-  return QM_INVALID;
-}
-
-static uint32_t CheckLeafList(const QmsNodeParse* parse) {
-  if (HasType(parse)) return QM_OK;
-  QM_CTX_AddModError(parse->module->ctx, parse->module->name,
-                     "leaf-list \"%s\" must define with type statement.", parse->node->name);
+static uint32_t CheckHasType(const QmsNodeParse* parse) {
+  QmsNode* node = parse->node;
+  if (QMT_TYPE_IsInvalidType(QMS_NODE_GetLeafSchemaRealType(node)) == 0) return QM_OK;
+  QM_CTX_AddModError(
+      parse->module->ctx, parse->module->name, "%s \"%s\" must define with type statement.",
+      QMS_LOADER_GetKeywordByStmt(QMS_NODE_GetStmtByNodeType(node->kind)), node->name);
   return QM_INVALID;
 }
 
 uint32_t QMS_LOADER_ParseLeaf(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                               void* dest) {
   static constexpr QmsNodeStmt kLeaf = {QMS_NODE_LEAF, kLeafSubStmts, std::size(kLeafSubStmts),
-                                        CheckLeaf, QMS_LOADER_RefreshLeafDefaultValue};
+                                        CheckHasType, QMS_LOADER_RefreshLeafDefaultValue};
   return ParseNodeStmt(kLeaf, module, element, parentStmt, dest);
 }
 
 uint32_t QMS_LOADER_ParseLeafList(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest) {
   static constexpr QmsNodeStmt kLeafList = {QMS_NODE_LEAF_LIST, kLeafListSubStmts,
-                                            std::size(kLeafListSubStmts), CheckLeafList,
+                                            std::size(kLeafListSubStmts), CheckHasType,
                                             QMS_LOADER_RefreshLeafListDefaultValue};
   return ParseNodeStmt(kLeafList, module, element, parentStmt, dest);
 }
@@ -131,7 +124,7 @@ uint32_t QMS_LOADER_ParseLeafList(QmsModule* module, xmlNode* element, uint32_t 
 // List (RFC 7950 section 7.8). Its key names leaves that are parsed after it may be, so
 // the key text is kept aside, still inside the document, and the leaves are marked when
 // all children are there.
-static constexpr QmsStmt kListSubStmts[] = {
+constexpr QmsStmt kListSubStmts[] = {
     QMS_STMT_WHEN,   QMS_STMT_IF_FEATURE,   QMS_STMT_MUST,
     QMS_STMT_KEY,    QMS_STMT_CONFIG,       QMS_STMT_ORDERED_BY,
     QMS_STMT_STATUS, QMS_STMT_DESCRIPTION,  QMS_STMT_CONTAINER,
@@ -160,14 +153,14 @@ uint32_t QMS_LOADER_ParseList(QmsModule* module, xmlNode* element, uint32_t pare
 
 // Choice and case (RFC 7950 section 7.9). A data node that stands directly under a
 // choice is kept there as it is; no case node is made for it.
-static constexpr QmsStmt kChoiceSubStmts[] = {
+constexpr QmsStmt kChoiceSubStmts[] = {
     QMS_STMT_WHEN,      QMS_STMT_IF_FEATURE, QMS_STMT_DEFAULT,     QMS_STMT_CONFIG,
     QMS_STMT_MANDATORY, QMS_STMT_STATUS,     QMS_STMT_DESCRIPTION, QMS_STMT_CASE,
     QMS_STMT_CONTAINER, QMS_STMT_LEAF,       QMS_STMT_LEAF_LIST,   QMS_STMT_LIST,
     QMS_STMT_CHOICE,    QMS_STMT_ANYDATA,    QMS_STMT_ANYXML,      QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kChoiceSubStmts) == 16);
 
-static constexpr QmsStmt kCaseSubStmts[] = {
+constexpr QmsStmt kCaseSubStmts[] = {
     QMS_STMT_WHEN,      QMS_STMT_IF_FEATURE, QMS_STMT_STATUS,    QMS_STMT_DESCRIPTION,
     QMS_STMT_CONTAINER, QMS_STMT_LEAF,       QMS_STMT_LEAF_LIST, QMS_STMT_LIST,
     QMS_STMT_CHOICE,    QMS_STMT_ANYDATA,    QMS_STMT_ANYXML,    QMS_STMT_EXTENSION_INSTANCE};
@@ -189,17 +182,17 @@ uint32_t QMS_LOADER_ParseCase(QmsModule* module, xmlNode* element, uint32_t pare
 
 // Rpc, action and notification with input and output (RFC 7950 sections 7.14 to 7.16).
 // Input and output have no argument and get their keyword as name.
-static constexpr QmsStmt kRpcSubStmts[] = {QMS_STMT_IF_FEATURE,  QMS_STMT_STATUS,
-                                           QMS_STMT_DESCRIPTION, QMS_STMT_INPUT,
-                                           QMS_STMT_OUTPUT,      QMS_STMT_EXTENSION_INSTANCE};
+constexpr QmsStmt kRpcSubStmts[] = {QMS_STMT_IF_FEATURE,  QMS_STMT_STATUS,
+                                    QMS_STMT_DESCRIPTION, QMS_STMT_INPUT,
+                                    QMS_STMT_OUTPUT,      QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kRpcSubStmts) == 6);
 
-static constexpr QmsStmt kInoutSubStmts[] = {
+constexpr QmsStmt kInoutSubStmts[] = {
     QMS_STMT_MUST,   QMS_STMT_CONTAINER, QMS_STMT_LEAF,   QMS_STMT_LEAF_LIST,         QMS_STMT_LIST,
     QMS_STMT_CHOICE, QMS_STMT_ANYDATA,   QMS_STMT_ANYXML, QMS_STMT_EXTENSION_INSTANCE};
 static_assert(std::size(kInoutSubStmts) == 9);
 
-static constexpr QmsStmt kNotifSubStmts[] = {
+constexpr QmsStmt kNotifSubStmts[] = {
     QMS_STMT_IF_FEATURE, QMS_STMT_MUST,    QMS_STMT_STATUS,    QMS_STMT_DESCRIPTION,
     QMS_STMT_CONTAINER,  QMS_STMT_LEAF,    QMS_STMT_LEAF_LIST, QMS_STMT_LIST,
     QMS_STMT_CHOICE,     QMS_STMT_ANYDATA, QMS_STMT_ANYXML,    QMS_STMT_EXTENSION_INSTANCE};
@@ -247,11 +240,11 @@ uint32_t QMS_LOADER_ParseNotif(QmsModule* module, xmlNode* element, uint32_t par
 // module-name form. What its when and if-feature statements ask for is given to its
 // children here, while they still hang under it: later they lie in the tree of another
 // module.
-static constexpr QmsStmt kAugmentSubStmts[] = {
-    QMS_STMT_WHEN,      QMS_STMT_IF_FEATURE,  QMS_STMT_STATUS,    QMS_STMT_DESCRIPTION,
-    QMS_STMT_CONTAINER, QMS_STMT_LEAF,        QMS_STMT_LEAF_LIST, QMS_STMT_LIST,
-    QMS_STMT_CHOICE,    QMS_STMT_CASE,        QMS_STMT_ANYDATA,   QMS_STMT_ANYXML,
-    QMS_STMT_ACTION,    QMS_STMT_NOTIFICATION};
+constexpr QmsStmt kAugmentSubStmts[] = {QMS_STMT_WHEN,        QMS_STMT_IF_FEATURE,  QMS_STMT_STATUS,
+                                        QMS_STMT_DESCRIPTION, QMS_STMT_CONTAINER,   QMS_STMT_LEAF,
+                                        QMS_STMT_LEAF_LIST,   QMS_STMT_LIST,        QMS_STMT_CHOICE,
+                                        QMS_STMT_CASE,        QMS_STMT_ANYDATA,     QMS_STMT_ANYXML,
+                                        QMS_STMT_ACTION,      QMS_STMT_NOTIFICATION};
 static_assert(std::size(kAugmentSubStmts) == 14);
 
 static uint32_t InheritToChildren(const QmsNodeParse* parse) {

@@ -75,17 +75,21 @@ static QmsSubStmtDesc DescribeUnits(uint32_t stmt, QmsNodeParse* parse) {
 // Only a leaf-list may have several defaults (RFC 7950 section 7.7.2).
 static QmsSubStmtDesc DescribeDefault(uint32_t stmt, QmsNodeParse* parse) {
   void* payload = parse->node->payload;
-  if (parse->node->kind == QMS_NODE_LEAF)
+  if (parse->node->kind == QMS_NODE_LEAF) {
     return SingleSubStmt(stmt, &static_cast<QmsLeaf*>(payload)->defaultValue);
-  if (parse->node->kind == QMS_NODE_CHOICE)
+  }
+  if (parse->node->kind == QMS_NODE_CHOICE) {
     return SingleSubStmt(stmt, &static_cast<QmsChoice*>(payload)->defaultCase);
+  }
   auto* leafList = static_cast<QmsLeafList*>(payload);
   return ArraySubStmt(stmt, &leafList->defaults, &leafList->defaultCount, &parse->defaults);
 }
 
+namespace {
 struct DescribeTable {
   DescribeFunc byStmt[QMS_STMT_COUNT];
 };
+}  // namespace
 
 static consteval DescribeTable MakeDescribeTable() {
   DescribeTable t{};
@@ -159,8 +163,9 @@ QmsNode* QMS_LOADER_ParseNodeCommon(QmsModule* module, xmlNode* element, uint32_
 
 uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, QmsNode* node,
                                         uint32_t parentStmt) {
-  if (parentStmt == QMS_STMT_MODULE || parentStmt == QMS_STMT_SUBMODULE)
+  if (parentStmt == QMS_STMT_MODULE || parentStmt == QMS_STMT_SUBMODULE) {
     return QMS_MOD_AddTopNodeToSchemaTree(module, node);
+  }
   if (parentNode == nullptr || node == nullptr) return QM_INVALID;
   return node->kind == QMS_NODE_INPUT ? QMS_NODE_AddAsFirstChild(parentNode, node)
                                       : QMS_NODE_AddChild(parentNode, node);
@@ -171,8 +176,9 @@ uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, 
 [[gnu::noinline]] static uint32_t PrepareSubStmts(const QmsNodeStmt& stmt, xmlNode* element,
                                                   uint32_t ownStmt, QmsNodeParse* parse) {
   QmsSubStmtDesc table[kMaxNodeSubStmts];
-  for (uint32_t i = 0; i < stmt.subStmtCount; ++i)
+  for (uint32_t i = 0; i < stmt.subStmtCount; ++i) {
     table[i] = kDescribe.byStmt[stmt.subStmts[i]](stmt.subStmts[i], parse);
+  }
   const uint32_t ret =
       QMS_LOADER_MarkSubNodeAndCountArraySize(parse->module, element, table, stmt.subStmtCount);
   if (ret != QM_OK) return ret;
@@ -180,8 +186,9 @@ uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, 
 }
 
 static bool Accepts(const QmsNodeStmt& stmt, uint32_t subStmt) {
-  for (uint32_t i = 0; i < stmt.subStmtCount; ++i)
+  for (uint32_t i = 0; i < stmt.subStmtCount; ++i) {
     if (stmt.subStmts[i] == subStmt) return true;
+  }
   return false;
 }
 
@@ -202,10 +209,11 @@ static uint32_t ParseNodeSubStmts(const QmsNodeStmt& stmt, xmlNode* element, Qms
   const uint32_t ownStmt = QMS_NODE_GetStmtByNodeType(stmt.kind);
   uint32_t ret = PrepareSubStmts(stmt, element, ownStmt, parse);
   if (ret == QM_OK) ret = ParsePreparedSubStmts(stmt, element, ownStmt, parse);
-  if (ret != QM_OK)
+  if (ret != QM_OK) {
     QM_CTX_AddModError(parse->module->ctx, parse->module->name,
                        "Failed to parse \"%s\" statement \"%s\".",
                        QMS_LOADER_GetKeywordByStmt(ownStmt), parse->node->name);
+  }
   return ret;
 }
 

@@ -18,17 +18,19 @@
 #include "yin/keyword.h"
 #include "yin/prefix_rewrite.h"
 
+namespace {
 struct FlagWord {
   const char* word;
   uint16_t bits;
 };
+}  // namespace
 
-static constexpr FlagWord kConfigWords[] = {{"true", QMS_NODE_CONFIG_TRUE | QMS_NODE_CONFIG_OWN},
-                                            {"false", QMS_NODE_CONFIG_FALSE | QMS_NODE_CONFIG_OWN}};
-static constexpr FlagWord kMandatoryWords[] = {{"true", QMS_NODE_MANDATORY_TRUE},
-                                               {"false", QMS_NODE_MANDATORY_FALSE}};
-static constexpr FlagWord kOrderedByWords[] = {{"user", QMS_NODE_ORDERED_BY_USER}, {"system", 0}};
-static constexpr FlagWord kStatusWords[] = {
+constexpr FlagWord kConfigWords[] = {{"true", QMS_NODE_CONFIG_TRUE | QMS_NODE_CONFIG_OWN},
+                                     {"false", QMS_NODE_CONFIG_FALSE | QMS_NODE_CONFIG_OWN}};
+constexpr FlagWord kMandatoryWords[] = {{"true", QMS_NODE_MANDATORY_TRUE},
+                                        {"false", QMS_NODE_MANDATORY_FALSE}};
+constexpr FlagWord kOrderedByWords[] = {{"user", QMS_NODE_ORDERED_BY_USER}, {"system", 0}};
+constexpr FlagWord kStatusWords[] = {
     {"current", 0}, {"deprecated", QMS_NODE_DEPRECATED}, {"obsolete", QMS_NODE_OBSOLETE}};
 
 // A node's flag word has 32 bits, that of a deviate 16: a wider write would
@@ -86,14 +88,16 @@ uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t 
 }
 
 // Borrowed: the keys are marked before the document is released.
-uint32_t QMS_LOADER_ParseKey(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseKey(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                             void* dest) {
   const char* keyText = ReadArgument(module, element, QMS_STMT_KEY);
   if (keyText == nullptr) return QM_INVALID;
   *static_cast<const char**>(dest) = keyText;
   return QM_OK;
 }
 
-uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                 void* dest) {
   const char* value = ReadArgument(module, element, QMS_STMT_DEFAULT);
   if (value == nullptr) return QM_INVALID;
   const uint32_t ret = InternOrRefuse(module, static_cast<const char**>(dest), value);
@@ -101,7 +105,8 @@ uint32_t QMS_LOADER_ParseDefault(QmsModule* module, xmlNode* element, uint32_t, 
   return ret;
 }
 
-uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                               void* dest) {
   if ((module->ctx->loadFlags & QM_LOAD_UNITS) == 0) return QM_OK;
   const char* value = ReadArgument(module, element, QMS_STMT_UNITS);
   if (value == nullptr) return QM_INVALID;
@@ -109,7 +114,8 @@ uint32_t QMS_LOADER_ParseUnits(QmsModule* module, xmlNode* element, uint32_t, vo
   return ret == QM_OK ? uint32_t{QM_OK} : uint32_t{QM_NO_MEMORY};
 }
 
-uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                     void* dest) {
   return InternArgument(module, element, QMS_STMT_ERROR_APP_TAG, static_cast<const char**>(dest),
                         nullptr);
 }
@@ -119,20 +125,23 @@ uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32
 static uint32_t InternCondition(QmsModule* module, const char* text, uint32_t stmt,
                                 const char** field) {
   const QmHeld<char> rewritten(QMS_LOADER_TransPrefix2ModNameInLiteral(module, text));
-  if (!rewritten)
+  if (!rewritten) {
     QM_CTX_AddModError(module->ctx, module->name,
                        "Failed to transfer prefix to module name in statement \"%s\".",
                        QMS_LOADER_GetKeywordByStmt(stmt));
+  }
   return InternOrRefuse(module, field, rewritten ? rewritten.Get() : text);
 }
 
-uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                              void* dest) {
   const char* text = ReadArgument(module, element, QMS_STMT_WHEN);
   if (text == nullptr) return QM_INVALID;
   return InternCondition(module, text, QMS_STMT_WHEN, static_cast<const char**>(dest));
 }
 
-uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                              void* dest) {
   auto* must = static_cast<QmsMust*>(dest);
   const char* text = ReadArgument(module, element, QMS_STMT_MUST);
   if (text == nullptr) return QM_INVALID;
@@ -149,7 +158,8 @@ uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t, voi
 
 // A single feature is the argument. The boolean expressions of RFC 7950 section 7.20.2
 // are not supported: what follows the first name is refused.
-uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                   void* dest) {
   const char* text = ReadArgument(module, element, QMS_STMT_IF_FEATURE);
   if (text == nullptr) return QM_INVALID;
   QmsReference feature;
@@ -172,7 +182,8 @@ static const char* LeadingText(const xmlNode* element) {
   return isText ? XmlText(child->content) : nullptr;
 }
 
-uint32_t QMS_LOADER_ParseText(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseText(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                              void* dest) {
   const char* text = LeadingText(element);
   if (text == nullptr) return QM_OK;
   return InternOrRefuse(module, static_cast<const char**>(dest), text);
@@ -191,17 +202,20 @@ static uint32_t ParseOneChild(QmsModule* module, xmlNode* element, uint32_t ownS
   return QMS_LOADER_ParseSubStatements(module, element, ownStmt, table, 1);
 }
 
-uint32_t QMS_LOADER_ParseDescription(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseDescription(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                     void* dest) {
   if ((module->ctx->loadFlags & QM_LOAD_DESCRIPTIONS) == 0) return QM_OK;
   const uint32_t ret = ParseOneChild(module, element, QMS_STMT_DESCRIPTION, QMS_STMT_TEXT, dest);
   if (ret != QM_OK) RecordBadStatement(module, QMS_STMT_DESCRIPTION);
   return ret;
 }
 
-uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseOrganization(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                      void* dest) {
   return ParseOneChild(module, element, QMS_STMT_ORGANIZATION, QMS_STMT_TEXT, dest);
 }
 
-uint32_t QMS_LOADER_ParseErrorMessage(QmsModule* module, xmlNode* element, uint32_t, void* dest) {
+uint32_t QMS_LOADER_ParseErrorMessage(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
+                                      void* dest) {
   return ParseOneChild(module, element, QMS_STMT_ERROR_MESSAGE, QMS_STMT_VALUE, dest);
 }
