@@ -19,7 +19,7 @@ ALLOWED = [
     ("context/records.h", "<", "qmodel/schema.h"),
     ("schema/node.cc", '"', "types/type.h"),
     ("xpath/eval.cc", '"', "schema/node.h"),
-    ("yin/condition_rewrite.cc", '"', "xpath/token.h"),
+    ("yin/prefix_rewrite.cc", '"', "xpath/token.h"),
     ("loader/unload.cc", '"', "coupling/couple_augment.h"),
     ("data/bind.cc", '"', "xpath/eval.h"),
     ("platform/avl.cc", "<", "boost/intrusive/avltree_algorithms.hpp"),
