@@ -1,17 +1,26 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The value of a bound element as conditions see it: its text, and for an identity
-// the name of its module in front. Texts handed out are copies from the memory hooks.
+//
+// The value of a bound element as conditions see it: its text, and for an identity the
+// name of its module in front. Texts handed out are copies from the memory hooks.
 #include "xpath/bound_value.h"
 
 #include <cstdio>
 #include <cstring>
 
+#include <qmodel/error.h>
+
 #include "context/element_walk.h"
 #include "context/memory.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
+#include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/records.h"
+
+const char* RawText(const xmlNode* node) {
+  if (node == nullptr || node->type != XML_ELEMENT_NODE) return nullptr;
+  return QM_XML_GetElemNodeContent(node);
+}
 
 static uint32_t NoteIdentityref(const char*, const char*, QmtType* type, void* arg) {
   if (QM_TYPE_GetBuiltInBaseType(type) == QMT_BASE_IDENTITYREF) *static_cast<uint32_t*>(arg) = 1;
@@ -65,4 +74,23 @@ char* QMD_NODE_GetValueContent(xmlNode* element, QmsNode* schemaNode) {
     return QMD_NODE_ConvertPrefixValueToModValue(element, schemaNode, text);
   }
   return QM_UTL_StrDup(text);
+}
+
+// Whether the prefix of an identity value stands for a loaded module at the
+// element, asked when its content could not be had: if it does, memory ran out.
+static uint32_t StatusOfMissingContent(const xmlNode* node, QmsNode* schemaNode) {
+  const char* text = RawText(node);
+  const char* colon = text == nullptr ? nullptr : RTK_StrChr(text, ':');
+  if (text == nullptr || schemaNode->module == nullptr) return QM_OK;
+  if (colon == nullptr || QMD_MDL_IsIdentityref(schemaNode) == 0) {
+    return QM_NO_MEMORY;
+  }
+  const char* ns = FindNamespaceOfPrefix(node, text, static_cast<size_t>(colon - text));
+  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, ns);
+  return module == nullptr ? QM_OK : QM_NO_MEMORY;
+}
+
+uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out) {
+  *out = QMD_NODE_GetValueContent(node, schemaNode);
+  return *out != nullptr ? static_cast<uint32_t>(QM_OK) : StatusOfMissingContent(node, schemaNode);
 }

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The operations behind the operators. A comparison first turns its nodes into strings;
+// the types of the two sides then decide how they are compared (XPath 1.0 section 3.4,
+// for node-sets of one node). Every operation pushes a boolean.
 #include "xpath/compare.h"
 
 #include <cfloat>
@@ -8,12 +12,8 @@
 #include <qmodel/error.h>
 
 #include "platform/string.h"
-#include "xpath/functions.h"
+#include "xpath/convert.h"
 #include "xpath/object.h"
-
-// The operations behind the operators. A comparison first turns its nodes into
-// strings; the types of the two sides then decide how they are compared (XPath
-// 1.0 section 3.4, for node-sets of one node). Every operation pushes a boolean.
 
 namespace {
 

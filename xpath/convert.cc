@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The conversions between the four types of operands, XPath 1.0 section 4, as far as
+// conditions need them. An operand is converted in place; the string that it held is
+// freed.
+#include "xpath/convert.h"
+
 #include <cfloat>
 #include <cmath>
 #include <cstring>
@@ -14,11 +20,6 @@
 #include "schema/records.h"
 #include "xpath/bound_value.h"
 #include "xpath/child_lookup.h"
-#include "xpath/functions.h"
-
-// The conversions between the four types of operands, XPath 1.0 section 4, as far
-// as conditions need them. An operand is converted in place; the string that it
-// held is freed.
 
 static_assert(DBL_EPSILON == 2.220446049250313e-16, "numbers below it count as zero");
 
@@ -36,12 +37,6 @@ double QM_XPATH_ConvertStringToNumber(const char* text) {
     return std::numeric_limits<double>::quiet_NaN();
   }
   return number;
-}
-
-// The text of an element; NULL for anything that is not one, a document included.
-static const char* RawText(const xmlNode* node) {
-  if (node == nullptr || node->type != XML_ELEMENT_NODE) return nullptr;
-  return QM_XML_GetElemNodeContent(node);
 }
 
 constexpr size_t kLongText = 1024;
@@ -74,25 +69,6 @@ uint32_t QM_XPATH_ConvertStringToBoolean(const char* text) {
 
 uint32_t QM_XPATH_ConvertNumberToBoolean(double value) {
   return !std::isnan(value) && std::fabs(value) >= DBL_EPSILON ? 1 : 0;
-}
-
-// Whether the prefix of an identity value stands for a loaded module at the
-// element, asked when its content could not be had: if it does, memory ran out.
-static uint32_t StatusOfMissingContent(const xmlNode* node, QmsNode* schemaNode) {
-  const char* text = RawText(node);
-  const char* colon = text == nullptr ? nullptr : RTK_StrChr(text, ':');
-  if (text == nullptr || schemaNode->module == nullptr) return QM_OK;
-  if (colon == nullptr || QMD_MDL_IsIdentityref(schemaNode) == 0) {
-    return QM_NO_MEMORY;
-  }
-  const char* ns = FindNamespaceOfPrefix(node, text, static_cast<size_t>(colon - text));
-  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, ns);
-  return module == nullptr ? QM_OK : QM_NO_MEMORY;
-}
-
-uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out) {
-  *out = QMD_NODE_GetValueContent(node, schemaNode);
-  return *out != nullptr ? static_cast<uint32_t>(QM_OK) : StatusOfMissingContent(node, schemaNode);
 }
 
 // NULL only without memory. No text, or an identity whose prefix leads nowhere,

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// Evaluates a condition in one pass over its tokens, without a syntax tree. Path
+// expressions push an operand; an operator first computes the waiting operators that
+// bind at least as tightly and then waits itself. A sub-expression puts a barrier on
+// the operator stack, behind which nothing is computed until it ends. The path
+// expressions themselves are in a file of their own.
 #include "xpath/eval.h"
 
 #include <qmodel/error.h>
@@ -6,14 +12,9 @@
 #include "context/guard.h"
 #include "context/memory.h"
 #include "xpath/compare.h"
-#include "xpath/functions.h"
+#include "xpath/convert.h"
+#include "xpath/eval_path.h"
 #include "xpath/object.h"
-
-// Evaluates a condition in one pass over its tokens, without a syntax tree. Path
-// expressions push an operand; an operator first computes the waiting operators
-// that bind at least as tightly and then waits itself. A sub-expression puts a
-// barrier on the operator stack, behind which nothing is computed until it ends.
-// The path expressions themselves are in files of their own.
 
 uint32_t QM_XPATH_InitEvalCtx(QmXpathEvalCtx* ctx, xmlNode* rootNode, xmlNode* currentNode) {
   *ctx = QmXpathEvalCtx{};

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The functions that conditions may call: not (XPath 1.0 section 4.3) and the two
+// identity tests of RFC 7950 section 10.4. A function takes its arguments from the top
+// of the operand stack and leaves its result there.
 #include "xpath/functions.h"
 
 #include <cstring>
@@ -14,11 +18,8 @@
 #include "schema/module_registry.h"
 #include "schema/records.h"
 #include "xpath/bound_value.h"
+#include "xpath/convert.h"
 #include "xpath/object.h"
-
-// The functions that conditions may call: not (XPath 1.0 section 4.3) and the two
-// identity tests of RFC 7950 section 10.4. A function takes its arguments from
-// the top of the operand stack and leaves its result there.
 
 namespace {
 

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// The operands of an evaluation. Each is a small block of its own that the operand
+// stack refers to; a string belongs to its operand, a node to its tree.
 #include "xpath/object.h"
 
 #include <cstring>
@@ -6,9 +9,6 @@
 #include <qmodel/error.h>
 
 #include "context/memory.h"
-
-// The operands of an evaluation. Each is a small block of its own that the
-// operand stack refers to; a string belongs to its operand, a node to its tree.
 
 void QM_XPATH_FreeObject(QmXpathObject* object) {
   if (object == nullptr) return;

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
+// Splits an XPath text into tokens (XPath 1.0 section 3.7) in one pass from left to
+// right. The first character of a token picks one of three rules: number, name, or
+// other. A token is an offset and a length in the borrowed text, so nothing is copied.
+// What makes it more than a character switch is that "*" and the words and, or, div and
+// mod are operators or names depending on the token before them, and that a name turns
+// into a function name when "(" follows.
 #include "xpath/token.h"
 
 #include <cstring>
@@ -10,13 +17,6 @@
 #include "context/memory.h"
 #include "context/table.h"
 #include "platform/string.h"
-
-// Splits an XPath text into tokens (XPath 1.0 section 3.7) in one pass from left
-// to right. The first character of a token picks one of three rules: number,
-// name, or other. A token is an offset and a length in the borrowed text, so
-// nothing is copied. What makes it more than a character switch is that "*" and
-// the words and, or, div and mod are operators or names depending on the token
-// before them, and that a name turns into a function name when "(" follows.
 
 namespace {
 

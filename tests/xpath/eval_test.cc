@@ -9,6 +9,7 @@
 #include "context/guard.h"
 #include "tests/support/condition_tree.h"
 #include "tests/support/counting_memory.h"
+#include "xpath/eval_path.h"
 #include "xpath/object.h"
 
 using condition_tree::Tree;

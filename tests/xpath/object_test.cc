@@ -14,7 +14,7 @@
 #include "tests/support/condition_tree.h"
 #include "tests/support/counting_memory.h"
 #include "xpath/compare.h"
-#include "xpath/functions.h"
+#include "xpath/convert.h"
 
 namespace {
 
