@@ -46,8 +46,7 @@ bool Declares(const xmlNode* root, std::string_view prefix) noexcept {
 
 void Declare(xmlNode* root, const std::string& prefix, const std::string& uri) {
   if (prefix.empty() || uri.empty() || Declares(root, prefix)) return;
-  Need(xmlNewNs(root, reinterpret_cast<const xmlChar*>(uri.c_str()),
-                reinterpret_cast<const xmlChar*>(prefix.c_str())));
+  AppendNamespace(root, prefix, uri);
 }
 
 void DeclareNamespaces(Module* module) {

@@ -49,6 +49,11 @@ xmlNode* NewText(xmlDoc* document, std::string_view text) {
   return node;
 }
 
+xmlChar* CopyText(std::string_view text) {
+  return Need(
+      xmlStrndup(reinterpret_cast<const xmlChar*>(text.data()), static_cast<int>(text.size())));
+}
+
 }  // namespace
 
 xmlNode* NewElement(xmlDoc* document, xmlNs* ns, const xmlChar* name) {
@@ -86,6 +91,19 @@ void SetAttributeText(xmlAttr* attribute, std::string_view value) {
   attribute->children = text;
   attribute->last = text;
   text->parent = reinterpret_cast<xmlNode*>(attribute);
+}
+
+void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri) {
+  // The declaration owns its texts from the start, so whoever frees it frees them.
+  std::unique_ptr<xmlNs, void (*)(xmlNs*)> made(static_cast<xmlNs*>(Need(xmlMalloc(sizeof(xmlNs)))),
+                                                xmlFreeNs);
+  *made = xmlNs{};
+  made->type = XML_NAMESPACE_DECL;
+  made->href = CopyText(uri);
+  made->prefix = CopyText(prefix);
+  xmlNs** last = &element->nsDef;
+  while (*last != nullptr) last = &(*last)->next;
+  *last = made.release();
 }
 
 void RemoveContent(xmlNode* element) noexcept {

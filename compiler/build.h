@@ -24,6 +24,9 @@ void AppendText(xmlNode* element, std::string_view text);
 // Replaces what an attribute holds.
 void SetAttributeText(xmlAttr* attribute, std::string_view value);
 
+// Appends a namespace declaration to those of an element.
+void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri);
+
 // Removes all that stands in an element, attributes apart.
 void RemoveContent(xmlNode* element) noexcept;
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "compiler/build.h"
 #include "compiler/session.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
@@ -12,10 +13,6 @@ namespace compiler {
 namespace {
 
 constexpr size_t kMaxName = 64;  // characters of a name that the loader takes
-
-const xmlChar* Xml(const std::string& text) {
-  return reinterpret_cast<const xmlChar*>(text.c_str());
-}
 
 const WrittenPrefix* FindWritten(const Output& out, const Module& module) {
   const auto found =
@@ -41,8 +38,7 @@ std::string FreePrefix(const Output& out, std::string wanted) {
 
 void Declare(Output* out, const std::string& prefix, Module* module) {
   out->prefixes.push_back({prefix, module});
-  if (!module->nameSpace.empty())
-    Need(xmlNewNs(out->written.root, Xml(module->nameSpace), Xml(prefix)));
+  if (!module->nameSpace.empty()) AppendNamespace(out->written.root, prefix, module->nameSpace);
 }
 
 void PutImport(Output* out, xmlNode* import) {

@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "compiler/keyword.h"
+#include "compiler/xml_silence.h"
 
 namespace compiler {
 
@@ -131,6 +132,7 @@ struct FreeDictionary {
 // of its elements stay for its life. The order matters: trees go before the records
 // and the dictionary that they point to.
 struct Session {
+  XmlSilence silence;
   std::unique_ptr<xmlDict, FreeDictionary> dictionary;
   const xmlChar* names[kKeywordCount] = {};              // of the statements, in the dictionary
   const xmlChar* arguments[kKeywordCount] = {};          // of their arguments in YIN, likewise

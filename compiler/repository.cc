@@ -6,19 +6,16 @@
 #include "compiler/repository.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "compiler/circle.h"
+#include "compiler/folder_list.h"
 #include "compiler/reader.h"
 #include "compiler/symbols.h"
 
 namespace compiler {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr std::string_view kTextEnding = ".yang";
 constexpr std::string_view kYinEnding = ".yin";
@@ -38,27 +35,15 @@ std::string PromisedName(const std::string& path) {
   return base.substr(0, std::min(base.find('@'), base.rfind('.')));
 }
 
-void EnterFile(SearchFolder* folder, const fs::directory_entry& entry) {
-  std::error_code error;
-  std::string path = entry.path().string();
-  if (!IsModelFile(path) || !entry.is_regular_file(error)) return;
-  folder->files[PromisedName(path)].push_back(std::move(path));
-}
-
-template <typename Iterator>
-bool ListFolder(SearchFolder* folder) {
-  std::error_code error;
-  Iterator entry(folder->path, fs::directory_options::skip_permission_denied, error);
-  for (; !error && entry != Iterator(); entry.increment(error)) EnterFile(folder, *entry);
-  return !error;
-}
-
 bool MakeFolder(const std::string& path, bool recursive, SearchFolder* folder) {
+  std::vector<std::string> paths;
   folder->path = path;
-  const bool listed = recursive ? ListFolder<fs::recursive_directory_iterator>(folder)
-                                : ListFolder<fs::directory_iterator>(folder);
-  for (auto& [name, paths] : folder->files) std::sort(paths.begin(), paths.end());
-  return listed;
+  if (!ListFiles(path, recursive, &paths)) return false;
+  std::sort(paths.begin(), paths.end());
+  for (std::string& file : paths) {
+    if (IsModelFile(file)) folder->files[PromisedName(file)].push_back(std::move(file));
+  }
+  return true;
 }
 
 ReadFile* Read(Repository* repository, const std::string& path) {

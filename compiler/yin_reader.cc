@@ -37,6 +37,7 @@ struct YinReader {
   xmlNode* parent = nullptr;  // the open element, or the document
   unsigned depth = 0;
   unsigned errors = 0;
+  bool doubtful = false;       // libxml2 has found an error
   std::string pending;         // text that has not become a node yet
   std::exception_ptr refused;  // memory; thrown when the parser has returned
 };
@@ -272,36 +273,22 @@ void RefuseDocumentType(void* ctxt, const xmlChar* /*name*/, const xmlChar* /*ex
 }
 
 std::string WithoutLineFeed(const char* message) {
-  std::string text = message == nullptr ? "the file is no XML" : message;
+  std::string text = message;
   while (!text.empty() && text.back() == '\n') text.pop_back();
   return text;
 }
 
 void TakeError(void* ctxt, xmlErrorPtr error) {
   Guarded(ctxt, [&](YinReader* r) {
-    if (error->code == XML_ERR_NO_MEMORY) throw std::bad_alloc();
-    if (error->level < XML_ERR_ERROR) return;
+    if (error->code == XML_ERR_NO_MEMORY || error->message == nullptr) throw std::bad_alloc();
+    const bool ofTheUri = error->code == XML_WAR_NS_URI || error->code == XML_WAR_NS_URI_RELATIVE;
+    if (error->level < XML_ERR_ERROR || ofTheUri) return;
+    r->doubtful = true;
     ReportAt(r, static_cast<uint32_t>(error->line),
              error->int2 > 0 ? static_cast<uint32_t>(error->int2) : 1,
              WithoutLineFeed(error->message));
   });
 }
-
-// Errors that libxml2 raises outside of a parser, which are for want of memory, must
-// not go to standard error.
-class Silence {
- public:
-  Silence() : context_(xmlStructuredErrorContext), function_(xmlStructuredError) {
-    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
-  }
-  ~Silence() { xmlSetStructuredErrorFunc(context_, function_); }
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
-
- private:
-  void* context_;
-  xmlStructuredErrorFunc function_;
-};
 
 struct FreeParser {
   void operator()(xmlParserCtxt* parser) const noexcept { xmlFreeParserCtxt(parser); }
@@ -376,7 +363,6 @@ bool TagsAreSmall(YinReader* r) {
 }
 
 void Parse(YinReader* r) {
-  const Silence silence;
   const Parser parser = NewParser(r);
   r->parser = parser.get();
   constexpr int kOptions = XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_RECOVER;
@@ -384,14 +370,19 @@ void Parse(YinReader* r) {
                                    nullptr, nullptr, kOptions);
   xmlFreeDoc(none);
   if (r->refused != nullptr) std::rethrow_exception(r->refused);
-  if (parser->errNo == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+  // What libxml2 does not complete without a word was for want of memory.
+  const bool complete = parser->wellFormed != 0 && r->depth == 0 &&
+                        xmlDocGetRootElement(r->module->document.get()) != nullptr;
+  if (parser->errNo == XML_ERR_NO_MEMORY || (r->errors == 0 && !complete)) throw std::bad_alloc();
 }
 
 bool IsRoot(const xmlNode* element) noexcept {
   return Is(element, Keyword::kModule) || Is(element, Keyword::kSubmodule);
 }
 
-bool ReadTree(Session* session, Module* module, std::string_view text, Report* report) {
+// `doubtful` is set when libxml2 has found an error.
+bool ReadTree(Session* session, Module* module, std::string_view text, Report* report,
+              bool* doubtful) {
   YinReader r;
   r.session = session;
   r.module = module;
@@ -401,11 +392,9 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
   r.parent = reinterpret_cast<xmlNode*>(module->document.get());
   if (!TagsAreSmall(&r)) return false;
   Parse(&r);
+  *doubtful = r.doubtful;
   module->root = xmlDocGetRootElement(module->document.get());
-  if (module->root == nullptr) {
-    if (r.errors == 0) ReportAt(&r, 1, 1, "the file holds no module");
-    return false;
-  }
+  if (module->root == nullptr) return false;
   if (!IsRoot(module->root)) {
     const Place& place = StatementOf(module->root)->place;
     ReportAt(&r, place.line, place.column, "the file is no YIN module or submodule",
@@ -419,16 +408,28 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
 
 }  // namespace
 
+// libxml2 takes some of its refused allocations for errors of the file, a namespace for
+// an empty one for instance. So its errors count only when they come twice.
 Module* ReadModuleYin(Session* session, const std::string& path, const std::string& text,
                       Report* report) {
-  Module* module = NewModule(session, path, false);
-  if (text.size() <= INT_MAX && ReadTree(session, module, text, report)) {
-    ReadHeader(module);
-    return module;
+  for (bool doubtful = false;;) {
+    const bool isSecond = doubtful;
+    Module* module = NewModule(session, path, false);
+    Report found;
+    const bool isModule =
+        text.size() <= INT_MAX && ReadTree(session, module, text, &found, &doubtful);
+    if (text.size() > INT_MAX) ReportTooLarge(module, &found);
+    const bool again = doubtful && !isSecond;
+    if (!again)
+      report->findings.insert(report->findings.end(), found.findings.begin(), found.findings.end());
+    if (isModule && !again) {
+      ReadHeader(module);
+      return module;
+    }
+    session->modules.pop_back();
+    if (!again) return nullptr;
+    session->files.pop_back();
   }
-  if (text.size() > INT_MAX) ReportTooLarge(module, report);
-  session->modules.pop_back();
-  return nullptr;
 }
 
 }  // namespace compiler
