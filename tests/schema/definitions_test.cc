@@ -15,6 +15,7 @@
 #include "schema/type_resolve.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
+#include "tests/support/module_fixture.h"
 #include "types/type.h"
 
 namespace {
@@ -37,24 +38,7 @@ uint32_t WithRefusal(uint64_t n, Step step) {
   return ret;
 }
 
-class Definitions : public testing::Test {
- protected:
-  void SetUp() override {
-    ctx_ = QM_CTX_Create(0);
-    ASSERT_NE(nullptr, ctx_);
-    dict_ = &ctx_->dict;
-    module_ = NewModule(ctx_, "m");
-    ASSERT_NE(nullptr, module_);
-  }
-  void TearDown() override {
-    QMS_MOD_Free(module_);
-    QM_CTX_Delete(ctx_);
-  }
-
-  QmCtx* ctx_ = nullptr;
-  QmDict* dict_ = nullptr;
-  QmsModule* module_ = nullptr;
-};
+using Definitions = module_fixture::OneModule;
 
 TEST_F(Definitions, AppendedElementsStandInOrderAndAreFound) {
   ASSERT_EQ(QM_OK, QMS_MOD_AppendOneImport(module_, "a", "pa"));

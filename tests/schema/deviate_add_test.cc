@@ -25,21 +25,12 @@ using deviation_case::Units;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Adds to a node, which must succeed without a message.
 static std::string Added(const std::string& target, const std::string& properties) {
-  const Case deviation(target, Add(properties));
-  EXPECT_THAT(deviation.Messages(), IsEmpty());
-  EXPECT_TRUE(deviation.IsApplied());
-  return deviation.Node();
+  return deviation_case::Applied(target, Add(properties));
 }
 
-// Adds to a node, which must be refused and change nothing.
 static std::vector<std::string> Refused(const std::string& target, const std::string& properties) {
-  const std::string before = Case(target, "").Node();
-  const Case deviation(target, Add(properties));
-  EXPECT_FALSE(deviation.IsApplied());
-  EXPECT_EQ(before, deviation.Node());
-  return deviation.Messages();
+  return deviation_case::Refused(target, Add(properties));
 }
 
 TEST(DeviateAdd, EachPropertyIsAdded) {

@@ -23,23 +23,13 @@ using deviation_case::Mandatory;
 using deviation_case::Must;
 using deviation_case::Units;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-// Deletes from a node, which must succeed without a message.
 static std::string Deleted(const std::string& target, const std::string& properties) {
-  const Case deviation(target, Delete(properties));
-  EXPECT_THAT(deviation.Messages(), IsEmpty());
-  EXPECT_TRUE(deviation.IsApplied());
-  return deviation.Node();
+  return deviation_case::Applied(target, Delete(properties));
 }
 
-// Deletes from a node, which must be refused and change nothing.
 static std::vector<std::string> Refused(const std::string& target, const std::string& properties) {
-  const std::string before = Case(target, "").Node();
-  const Case deviation(target, Delete(properties));
-  EXPECT_FALSE(deviation.IsApplied());
-  EXPECT_EQ(before, deviation.Node());
-  return deviation.Messages();
+  return deviation_case::Refused(target, Delete(properties));
 }
 
 TEST(DeviateDelete, EachPropertyIsDeleted) {

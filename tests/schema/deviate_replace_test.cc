@@ -24,23 +24,13 @@ using deviation_case::Must;
 using deviation_case::Replace;
 using deviation_case::Units;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-// Replaces in a node, which must succeed without a message.
 static std::string Replaced(const std::string& target, const std::string& properties) {
-  const Case deviation(target, Replace(properties));
-  EXPECT_THAT(deviation.Messages(), IsEmpty());
-  EXPECT_TRUE(deviation.IsApplied());
-  return deviation.Node();
+  return deviation_case::Applied(target, Replace(properties));
 }
 
-// Replaces in a node, which must be refused and change nothing.
 static std::vector<std::string> Refused(const std::string& target, const std::string& properties) {
-  const std::string before = Case(target, "").Node();
-  const Case deviation(target, Replace(properties));
-  EXPECT_FALSE(deviation.IsApplied());
-  EXPECT_EQ(before, deviation.Node());
-  return deviation.Messages();
+  return deviation_case::Refused(target, Replace(properties));
 }
 
 static std::string Type(const std::string& name, const std::string& body = "") {

@@ -13,6 +13,7 @@
 #include "schema/module.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
+#include "tests/support/module_fixture.h"
 
 namespace {
 
@@ -38,21 +39,16 @@ std::string InstText(const QmsExtInst* array, uint32_t count) {
   return text;
 }
 
-class ExtInst : public testing::Test {
+class ExtInst : public module_fixture::OneModule {
  protected:
   void SetUp() override {
-    ctx_ = QM_CTX_Create(0);
-    ASSERT_NE(nullptr, ctx_);
-    dict_ = &ctx_->dict;
-    module_ = NewModule(ctx_, "m");
-    ASSERT_NE(nullptr, module_);
+    ASSERT_NO_FATAL_FAILURE(OneModule::SetUp());
     container_ = AddTop(module_, QMS_NODE_CONTAINER, "c");
     ASSERT_NE(nullptr, container_);
   }
   void TearDown() override {
     QMS_EXT_FreeExtInsts(dict_, array_, count_);
-    QMS_MOD_Free(module_);
-    QM_CTX_Delete(ctx_);
+    OneModule::TearDown();
   }
   void Append(const char* module, const char* name, const char* argument) {
     ASSERT_EQ(QM_OK,
@@ -67,9 +63,6 @@ class ExtInst : public testing::Test {
   std::string Text() const { return InstText(array_, count_); }
   std::string NodeText() const { return InstText(container_->extInsts, container_->extInstCount); }
 
-  QmCtx* ctx_ = nullptr;
-  QmDict* dict_ = nullptr;
-  QmsModule* module_ = nullptr;
   QmsNode* container_ = nullptr;
   QmsExtInst* array_ = nullptr;
   uint16_t count_ = 0;

@@ -18,6 +18,7 @@
 #include "schema/node_link.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
+#include "tests/support/module_fixture.h"
 
 namespace {
 
@@ -25,27 +26,13 @@ using module_builder::AddChild;
 using module_builder::AddTop;
 using module_builder::ListText;
 using module_builder::NewModule;
-using module_builder::NewNode;
 using module_builder::References;
 
-class ModuleTest : public testing::Test {
+class ModuleTest : public module_fixture::OneModule {
  protected:
-  void SetUp() override {
-    ctx_ = QM_CTX_Create(0);
-    ASSERT_NE(nullptr, ctx_);
-    module_ = NewModule(ctx_, "m");
-    ASSERT_NE(nullptr, module_);
-  }
-  void TearDown() override {
-    QMS_MOD_Free(module_);
-    QM_CTX_Delete(ctx_);
-  }
   void SetText(const char** field, const char* text) {
-    ASSERT_TRUE(InternText(&ctx_->dict, field, text));
+    ASSERT_TRUE(InternText(dict_, field, text));
   }
-
-  QmCtx* ctx_ = nullptr;
-  QmsModule* module_ = nullptr;
 };
 
 using ModuleAccessors = ModuleTest;

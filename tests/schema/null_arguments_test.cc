@@ -20,6 +20,7 @@
 #include "schema/node_path.h"
 #include "schema/node_walk.h"
 #include "tests/support/module_builder.h"
+#include "tests/support/module_fixture.h"
 #include "tests/support/null_arguments.h"
 #include "yin/augment_condition.h"
 
@@ -27,22 +28,13 @@ namespace {
 
 using null_arguments::ExpectEachGives;
 
-class NullArguments : public testing::Test {
+class NullArguments : public module_fixture::OneModule {
  protected:
   void SetUp() override {
-    ASSERT_NE(nullptr, ctx_ = QM_CTX_Create(0));
-    dict_ = &ctx_->dict;
-    ASSERT_NE(nullptr, module_ = module_builder::NewModule(ctx_, "m"));
+    ASSERT_NO_FATAL_FAILURE(OneModule::SetUp());
     ASSERT_NE(nullptr, node_ = module_builder::AddTop(module_, QMS_NODE_CONTAINER, "n"));
   }
-  void TearDown() override {
-    QMS_MOD_Free(module_);
-    QM_CTX_Delete(ctx_);
-  }
 
-  QmCtx* ctx_ = nullptr;
-  QmDict* dict_ = nullptr;
-  QmsModule* module_ = nullptr;
   QmsNode* node_ = nullptr;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/support/deviation_case.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <qmodel/error.h>
 
@@ -154,6 +155,21 @@ std::vector<std::string> Case::Messages() const {
   std::vector<std::string> messages;
   EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, CollectOfD, &messages));
   return messages;
+}
+
+std::string Applied(const std::string& target, const std::string& deviates) {
+  const Case deviation(target, deviates);
+  EXPECT_THAT(deviation.Messages(), testing::IsEmpty());
+  EXPECT_TRUE(deviation.IsApplied());
+  return deviation.Node();
+}
+
+std::vector<std::string> Refused(const std::string& target, const std::string& deviates) {
+  const std::string before = Case(target, "").Node();
+  const Case deviation(target, deviates);
+  EXPECT_FALSE(deviation.IsApplied());
+  EXPECT_EQ(before, deviation.Node());
+  return deviation.Messages();
 }
 
 std::string Leaf(const std::string& body) {

@@ -31,6 +31,13 @@ class Case {
   QmsNode* target_;
 };
 
+// Describe() of the node after `deviates` were applied, which must succeed without a
+// message.
+std::string Applied(const std::string& target, const std::string& deviates);
+
+// The messages of `deviates` that must be refused and change nothing.
+std::vector<std::string> Refused(const std::string& target, const std::string& deviates);
+
 // "leaf n config:false! mandatory:true default:a,b units:u musts:c1,c2 ext:ext:e1(arg)
 // nacm:all", without the parts that the node does not have. "!" marks a config
 // statement of its own.
