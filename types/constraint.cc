@@ -20,8 +20,22 @@
 #include "context/table.h"
 #include "types/type.h"
 
-// Constraint bodies that are a counted array of items: bases, bits, enums, patterns.
+namespace {
+struct KindRow {
+  uint32_t kind;
+  QmtConsCreateFunc create;
+  QmtConsDestroyFunc destroy;
+  QmtConsCopyFunc copy;
+};
+}  // namespace
 
+// A body that is one record.
+template <typename Body>
+static void* CreateRecord(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
+  return NewRecord<Body>();
+}
+
+// A body that is a counted array of items: bases, bits, enums, patterns.
 template <typename Body>
 static Body* NewItemBody(uint32_t itemCount) {
   if (itemCount > kMaxArrayCount) return nullptr;
@@ -55,8 +69,21 @@ static Body* CopyItemBody(QmDict* dict, const Body* src) {
   return copy;
 }
 
-static void* CreateDerived(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
-  return NewRecord<QmtConsDerived>();
+template <typename Body>
+static void* CreateItems(uint32_t itemCount, uint32_t /*loadFlags*/) {
+  return NewItemBody<Body>(itemCount);
+}
+
+template <typename Body, auto CopyItem, auto ReleaseItem>
+static void* CopyItems(QmDict* dict, const void* body) {
+  return CopyItemBody<Body, CopyItem, ReleaseItem>(dict, static_cast<const Body*>(body));
+}
+
+// The row of a kind whose body is a counted array and nothing else.
+template <typename Body, auto CopyItem, auto ReleaseItem>
+static consteval KindRow ItemsRow(uint32_t kind) {
+  return {kind, CreateItems<Body>, DestroyItemBody<Body, ReleaseItem>,
+          CopyItems<Body, CopyItem, ReleaseItem>};
 }
 
 static void DestroyDerived(QmDict* dict, void* body) {
@@ -89,15 +116,6 @@ static bool CopyBase(QmDict* dict, QmtIdentRef* copy, const QmtIdentRef* src) {
          InternOptional(dict, &copy->identityName, src->identityName);
 }
 
-static void* CreateBases(uint32_t itemCount, uint32_t /*loadFlags*/) {
-  return NewItemBody<QmtConsBase>(itemCount);
-}
-
-static void* CopyBases(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsBase, CopyBase, ReleaseBase>(dict,
-                                                          static_cast<const QmtConsBase*>(body));
-}
-
 static void ReleaseBit(QmDict* dict, QmtBit* item) {
   ReleaseText(dict, &item->name);
 }
@@ -105,14 +123,6 @@ static void ReleaseBit(QmDict* dict, QmtBit* item) {
 static bool CopyBit(QmDict* dict, QmtBit* copy, const QmtBit* src) {
   copy->position = src->position;
   return InternOptional(dict, &copy->name, src->name);
-}
-
-static void* CreateBits(uint32_t itemCount, uint32_t /*loadFlags*/) {
-  return NewItemBody<QmtConsBit>(itemCount);
-}
-
-static void* CopyBits(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsBit, CopyBit, ReleaseBit>(dict, static_cast<const QmtConsBit*>(body));
 }
 
 static void ReleaseEnum(QmDict* dict, QmtEnum* item) {
@@ -159,10 +169,6 @@ static void* CopyEnums(QmDict* dict, const void* body) {
   return nullptr;
 }
 
-static void* CreateFraction(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
-  return NewRecord<QmtConsFraction>();
-}
-
 static void DestroyFraction(QmDict* /*dict*/, void* body) {
   g_qmMemFreeFunc(body);
 }
@@ -171,10 +177,6 @@ static void* CopyFraction(QmDict* /*dict*/, const void* body) {
   auto* copy = NewRecord<QmtConsFraction>();
   if (copy != nullptr) *copy = *static_cast<const QmtConsFraction*>(body);
   return copy;
-}
-
-static void* CreateSegList(uint32_t /*itemCount*/, uint32_t /*loadFlags*/) {
-  return NewRecord<QmtSegList>();
 }
 
 static void DestroySegList(QmDict* /*dict*/, void* body) {
@@ -231,15 +233,6 @@ static bool CopyPattern(QmDict* dict, QmtPattern* copy, const QmtPattern* src) {
   return InternOptional(dict, &copy->pattern, src->pattern);
 }
 
-static void* CreatePatterns(uint32_t itemCount, uint32_t /*loadFlags*/) {
-  return NewItemBody<QmtConsPattern>(itemCount);
-}
-
-static void* CopyPatterns(QmDict* dict, const void* body) {
-  return CopyItemBody<QmtConsPattern, CopyPattern, ReleasePattern>(
-      dict, static_cast<const QmtConsPattern*>(body));
-}
-
 static QmtConsUnion* NewUnion(uint32_t itemCount) {
   if (itemCount > kMaxArrayCount) return nullptr;
   QmHeld<QmtConsUnion> own(NewRecord<QmtConsUnion>());
@@ -274,26 +267,16 @@ static void* CopyUnion(QmDict* dict, const void* body) {
   return copy;
 }
 
-namespace {
-struct KindRow {
-  uint32_t kind;
-  QmtConsCreateFunc create;
-  QmtConsDestroyFunc destroy;
-  QmtConsCopyFunc copy;
-};
-}  // namespace
-
 constexpr KindRow kKinds[] = {
-    {QMT_CONS_DERIVED, CreateDerived, DestroyDerived, CopyDerived},
-    {QMT_CONS_BASE, CreateBases, DestroyItemBody<QmtConsBase, ReleaseBase>, CopyBases},
-    {QMT_CONS_BIT, CreateBits, DestroyItemBody<QmtConsBit, ReleaseBit>, CopyBits},
+    {QMT_CONS_DERIVED, CreateRecord<QmtConsDerived>, DestroyDerived, CopyDerived},
+    ItemsRow<QmtConsBase, CopyBase, ReleaseBase>(QMT_CONS_BASE),
+    ItemsRow<QmtConsBit, CopyBit, ReleaseBit>(QMT_CONS_BIT),
     {QMT_CONS_ENUM, CreateEnums, DestroyEnums, CopyEnums},
-    {QMT_CONS_FRACTION, CreateFraction, DestroyFraction, CopyFraction},
-    {QMT_CONS_LENGTH, CreateSegList, DestroySegList, CopySegList},
+    {QMT_CONS_FRACTION, CreateRecord<QmtConsFraction>, DestroyFraction, CopyFraction},
+    {QMT_CONS_LENGTH, CreateRecord<QmtSegList>, DestroySegList, CopySegList},
     {QMT_CONS_PATH, CreatePath, DestroyPath, CopyPath},
-    {QMT_CONS_PATTERN, CreatePatterns, DestroyItemBody<QmtConsPattern, ReleasePattern>,
-     CopyPatterns},
-    {QMT_CONS_RANGE, CreateSegList, DestroySegList, CopySegList},
+    ItemsRow<QmtConsPattern, CopyPattern, ReleasePattern>(QMT_CONS_PATTERN),
+    {QMT_CONS_RANGE, CreateRecord<QmtSegList>, DestroySegList, CopySegList},
     {QMT_CONS_UNION, CreateUnion, DestroyUnion, CopyUnion},
 };
 
