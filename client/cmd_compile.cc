@@ -96,8 +96,9 @@ int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {
 
 int WriteToOutput(const compiler::JobResult& result) {
   for (const compiler::JobModule& module : result.modules) {
-    if (std::fwrite(module.yin.data(), 1, module.yin.size(), stdout) != module.yin.size())
+    if (std::fwrite(module.yin.data(), 1, module.yin.size(), stdout) != module.yin.size()) {
       return kExitUnusable;
+    }
   }
   return kExitOk;
 }
@@ -157,8 +158,9 @@ int RunCompile(const Options& options) {
   compiler::JobRequest request = MakeRequest(options);
   request.operands = options.operands;
   request.withImports = withImports;
-  for (const FeatureRef& ref : options.features)
+  for (const FeatureRef& ref : options.features) {
     request.options.features.push_back({ref.module, ref.feature});
+  }
   const compiler::JobResult result = RunJob(request);
   PrintFindings(result);
   const int written =

@@ -40,8 +40,9 @@ int RunLint(const Options& options) {
   const compiler::LintResult result = RunLintJob(request);
   static_cast<void>(std::fwrite(result.output.data(), 1, result.output.size(), stdout));
   for (const std::string& trouble : result.troubles) PrintError("%s", trouble.c_str());
-  if (result.state == compiler::LintState::kNoFolder)
+  if (result.state == compiler::LintState::kNoFolder) {
     PrintError("%s: not a usable search directory", result.detail.c_str());
+  }
   if (result.state == compiler::LintState::kNoMemory) PrintError("out of memory");
   return StatusOf(result.state);
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// qmodel load: what was loaded, a line for each module.
 #include <cstdio>
 
 #include <qmodel/schema.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// qmodel notif: validates notifications as texts; the library writes the valid ones.
 #include <cstdio>
 
 #include <qmodel/data.h>

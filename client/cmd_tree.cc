@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// qmodel tree: the schema trees of modules, as the library prints them.
 #include <cstdio>
 
 #include <qmodel/schema.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// qmodel value: checks values against the type of one node.
 #include <cinttypes>
 #include <cstdio>
 

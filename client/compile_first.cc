@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// The model compiler in front of a load: what the options ask it for, what it has to say,
+// and a folder of its own that is searched for what it wrote.
 #include "client/compile_first.h"
 
 #include <cstdio>
@@ -15,12 +17,15 @@ compiler::JobRequest MakeRequest(const Options& options) {
 }
 
 void PrintFindings(const compiler::JobResult& result) {
-  for (const std::string& line : result.findings)
+  for (const std::string& line : result.findings) {
     static_cast<void>(std::fprintf(stderr, "%s\n", line.c_str()));
-  if (result.state == compiler::JobState::kNoFolder)
+  }
+  if (result.state == compiler::JobState::kNoFolder) {
     PrintError("%s: not a usable search directory", result.detail.c_str());
-  if (result.state == compiler::JobState::kNoFeature)
+  }
+  if (result.state == compiler::JobState::kNoFeature) {
     PrintError("no feature '%s' in a module that is compiled", result.detail.c_str());
+  }
   if (result.state == compiler::JobState::kNoMemory) PrintError("out of memory");
 }
 
@@ -28,9 +33,10 @@ int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
   compiler::JobRequest request = MakeRequest(*options);
   request.withImports = true;
   request.operands = options->modules;
-  if (withOperands)
+  if (withOperands) {
     request.operands.insert(request.operands.end(), options->operands.begin(),
                             options->operands.end());
+  }
   const compiler::JobResult result = RunJob(request);
   PrintFindings(result);
   if (result.state > compiler::JobState::kLost) return kExitUnusable;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// Files and standard input, read whole: a message is validated as one text.
 #include "client/file_input.h"
 
 #include <cerrno>

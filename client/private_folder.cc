@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// A new folder below the one for temporary files, readable by its owner alone. What was
+// written is known by name, so that nothing else is ever removed.
 #include "client/private_folder.h"
 
 #include <unistd.h>

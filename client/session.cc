@@ -92,8 +92,9 @@ bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::st
   for (const std::string& name : names) {
     const uint32_t ret = step(ctx, name.c_str());
     if (ret == 0) continue;
-    if (!PrintLoadErrors(ctx, options))
+    if (!PrintLoadErrors(ctx, options)) {
       PrintError("module '%s' could not be %s", name.c_str(), verb);
+    }
     return false;
   }
   return true;

@@ -23,8 +23,9 @@ std::string FindWithRevision(const std::string& dir, const std::string& name) {
   fs::directory_iterator entry(dir, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const std::string file = entry->path().filename().string();
-    if (file.compare(0, start.size(), start) == 0 && entry->path().extension() == ".yin")
+    if (file.compare(0, start.size(), start) == 0 && entry->path().extension() == ".yin") {
       return entry->path().string();
+    }
   }
   return {};
 }
@@ -109,7 +110,8 @@ size_t CountSkipped(const Options& options, const std::string& module) {
 void PrintSkipped(const Options& options) {
   for (const std::string& module : options.operands) {
     const size_t count = CountSkipped(options, module);
-    if (count > 0)
+    if (count > 0) {
       PrintError("%s: %zu statements were skipped that -c spells out", module.c_str(), count);
+    }
   }
 }
