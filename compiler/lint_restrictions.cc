@@ -43,9 +43,15 @@ void JudgeIntervals(Lint* lint, const TypeChain& chain, Keyword keyword) {
         "the base type allows " + TextOfAll(base, digits) + ", in ascending order");
 }
 
-void JudgePattern(Lint* lint, const xmlNode* statement) {
+void JudgeExpression(Lint* lint, const xmlNode* statement) {
   const char* pattern = ArgumentOf(statement);
-  if (pattern == nullptr || PatternCompiles(pattern)) return;
+  const PatternState state = pattern == nullptr ? PatternState::kCompiles : JudgePattern(pattern);
+  if (state == PatternState::kTooDeep)
+    Warn(lint, cls::kLibrary, statement,
+         "the library compiles no pattern of more than 512 parts that may be empty, so no value "
+         "matches",
+         "write several patterns, which all have to match");
+  if (state != PatternState::kFaulty) return;
   Error(lint, cls::kRestriction, statement, "the pattern " + Quote(pattern) + " does not compile",
         "write a regular expression of XML Schema");
 }
@@ -58,7 +64,7 @@ void LintRestrictions(Lint* lint, const Module* file) {
     if (TakesRange(chain.base)) JudgeIntervals(lint, chain, Keyword::kRange);
     if (TakesLength(chain.base)) JudgeIntervals(lint, chain, Keyword::kLength);
   });
-  ForEachStatement(file, Keyword::kPattern, [&](const xmlNode* s) { JudgePattern(lint, s); });
+  ForEachStatement(file, Keyword::kPattern, [&](const xmlNode* s) { JudgeExpression(lint, s); });
 }
 
 }  // namespace compiler

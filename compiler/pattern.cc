@@ -46,8 +46,45 @@ const xmlChar* Chars(const char* text) noexcept {
   return reinterpret_cast<const xmlChar*>(text);
 }
 
+// Whether the pattern has a part at `c` that may match nothing.
+bool IsOptionalPart(const char* c) noexcept {
+  switch (*c) {
+    case '?':
+    case '*':
+      return true;
+    case '{':
+      return c[1] == '0';
+    case '(':
+    case '|':
+      return c[1] == '|' || c[1] == ')';
+    default:
+      return false;
+  }
+}
+
+// libxml2 recurses once for each class that is taken from a class, and along parts that
+// may match nothing. The bounds are the library's, far above every real pattern.
+bool IsTooDeep(const char* pattern) noexcept {
+  constexpr unsigned kMaxOpenClasses = 1024;
+  constexpr unsigned kMaxOptionalParts = 512;
+  unsigned openClasses = 0;
+  unsigned optionalParts = 0;
+  for (const char* c = pattern; *c != '\0'; ++c) {
+    if (*c == '\\' && c[1] != '\0') {
+      ++c;
+      continue;
+    }
+    if (*c == '[') ++openClasses;
+    if (*c == ']' && openClasses > 0) --openClasses;
+    if (IsOptionalPart(c)) ++optionalParts;
+    if (openClasses > kMaxOpenClasses || optionalParts > kMaxOptionalParts) return true;
+  }
+  return false;
+}
+
+// NULL: it does not compile, or would take too much of the stack for it.
 Pattern Compile(const char* pattern) {
-  if (xmlCheckUTF8(Chars(pattern)) == 0) return nullptr;
+  if (xmlCheckUTF8(Chars(pattern)) == 0 || IsTooDeep(pattern)) return nullptr;
   const Silence silence;
   Pattern compiled(xmlRegexpCompile(Chars(pattern)));
   if (silence.NoMemory()) throw std::bad_alloc();
@@ -56,8 +93,9 @@ Pattern Compile(const char* pattern) {
 
 }  // namespace
 
-bool PatternCompiles(const char* pattern) {
-  return Compile(pattern) != nullptr;
+PatternState JudgePattern(const char* pattern) {
+  if (IsTooDeep(pattern)) return PatternState::kTooDeep;
+  return Compile(pattern) == nullptr ? PatternState::kFaulty : PatternState::kCompiles;
 }
 
 bool PatternMatches(const char* pattern, std::string_view text) {

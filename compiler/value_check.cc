@@ -81,7 +81,7 @@ std::string FaultOfString(const TypeChain& chain, const Value& value) {
     for (const xmlNode* s = FirstChild(type, Keyword::kPattern); s != nullptr;
          s = NextSibling(s, Keyword::kPattern)) {
       const char* pattern = ArgumentOf(s);
-      if (pattern == nullptr || !PatternCompiles(pattern)) continue;
+      if (pattern == nullptr || JudgePattern(pattern) != PatternState::kCompiles) continue;
       const bool invert = FirstChild(s, Keyword::kModifier) != nullptr;
       if (PatternMatches(pattern, value.text) == invert)
         return (invert ? "matches the pattern " : "does not match the pattern ") + Quote(pattern) +
