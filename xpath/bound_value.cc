@@ -5,7 +5,6 @@
 #include "xpath/bound_value.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include <qmodel/error.h>
 
@@ -14,15 +13,14 @@
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
-#include "schema/module_registry.h"
 #include "schema/records.h"
 
 const char* RawText(const xmlNode* node) {
-  if (node == nullptr || node->type != XML_ELEMENT_NODE) return nullptr;
-  return QM_XML_GetElemNodeContent(node);
+  return IsElement(node) ? QM_XML_GetElemNodeContent(node) : nullptr;
 }
 
-static uint32_t NoteIdentityref(const char*, const char*, QmtType* type, void* arg) {
+static uint32_t NoteIdentityref(const char* /*moduleName*/, const char* /*typedefName*/,
+                                QmtType* type, void* arg) {
   if (QM_TYPE_GetBuiltInBaseType(type) == QMT_BASE_IDENTITYREF) *static_cast<uint32_t*>(arg) = 1;
   return QM_OK;
 }
@@ -46,7 +44,7 @@ static const char* ResolvePrefix(const xmlNode* element, QmCtx* ctx, const char*
 }
 
 static char* JoinModuleAndName(const char* modName, const char* name) {
-  const size_t size = std::strlen(modName) + std::strlen(name) + 2;
+  const size_t size = RTK_StrLen(modName) + RTK_StrLen(name) + 2;
   char* joined = static_cast<char*>(AllocZeroed(size));
   if (joined != nullptr) static_cast<void>(std::snprintf(joined, size, "%s:%s", modName, name));
   return joined;
@@ -58,7 +56,7 @@ char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNod
       text == nullptr) {
     return nullptr;
   }
-  const char* colon = std::strchr(text, ':');
+  const char* colon = RTK_StrChr(text, ':');
   const char* modName = colon == nullptr ? QM_MOD_GetModuleName(schemaNode->module)
                                          : ResolvePrefix(element, schemaNode->module->ctx, text,
                                                          static_cast<size_t>(colon - text));
@@ -85,12 +83,12 @@ static uint32_t StatusOfMissingContent(const xmlNode* node, QmsNode* schemaNode)
   if (colon == nullptr || QMD_MDL_IsIdentityref(schemaNode) == 0) {
     return QM_NO_MEMORY;
   }
-  const char* ns = FindNamespaceOfPrefix(node, text, static_cast<size_t>(colon - text));
-  const QmsModule* module = QM_CTX_GetModuleByModNs(schemaNode->module->ctx, ns);
-  return module == nullptr ? QM_OK : QM_NO_MEMORY;
+  const char* modName =
+      ResolvePrefix(node, schemaNode->module->ctx, text, static_cast<size_t>(colon - text));
+  return modName == nullptr ? QM_OK : QM_NO_MEMORY;
 }
 
 uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out) {
   *out = QMD_NODE_GetValueContent(node, schemaNode);
-  return *out != nullptr ? static_cast<uint32_t>(QM_OK) : StatusOfMissingContent(node, schemaNode);
+  return *out != nullptr ? uint32_t{QM_OK} : StatusOfMissingContent(node, schemaNode);
 }

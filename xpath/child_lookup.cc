@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
+//
 // Children by name for the evaluator, with the answers of long searches kept for
 // the time of a run. The walk over a tree goes depth first, so only the long
 // sibling chains above the present element are of interest at one moment: a
 // small table serves. Whoever edits the tree during a run tells the table, which
 // keeps every answer that the edit cannot have changed; dropping them all at each
 // removal would bring back the quadratic cost where removals are many.
-
 #include "xpath/child_lookup.h"
 
 #include <cstring>
@@ -13,6 +13,7 @@
 #include "context/array.h"
 #include "context/element_walk.h"
 #include "context/memory.h"
+#include "platform/string.h"
 
 namespace {
 constexpr uint32_t kLongSearch = 64;  // shorter ones cost less than keeping them
@@ -50,7 +51,7 @@ void NoteChildLeaves(const xmlNode* child) {
 const QmdChildAnswer* ChildLookup::Find(const xmlNode* parent, const char* name) const {
   for (size_t i = 0; i < used_; ++i) {
     const QmdChildAnswer& answer = answers_[i];
-    if (answer.parent == parent && std::strcmp(answer.name, name) == 0) return &answer;
+    if (answer.parent == parent && RTK_StrCmp(answer.name, name) == 0) return &answer;
   }
   return nullptr;
 }
@@ -77,7 +78,7 @@ static size_t TakeSlot(size_t capacity, size_t* used, size_t* oldest) {
 }
 
 void ChildLookup::Keep(const xmlNode* parent, const char* name, xmlNode* child) {
-  const size_t length = std::strlen(name);
+  const size_t length = RTK_StrLen(name);
   if (length >= sizeof answers_[0].name) return;
   if (used_ == capacity_) static_cast<void>(Grow());
   QmdChildAnswer& answer = answers_[TakeSlot(capacity_, &used_, &oldest_)];
@@ -110,7 +111,7 @@ void KeepNumber(const xmlNode* element, double number) {
 void ChildLookup::ChildAdded(const xmlNode* child) {
   for (size_t i = 0; i < used_; ++i) {
     if (answers_[i].parent == child->parent &&
-        std::strcmp(answers_[i].name, ElementName(child)) == 0) {
+        RTK_StrCmp(answers_[i].name, ElementName(child)) == 0) {
       answers_[i].parent = nullptr;
     }
   }
@@ -133,7 +134,7 @@ static bool CanBeStep(const xmlNode* node) {
 
 // From `node` on, the first sibling of that name; counts the siblings passed.
 static xmlNode* SearchSiblings(xmlNode* node, const char* name, uint32_t* passed) {
-  while (node != nullptr && !(CanBeStep(node) && std::strcmp(XmlText(node->name), name) == 0)) {
+  while (node != nullptr && !(CanBeStep(node) && RTK_StrCmp(XmlText(node->name), name) == 0)) {
     node = node->next;
     ++*passed;
   }

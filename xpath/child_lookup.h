@@ -78,6 +78,8 @@ void KeepNumber(const xmlNode* element, double number);
 
 QM_BEGIN_INTERNAL_DECLS
 
+// The first child of an element or a document that has that name, prefixes and namespaces
+// not looked at; NULL when there is none, and for any other node.
 xmlNode* QMD_PAS_FindChildDataNode(const xmlNode* element, const char* name);
 
 QM_END_INTERNAL_DECLS

@@ -134,8 +134,7 @@ uint32_t QM_XPATH_EqualityCompareAsNumber(QmXpathObject* left, QmXpathObject* ri
 }
 
 static uint32_t StringUnlessLong(QmXpathObject* object) {
-  return LongTextOf(object) != nullptr ? static_cast<uint32_t>(QM_OK)
-                                       : QM_XPATH_FuncStringInner(object);
+  return LongTextOf(object) != nullptr ? uint32_t{QM_OK} : QM_XPATH_FuncStringInner(object);
 }
 
 static const char* TextOf(const QmXpathObject* object) {

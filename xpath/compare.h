@@ -11,7 +11,7 @@ using QmXpathEvalFunc = uint32_t (*)(QmXpathEvalCtx* ctx, uint32_t operation, Qm
 QM_BEGIN_INTERNAL_DECLS
 
 // The operations. Each may convert its two operands in place, which stay the
-// caller's, and pushes a boolean.
+// caller's, and pushes a boolean: 0, or 12 without memory.
 uint32_t QM_XPATH_EvalOrExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
                              QmXpathObject* right);
 uint32_t QM_XPATH_EvalAndExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
@@ -25,7 +25,9 @@ uint32_t QM_XPATH_EvalLogicExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpath
 uint32_t QM_XPATH_EvalCompareExpr(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
                                   QmXpathObject* right);
 
-// The comparisons behind "=" and "!=", and behind the four relational operators.
+// The comparisons behind "=" and "!=", and behind the four relational operators. They
+// convert the operands in place and set *result to 1 or 0; 12 without memory, and 22 where
+// the text of a number is asked for.
 uint32_t QM_XPATH_EqualityCompareTwoObject(QmXpathObject* left, QmXpathObject* right,
                                            uint32_t operation, uint32_t* result);
 uint32_t QM_XPATH_EqualityCompareAsBoolean(QmXpathObject* left, QmXpathObject* right,

@@ -15,7 +15,6 @@
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
-#include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/records.h"
 #include "xpath/bound_value.h"

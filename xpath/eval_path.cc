@@ -29,8 +29,9 @@ constexpr uint32_t kMaxNameTest = 2 * 64 + 1;  // prefix, ":" and name
 
 uint32_t QM_XPATH_EvalPathExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
   const uint32_t kind = KindAt(expr, *index);
-  if (QM_XPATH_IsPrimaryExprBeginToken(kind) != 0)
+  if (QM_XPATH_IsPrimaryExprBeginToken(kind) != 0) {
     return QM_XPATH_EvalPrimaryExpr(ctx, expr, index);
+  }
   const uint32_t ret = QM_XPATH_PushNodeToObjStack(ctx->objStack, nullptr);
   if (ret != QM_OK) return ret;
   if (kind == QM_XPATH_TOKEN_SLASH) return QM_XPATH_EvalAbsoluteLocationPath(ctx, expr, index);
@@ -80,9 +81,7 @@ uint32_t QM_XPATH_EvalStep(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* ind
   }
 }
 
-uint32_t QM_XPATH_EvalDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  static_cast<void>(ctx);
-  static_cast<void>(expr);
+uint32_t QM_XPATH_EvalDot(QmXpathEvalCtx* /*ctx*/, QmXpathExpr* /*expr*/, uint32_t* index) {
   ++*index;
   return QM_OK;
 }
@@ -94,8 +93,7 @@ static xmlNode* ParentWithin(const QmXpathEvalCtx* ctx, xmlNode* node) {
   return node->parent == ctx->rootNode ? node : node->parent;
 }
 
-uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  static_cast<void>(expr);
+uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* /*expr*/, uint32_t* index) {
   ++*index;
   xmlNode* node = QM_XPATH_GetStackTopObjNode(ctx->objStack);
   return QM_XPATH_ReplaceNodeToTopElemInObjStack(ctx->objStack, ParentWithin(ctx, node));

@@ -11,6 +11,7 @@
 #include <qmodel/error.h>
 #include <qmodel/schema.h>
 
+#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/path_scan.h"
 #include "context/records.h"
@@ -56,12 +57,7 @@ QmXpathFunc FindXpathFunction(const char* name, uint32_t length) {
 
 uint32_t QM_XPATH_FuncNot(QmXpathEvalCtx* ctx) {
   auto* object = static_cast<QmXpathObject*>(RTK_Peep(ctx->objStack));
-  return object == nullptr ? static_cast<uint32_t>(QM_INVALID) : QM_XPATH_FuncNotInner(object);
-}
-
-// The bound schema node; `_private` is read from elements only.
-static QmsNode* SchemaNodeOf(const xmlNode* node) {
-  return node->type == XML_ELEMENT_NODE ? static_cast<QmsNode*>(node->_private) : nullptr;
+  return object == nullptr ? uint32_t{QM_INVALID} : QM_XPATH_FuncNotInner(object);
 }
 
 static bool SplitIdentity(const char* text, IdentityName* out) {
@@ -111,7 +107,7 @@ static uint32_t IsDerived(const QmsNode* schemaNode, const char* value, const ch
 
 static uint32_t TestIdentity(QmXpathEvalCtx* ctx, xmlNode* node, const char* argument,
                              bool orSelf) {
-  QmsNode* schemaNode = SchemaNodeOf(node);
+  QmsNode* schemaNode = BoundSchema(node);
   if (schemaNode == nullptr) return QM_XPATH_UNBOUND_NODE;
   if (QMD_MDL_IsIdentityref(schemaNode) == 0) return QM_INVALID;
   char* content = nullptr;

@@ -108,8 +108,7 @@ static bool IsNameChar(char c) {
 }
 
 static uint32_t PreviousKind(const QmXpathExpr* expr) {
-  return expr->count == 0 ? static_cast<uint32_t>(QM_XPATH_TOKEN_INVALID)
-                          : expr->tokens[expr->count - 1].kind;
+  return expr->count == 0 ? uint32_t{QM_XPATH_TOKEN_INVALID} : expr->tokens[expr->count - 1].kind;
 }
 
 static uint32_t MakeToken(QmXpathToken* token, uint32_t offset, uint32_t kind, uint32_t length) {

@@ -17,7 +17,6 @@
 #include "context/string.h"
 #include "context/xml_parse.h"
 #include "context/xml_tree.h"
-#include "platform/string.h"
 #include "schema/definitions.h"
 #include "yin/argument.h"
 #include "yin/file_lookup.h"

@@ -14,10 +14,8 @@
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/definitions.h"
-#include "schema/module.h"
 #include "yin/argument.h"
 #include "yin/dispatch.h"
-#include "yin/keyword.h"
 #include "yin/linkage.h"
 #include "yin/stmt_ext_inst.h"
 

@@ -14,7 +14,6 @@
 #include "context/string.h"
 #include "platform/string.h"
 #include "schema/module.h"
-#include "schema/node.h"
 #include "schema/node_path.h"
 #include "types/type.h"
 #include "yin/argument.h"
