@@ -14,6 +14,7 @@
 #include "compiler/expand.h"
 #include "compiler/features.h"
 #include "compiler/handed_down.h"
+#include "compiler/identity_bases.h"
 #include "compiler/limits.h"
 #include "compiler/prefixes.h"
 #include "compiler/rewrite.h"
@@ -91,8 +92,9 @@ std::vector<Output*> ExpandAll(Compilation* all, const std::vector<Module*>& mod
 // Each step over all modules before the next: what one finds in another must not depend
 // on their order.
 void TranslateAll(const std::vector<Output*>& outputs) {
-  constexpr void (*kSteps[])(Output*) = {WrapForeignCases, ApplyFeatures, SpreadAugmentConditions,
-                                         NoteTypedefNames, RewriteArguments};
+  constexpr void (*kSteps[])(Output*) = {WrapForeignCases,        ApplyFeatures,
+                                         SpreadAugmentConditions, NoteTypedefNames,
+                                         RewriteArguments,        CompleteBases};
   for (const auto step : kSteps) {
     for (Output* out : outputs) {
       if (!out->stopped) step(out);

@@ -132,5 +132,39 @@ TEST(SettleConditions, LeavesOutWhatFailsWhenThatIsWanted) {
   EXPECT_EQ(dropped.state, JobState::kLost);
 }
 
+// The library looks at an identity's own bases only.
+TEST(CompleteBases, AnIdentityHasTheBasesOfItsBases) {
+  const Folder folder;
+  folder.Write("a", "identity top; identity middle { base top; }");
+  folder.Write("b", "import a { prefix a; } identity low { base a:middle; }");
+  folder.Write("m",
+               "import b { prefix b; } identity own { base b:low; description \"last\"; } "
+               "identity two { base own; base b:low; }");
+  const std::string yin = Yin(Compile(folder, "m"));
+  EXPECT_NE(yin.find("<base name=\"b:low\"/>\n    <base name=\"a:middle\"/>\n"
+                     "    <base name=\"a:top\"/>\n    <description>"),
+            std::string::npos)
+      << yin;
+  EXPECT_NE(yin.find("<base name=\"own\"/>\n    <base name=\"b:low\"/>\n"
+                     "    <base name=\"a:middle\"/>\n    <base name=\"a:top\"/>\n  </identity>"),
+            std::string::npos)
+      << yin;
+  EXPECT_NE(yin.find("<import module=\"a\">"), std::string::npos) << yin;
+}
+
+TEST(CompleteBases, ALongChainStaysInProportion) {
+  const Folder folder;
+  std::string body = "identity i0; ";
+  for (int i = 1; i <= 1000; ++i) {
+    body += "identity i" + std::to_string(i) + " { base i" + std::to_string(i - 1) + "; } ";
+  }
+  folder.Write("m", body);
+  const std::string yin = Yin(Compile(folder, "m"));
+  size_t bases = 0;
+  for (size_t at = yin.find("<base"); at != std::string::npos; at = yin.find("<base", at + 1))
+    ++bases;
+  EXPECT_EQ(bases, 128U * 1000 - 127U * 128 / 2);
+}
+
 }  // namespace
 }  // namespace compiler

@@ -206,7 +206,10 @@ using Identities = Compiling;
 TEST_F(Identities, OfBasesTakePrefixes) {
   Module("n", "identity a; identity b { base a; }");
   Module("m", "import n { prefix n; } identity c { base n:b; } identity d { base m:c; }");
-  EXPECT_EQ("identity c { base n:b; } identity d { base c; }", Body("m"));
+  EXPECT_EQ(
+      "identity c { base n:b; base n:a; } "
+      "identity d { base c; base n:b; base n:a; }",
+      Body("m"));
 }
 
 TEST_F(Identities, ThatAreNotThereStopTheModule) {

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "compiler/identity_bases.h"
+
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "compiler/prefixes.h"
+#include "compiler/repository.h"
+#include "compiler/statement.h"
+#include "compiler/symbols.h"
+
+namespace compiler {
+
+namespace {
+
+// As deep as the library follows bases itself. A chain of many identities stays of a size
+// in proportion to its length.
+constexpr size_t kMostBases = 128;
+
+struct Identity {
+  Module* module;
+  const xmlNode* definition;
+};
+
+// What a base of an identity that was read names; no definition: it is not found.
+Identity BaseOf(const xmlNode* base) {
+  const char* text = ArgumentOf(base);
+  if (text == nullptr) return {nullptr, nullptr};
+  const Reference reference = SplitReference(text);
+  Module* module = ModuleOfPrefix(StatementOf(base)->words, reference.prefix);
+  if (module == nullptr) return {nullptr, nullptr};
+  return {module, FindGlobal(module, SymbolKind::kIdentity, reference.name)};
+}
+
+// The identities that one derives from, the nearest first. Circles end where they began.
+std::vector<Identity> AllBasesOf(const xmlNode* definition) {
+  std::vector<Identity> bases;
+  std::set<const xmlNode*> met = {definition};
+  const xmlNode* at = definition;
+  for (size_t next = 0; at != nullptr;
+       at = next < bases.size() ? bases[next++].definition : nullptr) {
+    for (const xmlNode* base = FirstChild(at, Keyword::kBase); base != nullptr;
+         base = NextSibling(base, Keyword::kBase)) {
+      const Identity found = BaseOf(base);
+      if (found.definition != nullptr && bases.size() < kMostBases &&
+          met.insert(found.definition).second)
+        bases.push_back(found);
+    }
+  }
+  return bases;
+}
+
+void CompleteOne(Output* out, xmlNode* identity) {
+  std::set<std::string> written;
+  xmlNode* last = nullptr;
+  for (xmlNode* base = FirstChild(identity, Keyword::kBase); base != nullptr;
+       base = NextSibling(base, Keyword::kBase)) {
+    if (ArgumentOf(base) != nullptr) written.insert(ArgumentOf(base));
+    last = base;
+  }
+  if (last == nullptr) return;
+  for (const Identity& base : AllBasesOf(OriginOf(identity))) {
+    // A revision that is not written may have had it.
+    Module* module = WrittenModule(out->all->repository, base.module->name);
+    if (module == nullptr) module = base.module;
+    const char* name = ArgumentOf(base.definition);
+    if (name == nullptr || FindGlobal(module, SymbolKind::kIdentity, name) == nullptr) continue;
+    const std::string text = Qualify(out, module, name);
+    if (!written.insert(text).second) continue;
+    xmlNode* made = MakeStatement(out->all->session, last, Keyword::kBase, text);
+    InsertAfter(last, made);
+    last = made;
+  }
+}
+
+}  // namespace
+
+void CompleteBases(Output* out) {
+  const xmlNode* root = out->written.root;
+  for (xmlNode* identity = FirstChild(root, Keyword::kIdentity); identity != nullptr;
+       identity = NextSibling(identity, Keyword::kIdentity)) {
+    CompleteOne(out, identity);
+  }
+}
+
+}  // namespace compiler

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Identities with all identities that they derive from (RFC 7950, section 7.18.2).
+#include "compiler/compile.h"
+
+namespace compiler {
+
+// Gives each identity of a module whose arguments are rewritten the bases of its bases as
+// its own. Derivation is transitive, so that this says nothing new; but the library's
+// derived-from() looks at an identity's own bases only.
+void CompleteBases(Output* out);
+
+}  // namespace compiler
