@@ -9,8 +9,11 @@
 #include <set>
 
 #include "tests/client/run_client.h"
+#include "tests/support/yin_text.h"
 
 namespace {
+
+using yin_text::Module;
 
 using Args = std::vector<std::string>;
 
@@ -36,11 +39,6 @@ class ModelDir {
  private:
   std::string path_;
 };
-
-std::string Module(const std::string& name, const std::string& body) {
-  return "<module name='" + name + "' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" +
-         "<namespace uri='urn:" + name + "'/><prefix value='" + name + "'/>" + body + "</module>";
-}
 
 bool StartsWith(const std::string& text, const std::string& head) {
   return text.compare(0, head.size(), head) == 0;

@@ -61,7 +61,7 @@ TEST(Create, MissingMemoryGivesNullOrAContextWithoutErrorRecords) {
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   ASSERT_NE(nullptr, ctx);
   EXPECT_EQ(nullptr, ctx->errMng);
-  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, YinModule("m").c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin_text::Module("m").c_str()));
   QM_CTX_Delete(ctx);
 }
 

@@ -9,6 +9,7 @@
 #include "data/data_node.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -238,7 +239,7 @@ class MountPoint : public testing::Test {
  protected:
   void SetUp() override {
     std::string body = kMounts;
-    const std::string module = message_fixture::YinModule("m", body);
+    const std::string module = yin_text::Module("m", body);
     std::string text = module;
     const std::string mark = " xmlns:m=";
     text.insert(text.find(mark),

@@ -15,6 +15,7 @@
 #include "data/validate.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 #include "xpath/bound_value.h"
 #include "xpath/child_lookup.h"
 
@@ -24,18 +25,12 @@ using message_fixture::Document;
 using message_fixture::Schema;
 using message_fixture::ValidateRpc;
 using testing::ElementsAre;
-
-std::string Leaf(const std::string& name) {
-  return "<leaf name=\"" + name + "\"><type name=\"string\"/></leaf>";
-}
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 std::string Default(const std::string& name, const std::string& value) {
   return "<leaf name=\"" + name + "\"><type name=\"string\"/><default value=\"" + value +
          "\"/></leaf>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
 }
 
 class Defaults : public testing::Test {

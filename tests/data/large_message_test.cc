@@ -9,6 +9,7 @@
 #include "data/data_node.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 #include "xpath/child_lookup.h"
 
 namespace {
@@ -16,6 +17,8 @@ namespace {
 using message_fixture::Document;
 using message_fixture::Schema;
 using message_fixture::ValidateRpc;
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 constexpr int kEntries = 100000;
 
@@ -24,15 +27,6 @@ std::string Repeat(const std::string& text, int times) {
   all.reserve(text.size() * static_cast<size_t>(times));
   for (int i = 0; i < times; ++i) all += text;
   return all;
-}
-
-std::string Leaf(const std::string& name, const std::string& before = "",
-                 const std::string& after = "") {
-  return "<leaf name=\"" + name + "\">" + before + "<type name=\"string\"/>" + after + "</leaf>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
 }
 
 std::string Message(const std::string& content) {
@@ -69,9 +63,9 @@ TEST_F(LargeMessage, EveryEntryIsCompletedConditionedAndChecked) {
   schema_.Load("m",
                Rpc("<list name=\"li\"><key value=\"k\"/><when condition=\"not(../nothing)\"/>"
                    "<must condition=\"../limit = '5'\"/>" +
-                   Leaf("k") + Leaf("a", "", "<default value=\"1\"/>") +
-                   Leaf("b", "<when condition=\"../../nothing\"/>", "<default value=\"1\"/>") +
-                   Leaf("c", "<when condition=\"../../nothing\"/>", "<mandatory value=\"true\"/>") +
+                   Leaf("k") + Leaf("a", "<default value=\"1\"/>") +
+                   Leaf("b", "<default value=\"1\"/>", "<when condition=\"../../nothing\"/>") +
+                   Leaf("c", "<mandatory value=\"true\"/>", "<when condition=\"../../nothing\"/>") +
                    "</list>" + Leaf("limit")));
   EXPECT_EQ("valid", ValidateRpc(schema_.ctx(), Message(Repeat("<li><k>1</k></li>", kEntries) +
                                                         "<limit>5</limit>")));
@@ -81,8 +75,8 @@ TEST_F(LargeMessage, DefaultsAmongLongRunsOfForeignSiblings) {
   std::string input;
   for (int i = 0; i < 20; ++i) {
     const std::string number = std::to_string(i);
-    input += Leaf("d" + number, "", "<default value=\"1\"/>") + "<container name=\"c" + number +
-             "\">" + Leaf("x", "", "<default value=\"1\"/>") + "</container>";
+    input += Leaf("d" + number, "<default value=\"1\"/>") + "<container name=\"c" + number + "\">" +
+             Leaf("x", "<default value=\"1\"/>") + "</container>";
   }
   schema_.Load("m", Rpc(input + "<leaf-list name=\"z\"><type name=\"string\"/></leaf-list>"));
   schema_.Load("k",
@@ -123,7 +117,7 @@ TEST_F(LargeMessage, DefaultsOfAWideSchema) {
     const std::string number = std::to_string(i);
     const std::string written = "<w" + number + ">1</w" + number + ">";
     input += Leaf("w" + number);
-    const std::string leaf = Leaf("d" + number, "", "<default value=\"2\"/>");
+    const std::string leaf = Leaf("d" + number, "<default value=\"2\"/>");
     input += i % 3 == 0   ? leaf
              : i % 3 == 1 ? "<choice name=\"c" + number + "\"><default value=\"d" + number +
                                 "\"/>" + leaf + "</choice>"
@@ -143,7 +137,7 @@ TEST_F(LargeMessage, DefaultsOfAWideSchema) {
 // taken away in the order of the document, where the entries alternate.
 TEST_F(LargeMessage, DefaultsAreTakenAwayInAnotherOrderThanAdded) {
   const std::string gone =
-      Leaf("gone", "<when condition=\"../nothing\"/>", "<default value=\"1\"/>");
+      Leaf("gone", "<default value=\"1\"/>", "<when condition=\"../nothing\"/>");
   schema_.Load("m", Rpc("<list name=\"li\">" + gone + "</list>"));
   schema_.Load("k",
                "<import module=\"m\"><prefix value=\"m\"/></import>"

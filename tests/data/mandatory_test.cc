@@ -8,6 +8,7 @@
 
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -15,21 +16,15 @@ using message_fixture::Document;
 using message_fixture::Schema;
 using message_fixture::ValidateNotif;
 using message_fixture::ValidateRpc;
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 constexpr char kMandatory[] = "<mandatory value=\"true\"/>";
-
-std::string Leaf(const std::string& name, const std::string& inside = "") {
-  return "<leaf name=\"" + name + "\"><type name=\"string\"/>" + inside + "</leaf>";
-}
 
 std::string Needed(const std::string& name, const std::string& when = "") {
   const std::string condition = when.empty() ? "" : "<when condition=\"" + when + "\"/>";
   return "<leaf name=\"" + name + "\">" + condition + "<type name=\"string\"/>" + kMandatory +
          "</leaf>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
 }
 
 class Mandatory : public testing::Test {

@@ -8,6 +8,7 @@
 
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -15,17 +16,11 @@ using message_fixture::Document;
 using message_fixture::Schema;
 using message_fixture::ValidateNotif;
 using message_fixture::ValidateRpc;
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 std::string Must(const std::string& condition, const std::string& inside = "") {
   return "<must condition=\"" + condition + "\">" + inside + "</must>";
-}
-
-std::string Leaf(const std::string& name, const std::string& inside = "") {
-  return "<leaf name=\"" + name + "\">" + inside + "<type name=\"string\"/></leaf>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
 }
 
 class MustPhase : public testing::Test {

@@ -8,6 +8,7 @@
 
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -15,14 +16,8 @@ using message_fixture::Document;
 using message_fixture::Schema;
 using message_fixture::ValidateNotif;
 using message_fixture::ValidateRpc;
-
-std::string Leaf(const std::string& name) {
-  return "<leaf name=\"" + name + "\"><type name=\"string\"/></leaf>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
-}
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 class NodeCheck : public testing::Test {
  protected:

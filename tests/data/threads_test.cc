@@ -12,6 +12,7 @@
 #include <qmodel/qmodel.h>
 
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -75,8 +76,7 @@ TEST(Threads, ValidateSideBySideWhileLoadErrorsAreScanned) {
   Schema schema;
   schema.Load("m", kModel);
   ASSERT_NE(QM_OK,
-            QM_CTX_LoadMemory(schema.ctx(),
-                              message_fixture::YinModule("bad", "<leaf name=\"x\"/>").c_str()));
+            QM_CTX_LoadMemory(schema.ctx(), yin_text::Module("bad", "<leaf name=\"x\"/>").c_str()));
   std::atomic<bool> stop{false};
   std::thread scanner(ScanFailures, schema.ctx(), &stop);
   std::vector<std::thread> validators;

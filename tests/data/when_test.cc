@@ -11,6 +11,7 @@
 #include "data/defaults.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -19,17 +20,11 @@ using message_fixture::Schema;
 using message_fixture::ValidateNotif;
 using message_fixture::ValidateRpc;
 using testing::ElementsAre;
-
-std::string Leaf(const std::string& name, const std::string& inside = "") {
-  return "<leaf name=\"" + name + "\">" + inside + "<type name=\"string\"/></leaf>";
-}
+using yin_text::Leaf;
+using yin_text::Rpc;
 
 std::string When(const std::string& condition) {
   return "<when condition=\"" + condition + "\"/>";
-}
-
-std::string Rpc(const std::string& input) {
-  return "<rpc name=\"r\"><input>" + input + "</input></rpc>";
 }
 
 class WhenPhase : public testing::Test {

@@ -4,12 +4,6 @@
 #include <gtest/gtest.h>
 #include <qmodel/error.h>
 
-std::string ModuleText(const std::string& body) {
-  return "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
-         "<prefix value='m'/>" +
-         body + "</module>";
-}
-
 std::string Repeat(const std::string& text, size_t times) {
   std::string out;
   out.reserve(text.size() * times);

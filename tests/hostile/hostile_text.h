@@ -4,10 +4,14 @@
 
 #include <qmodel/qmodel.h>
 
+#include "tests/support/yin_text.h"
+
 // Builders of hostile modules and messages.
 
 // A module "m" (namespace urn:m, prefix m) with this body.
-std::string ModuleText(const std::string& body);
+inline std::string ModuleText(const std::string& body) {
+  return yin_text::Module("m", body);
+}
 
 std::string Repeat(const std::string& text, size_t times);
 

@@ -82,7 +82,7 @@ TEST_F(LoadModule, NullArgumentsGive22) {
 }
 
 TEST_F(LoadModule, FileInASearchDirectoryIsLoaded) {
-  Write("m.yin", YinModule("m"));
+  Write("m.yin", yin_text::Module("m"));
   EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_STREQ("urn:m", QM_MOD_GetModuleNs(Module("m")));
   EXPECT_EQ(Texts{}, Errors());
@@ -94,9 +94,9 @@ TEST_F(LoadModule, MissingFileGives2AndItsMessage) {
 }
 
 TEST_F(LoadModule, FailureWithoutMessageOfItsOwnGetsTheGenericOne) {
-  Write("m.yin", YinModule("m"));
-  Write("n.yin", YinModule("n"));
-  std::string sameNs = YinModule("n");
+  Write("m.yin", yin_text::Module("m"));
+  Write("n.yin", yin_text::Module("n"));
+  std::string sameNs = yin_text::Module("n");
   for (size_t at = sameNs.find("urn:n'"); at != std::string::npos; at = sameNs.find("urn:n'")) {
     sameNs.replace(at, 5, "urn:m");
   }
@@ -109,25 +109,25 @@ TEST_F(LoadModule, FailureWithoutMessageOfItsOwnGetsTheGenericOne) {
 }
 
 TEST_F(LoadModule, WithTheFlagClearImportsAreNotLoaded) {
-  Write("a.yin", YinModule("a", kImportT));
-  Write("t.yin", YinModule("t"));
+  Write("a.yin", yin_text::Module("a", kImportT));
+  Write("t.yin", yin_text::Module("t"));
   EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
   EXPECT_EQ(nullptr, Module("t"));
 }
 
 TEST_F(LoadModule, WithTheFlagSetImportsAreLoadedTransitively) {
   MakeContext(QM_LOAD_IMPORTS);
-  Write("a.yin", YinModule("a", kImportT));
-  Write("t.yin", YinModule("t", "<import module='u'><prefix value='u'/></import>"));
-  Write("u.yin", YinModule("u"));
+  Write("a.yin", yin_text::Module("a", kImportT));
+  Write("t.yin", yin_text::Module("t", "<import module='u'><prefix value='u'/></import>"));
+  Write("u.yin", yin_text::Module("u"));
   EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
   EXPECT_NE(nullptr, Module("t"));
   EXPECT_NE(nullptr, Module("u"));
 }
 
 TEST_F(LoadModule, WithTheFlagClearAModuleLoadedLaterIsAugmentedByEarlierOnes) {
-  Write("a.yin", YinModule("a", kImportT + AugmentOfT("/t:x", "y")));
-  Write("t.yin", YinModule("t", "<container name='x'/>"));
+  Write("a.yin", yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y")));
+  Write("t.yin", yin_text::Module("t", "<container name='x'/>"));
   ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "a"));
   ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "t"));
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", nullptr);
@@ -141,7 +141,7 @@ TEST_F(LoadModule, MessagesOfAFailedLoadStayUntilTheNextAttempt) {
   EXPECT_EQ((Texts{"m|m.yin|Failed to read content from the yin file.",
                    "m|m.yin|Failed to parse module \"m\" from the yin file."}),
             Errors());
-  Write("m.yin", YinModule("m"));
+  Write("m.yin", yin_text::Module("m"));
   EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ(Texts{}, Errors());
 }
@@ -160,22 +160,22 @@ TEST_F(LoadMemory, TextThatIsNotWellFormedGives22AndPrintsNothing) {
 
 TEST_F(LoadMemory, TextThatIsNoModuleGives1) {
   EXPECT_EQ(1u, LoadText("<a/>"));
-  EXPECT_EQ(1u, LoadText(YinModule("m", "<leaf name='l'/>")));
+  EXPECT_EQ(1u, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
   EXPECT_EQ(nullptr, Module("m"));
 }
 
 TEST_F(LoadMemory, SecondModuleOfANameGives0AndTheFirstStays) {
-  ASSERT_EQ(0u, LoadText(YinModule("m", "<container name='first'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("m", "<container name='first'/>")));
   QmsModule* first = Module("m");
-  EXPECT_EQ(0u, LoadText(YinModule("m", "<container name='second'/>")));
+  EXPECT_EQ(0u, LoadText(yin_text::Module("m", "<container name='second'/>")));
   EXPECT_EQ(first, Module("m"));
   EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:first", nullptr));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:second", nullptr));
-  EXPECT_EQ(0u, LoadText(YinModule("m", "<container name='first'/>")));
+  EXPECT_EQ(0u, LoadText(yin_text::Module("m", "<container name='first'/>")));
 }
 
 TEST_F(LoadMemory, SameNamespaceIsRefusedAndNothingStaysRecorded) {
-  ASSERT_EQ(0u, LoadText(YinModule("m")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("m")));
   EXPECT_EQ(1u, LoadText("<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
                          "<namespace uri='urn:m'/><prefix value='n'/></module>"));
   EXPECT_EQ(nullptr, Module("n"));
@@ -185,21 +185,21 @@ TEST_F(LoadMemory, SameNamespaceIsRefusedAndNothingStaysRecorded) {
 
 TEST_F(LoadMemory, ImportsAreNotLoadedEvenWithTheFlagSet) {
   MakeContext(QM_LOAD_IMPORTS);
-  Write("t.yin", YinModule("t"));
-  EXPECT_EQ(0u, LoadText(YinModule("a", kImportT)));
+  Write("t.yin", yin_text::Module("t"));
+  EXPECT_EQ(0u, LoadText(yin_text::Module("a", kImportT)));
   EXPECT_EQ(nullptr, Module("t"));
 }
 
 TEST_F(LoadMemory, ModuleIsAugmentedByThoseLoadedEarlier) {
-  ASSERT_EQ(0u, LoadText(YinModule("a", kImportT + AugmentOfT("/t:x", "y"))));
-  ASSERT_EQ(0u, LoadText(YinModule("t", "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", nullptr);
   ASSERT_NE(nullptr, y);
   EXPECT_STREQ("x", QM_NODE_GetNodeName(QM_NODE_GetParentNode(y)));
 }
 
 TEST_F(LoadMemory, MessagesCarryNoFile) {
-  EXPECT_EQ(1u, LoadText(YinModule("m", "<leaf name='l'/>")));
+  EXPECT_EQ(1u, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
   const Texts errors = Errors();
   ASSERT_FALSE(errors.empty());
   EXPECT_EQ("m|NULL|leaf \"l\" must define with type statement.", errors[0]);
@@ -207,16 +207,16 @@ TEST_F(LoadMemory, MessagesCarryNoFile) {
 
 TEST_F(LoadMemory, ClientsParserSettingsStay) {
   const int before = xmlKeepBlanksDefault(1);
-  EXPECT_EQ(0u, LoadText(YinModule("m")));
+  EXPECT_EQ(0u, LoadText(yin_text::Module("m")));
   EXPECT_EQ(1, xmlKeepBlanksDefault(before));
 }
 
 TEST_F(LoadMemory, MissingMemoryGivesAStatusAndLeavesNothingBehind) {
   static QmCtx* s_ctx = nullptr;
   static std::string s_text;
-  s_text = YinModule("m",
-                     "<container name='c'><leaf name='l'><type name='string'/></leaf>"
-                     "</container>");
+  s_text = yin_text::Module("m",
+                            "<container name='c'><leaf name='l'><type name='string'/></leaf>"
+                            "</container>");
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     s_ctx = QM_CTX_Create(0);
     if (s_ctx == nullptr) {
@@ -237,7 +237,7 @@ TEST_F(UnloadModuleByName, NullContextOrNameGives0) {
 }
 
 TEST_F(UnloadModuleByName, ModuleIsGoneAfterwards) {
-  Write("m.yin", YinModule("m"));
+  Write("m.yin", yin_text::Module("m"));
   ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
   EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
   EXPECT_EQ(nullptr, Module("m"));
@@ -251,9 +251,9 @@ TEST_F(UnloadModuleByName, NameThatIsNotLoadedForgetsItsErrors) {
 }
 
 TEST_F(GetTargetNode, FindsNodesByTheirSchemaPath) {
-  ASSERT_EQ(0u, LoadText(YinModule("t",
-                                   "<container name='x'><leaf name='l'><type name='string'/>"
-                                   "</leaf></container>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t",
+                                          "<container name='x'><leaf name='l'><type name='string'/>"
+                                          "</leaf></container>")));
   EXPECT_STREQ("x", QM_NODE_GetNodeName(QM_CTX_GetTargetNode(ctx_, "/t:x", nullptr)));
   EXPECT_STREQ("l", QM_NODE_GetNodeName(QM_CTX_GetTargetNode(ctx_, "/t:x/l", nullptr)));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, "/t:x/t:l", nullptr))
@@ -261,8 +261,8 @@ TEST_F(GetTargetNode, FindsNodesByTheirSchemaPath) {
 }
 
 TEST_F(GetTargetNode, FindsNodesOfAnAugmentAndTellsTheAugment) {
-  ASSERT_EQ(0u, LoadText(YinModule("t", "<container name='x'/>")));
-  ASSERT_EQ(0u, LoadText(YinModule("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
   QmsNode* augment = nullptr;
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", &augment);
   ASSERT_NE(nullptr, y);
@@ -272,7 +272,7 @@ TEST_F(GetTargetNode, FindsNodesOfAnAugmentAndTellsTheAugment) {
 }
 
 TEST_F(GetTargetNode, AugmentIsEmptiedFirst) {
-  ASSERT_EQ(0u, LoadText(YinModule("t", "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
   QmsNode* const x = QM_CTX_GetTargetNode(ctx_, "/t:x", nullptr);
   ASSERT_NE(nullptr, x);
   QmsNode* augment = x;
@@ -284,7 +284,7 @@ TEST_F(GetTargetNode, AugmentIsEmptiedFirst) {
 }
 
 TEST_F(GetTargetNode, GivesNullForWhatItCannotFind) {
-  ASSERT_EQ(0u, LoadText(YinModule("t", "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
   for (const char* path : {"/t:absent", "/absent:x", "/t:x/t:y", "/t:x/absent:y", "", "/", "x"}) {
     SCOPED_TRACE(path);
     EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, path, nullptr));
@@ -295,16 +295,16 @@ TEST_F(GetTargetNode, GivesNullForWhatItCannotFind) {
 
 TEST_F(GetTargetNode, ModuleNamesHaveAtMost64Characters) {
   const std::string longest(64, 'm');
-  ASSERT_EQ(0u, LoadText(YinModule(longest, "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module(longest, "<container name='x'/>")));
   EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, ("/" + longest + ":x").c_str(), nullptr));
   const std::string tooLong = longest + "m";
-  ASSERT_EQ(0u, LoadText(YinModule(tooLong, "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module(tooLong, "<container name='x'/>")));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, ("/" + tooLong + ":x").c_str(), nullptr));
 }
 
 TEST_F(GetTargetNode, MissingMemoryGivesNullAndLeaksNothing) {
-  ASSERT_EQ(0u, LoadText(YinModule("t", "<container name='x'/>")));
-  ASSERT_EQ(0u, LoadText(YinModule("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
   static QmCtx* s_ctx = nullptr;
   s_ctx = ctx_;
   counting_memory::FailEachAllocation([](bool refusing) {

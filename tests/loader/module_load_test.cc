@@ -15,11 +15,14 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/listing.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/linkage.h"
 
 using testing::ElementsAre;
 
 namespace {
+
+using yin_text::Leaf;
 
 // A context that searches one folder, and after it others.
 class Loader {
@@ -41,10 +44,6 @@ class Loader {
 };
 
 }  // namespace
-
-static std::string Leaf(const std::string& name) {
-  return "<leaf name='" + name + "'><type name='string'/></leaf>";
-}
 
 static std::string TopNodes(const QmsModule* module) {
   std::string names;

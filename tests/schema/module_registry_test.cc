@@ -124,8 +124,8 @@ TEST_F(DestroyModuleNode, RemovesTheModuleAndItsErrors) {
 }
 
 TEST_F(DestroyModuleNode, TargetOfACoupledAugmentGoesWithoutTheForeignNodes) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("a", kAugment).c_str()));
   QmsModule* a = QM_CTX_GetModuleByModName(ctx_, "a");
   ASSERT_NE(0u, a->augmentNodes->flags & QMS_NODE_COUPLED);
   QM_CTX_DestroyModuleNode(ctx_, QM_CTX_GetModuleByModName(ctx_, "t"));
@@ -136,8 +136,8 @@ TEST_F(DestroyModuleNode, TargetOfACoupledAugmentGoesWithoutTheForeignNodes) {
 }
 
 TEST_F(DestroyModuleNode, ModuleWithACoupledAugmentTakesItsNodesAlong) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("a", kAugment).c_str()));
   QmsModule* t = QM_CTX_GetModuleByModName(ctx_, "t");
   ASSERT_NE(nullptr, t->dataNodes->firstChild);
   QM_CTX_DestroyModuleNode(ctx_, QM_CTX_GetModuleByModName(ctx_, "a"));
@@ -145,24 +145,24 @@ TEST_F(DestroyModuleNode, ModuleWithACoupledAugmentTakesItsNodesAlong) {
 }
 
 TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("t", kAugmentTarget).c_str()));
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("a", kAugment).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("t", kAugmentTarget).c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("a", kAugment).c_str()));
   // An augment into the nodes of another augment of the same module.
-  ASSERT_EQ(QM_OK,
-            QM_CTX_LoadMemory(
-                ctx_, YinModule("b",
-                                "<import module='t'><prefix value='t'/></import>"
-                                "<augment target-node='/t:x'><container name='z'/></augment>"
-                                "<augment target-node='/t:x/b:z'><container name='w'/></augment>")
-                          .c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(
+                       ctx_, yin_text::Module(
+                                 "b",
+                                 "<import module='t'><prefix value='t'/></import>"
+                                 "<augment target-node='/t:x'><container name='z'/></augment>"
+                                 "<augment target-node='/t:x/b:z'><container name='w'/></augment>")
+                                 .c_str()));
   // And into those of another module.
-  ASSERT_EQ(QM_OK,
-            QM_CTX_LoadMemory(
-                ctx_, YinModule("a2",
-                                "<import module='t'><prefix value='t'/></import>"
-                                "<import module='b'><prefix value='b'/></import>"
-                                "<augment target-node='/t:x/b:z'><container name='v'/></augment>")
-                          .c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(
+                       ctx_, yin_text::Module(
+                                 "a2",
+                                 "<import module='t'><prefix value='t'/></import>"
+                                 "<import module='b'><prefix value='b'/></import>"
+                                 "<augment target-node='/t:x/b:z'><container name='v'/></augment>")
+                                 .c_str()));
   const QmsNode* z = QM_CTX_GetTargetNode(ctx_, "/t:x/b:z", nullptr);
   ASSERT_NE(nullptr, z);
   ASSERT_STREQ("w", z->firstChild->name);
@@ -176,11 +176,12 @@ TEST_F(DeInitModuleTree, CoupledModulesAreTakenApartAndFreed) {
 }
 
 TEST_F(FindDefinition, GoesByModuleAndName) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m",
+  ASSERT_EQ(QM_OK,
+            QM_CTX_LoadMemory(ctx_, yin_text::Module("m",
                                                      "<feature name='f'/><identity name='i'/>"
                                                      "<typedef name='t'><type name='string'/>"
                                                      "</typedef>")
-                                               .c_str()));
+                                        .c_str()));
   QmsModule* m = QM_CTX_GetModuleByModName(ctx_, "m");
   EXPECT_EQ(m->identities, QM_CTX_FindIdentityByModNameAndIdentName(ctx_, "m", "i"));
   EXPECT_EQ(m->features, QM_CTX_FindFeatureByModNameAndFeatName(ctx_, "m", "f"));
@@ -194,7 +195,7 @@ TEST_F(FindDefinition, GoesByModuleAndName) {
 }
 
 TEST_F(FeaturesOfModules, AreAskedForAndDisabledByName) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("m", "<feature name='f'/>").c_str()));
   EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx_, "m"), "f"));
   EXPECT_EQ(QM_FAILED, QM_CTX_IsModFeatureEnable(ctx_, "m", "f"));
@@ -204,7 +205,7 @@ TEST_F(FeaturesOfModules, AreAskedForAndDisabledByName) {
 }
 
 TEST_F(FeaturesOfModules, UnknownOnesAreNotEnabledAndCannotBeDisabled) {
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, YinModule("m", "<feature name='f'/>").c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("m", "<feature name='f'/>").c_str()));
   EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "absent", "f"));
   EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(ctx_, "m", "absent"));
   EXPECT_EQ(QM_INVALID, QM_CTX_DisableModFeature(ctx_, "absent", "f"));

@@ -10,6 +10,7 @@
 #include <fstream>
 
 #include "tests/support/small_stack.h"
+#include "tests/support/yin_text.h"
 
 namespace deep_model {
 
@@ -28,18 +29,6 @@ std::string Repeat(const std::string& text, size_t times) {
 std::string Nested(size_t depth, const std::string& open, const std::string& close,
                    const std::string& inner) {
   return Repeat(open, depth) + inner + Repeat(close, depth);
-}
-
-static constexpr char kYin[] = "' xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:m='urn:m'>";
-
-std::string Module(const std::string& name, const std::string& body) {
-  return "<module name='" + name + kYin + "<namespace uri='urn:" + name + "'/><prefix value='" +
-         name + "'/>" + body + "</module>";
-}
-
-std::string Submodule(const std::string& name, const std::string& body) {
-  return "<submodule name='" + name + kYin +
-         "<belongs-to module='m'><prefix value='m'/></belongs-to>" + body + "</submodule>";
 }
 
 std::string PathInInput(size_t depth) {

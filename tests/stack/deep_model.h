@@ -5,6 +5,8 @@
 
 #include <qmodel/qmodel.h>
 
+#include "tests/support/yin_text.h"
+
 // Models and messages that are as deep as the library lets them be, and the stack that
 // a piece of work on them takes.
 namespace deep_model {
@@ -16,8 +18,10 @@ std::string Repeat(const std::string& text, size_t times);
 // `inner` in `depth` pairs of `open` and `close`.
 std::string Nested(size_t depth, const std::string& open, const std::string& close,
                    const std::string& inner);
-std::string Module(const std::string& name, const std::string& body);
-std::string Submodule(const std::string& name, const std::string& body);
+using yin_text::Module;
+inline std::string Submodule(const std::string& name, const std::string& body) {
+  return yin_text::Submodule(name, yin_text::BelongsTo("m") + body);
+}
 
 // Nested XML that the parser of libxml2 still takes, the root counted.
 constexpr size_t kTextLevels = 257;

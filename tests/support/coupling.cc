@@ -10,6 +10,7 @@
 #include "context/list.h"
 #include "context/relation.h"
 #include "schema/module_registry.h"
+#include "tests/support/yin_text.h"
 
 namespace coupling {
 namespace {
@@ -206,10 +207,6 @@ std::string NotSupported() {
 
 std::string Container(const std::string& name, const std::string& body) {
   return "<container name=\"" + name + "\">" + body + "</container>";
-}
-
-std::string Leaf(const std::string& name, const std::string& body) {
-  return "<leaf name=\"" + name + "\"><type name=\"string\"/>" + body + "</leaf>";
 }
 
 std::string Subtree(const QmsNode* node) {

@@ -55,7 +55,7 @@ std::string Deviation(const std::string& target, const std::string& deviates);
 std::string Deviate(const std::string& kind, const std::string& body = "");
 std::string NotSupported();
 std::string Container(const std::string& name, const std::string& body = "");
-std::string Leaf(const std::string& name, const std::string& body = "");
+using yin_text::Leaf;
 
 // The top-level nodes with their subtrees: "x{l y:A{z:B}} r", the module's name
 // behind a node whose module is not its parent's.

@@ -5,13 +5,7 @@
 #include <libxml/parser.h>
 #include <qmodel/error.h>
 
-static std::string ModuleText(const std::string& name, const std::string& head,
-                              const std::string& body) {
-  return "<module name='" + name +
-         "' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><yang-version value='1.1'/><namespace "
-         "uri='urn:" +
-         name + "'/><prefix value='" + name + "'/>" + head + body + "</module>";
-}
+#include "tests/support/yin_text.h"
 
 LeafModule::LeafModule(const std::string& body, uint32_t loadFlags)
     : ctx_(QM_CTX_Create(loadFlags)) {
@@ -24,7 +18,7 @@ LeafModule::~LeafModule() {
 }
 
 void LeafModule::Add(const std::string& name, const std::string& head, const std::string& body) {
-  const std::string text = ModuleText(name, head, body);
+  const std::string text = yin_text::Module(name, head + body, yin_text::kVersion11);
   EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, text.c_str())) << text;
   EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx_, name.c_str())) << text;
 }

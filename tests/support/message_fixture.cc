@@ -3,6 +3,8 @@
 
 #include <libxml/parser.h>
 
+#include "tests/support/yin_text.h"
+
 namespace message_fixture {
 namespace {
 
@@ -47,12 +49,6 @@ uint32_t NoteFailure(const char*, const char*, const char* message, void* arg) {
 
 }  // namespace
 
-std::string YinModule(const std::string& name, const std::string& body) {
-  return "<module name=\"" + name + "\" xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\" xmlns:" + name +
-         "=\"urn:" + name + "\"><namespace uri=\"urn:" + name + "\"/><prefix value=\"" + name +
-         "\"/>" + body + "</module>";
-}
-
 Schema::Schema() : ctx_(QM_CTX_Create(0)) {
   EXPECT_NE(nullptr, ctx_);
 }
@@ -62,7 +58,7 @@ Schema::~Schema() {
 }
 
 void Schema::Load(const std::string& name, const std::string& body) {
-  const uint32_t ret = QM_CTX_LoadMemory(ctx_, YinModule(name, body).c_str());
+  const uint32_t ret = QM_CTX_LoadMemory(ctx_, yin_text::Module(name, body).c_str());
   std::string failures;
   const uint32_t scanned = QM_CTX_ScanAllSchemaLoadFail(ctx_, NoteFailure, &failures);
   ASSERT_EQ(0u, ret) << failures;

@@ -11,9 +11,6 @@
 // What the tests of validation share: small models, documents and verdicts.
 namespace message_fixture {
 
-// A module "name" with namespace "urn:name", prefix "name" and the given body.
-std::string YinModule(const std::string& name, const std::string& body);
-
 // A context of its own; Load() fails the test when the module does not load.
 class Schema {
  public:

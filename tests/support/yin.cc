@@ -10,19 +10,6 @@
 
 namespace yin {
 
-static const char kNamespace[] = "xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\"";
-
-std::string Module(const std::string& name, const std::string& body,
-                   const std::string& attributes) {
-  return "<module name=\"" + name + "\" " + kNamespace + " xmlns:" + name + "=\"urn:" + name +
-         "\" " + attributes + "><yang-version value=\"1.1\"/><namespace uri=\"urn:" + name +
-         "\"/><prefix value=\"" + name + "\"/>" + body + "</module>";
-}
-
-std::string Submodule(const std::string& name, const std::string& body) {
-  return "<submodule name=\"" + name + "\" " + kNamespace + ">" + body + "</submodule>";
-}
-
 xmlDoc* Xml(const std::string& text) {
   xmlDoc* doc = ParseXmlText(text.data(), text.size());
   EXPECT_NE(nullptr, doc) << "the test's text is no XML";

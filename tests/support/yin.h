@@ -7,15 +7,18 @@
 
 #include "context/records.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/yin_text.h"
 
 // YIN texts, folders of YIN files, and what a load recorded about them.
 namespace yin {
 
-// A module with version, namespace "urn:<name>" and its name as prefix, which is
-// also declared as XML prefix. `attributes` go into the root's start tag.
-std::string Module(const std::string& name, const std::string& body,
-                   const std::string& attributes = "");
-std::string Submodule(const std::string& name, const std::string& body);
+using yin_text::Submodule;
+
+// A module of version 1.1. `attributes` go into the root's start tag.
+inline std::string Module(const std::string& name, const std::string& body,
+                          const std::string& attributes = "") {
+  return yin_text::Module(name, body, yin_text::kVersion11, attributes);
+}
 
 // A document that the test frees with xmlFreeDoc().
 xmlDoc* Xml(const std::string& text);

@@ -9,6 +9,7 @@
 #include "context/dict.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/type_fixture.h"
+#include "tests/support/yin_text.h"
 #include "types/type.h"
 #include "yin/load_type.h"
 
@@ -17,11 +18,10 @@ using type_fixture::Module;
 
 namespace {
 
-constexpr const char* kNs = " xmlns='urn:ietf:params:xml:ns:yang:yin:1'";
-
 // A typedef element with the given attributes and children.
 std::string Typedef(const std::string& attributes, const std::string& children) {
-  return "<typedef" + std::string(kNs) + " " + attributes + ">" + children + "</typedef>";
+  return "<typedef" + std::string(yin_text::kNamespace) + " " + attributes + ">" + children +
+         "</typedef>";
 }
 
 uint32_t Parse(Module* module, const std::string& xml, QmsTypedef* td) {

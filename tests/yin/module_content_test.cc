@@ -10,14 +10,13 @@
 #include "schema/definitions.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/dispatch.h"
 #include "yin/linkage.h"
 #include "yin/module_content.h"
 #include "yin/reader.h"
 
 using testing::ElementsAre;
-
-static const char kYin[] = "xmlns=\"urn:ietf:params:xml:ns:yang:yin:1\"";
 
 TEST(ParseYinContent, HeaderFieldsOfAModule) {
   yin::Context ctx(QM_LOAD_DESCRIPTIONS);
@@ -92,8 +91,8 @@ TEST(ParseModuleHeadStmts, RefusedHeadersLeaveTwoMessages) {
   for (const HeaderRow& row : rows) {
     SCOPED_TRACE(row.header);
     yin::Context ctx;
-    yin::Parsed module(ctx,
-                       std::string("<module name='m' ") + kYin + ">" + row.header + "</module>");
+    yin::Parsed module(ctx, std::string("<module name='m' ") + yin_text::kNamespace + ">" +
+                                row.header + "</module>");
     EXPECT_FALSE(module);
     EXPECT_THAT(ctx.Errors(), ElementsAre(std::string("m -: ") + row.first,
                                           std::string("m -: Failed to parse statement \"") +
@@ -126,8 +125,8 @@ TEST(ParseYangVersion, Values) {
 TEST(ParseModuleContent, AnUnknownVersionIsMinusOne) {
   yin::Context ctx;
   yin::Parsed module(ctx, yin::Module("m", ""));
-  xmlDoc* doc =
-      yin::Xml(std::string("<module name='m' ") + kYin + "><yang-version value='2'/></module>");
+  xmlDoc* doc = yin::Xml(std::string("<module name='m' ") + yin_text::kNamespace +
+                         "><yang-version value='2'/></module>");
   EXPECT_EQ(UINT32_MAX,
             QMS_LOADER_ParseModuleContent(module.Get(), xmlDocGetRootElement(doc), nullptr));
   xmlFreeDoc(doc);
@@ -206,7 +205,7 @@ TEST(CounterAndExpandBodyStmtArray, KeepsWhatIsThereAndCountsOldAndNew) {
   yin::Context ctx;
   yin::Parsed module(ctx, yin::Module("m", "<feature name='f'/><identity name='i'/>"));
   ASSERT_TRUE(module);
-  xmlDoc* doc = yin::Xml(std::string("<module ") + kYin +
+  xmlDoc* doc = yin::Xml(std::string("<module ") + yin_text::kNamespace +
                          " xmlns:m='urn:m' xmlns:z='urn:z'><feature name='g'/><feature name='h'/>"
                          "<m:e/><z:e/><typedef name='t'/></module>");
   xmlNode* root = xmlDocGetRootElement(doc);
@@ -229,7 +228,8 @@ TEST(CounterAndExpandBodyStmtArray, KeepsWhatIsThereAndCountsOldAndNew) {
 TEST(CounterAndExpandBodyStmtArray, OldAndNewTogetherMustFitTheCounter) {
   yin::Context ctx;
   yin::Parsed module(ctx, yin::Module("m", "<feature name='f'/>"));
-  xmlDoc* doc = yin::Xml(std::string("<module ") + kYin + "><feature name='g'/></module>");
+  xmlDoc* doc =
+      yin::Xml(std::string("<module ") + yin_text::kNamespace + "><feature name='g'/></module>");
   xmlNode* root = xmlDocGetRootElement(doc);
   QMS_LOADER_MarkSubNode(root);
   QmsBodyStmtCounter counter = {};
@@ -251,7 +251,8 @@ TEST(CounterAndExpandBodyStmtArray, TypesForgetTheTypedefsThatMove) {
   auto* leaf = static_cast<QmsLeaf*>(yin::Find(module.Get(), "l")->payload);
   auto* derived = static_cast<QmtConsDerived*>(leaf->type.cons[0].body);
   derived->resolved = &module.Get()->typedefs[0].type;
-  xmlDoc* doc = yin::Xml(std::string("<module ") + kYin + "><typedef name='u'/></module>");
+  xmlDoc* doc =
+      yin::Xml(std::string("<module ") + yin_text::kNamespace + "><typedef name='u'/></module>");
   xmlNode* root = xmlDocGetRootElement(doc);
   QMS_LOADER_MarkSubNode(root);
   QmsBodyStmtCounter counter = {};

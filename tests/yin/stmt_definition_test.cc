@@ -12,6 +12,7 @@
 #include "schema/records.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/stmt_definition.h"
 #include "yin/stmt_deviation.h"
 #include "yin/stmt_ext_inst.h"
@@ -50,8 +51,7 @@ static uint32_t ParseOne(QmCtx* ctx, ParseFunc parse, const std::string& element
                          void* dest, uint64_t refuseNth = 0) {
   yin::Parsed module(ctx, Model(""));
   EXPECT_TRUE(module);
-  xmlDoc* doc =
-      yin::Xml("<r xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:m='urn:m'>" + element + "</r>");
+  xmlDoc* doc = yin::Xml(yin_text::Root(element));
   if (refuseNth > 0) counting_memory::RefuseNth(refuseNth, counting_memory::Refuse::kOnce);
   const uint32_t ret = parse(module.Get(), xmlDocGetRootElement(doc)->children, parent, dest);
   if (refuseNth > 0) {

@@ -14,6 +14,7 @@
 #include "schema/node_array.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 
 using testing::ElementsAre;
 using ParseFunc = uint32_t (*)(QmsModule*, xmlNode*, uint32_t, void*);
@@ -23,7 +24,7 @@ static uint32_t Parse(QmCtx* ctx, ParseFunc parse, const std::string& element, u
                       void* dest) {
   yin::Parsed module(ctx, yin::Module("m", "<import module='other'><prefix value='o'/></import>"));
   EXPECT_TRUE(module);
-  const std::string text = "<r xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" + element + "</r>";
+  const std::string text = yin_text::Root(element);
   xmlDoc* doc = ParseXmlText(text.data(), text.size());
   EXPECT_NE(nullptr, doc);
   const uint32_t ret = parse(module.Get(), xmlDocGetRootElement(doc)->children, parentStmt, dest);

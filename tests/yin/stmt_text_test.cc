@@ -10,6 +10,7 @@
 #include "context/xml_tree.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/stmt_property.h"
 
 using testing::ElementsAre;
@@ -17,7 +18,7 @@ using testing::ElementsAre;
 // The text that `parse` stores for the element, "(none)" without one.
 static std::string Stored(QmCtx* ctx, uint32_t (*parse)(QmsModule*, xmlNode*, uint32_t, void*),
                           uint32_t parentStmt, const std::string& element, uint32_t expected = 0) {
-  const std::string text = "<r xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" + element + "</r>";
+  const std::string text = yin_text::Root(element);
   yin::Parsed module(ctx, yin::Module("m", ""));
   xmlDoc* doc = ParseXmlText(text.data(), text.size());
   EXPECT_NE(nullptr, doc);
