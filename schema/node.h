@@ -53,16 +53,20 @@ void FreeNodesWithoutTexts(QmsNode* first);
 
 QM_BEGIN_INTERNAL_DECLS
 
-// The record's life. A node is freed through the dictionary of its module, so
-// `module` is to be set directly after QMS_NODE_New().
+// The statement of a kind, and the bytes of its payload; QMS_STMT_UNKNOWN and 0 for a
+// number that is no kind.
 uint32_t QMS_NODE_GetStmtByNodeType(uint32_t kind);
 uint32_t QMS_NODE_GetInfoSize(uint32_t kind);
+// A zero-filled node with its payload, or NULL. It is freed through the dictionary of its
+// module, so `module` is to be set next.
 QmsNode* QMS_NODE_New(uint32_t kind);
+// Frees a node that hangs nowhere any more, with all below it; private data goes back to
+// the client. Left alone: a node without context, and a coupled augment.
 void QMS_NODE_Free(QmsNode* node);
 
-// Releases the payload with all it holds and sets the field to NULL. The three
-// per-kind functions free the payload block as well.
+// Releases the payload of a node with all it holds, and sets the field to NULL.
 void QMS_NODE_DestroySchemaInfo(QmsNode* node);
+// The same for the payload of one kind; NULL is ignored.
 void QMS_NODE_DestroySchemaLeaf(QmDict* dict, void* payload);
 void QMS_NODE_DestroySchemaLeaflist(QmDict* dict, void* payload);
 void QMS_NODE_DestroySchemaChoice(QmDict* dict, void* payload);

@@ -24,10 +24,16 @@ QmsNode* QMS_NODE_GetTreeNodeNextNode(QmsNode* root, QmsNode* cur, uint32_t* tra
 QmsNode* QMS_NODE_GetTreeNodeSibOrParent(QmsNode* root, QmsNode* cur, uint32_t* travType);
 
 // Steps of the data tree, which look through choice, case, input, output and
-// augment. `stop` bounds the climb.
+// augment; NULL when they lead nowhere.
+//
+// The nearest node above `node` that names an element.
 QmsNode* QMS_NODE_GetParentDataTreeNode(QmsNode* node);
+// `node` itself, or else the first after it in document order, and the first after `node`,
+// below the same node of the data tree and below `stop`.
 QmsNode* QMS_NODE_GetFirstSlibingDataTreeNode(QmsNode* node, QmsNode* stop);
 QmsNode* QMS_NODE_GetNextDataTreeNode(QmsNode* node, QmsNode* stop);
+// The child of that name and module; an empty or NULL `moduleName` is that of `node`. In an
+// operation the input comes before the output.
 QmsNode* QMS_NODE_FindChildDataTreeNodeByName(QmsNode* node, const char* moduleName,
                                               const char* name);
 

@@ -13,13 +13,16 @@ QM_BEGIN_INTERNAL_DECLS
 
 // Rewrites the prefixes of a schema-node path, as `module` declares them, to module
 // names; predicates are dropped. The first gives a new text of 3095 characters at
-// most, or NULL; the second writes into `out`: 0, or 22 with a part of the path there.
+// most, or NULL; the second writes into `out`: 0, or 22 with a part of the path there,
+// for a path that is none, an unknown prefix, or too little room.
 char* QM_XPATH_TransformToJsonFormat(QmsModule* module, const char* path);
 uint32_t QM_XPATH_GetJsonFormatXpath(QmsModule* module, const char* path, char* out,
                                      uint32_t outSize);
 
-// The steps of the conversion: the prefix that a step is read with, and whether
-// the step needs a module name in front.
+// The steps of the conversion. The prefix that a step is read with goes into
+// `lastPrefix`: its own, else the last one, else that of the module; 0, or 22 when there is
+// none or it does not fit. A step needs a module name in front (1, else 0) when it is the
+// first, or has a prefix other than the last.
 uint32_t QM_XPATH_UpdateCurrentXpathModName(QmsModule* module, const char* prefix, char* lastPrefix,
                                             uint32_t lastPrefixSize);
 uint32_t QM_XPATH_NeedAppendModifiedModName(const char* lastPrefix, const char* prefix);

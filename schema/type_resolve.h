@@ -10,9 +10,9 @@ using QmtConsUpdateDerFunc = uint32_t (*)(void* body, QmsModule* module);
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Sets `resolved` of the derived entries that name typedefs of `module`; 22 when one
-// does not exist there. The pointers lead into the typedef array of the module:
-// whoever moves or frees that array calls ClearResolvedInType() first.
+// Sets `resolved` of the derived entries that name typedefs of `module`: 0; 22 when one
+// does not exist there, and without type or module. The pointers lead into the typedef
+// array of the module: whoever moves or frees that array calls ClearResolvedInType() first.
 uint32_t QMT_TYPE_UpdateRealTypeDerivedFrom(QmtType* type, QmsModule* module);
 
 // Resolves the body of one kind; NULL for kinds that name no typedef.
