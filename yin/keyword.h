@@ -17,8 +17,8 @@ QM_BEGIN_INTERNAL_DECLS
 // instance) in any other, 0 without namespace or for what is no element.
 uint32_t QMS_LOADER_GetXmlNodeYangStmt(const xmlNode* element);
 
-// The id of a keyword, 0 when there is none of that name. Case matters (RFC 7950
-// section 6.1.2).
+// The id of a keyword, 0 for NULL and when there is none of that name. Case matters (RFC
+// 7950 section 6.1.2).
 uint32_t QMS_LOADER_GetStmtByKeyword(const char* name);
 
 // The keyword of an id, "unknown" for ids past the last.

@@ -11,6 +11,7 @@
 #include <qmodel/error.h>
 
 #include "context/dict.h"
+#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/integer.h"
 #include "context/memory.h"
@@ -130,12 +131,6 @@ uint32_t FillEnums(QmsModule* module, xmlNode* typeElem, QmtType* /*type*/, QmtC
   return AssignValues(body, marks.Get());
 }
 
-static const xmlNode* FirstChildElement(const xmlNode* element) {
-  const xmlNode* child = element->children;
-  while (child != nullptr && child->type != XML_ELEMENT_NODE) child = child->next;
-  return child;
-}
-
 static uint32_t InternFirstSentence(QmsModule* module, const char* text, const char** out) {
   const char* stop = RTK_StrChr(text, '.');
   if (stop == text) return QM_OK;
@@ -147,7 +142,7 @@ uint32_t QM_LOADER_FillDescWithOneEnum(QmsModule* module, xmlNode* enumElem,
                                        const char** description) {
   const xmlNode* statement = FirstChildElementNamed(enumElem, "description");
   if (statement == nullptr) return QM_OK;
-  const xmlNode* textElement = FirstChildElement(statement);
+  const xmlNode* textElement = FirstElement(statement->children);
   if (textElement == nullptr) return QM_INVALID;
   const char* text = QM_XML_GetElemNodeContent(textElement);
   if (text == nullptr) return QM_INVALID;
