@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "compiler/quiet_xml.h"
 #include "compiler/reader.h"
 #include "compiler/session.h"
 #include "compiler/symbols.h"
@@ -143,6 +144,7 @@ std::vector<std::string> FindingLines(const Session& session, const Report& repo
 }
 
 JobResult RunJob(const JobRequest& request) {
+  const QuietXml quiet;
   JobResult result;
   try {
     Run(request, &result);
