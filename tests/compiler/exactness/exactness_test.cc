@@ -3,14 +3,18 @@
 // it was written, the library validates the message with the condition as it was rewritten.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <qmodel/qmodel.h>
 
 #include "compiler/condition.h"
+#include "compiler/xpath_edit.h"
+#include "context/memory.h"
 #include "tests/compiler/exactness/reference.h"
 #include "tests/support/message_fixture.h"
+#include "yin/augment_condition.h"
 
 namespace exactness {
 namespace {
@@ -499,6 +503,60 @@ TEST(MakeExact, HasTheAnswerOfXpathForDrawnConditions) {
     ASSERT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again: " << condition;
   }
   EXPECT_GT(exact, 300U);
+}
+
+// Around an action stand the entries that it lies in, with their keys and nothing else.
+TEST(MakeExact, KnowsWhatStandsAroundAnAction) {
+  const auto body = [](const std::string& must) {
+    return "<container name=\"top\"><leaf name=\"other\"><type name=\"string\"/></leaf>"
+           "<list name=\"e\"><key value=\"k\"/><leaf name=\"k\"><type name=\"int32\"/></leaf>"
+           "<leaf name=\"v\"><type name=\"int32\"/></leaf>"
+           "<action name=\"act\"><input><leaf name=\"probe\"><type name=\"int32\"/>" +
+           must + "</leaf></input></action></list></container>";
+  };
+  const Model model(body(""));
+  const compiler::ConditionPlace place = {model.Schema(), model.Node("top/e/act/input/probe"),
+                                          model.Module(), false};
+  const auto rewritten = [&](const char* text) {
+    compiler::Xpath xpath;
+    compiler::XpathError error;
+    EXPECT_TRUE(ParseXpath(text, &xpath, &error));
+    return MakeExact(xpath, place);
+  };
+  const compiler::ConditionResult key = rewritten("current() != ../../k");
+  EXPECT_EQ(key.text, ". != ../../k");
+  EXPECT_TRUE(key.remarks.empty());
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(QM_CTX_LoadMemory(ctx, Model(body(Statement("must", key.text))).Yin().c_str()), 0U);
+  for (const char* probe : {"1", "2"}) {
+    const std::string message = "<top xmlns=\"urn:m\"><e><k>1</k><act><probe>" +
+                                std::string(probe) + "</probe></act></e></top>";
+    const bool valid = message_fixture::ValidateRpc(ctx, message) == "valid";
+    EXPECT_EQ(valid ? 1 : 0, Answer(model, message, "probe", "current() != ../../k"));
+  }
+  QM_CTX_Delete(ctx);
+  for (const char* text : {"../../v = 1", "../../../other", "/m:top/m:other", "../../../e"}) {
+    SCOPED_TRACE(text);
+    const compiler::ConditionResult outside = rewritten(text);
+    EXPECT_EQ(outside.text, text);
+    ASSERT_EQ(outside.remarks.size(), 1U);
+    EXPECT_EQ(outside.remarks[0].issue, compiler::ConditionIssue::kOutside);
+  }
+}
+
+// What the compiler thinks that the library makes of an augment's condition is what it makes.
+TEST(LibraryShiftOneDown, IsWhatTheLibraryDoes) {
+  std::mt19937 random(5);
+  for (unsigned i = 0; i < 2000; ++i) {
+    const std::string condition = Grammar(&random).Boolean(i % 4);
+    char* made = QMS_NODE_GetParentCond(condition.c_str(), nullptr);
+    const std::optional<std::string> expected = compiler::LibraryShiftOneDown(condition);
+    ASSERT_EQ(made != nullptr, expected.has_value()) << condition;
+    if (made != nullptr) {
+      EXPECT_EQ(*expected, made);
+      g_qmMemFreeFunc(made);
+    }
+  }
 }
 
 }  // namespace
