@@ -160,7 +160,9 @@ std::string ArgumentFault(const xmlNode* element, const ExtensionForm& form) {
 }
 
 std::string FullName(const ExtensionInstance& instance) {
-  return std::string("'") + instance.prefix + ":" + NameOf(instance.element) + "'";
+  std::string name = instance.prefix;
+  if (!name.empty()) name += ":";
+  return "'" + name + NameOf(instance.element) + "'";
 }
 
 // Binds an instance; false: it cannot be written.
@@ -198,7 +200,8 @@ bool Bind(Binder* b, const ExtensionInstance& instance) {
   if (target != nullptr) return BindTo(b, instance, target);
   if (KnowsPrefix(file, instance.prefix)) return true;
   AddFinding(b->report, Severity::kError, kExtensionClass, instance.element,
-             std::string("no import has the prefix '") + instance.prefix + "'",
+             isText ? std::string("no import has the prefix '") + instance.prefix + "'"
+                    : "no import has the namespace of " + FullName(instance),
              "import the module that defines the extension");
   return false;
 }

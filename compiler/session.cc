@@ -4,8 +4,9 @@
 namespace compiler {
 
 static const xmlChar* InternName(xmlDict* dictionary, std::string_view text) {
+  const char* start = text.empty() ? "" : text.data();  // never NULL
   return Need(const_cast<xmlChar*>(xmlDictLookup(
-      dictionary, reinterpret_cast<const xmlChar*>(text.data()), static_cast<int>(text.size()))));
+      dictionary, reinterpret_cast<const xmlChar*>(start), static_cast<int>(text.size()))));
 }
 
 std::unique_ptr<Session> OpenSession() {

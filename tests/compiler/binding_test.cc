@@ -127,11 +127,13 @@ TEST_F(BindPrefixesTest, WhatIsNotDefinedLeavesTheTreeWithAllInIt) {
 
 TEST_F(BindPrefixesTest, YinThatDoesNotFitLeavesTheTree) {
   BindYin(
-      "<q:gone/><o:a/><q:plain name='a'/><q:named nam='a'/><q:held text='a'/><q:held>"
+      "<q:gone/><o:a/><b xmlns='urn:b'/><q:plain name='a'/><q:named nam='a'/><q:held "
+      "text='a'/><q:held>"
       "<leaf name='a'/><q:text/></q:held><leaf name='l'/><q:plain>text</q:plain>");
   EXPECT_EQ(Findings(),
             "module 'e' defines no extension 'gone'\n"
-            "no import has the prefix 'o'\n"
+            "no import has the namespace of 'o:a'\n"
+            "no import has the namespace of 'b'\n"
             "'q:plain' takes no argument\n"
             "'q:named' calls its argument 'name'\n"
             "'q:held' lacks its argument 'text'\n"
