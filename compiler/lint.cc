@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
 
 #include "compiler/circle.h"
 #include "compiler/lint_pass.h"
@@ -87,29 +90,33 @@ bool IsWanted(const LintOptions& options, const Finding& finding) {
   return index == std::size(kClasses) || options.shown[index];
 }
 
-// Orders by file as it was read, line, column; of one place as they were found.
-struct ByPlace {
-  const Session* session;
+// File in the order of reading, line, column, and the order in which they were found.
+using PlaceKey = std::tuple<size_t, uint32_t, uint32_t, size_t>;
 
-  size_t FileOf(const Finding& f) const {
-    size_t index = 0;
-    for (const SourceFile& file : session->files) {
-      if (&file == f.place.file) break;
-      ++index;
-    }
-    return index;
+std::vector<PlaceKey> SortedPlaces(const Session& session, const Report& report) {
+  std::unordered_map<const SourceFile*, size_t> order;
+  for (const SourceFile& file : session.files) order.emplace(&file, order.size() + 1);
+  std::vector<PlaceKey> keys;
+  for (size_t i = 0; i < report.findings.size(); ++i) {
+    const Place& place = report.findings[i].place;
+    keys.emplace_back(place.file == nullptr ? 0 : order[place.file], place.line, place.column, i);
   }
-  bool operator()(const Finding& a, const Finding& b) const {
-    if (a.place.file != b.place.file) return FileOf(a) < FileOf(b);
-    if (a.place.line != b.place.line) return a.place.line < b.place.line;
-    return a.place.column < b.place.column;
-  }
-};
+  std::sort(keys.begin(), keys.end());
+  return keys;
+}
+
+bool IsSamePlace(const Finding& a, const Finding& b) {
+  return a.place.file == b.place.file && a.place.line == b.place.line &&
+         a.place.column == b.place.column;
+}
 
 // What is said of a statement itself is not said again of each use of it.
-bool SaysTheSame(const Finding& a, const Finding& b) {
-  return a.place.file == b.place.file && a.place.line == b.place.line &&
-         a.place.column == b.place.column && a.message == b.message;
+bool IsSaid(const std::vector<Finding>& settled, const Finding& finding) {
+  for (auto other = settled.rbegin(); other != settled.rend(); ++other) {
+    if (!IsSamePlace(*other, finding)) return false;
+    if (other->message == finding.message) return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -143,22 +150,13 @@ void LintModules(Session* session, std::span<Module* const> modules, Report* rep
 }
 
 void SettleFindings(const Session& session, const LintOptions& options, Report* report) {
-  std::vector<Finding>* findings = &report->findings;
-  findings->erase(std::remove_if(findings->begin(), findings->end(),
-                                 [&](const Finding& f) { return !IsWanted(options, f); }),
-                  findings->end());
-  std::stable_sort(findings->begin(), findings->end(), ByPlace{&session});
   std::vector<Finding> settled;
-  for (Finding& finding : *findings) {
-    const auto sameStart = std::find_if(settled.rbegin(), settled.rend(), [&](const Finding& f) {
-      return f.place.file != finding.place.file || f.place.line != finding.place.line ||
-             f.place.column != finding.place.column;
-    });
-    const auto same = std::find_if(settled.rbegin(), sameStart,
-                                   [&](const Finding& f) { return SaysTheSame(f, finding); });
-    if (same == sameStart) settled.push_back(std::move(finding));
+  for (const PlaceKey& key : SortedPlaces(session, *report)) {
+    Finding& finding = report->findings[std::get<3>(key)];
+    if (IsWanted(options, finding) && !IsSaid(settled, finding))
+      settled.push_back(std::move(finding));
   }
-  findings->swap(settled);
+  report->findings.swap(settled);
 }
 
 size_t CountErrors(const Report& report) noexcept {

@@ -352,7 +352,7 @@ bool IsDataNode(const SchemaNode* node) noexcept {
 
 bool HasHole(const SchemaView& view, const SchemaNode* node) {
   for (const SchemaNode* seen = node; seen != nullptr; seen = NextSeen(node, seen))
-    if (view.holes.count(seen) != 0) return true;
+    if ((seen == node || IsTransparent(seen)) && view.holes.count(seen) != 0) return true;
   return false;
 }
 

@@ -92,7 +92,8 @@ const SchemaNode* TopOf(const SchemaNode* node) noexcept;
 // and the roots of operations and notifications.
 bool IsDataNode(const SchemaNode* node) noexcept;
 
-// True when somewhere below `node`, or at it, a `uses` could not be followed.
+// True when what data see as children of `node` is not all known, since a `uses` could
+// not be followed.
 bool HasHole(const SchemaView& view, const SchemaNode* node);
 
 }  // namespace compiler
