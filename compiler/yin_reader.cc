@@ -230,6 +230,7 @@ void StartStatement(YinReader* r, xmlNode* element, const Place& place, const xm
   r->module->extensions.push_back({element, Intern(r->session, View(prefix))});
 }
 
+// NOLINTNEXTLINE(readability-function-size): libxml2 prescribes the parameters.
 void TakeStart(void* ctxt, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                int /*namespaceCount*/, const xmlChar** /*namespaces*/, int count, int /*defaulted*/,
                const xmlChar** attributes) {
@@ -336,28 +337,29 @@ const char* EndOfTag(const char* tag, const char* end, size_t* attributes) noexc
   return end;
 }
 
-// Where the markup that begins at `start` and needs no look ends; NULL: it is a tag.
-const char* EndOfOther(const char* start, const char* end) noexcept {
+// True for markup that needs no look, a comment or CDATA; `*behind` is then its end.
+bool SkipOther(const char* start, const char* end, const char** behind) noexcept {
   const std::string_view rest(start, static_cast<size_t>(end - start));
-  const char* close = rest.starts_with("<!--") ? "-->" : rest.starts_with("<![CDATA[") ? "]]>" : "";
-  if (*close == 0) return nullptr;
-  const size_t at = rest.find(close);
-  return at == std::string_view::npos ? end : start + at;
+  const bool isComment = rest.starts_with("<!--");
+  if (!isComment && !rest.starts_with("<![CDATA[")) return false;
+  const size_t at = rest.find(isComment ? "-->" : "]]>");
+  *behind = at == std::string_view::npos ? end : start + at;
+  return true;
 }
 
 bool TagsAreSmall(YinReader* r) {
   const char* end = r->text.data() + r->text.size();
-  for (const char* p = r->text.data(); p < end; ++p) {
-    p = static_cast<const char*>(std::memchr(p, '<', static_cast<size_t>(end - p)));
-    if (p == nullptr) return true;
+  for (size_t at = r->text.find('<'); at != std::string_view::npos;) {
     size_t attributes = 0;
-    const char* tag = p;
-    p = EndOfOther(tag, end);
-    if (p == nullptr) p = EndOfTag(tag, end, &attributes);
-    if (attributes <= kMaxAttributes) continue;
-    CountTo(&r->counter, tag);
-    ReportAt(r, r->counter.line, r->counter.column, "the start tag has too many attributes");
-    return false;
+    const char* tag = r->text.data() + at;
+    const char* behind = end;
+    if (!SkipOther(tag, end, &behind)) behind = EndOfTag(tag, end, &attributes);
+    if (attributes > kMaxAttributes) {
+      CountTo(&r->counter, tag);
+      ReportAt(r, r->counter.line, r->counter.column, "the start tag has too many attributes");
+      return false;
+    }
+    at = r->text.find('<', static_cast<size_t>(behind - r->text.data()));
   }
   return true;
 }
