@@ -5,10 +5,11 @@
 // made; default values of leaf-lists are never added, deliberately. Leaves and
 // containers, which do make elements, are in complete_node.cc. The way down is a walk
 // over the schema; each kind only says what it goes through.
+#include "data/complete.h"
 
 #include "context/element_walk.h"
+#include "data/complete_node.h"
 #include "data/data_node.h"
-#include "data/defaults.h"
 #include "data/schema_query.h"
 
 static uint32_t OpenLeaflist(QmdWalk*, xmlNode*, QmsNode*, QmdLevel*) {

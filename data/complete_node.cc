@@ -4,6 +4,7 @@
 // before the first sibling that follows it in the schema, so that the completed
 // tree keeps the order that input demands and can be validated again. It is kept
 // only when it is whole; until then it is taken out again on every way out.
+#include "data/complete_node.h"
 
 #include <cstring>
 
@@ -13,7 +14,7 @@
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
-#include "data/defaults.h"
+#include "data/default_list.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"
 #include "xpath/bound_value.h"

@@ -5,12 +5,12 @@
 // too. Such an element is treated like a default, but nothing is freed twice for
 // it: only listed elements have an entry, and an entry goes with its element.
 // Listed are the topmost added elements; what hangs below them goes with them.
+#include "data/default_list.h"
 
 #include <functional>
 
 #include "context/element_walk.h"
 #include "context/memory.h"
-#include "data/defaults.h"
 
 static int32_t CompareNodes(const void* a, const void* b) {
   if (a == b) return 0;

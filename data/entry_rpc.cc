@@ -10,7 +10,7 @@
 #include "context/guard.h"
 #include "context/xml_parse.h"
 #include "data/bind.h"
-#include "data/defaults.h"
+#include "data/default_list.h"
 #include "data/error.h"
 #include "data/validate.h"
 

@@ -15,6 +15,7 @@
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
+#include "data/error_path.h"
 
 namespace {
 constexpr size_t kMaxMessageLength = 10240;

@@ -25,12 +25,5 @@ QmErrNode* QMD_ERR_NewErrNode(QmCheckAux* aux, uint32_t type, uint32_t severity,
 void QMD_ERR_SetErrorMsg(QmErrNode* err, const char* format, ...) QM_PRINTF(2, 3);
 void QMD_ERR_SetErrorAppTag(QmErrNode* err, const char* text);
 void QMD_ERR_SetBadElement(QmErrNode* err, const char* text);
-char* QMD_ERR_GeneralErrorPath(QmCheckAux* aux, xmlNode* dataNode);
-uint32_t QMD_ERR_PrintPath(QmCheckAux* aux, xmlNode* dataNode, QmdPathBuf* buf);
-uint32_t QMD_ERR_PrintElementNode(QmCheckAux* aux, xmlNode* node, QmdPathBuf* buf);
-uint32_t QMD_ERR_PrintElementNodeAsPredicate(QmdPathBuf* buf, const char* name, const char* value);
-uint32_t QMD_ERR_PrintXpathNode(QmdPathBuf* buf, const char* modName, const char* name);
-const char* QMD_ERR_GetElementNodePrefix(QmCheckAux* aux, xmlNode* node);
-char QMD_ERR_GetValueBoundaryQuota(const char* value);
 
 QM_END_INTERNAL_DECLS

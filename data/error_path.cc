@@ -4,6 +4,7 @@
 // end of a buffer to its front while the walk climbs: for each element first its
 // predicates, the last one first, then its step. A path that does not fit has no
 // useful beginning, so there is then no path at all.
+#include "data/error_path.h"
 
 #include <cstring>
 
@@ -13,7 +14,6 @@
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
-#include "data/error.h"
 
 // Writes in front of what the buffer holds; the caller has checked the room.
 static void Prepend(QmdPathBuf* buf, const char* text, size_t length) {

@@ -8,7 +8,8 @@
 
 #include "context/element_walk.h"
 #include "data/bind.h"
-#include "data/defaults.h"
+#include "data/complete.h"
+#include "data/default_list.h"
 #include "data/must.h"
 #include "data/node_check.h"
 #include "xpath/child_lookup.h"

@@ -9,7 +9,7 @@
 #include "data/when.h"
 
 #include "context/element_walk.h"
-#include "data/defaults.h"
+#include "data/default_list.h"
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "xpath/child_lookup.h"

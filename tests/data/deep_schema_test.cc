@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "data/bind.h"
-#include "data/defaults.h"
+#include "data/complete.h"
+#include "data/default_list.h"
 #include "data/must.h"
 #include "data/validate.h"
 #include "tests/support/counting_memory.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "data/defaults.h"
+#include "data/complete.h"
+#include "data/default_list.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "data/error.h"
+#include "data/error_path.h"
 
 #include <gtest/gtest.h>
 #include <qmodel/error.h>

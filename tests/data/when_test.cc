@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "data/defaults.h"
+#include "data/complete.h"
+#include "data/default_list.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"
 #include "tests/support/yin_text.h"
