@@ -24,7 +24,7 @@ static uint32_t CheckRepeatIfAction(QmCheckAux* aux, xmlNode* element) {
 
 // The order decides which of several faults of one element is reported.
 using NodeCheck = uint32_t (*)(QmCheckAux* aux, xmlNode* element);
-static constexpr NodeCheck kNodeChecks[] = {
+constexpr NodeCheck kNodeChecks[] = {
     QMD_PAS_CheckMultipleInstanceNode, QMD_PAS_CheckDataNodeValue, CheckRepeatIfAction,
     QMD_PAS_CheckElementNodeOrder,     QMD_PAS_CheckMultiCases,
 };
@@ -78,7 +78,7 @@ static uint32_t EnterElement(QmCheckAux* aux, xmlNode* element, const QmsNode* s
 }
 
 static void LeaveElement(QmCheckAux* aux, const QmsNode* schemaNode) {
-  if (schemaNode->kind == QMS_NODE_ACTION) aux->flags &= ~static_cast<uint32_t>(QMD_MODE_IN_ACTION);
+  if (schemaNode->kind == QMS_NODE_ACTION) aux->flags &= ~uint32_t{QMD_MODE_IN_ACTION};
 }
 
 // The next element to bind after everything below `done`, within `root`.
@@ -107,7 +107,7 @@ static uint32_t BindBelow(QmCheckAux* aux, xmlNode* root, QmsNode* rootSchema) {
     }
     if (ret == QM_OK && next == nullptr) next = NextToBind(aux, root, rootSchema, element);
   }
-  if (ret != QM_OK) aux->flags &= ~static_cast<uint32_t>(QMD_MODE_IN_ACTION);
+  if (ret != QM_OK) aux->flags &= ~uint32_t{QMD_MODE_IN_ACTION};
   return ret;
 }
 

@@ -12,11 +12,12 @@
 #include "data/data_node.h"
 #include "data/schema_query.h"
 
-static uint32_t OpenLeaflist(QmdWalk*, xmlNode*, QmsNode*, QmdLevel*) {
+static uint32_t OpenLeaflist(QmdWalk* /*walk*/, xmlNode* /*dataParent*/, QmsNode* /*schemaNode*/,
+                             QmdLevel* /*level*/) {
   return QM_OK;
 }
 
-static uint32_t OpenChildrenInParent(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode,
+static uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
                                      QmdLevel* level) {
   OpenChildren(level, schemaNode, dataParent);
   return QM_OK;
@@ -31,18 +32,20 @@ static uint32_t OpenAction(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNo
   return QM_OK;
 }
 
-static uint32_t OpenChoice(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level) {
+static uint32_t OpenChoice(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+                           QmdLevel* level) {
   QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
   if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
   if (branch != nullptr) OpenBranch(level, schemaNode, branch, dataParent);
   return QM_OK;
 }
 
-static uint32_t OpenList(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level) {
+static uint32_t OpenList(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+                         QmdLevel* level) {
   return OpenEntries(level, schemaNode, dataParent);
 }
 
-static constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
+constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
     nullptr,               // none
     OpenDefaultContainer,  // container
     AddDefaultOfLeaf,      // leaf

@@ -17,6 +17,7 @@
 #include "data/default_list.h"
 #include "data/node_check.h"
 #include "data/schema_query.h"
+#include "platform/string.h"
 #include "xpath/bound_value.h"
 
 using NewElement = QmOwn<RemoveNode>;
@@ -57,7 +58,7 @@ static void MarkAndPlace(QmCheckAux* aux, xmlNode* added, QmsNode* schemaNode) {
 // prefix. When nothing else has that name as prefix here, it is declared, and the
 // value reads like one that a client wrote.
 static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, const char* value) {
-  const char* colon = std::strchr(value, ':');
+  const char* colon = RTK_StrChr(value, ':');
   if (colon == nullptr || colon == value) return QM_OK;
   const size_t length = static_cast<size_t>(colon - value);
   if (FindNamespaceOfPrefix(added, value, length) != nullptr) return QM_OK;
@@ -84,7 +85,8 @@ static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* sc
   return ret;
 }
 
-uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel*) {
+uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                          QmdLevel* /*level*/) {
   if (schemaNode->payload == nullptr) return QM_INVALID;
   const char* value = QM_NODE_GetDefaultValueStr(schemaNode);
   if (value == nullptr || FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
@@ -120,8 +122,9 @@ uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
 
 uint32_t CloseDefaultContainer(QmdWalk* walk, const QmdLevel* level, uint32_t ret) {
   NewElement container(level->made);
-  if (container && ret == QM_OK && level->added)
+  if (container && ret == QM_OK && level->added) {
     ret = QMD_PAS_AddDefaultNodeToList(&walk->aux->defaultList, container.Get());
+  }
   if (container && ret != QM_OK) return ret;
   if (level->added) {
     static_cast<void>(container.Release());

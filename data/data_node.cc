@@ -5,11 +5,10 @@
 
 #include "data/data_node.h"
 
-#include <cstring>
-
 #include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/schema_query.h"
+#include "platform/string.h"
 
 const char* QMD_NODE_GetModuleName(QmCtx* ctx, const xmlNode* element) {
   if (!IsElement(element)) return nullptr;
@@ -26,7 +25,7 @@ uint32_t QMD_NODE_IsKeyLeafNode(const xmlNode* element) {
 
 xmlNode* FindChildElement(const xmlNode* parent, const char* name) {
   xmlNode* child = FirstElement(parent->children);
-  while (child != nullptr && std::strcmp(ElementName(child), name) != 0) {
+  while (child != nullptr && RTK_StrCmp(ElementName(child), name) != 0) {
     child = FirstElement(child->next);
   }
   return child;

@@ -17,8 +17,8 @@ static int32_t CompareNodes(const void* a, const void* b) {
   return std::less<const void*>{}(a, b) ? -1 : 1;
 }
 
-static constexpr RtkAvl3TreeInfo kDefaultIndexInfo = {
-    CompareNodes, offsetof(QmDefaultNodeEntry, node), offsetof(QmDefaultNodeEntry, link)};
+constexpr RtkAvl3TreeInfo kDefaultIndexInfo = {CompareNodes, offsetof(QmDefaultNodeEntry, node),
+                                               offsetof(QmDefaultNodeEntry, link)};
 
 void InitDefaultNodeList(QmDefaultNodeEntry* head) {
   head->next = head;

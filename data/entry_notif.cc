@@ -3,12 +3,11 @@
 // the notification after the run, without the nodes whose when or must was false.
 // Deliberate: of a failure it learns the fact only; the run's record is dropped.
 
-#include <cstring>
-
 #include "context/guard.h"
 #include "context/xml_parse.h"
 #include "context/xml_tree.h"
 #include "data/validate.h"
+#include "platform/string.h"
 
 static uint32_t RunOnDocument(QmCtx* ctx, xmlDoc* doc) {
   QmCheckAux aux = {};
@@ -20,7 +19,7 @@ static uint32_t RunOnDocument(QmCtx* ctx, xmlDoc* doc) {
 
 // The document's text, indented; NULL without memory. It is freed with xmlFree.
 static xmlChar* ValidatedText(QmCtx* ctx, const char* xmlText) {
-  const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(xmlText, std::strlen(xmlText)));
+  const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(xmlText, RTK_StrLen(xmlText)));
   if (!doc || RunOnDocument(ctx, doc.Get()) != QM_OK) return nullptr;
   const XmlSilence silence;
   xmlChar* text = nullptr;

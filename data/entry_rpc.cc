@@ -4,8 +4,6 @@
 // Added defaults belong to the document of the input, so they are settled before
 // a parsed document is freed, in success and in failure.
 
-#include <cstring>
-
 #include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/xml_parse.h"
@@ -13,6 +11,7 @@
 #include "data/default_list.h"
 #include "data/error.h"
 #include "data/validate.h"
+#include "platform/string.h"
 
 // Ends the run: keeps or removes the added defaults and gives the verdict.
 static QmErrNode* SettleRun(QmCheckAux* aux, uint32_t ret) {
@@ -47,7 +46,7 @@ static QmErrNode* ValidateElement(QmCheckAux* aux, xmlNode* root) {
 }
 
 static QmErrNode* ValidateText(QmCheckAux* aux, const char* text) {
-  const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(text, std::strlen(text)));
+  const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(text, RTK_StrLen(text)));
   if (!doc) return SettleRun(aux, QM_INVALID);
   const uint32_t ret = QMD_PAS_ValidateDataTree(aux, xmlDocGetRootElement(doc.Get()));
   return SettleRun(aux, ret);

@@ -14,6 +14,7 @@
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
+#include "platform/string.h"
 
 // Writes in front of what the buffer holds; the caller has checked the room.
 static void Prepend(QmdPathBuf* buf, const char* text, size_t length) {
@@ -27,13 +28,13 @@ static const char* TextOrEmpty(const xmlNode* element) {
 }
 
 char QMD_ERR_GetValueBoundaryQuota(const char* value) {
-  return value == nullptr || std::strchr(value, '\'') == nullptr ? '\'' : '"';
+  return value == nullptr || RTK_StrChr(value, '\'') == nullptr ? '\'' : '"';
 }
 
 uint32_t QMD_ERR_PrintElementNodeAsPredicate(QmdPathBuf* buf, const char* name, const char* value) {
   if (buf == nullptr || name == nullptr || value == nullptr) return QM_INVALID;
-  const size_t nameLength = std::strlen(name);
-  const size_t valueLength = std::strlen(value);
+  const size_t nameLength = RTK_StrLen(name);
+  const size_t valueLength = RTK_StrLen(value);
   constexpr size_t kMarks = 5;  // [ = ] and two quotes
   if (buf->position < kMarks || nameLength > buf->position - kMarks ||
       valueLength > buf->position - kMarks - nameLength) {
@@ -51,8 +52,8 @@ uint32_t QMD_ERR_PrintElementNodeAsPredicate(QmdPathBuf* buf, const char* name, 
 }
 
 uint32_t QMD_ERR_PrintXpathNode(QmdPathBuf* buf, const char* modName, const char* name) {
-  const size_t nameLength = std::strlen(name);
-  const size_t modLength = modName == nullptr ? 0 : std::strlen(modName) + 1;  // with the colon
+  const size_t nameLength = RTK_StrLen(name);
+  const size_t modLength = modName == nullptr ? 0 : RTK_StrLen(modName) + 1;  // with the colon
   if (nameLength + modLength + 1 > buf->position) return QM_INVALID;
   Prepend(buf, name, nameLength);
   if (modName != nullptr) {
@@ -67,7 +68,7 @@ const char* QMD_ERR_GetElementNodePrefix(QmCheckAux* aux, xmlNode* node) {
   const char* modName = QMD_NODE_GetModuleName(aux->ctx, node);
   if (modName == nullptr || node->parent == aux->topNode) return modName;
   const char* parentModName = QMD_NODE_GetModuleName(aux->ctx, node->parent);
-  const bool same = parentModName != nullptr && std::strcmp(modName, parentModName) == 0;
+  const bool same = parentModName != nullptr && RTK_StrCmp(modName, parentModName) == 0;
   return same ? nullptr : modName;
 }
 

@@ -36,7 +36,8 @@ static void ReportMissingElement(QmCheckAux* aux, xmlNode* dataParent, const Qms
   QMD_ERR_SetBadElement(err, schemaNode->name);
 }
 
-static uint32_t CheckDataNode(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel*) {
+static uint32_t CheckDataNode(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* /*level*/) {
   if (QM_NODE_IsMandatory(schemaNode) == 0) return QM_OK;
   if (QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode) != nullptr) return QM_OK;
   uint32_t wanted = 0;
@@ -75,7 +76,8 @@ static uint32_t OpenContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
   return OpenMissingContainer(walk, dataParent, schemaNode, level);
 }
 
-static uint32_t OpenList(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode, QmdLevel* level) {
+static uint32_t OpenList(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+                         QmdLevel* level) {
   return OpenEntries(level, schemaNode, dataParent);
 }
 
@@ -99,20 +101,20 @@ static uint32_t OpenChoice(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNo
   return QM_INVALID;
 }
 
-static uint32_t OpenChildrenInParent(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode,
+static uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
                                      QmdLevel* level) {
   OpenChildren(level, schemaNode, dataParent);
   return QM_OK;
 }
 
-static uint32_t OpenInputOfRpc(QmdWalk*, xmlNode* dataParent, QmsNode* schemaNode,
+static uint32_t OpenInputOfRpc(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
                                QmdLevel* level) {
   QmsNode* input = QMD_PAS_GetRpcSubTreeInputMdl(schemaNode);
   if (input != nullptr) OpenChildren(level, input, dataParent);
   return QM_OK;
 }
 
-static constexpr QmdOpenFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT] = {
+constexpr QmdOpenFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT] = {
     nullptr,               // none
     OpenContainer,         // container
     CheckDataNode,         // leaf
@@ -133,7 +135,7 @@ static_assert(QMS_NODE_CONTAINER == 1 && QMS_NODE_CASE == 6 && QMS_NODE_RPC == 1
                   QMS_NODE_INPUT == 12 && QMS_NODE_KIND_COUNT == 15,
               "the rows stand at their kind");
 
-static uint32_t CloseTemporary(QmdWalk*, const QmdLevel* level, uint32_t ret) {
+static uint32_t CloseTemporary(QmdWalk* /*walk*/, const QmdLevel* level, uint32_t ret) {
   if (level->made != nullptr) RemoveTemporary(level->made);
   return ret;
 }

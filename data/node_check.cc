@@ -5,13 +5,12 @@
 
 #include "data/node_check.h"
 
-#include <cstring>
-
 #include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/schema_query.h"
+#include "platform/string.h"
 
 namespace {
 // Invalid values are quoted in messages up to 256 characters.
@@ -24,7 +23,7 @@ void QMD_PAS_SetInvalidValueErr(QmCheckAux* aux, xmlNode* element) {
   const char* content = QM_XML_GetElemNodeContent(element);
   const char* value = content == nullptr ? "" : content;
   QmErrNode* err = RunError(aux, QM_ERR_TAG_BAD_ELEMENT, element);
-  if (std::strlen(value) > kMaxQuotedValue) {
+  if (RTK_StrLen(value) > kMaxQuotedValue) {
     QMD_ERR_SetErrorMsg(err, "%s has invalid value %.*s....", name, kCutValueLength, value);
   } else {
     QMD_ERR_SetErrorMsg(err, "%s has invalid value %s.", name, value);

@@ -4,16 +4,15 @@
 
 #include "data/schema_query.h"
 
-#include <cstring>
-
+#include "platform/string.h"
 #include "schema/node_walk.h"
 
 // Names are compared by text: interning one to compare pointers would write to
 // the dictionary.
 static bool IsMountPointInst(const QmsExtInst* inst) {
   return inst->module != nullptr && inst->name != nullptr &&
-         std::strcmp(inst->name, "mount-point") == 0 &&
-         std::strcmp(inst->module, "ietf-yang-schema-mount") == 0;
+         RTK_StrCmp(inst->name, "mount-point") == 0 &&
+         RTK_StrCmp(inst->module, "ietf-yang-schema-mount") == 0;
 }
 
 uint32_t QMD_MDL_IsSchemaNodeDefineWithMountPoint(const QmsNode* schemaNode) {

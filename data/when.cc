@@ -60,7 +60,7 @@ void QMD_PAS_SetWhenCondNoPassErrorInfo(QmCheckAux* aux, xmlNode* node) {
   QMD_ERR_SetBadElement(err, ElementName(node));
 }
 
-uint32_t QMD_PAS_ProcWhenCondNoPassForNotif(QmCheckAux*, xmlNode* startNode, xmlNode* node,
+uint32_t QMD_PAS_ProcWhenCondNoPassForNotif(QmCheckAux* /*aux*/, xmlNode* startNode, xmlNode* node,
                                             xmlNode** next) {
   *next = NextElementBeyond(startNode, node);
   NoteChildLeaves(node);
