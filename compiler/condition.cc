@@ -116,7 +116,7 @@ Piece ConditionWriter::Not(const Piece& piece) const {
   return Fresh("not(" + piece.text + ")", XpathKind::kCall);
 }
 
-Piece ConditionWriter::AsBoolean(Piece piece) const {
+Piece ConditionWriter::AsBoolean(const Piece& piece) const {
   return piece.isBoolean ? piece : Not(Not(piece));
 }
 
@@ -279,7 +279,7 @@ bool ConditionWriter::IsEvaluable(uint32_t index, const PlainPath& path) {
 }
 
 Piece ConditionWriter::Exists(uint32_t index, PlainPath path) {
-  const Piece author = Author(index, false);
+  Piece author = Author(index, false);
   if (!IsEvaluable(index, path)) return author;
   // Containers without presence exist for XPath wherever their parent does.
   while (!path.items.empty() && !path.items.back().up && path.items.back().node != nullptr &&
@@ -351,9 +351,33 @@ std::optional<std::string> ConditionWriter::OwnIdentityPrefix() const {
   return std::string(place_.words->prefix) + ":";
 }
 
+// Whether the path leads to an identityref in every message: where it does not, the
+// library refuses the request.
+bool ConditionWriter::IsIdentityAtHand(uint32_t operand, const PlainPath& path) {
+  if (!path.plain || path.namesake || path.lacksDefault) return IsEvaluable(operand, path);
+  if (path.outside) IsEvaluable(operand, path);
+  if (path.known && path.several) {
+    Remark(ConditionIssue::kSeveral, operand,
+           "of several entries in " + Quoted(operand) + " the library looks at the first only");
+  }
+  if (!path.known || path.outside || !path.certain) {
+    return Remark(ConditionIssue::kFails, operand,
+                  "where " + Quoted(operand) + " is missing the library refuses the request");
+  }
+  if (place_.isWhenOfContext && path.target == place_.context) {
+    return Remark(ConditionIssue::kOther, operand,
+                  Quoted(operand) + " looks at the value of the node that it decides on");
+  }
+  if (path.target != nullptr && place_.schema->ValueOf(path.target) == ValueKind::kIdentity) {
+    return true;
+  }
+  return Remark(ConditionIssue::kFails, operand,
+                Quoted(operand) + " is no identityref: the library refuses the request");
+}
+
 Piece ConditionWriter::DerivedFrom(uint32_t index) {
   const XpathNode& node = xpath_.At(index);
-  const Piece author = Author(index, true);
+  Piece author = Author(index, true);
   if (node.operands.size() != 2) return Unsupported(index);
   const uint32_t operand = node.operands[0];
   const uint32_t literal = WithoutParentheses(xpath_, node.operands[1]);
@@ -362,39 +386,7 @@ Piece ConditionWriter::DerivedFrom(uint32_t index) {
     return Unsupported(index);
   }
   const PlainPath path = ResolvePath(xpath_, place_, base_, operand);
-  if (!path.plain || path.namesake || path.lacksDefault) {
-    if (path.plain || path.remark.issue != ConditionIssue::kPredicate) {
-      IsEvaluable(operand, path);
-    } else {
-      remarks_.push_back(path.remark);
-    }
-    return author;
-  }
-  if (!path.known) {
-    Remark(ConditionIssue::kFails, operand,
-           "where " + Quoted(operand) + " is missing the library refuses the request");
-    return author;
-  }
-  if (path.outside || !path.certain) {
-    if (path.outside) IsEvaluable(operand, path);
-    if (path.several) {
-      Remark(ConditionIssue::kSeveral, operand,
-             "of several entries in " + Quoted(operand) + " the library looks at the first only");
-    }
-    Remark(ConditionIssue::kFails, operand,
-           "where " + Quoted(operand) + " is missing the library refuses the request");
-    return author;
-  }
-  if (place_.isWhenOfContext && path.target == place_.context) {
-    Remark(ConditionIssue::kOther, operand,
-           Quoted(operand) + " looks at the value of the node that it decides on");
-    return author;
-  }
-  if (path.target == nullptr || place_.schema->ValueOf(path.target) != ValueKind::kIdentity) {
-    Remark(ConditionIssue::kFails, operand,
-           Quoted(operand) + " is no identityref: the library refuses the request");
-    return author;
-  }
+  if (!IsIdentityAtHand(operand, path)) return author;
   std::vector<Piece> pieces;
   if (!Guards(index, path, &pieces)) return author;
   std::vector<std::pair<TextSpan, std::string>> parts;

@@ -139,7 +139,7 @@ Side ConditionWriter::SideOfCall(uint32_t index, uint32_t call) {
 
 Piece ConditionWriter::Compare(uint32_t index) {
   const XpathNode& node = xpath_.At(index);
-  const Piece author = Author(index, true);
+  Piece author = Author(index, true);
   if (node.operands.size() != 2) {
     Remark(ConditionIssue::kOther, index,
            "the library evaluates " + Quoted(index) + " as it stands");
@@ -243,7 +243,7 @@ std::optional<Piece> ConditionWriter::CompareLength(uint32_t index, const Side& 
     return std::nullopt;
   }
   if (atNone == atOne) return Fresh(atOne ? "1 = 1" : "1 = 0", XpathKind::kEquality);
-  const std::optional<Piece> filled = CompareText(index, length, "!=", "");
+  std::optional<Piece> filled = CompareText(index, length, "!=", "");
   if (!filled || atOne) return filled;
   return Not(*filled);
 }

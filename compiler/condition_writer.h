@@ -55,10 +55,11 @@ class ConditionWriter {
   Piece Group(uint32_t index);
   Piece Call(uint32_t index);
   Piece DerivedFrom(uint32_t index);
+  bool IsIdentityAtHand(uint32_t operand, const PlainPath& path);
   Piece Number(uint32_t index);
   Piece UnionOf(uint32_t index);
   Piece Exists(uint32_t index, PlainPath path);
-  Piece AsBoolean(Piece piece) const;
+  Piece AsBoolean(const Piece& piece) const;
   void CollectPresent(uint32_t index, bool when, std::vector<std::string>* keys) const;
   std::vector<std::string> KnownBeside(const XpathNode& chain, size_t operand) const;
 

@@ -182,14 +182,14 @@ DataNode* DataSchema::Step(DataNode* node, DataModule* module, std::string_view 
   return hung == node->augmented.end() ? nullptr : *hung;
 }
 
-DataNode* DataSchema::FindTarget(DataModule* module, std::string_view text) {
-  NodePath path;
+DataNode* DataSchema::FindTarget(DataModule* module, std::string_view path) {
+  NodePath read;
   XpathError error;
-  if (!ParseSchemaNodeId(text, true, &path, &error)) return nullptr;
+  if (!ParseSchemaNodeId(path, true, &read, &error)) return nullptr;
   DataNode* node = nullptr;
-  for (const PathStep& step : path.steps) {
-    DataModule* owner = OfPrefix(module, path.Of(step.prefix));
-    node = owner == nullptr ? nullptr : Step(node, owner, path.Of(step.name), module);
+  for (const PathStep& step : read.steps) {
+    DataModule* owner = OfPrefix(module, read.Of(step.prefix));
+    node = owner == nullptr ? nullptr : Step(node, owner, read.Of(step.name), module);
     if (node == nullptr) return nullptr;
   }
   return node;
