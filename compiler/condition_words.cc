@@ -161,8 +161,11 @@ void RewritePath(Output* out, xmlNode* statement) {
   rules.identities = [](std::string_view) { return std::nullopt; };
   if (text == nullptr || !ParseXpath(text, &xpath, &error)) return;
   std::vector<UnknownPrefix> unknown;
-  const std::string renamed = RenamePrefixes(xpath, rules, &unknown);
+  std::string renamed = RenamePrefixes(xpath, rules, &unknown);
   ReportUnknown(out, statement, unknown);
+  // RFC 7950 has no current() here, but models have, and it can mean one thing only.
+  constexpr std::string_view kCurrent = "current()/";
+  if (std::string_view(renamed).starts_with(kCurrent)) renamed.erase(0, kCurrent.size());
   if (!ParseLeafrefPath(renamed, &path, &error) || path.throughDeref) return;
   const std::string written = WithoutBlanks(path);
   if (written != text) SetArgument(out->all->session, statement, written);

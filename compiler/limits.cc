@@ -230,7 +230,8 @@ void KeepLimits(Output* out) {
   if (!IsIdentifier(out->module->name)) Stop(out, "name", root, "this is no name of a module");
   KeepCounts(out, root);
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
-    xmlNode* outside = NextOutside(root, s);
+    // What stands beside a path goes with it.
+    xmlNode* outside = NextOutside(root, Is(s, Keyword::kPath) ? ParentOf(s) : s);
     const char* excess = Excess(*out, s);
     if (excess == nullptr && DepthOf(s) > kMaxDepth) excess = "it stands deeper than 256 levels";
     if (excess != nullptr) {

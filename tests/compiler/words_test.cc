@@ -182,6 +182,22 @@ TEST_F(Paths, WithoutPrefixesInATypedefBecomeThoseOfTheLeaf) {
   EXPECT_NE(std::string::npos, BodyOf(result, "n").find("leaf own { type ref; }"));
 }
 
+TEST_F(Paths, BeginAtTheLeafWithoutSayingSo) {
+  Module("m", "leaf a { type string; } leaf b { type leafref { path \"current()/../a\"; } }");
+  EXPECT_EQ("leaf a { type string; } leaf b { type leafref { path ../m:a; } }", Body("m"));
+}
+
+TEST_F(Paths, ThatTheLoaderDoesNotTakeAreLeftOutAndReported) {
+  Module("m",
+         "leaf a { type leafref { path ../b; } } leaf b { type string; }\n"
+         "leaf c { type leafref { path \"deref(../a)/../b\"; require-instance true; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(
+      "leaf a { type leafref { path ../m:b; } } leaf b { type string; } leaf c { type string; }",
+      BodyOf(result, "m"));
+}
+
 TEST_F(Paths, InAUnionBecomeTheTypeOfTheirTarget) {
   Module(
       "m",
