@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Files and standard input, read whole: a message is validated as one text.
+// Files and standard input, read whole: a message is validated as one text. What a
+// person names may be a pipe; what is found in a search directory may not.
 #include "client/file_input.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -22,5 +27,21 @@ bool ReadInput(const std::string& file, std::string* content) {
   const bool done = stream != nullptr && ReadAll(stream, content);
   if (!done) PrintError("%s: %s", file.c_str(), std::strerror(errno));
   if (stream != nullptr && !standardInput) static_cast<void>(std::fclose(stream));
+  return done;
+}
+
+bool ReadRegularFile(const std::string& file, std::string* content) {
+  content->clear();
+  const int fd = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+  if (fd < 0) return false;
+  struct stat info;
+  const bool regular = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+  FILE* stream = regular ? fdopen(fd, "rb") : nullptr;
+  if (stream == nullptr) {
+    static_cast<void>(close(fd));
+    return false;
+  }
+  const bool done = ReadAll(stream, content);
+  static_cast<void>(std::fclose(stream));
   return done;
 }

@@ -1,21 +1,27 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The library does not tell which file it has read, so the file is looked up in the way
 // in which the library does: in each directory the plain file, else the first that the
-// listing gives with a revision.
+// listing gives with a revision. It is read with the same care, too.
 #include "client/skipped.h"
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 
+#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <set>
 #include <string>
+
+#include "client/file_input.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
+constexpr size_t kMaxAttributeDefaults = 16;  // of a model that the library reads
 
 std::string FindWithRevision(const std::string& dir, const std::string& name) {
   std::error_code error;
@@ -30,7 +36,9 @@ std::string FindWithRevision(const std::string& dir, const std::string& name) {
   return {};
 }
 
+// A name with a slash is no identifier and could lead elsewhere.
 std::string FindFile(const Options& options, const std::string& name) {
+  if (name.find('/') != std::string::npos) return {};
   static const std::vector<std::string> kHere = {"."};
   std::string withRevision;
   for (const std::string& dir : options.searchDirs.empty() ? kHere : options.searchDirs) {
@@ -88,16 +96,46 @@ void CountTree(Counting* counting, const xmlNode* root) {
   }
 }
 
+// In place of libxml2's handler of attribute declarations, which it calls. The library
+// refuses a model with more than a few, since they cost time in their square.
+void CountAttributeDefault(void* parser, const xmlChar* element, const xmlChar* name, int type,
+                           int use, const xmlChar* value, xmlEnumerationPtr choices) {
+  auto* context = static_cast<xmlParserCtxt*>(parser);
+  auto* count = static_cast<size_t*>(context->_private);
+  xmlSAX2AttributeDecl(parser, element, name, type, use, value, choices);
+  if (value == nullptr || ++*count <= kMaxAttributeDefaults) return;
+  xmlStopParser(context);
+  context->wellFormed = 0;
+}
+
+// NULL for what the library would not read either.
+xmlDoc* ParseModel(const std::string& file) {
+  std::string text;
+  if (!ReadRegularFile(file, &text) || text.empty() || text.size() > INT_MAX) return nullptr;
+  xmlParserCtxt* context = xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
+  if (context == nullptr) return nullptr;
+  static_cast<void>(
+      xmlCtxtUseOptions(context, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
+  size_t attributeDefaults = 0;
+  context->_private = &attributeDefaults;
+  context->sax->attributeDecl = CountAttributeDefault;
+  static_cast<void>(xmlParseDocument(context));
+  xmlDoc* doc = context->myDoc;
+  if (context->wellFormed == 0) {
+    xmlFreeDoc(doc);
+    doc = nullptr;
+  }
+  xmlFreeParserCtxt(context);
+  return doc;
+}
+
 size_t CountSkipped(const Options& options, const std::string& module) {
   Counting counting{options, {}, {}, 0};
   counting.open.push_back(FindFile(options, module));
   while (!counting.open.empty()) {
     const std::string file = counting.open.back();
     counting.open.pop_back();
-    xmlDoc* doc = file.empty()
-                      ? nullptr
-                      : xmlReadFile(file.c_str(), nullptr,
-                                    XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    xmlDoc* doc = file.empty() ? nullptr : ParseModel(file);
     const xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
     if (root != nullptr) CountTree(&counting, root);
     xmlFreeDoc(doc);

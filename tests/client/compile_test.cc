@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // qmodel compile and -c, end to end.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -26,6 +27,9 @@ class ClientCompile : public testing::Test {
   void Write(const std::string& file, const std::string& text) const {
     std::filesystem::create_directories(std::filesystem::path(path_ + "/" + file).parent_path());
     std::ofstream(path_ + "/" + file) << text;
+  }
+  void Fifo(const std::string& file) const {
+    EXPECT_EQ(0, mkfifo((path_ + "/" + file).c_str(), 0600));
   }
   std::string Read(const std::string& file) const {
     std::stringstream content;
@@ -239,6 +243,28 @@ TEST_F(ClientCompile, PlainLoadsSayHowMuchTheySkip) {
   EXPECT_EQ(expected, Run({"load", "m"}).err);
   EXPECT_EQ(expected, Run({"tree", "m"}).err);
   EXPECT_EQ("", Run({"load", "-c", "m"}).err);
+}
+
+// What is counted is looked for and read with the library's care: nothing is waited for,
+// nothing outside the search directories is looked at, and a model that the library
+// refuses for the attributes it declares is not read for minutes.
+TEST_F(ClientCompile, WhatTheLibraryDoesNotReadIsNotCounted) {
+  const std::string head =
+      "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
+      "<prefix value='m'/>";
+  const std::string skipped = "<grouping name='g'/></module>";
+  Fifo("fifo.yin");
+  EXPECT_EQ("fifo: Failed to find \"fifo\" from search directories.\n", Run({"load", "fifo"}).err);
+  Write("in/m.yin", head + "<include module='../s'/></module>");
+  Write("s.yin", head + skipped);
+  EXPECT_EQ(std::string::npos, Run({"load", "-p", "in", "m"}).err.find("were skipped"));
+  for (const size_t count : {16u, 17u}) {
+    std::string attributes;
+    for (size_t i = 0; i < count; ++i) attributes += " a" + std::to_string(i) + " CDATA 'x'";
+    Write("m.yin", "<!DOCTYPE module [<!ATTLIST module" + attributes + ">]>" + head + skipped);
+    const ClientRun run = Run({"load", "m"});
+    EXPECT_EQ(count == 16, run.err.find("were skipped") != std::string::npos) << run.err;
+  }
 }
 
 }  // namespace
