@@ -5,30 +5,6 @@
 // Cleanup for functions that acquire two or more things. Release() is called
 // exactly where ownership passes on.
 
-// Owns a block of the memory hooks.
-template <typename T>
-class QmHeld {
- public:
-  explicit QmHeld(T* block = nullptr) : block_(block) {}
-  ~QmHeld() {
-    if (block_ != nullptr) g_qmMemFreeFunc(block_);
-  }
-  QmHeld(const QmHeld&) = delete;
-  QmHeld& operator=(const QmHeld&) = delete;
-
-  T* Get() const { return block_; }
-  T* operator->() const { return block_; }
-  explicit operator bool() const { return block_ != nullptr; }
-  [[nodiscard]] T* Release() {
-    T* block = block_;
-    block_ = nullptr;
-    return block;
-  }
-
- private:
-  T* block_;
-};
-
 // Owns a record with the function that destroys it: QmOwn<xmlFreeDoc> doc(…).
 template <auto Destroy>
 class QmOwn;
@@ -55,3 +31,12 @@ class QmOwn<Destroy> {
  private:
   T* record_;
 };
+
+template <typename T>
+void FreeBlock(T* block) {
+  g_qmMemFreeFunc(block);
+}
+
+// Owns a block of the memory hooks: QmHeld<char> text(…).
+template <typename T>
+using QmHeld = QmOwn<FreeBlock<T>>;
