@@ -224,7 +224,9 @@ DataNode* DataSchema::Find(const xmlNode* statement) {
     below.push_back(at);
   }
   if (at == nullptr || at->type != XML_ELEMENT_NODE || below.empty()) {
-    return at == statement && at != nullptr ? byStatement_[at] : nullptr;
+    // A root or an augment is none, and must not become one here.
+    const auto known = byStatement_.find(statement);
+    return known == byStatement_.end() ? nullptr : known->second;
   }
   const xmlNode* root = at;
   while (root->parent != nullptr && root->parent->type == XML_ELEMENT_NODE) root = root->parent;

@@ -284,6 +284,13 @@ TEST_F(Literals, ThatNameIdentitiesGetAPrefix) {
       << body;
 }
 
+TEST_F(Literals, OfConditionsInOddPlacesDoNoHarm) {
+  Module("m",
+         "must \"a = 'b'\"; container c { leaf a { when \"../b = 'x'\"; type string; } }\n"
+         "augment /m:c { must \"a\"; leaf b { type string; } }");
+  EXPECT_EQ(1u, Run({"m"}).modules.size());
+}
+
 using Keys = Compiling;
 
 TEST_F(Keys, AreBareWithSingleBlanks) {
