@@ -130,6 +130,10 @@ void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* u
     return;
   }
   if (keyword == Keyword::kGrouping) return;
+  if (keyword == Keyword::kAugment && to != out->written.root) {
+    Lose(out, statement, "an augment cannot stand here; it is left out");
+    return;
+  }
   // Typedefs further in move to the module's level when a type names them.
   if (keyword == Keyword::kTypedef && !IsGlobal(statement)) return;
   Session* session = out->all->session;

@@ -234,6 +234,13 @@ TEST_F(Augments, OfOwnNodesThatAreNotThereStopTheModule) {
   EXPECT_EQ("m.yang:3: the target of the augment is not found in the module\n", Findings("m"));
 }
 
+TEST_F(Augments, WhereNoneMayStandAreLeftOut) {
+  Module("m", "container c;\naugment /m:c { augment /m:d { leaf a { type string; } } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("container c;", BodyOf(result, "m"));
+}
+
 TEST_F(Augments, MakeAnInputThatIsNotWritten) {
   Module("m", "rpc r;\naugment /m:r/m:input { leaf z { type string; } }");
   EXPECT_EQ("rpc r { input { leaf z { type string; } } }", Body("m"));
