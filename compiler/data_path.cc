@@ -40,7 +40,7 @@ DataCursor StepDown(const DataCursor& from, const Module* space, std::string_vie
   if (from.unknown || from.node == nullptr) return from;
   const SchemaNode* holder = HolderOf(from, space);
   if (holder == nullptr) return {from.view, nullptr, true};
-  const SchemaNode* child = FindDataChild(holder, space, name);
+  const SchemaNode* child = FindDataChild(*from.view, holder, space, name);
   if (child != nullptr) return {from.view, child, false};
   const bool open = holder->keyword == Keyword::kGrouping || IsAnything(holder) ||
                     HoldsExtension(holder) || HasHole(*from.view, holder);

@@ -146,18 +146,20 @@ void JudgeNode(Lint* lint, const SchemaNode* node) {
 
 }  // namespace
 
+// Asked again and again of wide containers, so it is kept. Depth is that of the tree.
 Config ConfigOf(const SchemaNode* node) {
-  Config config = Config::kTrue;
-  bool decided = false;
-  for (; node != nullptr; node = node->parent) {
-    if (IsOperation(node->keyword)) return Config::kNone;
-    const char* value = decided ? nullptr : PropertyOf(node, Keyword::kConfig);
+  if (node == nullptr) return Config::kTrue;
+  if (node->config != 0) return static_cast<Config>(node->config - 1);
+  Config config = IsOperation(node->keyword) ? Config::kNone : ConfigOf(node->parent);
+  if (config != Config::kNone) {
+    const char* value = PropertyOf(node, Keyword::kConfig);
     if (value != nullptr) {
       config = std::string_view(value) == "false" ? Config::kFalse : Config::kTrue;
-      decided = true;
+    } else if (node->keyword == Keyword::kGrouping) {
+      config = Config::kOpen;
     }
-    if (node->keyword == Keyword::kGrouping && !decided) return Config::kOpen;
   }
+  node->config = static_cast<uint8_t>(static_cast<uint8_t>(config) + 1);
   return config;
 }
 

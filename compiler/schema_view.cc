@@ -260,6 +260,7 @@ const SchemaNode* NextSeen(const SchemaNode* parent, const SchemaNode* node) noe
 void AddToView(SchemaView* view, Module* module) {
   std::vector<Module*> queue = {module};
   bool added = false;
+  view->dataChildren.clear();
   for (size_t i = 0; i < queue.size(); ++i) {
     ForEachFile(queue[i], QueueImports, &queue);
     if (view->trees.count(queue[i]) != 0) continue;
@@ -319,11 +320,17 @@ SchemaNode* FindChild(const SchemaNode* parent, const Module* space, std::string
   return nullptr;
 }
 
-SchemaNode* FindDataChild(const SchemaNode* parent, const Module* space, std::string_view name) {
-  for (const SchemaNode* node = NextSeen(parent, parent); node != nullptr;
+SchemaNode* FindDataChild(const SchemaView& view, const SchemaNode* parent, const Module* space,
+                          std::string_view name) {
+  const auto entered = view.dataChildren.try_emplace(parent);
+  auto& children = entered.first->second;
+  for (const SchemaNode* node = parent; entered.second && node != nullptr;
        node = NextSeen(parent, node))
-    if (!IsTransparent(node) && name == node->name && SameSpace(node->space, space))
-      return const_cast<SchemaNode*>(node);
+    if (node != parent && !IsTransparent(node))
+      children.emplace(node->name, const_cast<SchemaNode*>(node));
+  const auto named = children.equal_range(name);
+  for (auto child = named.first; child != named.second; ++child)
+    if (SameSpace(child->second->space, space)) return child->second;
   return nullptr;
 }
 

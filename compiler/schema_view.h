@@ -25,6 +25,7 @@ struct SchemaNode {
   SchemaNode* lastChild = nullptr;
   SchemaNode* next = nullptr;
   const Place* usedAt = nullptr;  // the outermost `uses` that brought it; NULL: none
+  mutable uint8_t config = 0;     // what ConfigOf() found, and one more; 0: not asked yet
   bool written = true;            // false: the case, input or output is not written
   bool augmented = false;         // brought by an augment of a module
   std::vector<xmlNode*> changes;  // refine statements, innermost first
@@ -50,6 +51,10 @@ struct SchemaView {
   std::deque<TargetView> inner;                               // augments and refines of `uses`
   std::deque<TargetView> uses;  // each `uses`, the target being the node it stands in
   std::unordered_map<const SchemaNode*, bool> holes;  // nodes with a `uses` not found
+  // Data children by name of the nodes that were asked for one, once all trees stand.
+  mutable std::unordered_map<const SchemaNode*,
+                             std::unordered_multimap<std::string_view, SchemaNode*>>
+      dataChildren;
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 
@@ -73,7 +78,8 @@ xmlNode* PropertyStatement(const SchemaNode* node, Keyword keyword) noexcept;
 SchemaNode* FindChild(const SchemaNode* parent, const Module* space, std::string_view name);
 
 // The same, as data see it: choices, cases, input and output are looked through.
-SchemaNode* FindDataChild(const SchemaNode* parent, const Module* space, std::string_view name);
+SchemaNode* FindDataChild(const SchemaView& view, const SchemaNode* parent, const Module* space,
+                          std::string_view name);
 
 // The next node after `node` (`parent` itself at first) that data see as a child of
 // `parent`, and the choices, cases, inputs and outputs on the way; NULL: no more.
