@@ -8,25 +8,30 @@
 #include "data/records.h"
 
 // Binding: each element's `_private` names its schema node, or is NULL. An element
-// that is already bound is left alone with everything below it.
+// that is already bound is left alone with everything below it. The first failure ends
+// the binding and leaves what is bound so far. The first three give 0, 22 for what the
+// schema does not have there, or the status of the check that failed, with a record that
+// says which element it was; and 22 without one for an argument that is NULL or no element.
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Binds a message from its top element on, which is found by namespace and name, and
-// checks each element. 0, or the status of the first check that fails: 22 for an element
-// that nothing describes, for one without namespace at the top and for NULL.
+// The whole tree. 22 with a record for a namespace that no module has and for a name that
+// is no top-level node of the module; without one for a root without default namespace;
+// else also as QMD_PAS_CheckTopSchemaNode() gives it.
 uint32_t QMD_PAS_FlushTreeWithSchema(QmCheckAux* aux, xmlNode* root);
-// The same for an element that stands below `parentSchemaNode`, with what is below it.
+// One element, among the data children of the schema node, and everything below it.
 uint32_t QMD_PAS_FlushSubTreeWithSchema(QmCheckAux* aux, xmlNode* element,
                                         QmsNode* parentSchemaNode);
-// The same for what is below an element that stands for `schemaNode`.
+// What is below an element that is bound to `schemaNode`: nothing in anydata, anyxml and
+// schema-mount points; those set QMD_MODE_MOUNT_POINT. 22 for a leaf or leaf-list that
+// begins with anything but text.
 uint32_t QMD_PAS_FlushAllElementChildNodeWithSchema(QmCheckAux* aux, xmlNode* element,
                                                     QmsNode* schemaNode);
-// Whether the bound top element suits the run: 0, or 22 when it is not bound, or is none
-// of a notification in the run of one. A request that is no rpc is marked as a tree with
-// an action.
+// Whether the bound top element suits the mode: in a request one that is no rpc sets
+// QMD_MODE_ACTION_TREE. 0; 22 for an unbound root, without a record, and for anything
+// but a notification where one is validated.
 uint32_t QMD_PAS_CheckTopSchemaNode(QmCheckAux* aux, xmlNode* root);
-// Clears the bindings of a whole tree.
+// Unbinds an element and all elements below it; any other node is left as it is.
 void QMD_PAS_ClearXmlTreePrivate(xmlNode* node);
 
 QM_END_INTERNAL_DECLS

@@ -7,18 +7,25 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// Completion of a request with the defaults of the schema. All make no error record.
+
 QM_BEGIN_INTERNAL_DECLS
 
-// Adds the missing defaults below the start node of a request; nothing without
-// QMD_MODE_RPC in `flags`. 0, 12 without memory, 22 for an element that is not bound to
-// an rpc or action, and what the walk answers (schema_walk.h).
+// Everything below an rpc or action element. 0 at once without QMD_MODE_RPC in `flags`;
+// 22 for an element of any other schema node, else as QMD_PAS_CompleteSubTree().
 uint32_t QMD_PAS_CompleteTree(QmCheckAux* aux, xmlNode* node, uint32_t flags);
-// The same for one schema node and what lies below it; `dataParent` is the element that
-// holds it. *outAdded becomes 1 when something was added. 22 for NULL.
+// What the schema node and those below it ask for among the children of `dataParent`;
+// *outAdded becomes 1 when something was added and is left as it was otherwise. 0, also
+// for a disabled node and a kind that nothing is added for; 12 without memory; 22 for a
+// NULL argument, a kind that there is not, a leaf without its payload, and a schema
+// deeper than a run goes.
 uint32_t QMD_PAS_CompleteSubTree(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
                                  uint32_t* outAdded);
-// What completion does for one kind of node, whether the node is enabled or not;
-// arguments and statuses as above, none of them NULL.
+// The same by the rule of one kind, whether or not the node is enabled. No argument may
+// be NULL. A leaf is added with its default, a container without presence when something
+// is added in it, a leaf-list never, a list entry neither, but those that are there are gone
+// through; a choice goes on with the case that holds data or else its default one; all
+// others hand `dataParent` on to their children.
 uint32_t QMD_PAS_CompleteDataTreeForContainer(QmCheckAux* aux, xmlNode* dataParent,
                                               QmsNode* schemaNode, uint32_t* outAdded);
 uint32_t QMD_PAS_CompleteDataTreeForLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,

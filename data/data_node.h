@@ -21,19 +21,23 @@ xmlNs* DeclareNamespace(xmlNode* element, const char* href, const char* prefix);
 
 QM_BEGIN_INTERNAL_DECLS
 
-// The name of the module that an element belongs to, by its schema node or else by its
-// namespace; NULL when neither tells.
+// The name of the module of its schema node when the element is bound, else of the one
+// that has its default namespace; NULL when there is none, and for other nodes.
 const char* QMD_NODE_GetModuleName(QmCtx* ctx, const xmlNode* element);
-// 1 for an element that is bound to a key of its list, else 0.
+// 1 for an element that is bound to a key of a list, else 0.
 uint32_t QMD_NODE_IsKeyLeafNode(const xmlNode* element);
-// The first child that is bound to `schemaNode`, or NULL.
+// The first child that is bound to exactly that schema node; NULL without one, and for a
+// NULL argument.
 xmlNode* QMD_NODE_GetChildNodeWithSpecifyMdl(const xmlNode* element, const QmsNode* schemaNode);
-// A new, bound child, the last one, in the namespace of its module. NULL without memory
-// and for a schema node that has no name or no namespace.
+// New last children, named after the schema node and bound to it; in another module than
+// the parent's they declare its namespace. The second gets a text as its content, unless
+// that is NULL. NULL without memory, for a parent that is no element, a schema node that
+// is NULL or has no name, and another module without namespace: the parent is then as
+// it was.
 xmlNode* QMD_NODE_CreateNewChildNode(xmlNode* parentElement, QmsNode* schemaNode);
-// The same with a text as its content; none for NULL.
 xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, const char* text);
-// The branch of a choice that the first child with one lies in; NULL when none has.
+// The case, or shorthand child, of the choice that the first child with data of the
+// choice lies in; NULL without such a child, and for a NULL argument.
 QmsNode* QMD_NODE_GetChoiceInstanceCaseBranch(const xmlNode* parentElement,
                                               const QmsNode* choiceSchemaNode);
 

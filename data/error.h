@@ -20,12 +20,14 @@ void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* forma
 
 QM_BEGIN_INTERNAL_DECLS
 
-// A new record with the path of an element, "/" for NULL; NULL without memory. Freed
+// A new record with those numbers and the path of `dataNode`, "/" for NULL; its other
+// texts are NULL, and the path is when it cannot be built. NULL without memory. Freed
 // with QM_FreeErrNode().
 QmErrNode* QMD_ERR_NewErrNode(QmCheckAux* aux, uint32_t type, uint32_t severity, uint32_t tag,
                               xmlNode* dataNode);
-// Set a text that is not set yet to a copy; nothing for a NULL record. A message is cut
-// at 10,240 characters.
+// Set a field that is still NULL; nothing is done for a NULL record or text, nor for a
+// message without a character. Without memory the field stays NULL. A message is cut at
+// 10,240 characters.
 void QMD_ERR_SetErrorMsg(QmErrNode* err, const char* format, ...) QM_PRINTF(2, 3);
 void QMD_ERR_SetErrorAppTag(QmErrNode* err, const char* text);
 void QMD_ERR_SetBadElement(QmErrNode* err, const char* text);

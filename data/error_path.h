@@ -9,22 +9,27 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
-// The path of an element in a new text; NULL without memory and for a path that does not
-// fit.
+// The path from the root of the validated tree to `dataNode`, in a new block. NULL for
+// the boundary itself, for a path that does not fit, and without memory.
 char* QMD_ERR_GeneralErrorPath(QmCheckAux* aux, xmlNode* dataNode);
-// Writes the steps from an element up to the boundary of the run in front of what the
-// buffer holds. 0, or the status of the first step that does not fit.
+
+// The steps of the builder write in front of what the buffer holds. 0; a predicate that
+// does not fit gives 12, a step that does not fit 22; what was written before stays.
+//
+// The steps of `dataNode` and its ancestors below the boundary.
 uint32_t QMD_ERR_PrintPath(QmCheckAux* aux, xmlNode* dataNode, QmdPathBuf* buf);
-// The same for one element: its predicates and its step.
+// One element: its step, the predicates of its key children, and that of its own value
+// when it is an entry of a leaf-list.
 uint32_t QMD_ERR_PrintElementNode(QmCheckAux* aux, xmlNode* node, QmdPathBuf* buf);
-// Writes "[name='value']": 0, 12 when it does not fit, 22 for NULL.
+// [name='value'], with the quotes that suit the value; 22 for a NULL argument.
 uint32_t QMD_ERR_PrintElementNodeAsPredicate(QmdPathBuf* buf, const char* name, const char* value);
-// Writes "/modName:name", or "/name" without a module: 0, or 22 when it does not fit.
+// /modName:name, or /name when `modName` is NULL.
 uint32_t QMD_ERR_PrintXpathNode(QmdPathBuf* buf, const char* modName, const char* name);
-// The module name that the step of an element is written with; NULL for none, as when
-// its parent is of the same module.
+
+// The module name that the element's step carries: at the top and where the module
+// changes; NULL elsewhere, and for an element whose module is not known.
 const char* QMD_ERR_GetElementNodePrefix(QmCheckAux* aux, xmlNode* node);
-// The quote to put around a value: ' unless it has one itself, then ".
+// The quotation mark for a value: ' unless the value holds one, then ".
 char QMD_ERR_GetValueBoundaryQuota(const char* value);
 
 QM_END_INTERNAL_DECLS

@@ -9,15 +9,23 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
-// What the mandatory check does for one kind of node, whether the node is enabled or
-// not, in the element `dataParent`. 0; 22 when something is missing, which is reported,
-// or without memory for a temporary element; the status of a when that cannot be
-// evaluated; and what the walk answers (schema_walk.h).
+// The check by the rule of one kind, whether or not the node is enabled, for the children
+// of `dataParent`: 0; 22 for what is missing, with a record, and, without one, for a
+// schema deeper than a run goes and for an element that cannot be made; 12 without memory
+// for the walk itself; else the failure of a condition. No argument may be NULL.
+//
+// An existing container is gone through; a missing one without presence too, unless its
+// condition does not hold.
 uint32_t QMD_PAS_CheckContainerMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);
+// A leaf, anydata or anyxml must be there when it is mandatory and its condition holds.
 uint32_t QMD_PAS_CheckDataNodeWithMandatory(QmCheckAux* aux, xmlNode* dataParent,
                                             QmsNode* schemaNode);
+// Every entry is gone through; their number is not checked.
 uint32_t QMD_PAS_CheckListMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);
+// The case that holds data is gone through, or else the default one; without either the
+// choice must not be mandatory.
 uint32_t QMD_PAS_CheckChoiceMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);
+// All children, in the same parent; those of an rpc or action are its input's.
 uint32_t QMD_PAS_CheckCaseMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);
 uint32_t QMD_PAS_CheckRpcMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);
 uint32_t QMD_PAS_CheckNotifMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode);

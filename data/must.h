@@ -7,29 +7,32 @@
 #include "context/internal.h"
 #include "data/records.h"
 
+// The conditions of a completed tree. 0 when they hold; 28928 (QM_XPATH_FALSE) or 22 for
+// one that does not, as each says; any other status is that of a condition that could not
+// be evaluated, with a record. In a request a false condition leaves a record; in a
+// notification it leaves none, and below the start node it removes its element.
+
 QM_BEGIN_INTERNAL_DECLS
 
-// The when phase and then the must phase from the start node on: 0, 22 when it is not
-// bound, or the status of the first failure.
+// All `when`, then all `must`, from the start node on; 22 when it is not bound.
 uint32_t QMD_PAS_EvalDataTreeWhenMust(QmCheckAux* aux, xmlNode* node);
-// The must phase: the statements of the start node (of a notification its own, of an rpc
-// or action its input's), then all below it. Statuses as those of the functions below.
+// All `must` from the start node on: in a notification the node's own, in a request those
+// of its input, and 0 at once in any other mode or without input. 22 when it is not
+// bound, else as QMD_PAS_EvalDataTreeMustWithTopMustMdl().
 uint32_t QMD_PAS_EvalDataTreeMust(QmCheckAux* aux, xmlNode* node);
 // The input of an rpc or action, or NULL.
 QmsNode* QMD_PAS_GetRpcSubTreeInputMdl(QmsNode* schemaNode);
-// The must statements of `mustSchemaNode` on the start node, then those of all elements
-// below it on these.
+// The statements of `mustSchemaNode` on the element, 28928 when one is false, then those
+// of all elements below it.
 uint32_t QMD_PAS_EvalDataTreeMustWithTopMustMdl(QmCheckAux* aux, xmlNode* node,
                                                 QmsNode* mustSchemaNode);
-// The must statements of all elements below `node`, parents first. 0; 22 when one is
-// false in a request; in a notification such an element is removed. Else the status of
-// one that cannot be evaluated.
+// The own statements of all elements below `node`, and of `node` with all below it,
+// parents first; nothing in anydata, anyxml and schema-mount points. 22 when one is false
+// in a request; in a notification the second may free `node` itself.
 uint32_t QMD_PAS_EvalAllChildDataNodeMust(QmCheckAux* aux, xmlNode* node);
-// The same for `node` and all below it.
 uint32_t QMD_PAS_EvalDataSubtreeMust(QmCheckAux* aux, xmlNode* node);
-// The must statements of a schema node on one element: 0, QM_XPATH_FALSE for the first
-// that is false (in a request it is reported), 22 for one without a condition, or the
-// status of one that cannot be evaluated.
+// The statements of `mustSchemaNode`, which may be NULL, in the order of the schema, on
+// this element only; 28928 at the first that is false, 22 for one without expression.
 uint32_t QMD_PAS_EvalDataNodeMustCond(QmCheckAux* aux, xmlNode* node, QmsNode* mustSchemaNode);
 
 QM_END_INTERNAL_DECLS

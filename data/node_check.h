@@ -16,23 +16,24 @@ bool FollowsInSchema(QmsNode* schemaNode, const QmsNode* later);
 
 QM_BEGIN_INTERNAL_DECLS
 
-// 22 for the second element of a node that may occur once.
+// 22 when a sibling is bound to the same schema node; the top element, entries of lists
+// and of leaf-lists may occur again.
 uint32_t QMD_PAS_CheckMultipleInstanceNode(QmCheckAux* aux, xmlNode* element);
-// The status of QM_NODE_ValidateValue() for a leaf or leaf-list; a notification's are
-// not checked.
+// The status of the value of a leaf or leaf-list; 0 for all others and in notifications.
 uint32_t QMD_PAS_CheckDataNodeValue(QmCheckAux* aux, xmlNode* element);
-// Reports the value of an element; a long one is cut.
+// "%s has invalid value %s.": a value of more than 256 characters is cut to 253 and "...".
 void QMD_PAS_SetInvalidValueErr(QmCheckAux* aux, xmlNode* element);
-// Keeps the action of a data tree: 22 for a second one, and outside of a data tree.
+// Keeps the first action of a data tree in `aux`. 22 for a second one and, without a
+// record, where no action may be.
 uint32_t QMD_PAS_CheckActionNodeRepeat(QmCheckAux* aux, xmlNode* element);
-// 22 for an element of an input that the schema has before the one before it.
+// 22 inside the input of an operation when the element before it follows it in the schema.
 uint32_t QMD_PAS_CheckElementNodeOrder(QmCheckAux* aux, xmlNode* element);
-// 22 for an element of an input when another case of its choice has data.
+// 22 inside the input of an operation when an earlier sibling is of another case of the
+// choice directly above the element.
 uint32_t QMD_PAS_CheckMultiCases(QmCheckAux* aux, xmlNode* element);
-// 1 when the flags of a run say that it is in an rpc or inside the action of a data
-// tree.
+// 1 inside the input of an rpc, or of the action of a data tree; else 0.
 uint32_t QMD_PAS_IsUnderRpcOrActionTree(uint32_t flags);
-// 22 for a data tree in which no action was met.
+// 22 when a data tree was to hold an action and none was met.
 uint32_t QMD_PAS_CheckActionNodeExist(QmCheckAux* aux);
 
 QM_END_INTERNAL_DECLS

@@ -7,22 +7,21 @@
 
 QM_BEGIN_INTERNAL_DECLS
 
-// 1 when nothing below the node is looked at: anydata, anyxml, a mount point.
+// 1 or 0. Nothing below the node is validated: anydata, anyxml, schema-mount points.
 uint32_t QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(const QmsNode* schemaNode);
-// 1 for a container or list with the mount-point extension of schema mount.
+// A container or list that carries "mount-point" of the module ietf-yang-schema-mount.
 uint32_t QMD_MDL_IsSchemaNodeDefineWithMountPoint(const QmsNode* schemaNode);
-// 1 for the kinds that have no element: choice, case, input, output, augment.
+// The node has no element: choice, case, input, output, augment.
 uint32_t QMD_MDL_IsSchemaNodeNeedSkipInDataTree(const QmsNode* schemaNode);
-// 1 for a choice or a case.
 uint32_t QMD_MDL_IsChoiceOrCaseNode(const QmsNode* schemaNode);
-// The child that a choice names as its default, or NULL.
+
+// The child that the choice names as its default; NULL without one, and for other kinds.
 QmsNode* QMD_MDL_GetChoiceDefaultChildNode(QmsNode* choiceNode);
-// The nearest ancestor that is no choice or case, or NULL.
+// The nearest node above that is neither choice nor case, or NULL.
 QmsNode* QMD_MDL_GetClosestAncestorNodeNotChoiceCase(QmsNode* schemaNode);
-// The enabled data node of the same module that follows in the walk within `stop`, or
-// NULL.
+// The next enabled data node of the same module, below `stop`; NULL after the last one.
 QmsNode* QMD_MDL_GetNextDataNodeInSameMod(QmsNode* schemaNode, QmsNode* stop);
-// The choice that a node is a child of, or that its case is; NULL for none.
+// The choice that the node is a case of, or a child of a case of; NULL when it is neither.
 QmsNode* QMD_MDL_GetChoiceCaseParentNode(QmsNode* schemaNode);
 
 QM_END_INTERNAL_DECLS
