@@ -9,17 +9,10 @@
 
 #include "context/element_walk.h"
 #include "data/complete_node.h"
-#include "data/data_node.h"
-#include "data/schema_query.h"
+#include "data/schema_walk.h"
 
 static uint32_t OpenLeaflist(QmdWalk* /*walk*/, xmlNode* /*dataParent*/, QmsNode* /*schemaNode*/,
                              QmdLevel* /*level*/) {
-  return QM_OK;
-}
-
-static uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
-                                     QmdLevel* level) {
-  OpenChildren(level, schemaNode, dataParent);
   return QM_OK;
 }
 
@@ -34,15 +27,8 @@ static uint32_t OpenAction(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNo
 
 static uint32_t OpenChoice(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
                            QmdLevel* level) {
-  QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
-  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
-  if (branch != nullptr) OpenBranch(level, schemaNode, branch, dataParent);
+  static_cast<void>(OpenBranch(level, schemaNode, dataParent));
   return QM_OK;
-}
-
-static uint32_t OpenList(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
-                         QmdLevel* level) {
-  return OpenEntries(level, schemaNode, dataParent);
 }
 
 constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
@@ -50,7 +36,7 @@ constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
     OpenDefaultContainer,  // container
     AddDefaultOfLeaf,      // leaf
     OpenLeaflist,          // leaf-list
-    OpenList,              // list
+    OpenEntries,           // list
     OpenChoice,            // choice
     OpenChildrenInParent,  // case
     nullptr,               // anydata
@@ -62,9 +48,6 @@ constexpr QmdOpenFunc g_qmdCompleteFuncTbl[QMS_NODE_KIND_COUNT] = {
     nullptr,               // output
     nullptr,               // augment
 };
-static_assert(QMS_NODE_CONTAINER == 1 && QMS_NODE_CASE == 6 && QMS_NODE_RPC == 10 &&
-                  QMS_NODE_INPUT == 12 && QMS_NODE_KIND_COUNT == 15,
-              "the rows stand at their kind");
 
 uint32_t QMD_PAS_CompleteTree(QmCheckAux* aux, xmlNode* node, uint32_t flags) {
   if ((flags & QMD_MODE_RPC) == 0) return QM_OK;
@@ -111,7 +94,7 @@ uint32_t QMD_PAS_CompleteDataTreeForLeaflist(QmCheckAux* aux, xmlNode* dataParen
 
 uint32_t QMD_PAS_CompleteDataTreeForList(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
                                          uint32_t* outAdded) {
-  return CompleteAs(OpenList, aux, dataParent, schemaNode, outAdded);
+  return CompleteAs(OpenEntries, aux, dataParent, schemaNode, outAdded);
 }
 
 uint32_t QMD_PAS_CompleteDataTreeForChoice(QmCheckAux* aux, xmlNode* dataParent,

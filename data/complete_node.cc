@@ -11,12 +11,10 @@
 #include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/memory.h"
-#include "context/string.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/default_list.h"
 #include "data/node_check.h"
-#include "data/schema_query.h"
 #include "platform/string.h"
 #include "xpath/bound_value.h"
 
@@ -106,12 +104,7 @@ static uint32_t MakeContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
 
 uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) return QM_OK;
-  xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode);
-  if (existing != nullptr) {
-    OpenChildren(level, schemaNode, existing);
-    return QM_OK;
-  }
+  if (OpenExisting(level, schemaNode, dataParent)) return QM_OK;
   // A namesake of another module counts as existing, and nothing in it is ours.
   if (FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0 || schemaNode->firstChild == nullptr) {

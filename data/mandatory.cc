@@ -13,7 +13,6 @@
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/must.h"
-#include "data/schema_query.h"
 #include "data/schema_walk.h"
 #include "data/when.h"
 #include "xpath/child_lookup.h"
@@ -66,19 +65,9 @@ static uint32_t OpenMissingContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode
 
 static uint32_t OpenContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) return QM_OK;
-  xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode);
-  if (existing != nullptr) {
-    OpenChildren(level, schemaNode, existing);
-    return QM_OK;
-  }
+  if (OpenExisting(level, schemaNode, dataParent)) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0) return QM_OK;
   return OpenMissingContainer(walk, dataParent, schemaNode, level);
-}
-
-static uint32_t OpenList(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
-                         QmdLevel* level) {
-  return OpenEntries(level, schemaNode, dataParent);
 }
 
 static void ReportMissingChoice(QmCheckAux* aux, xmlNode* dataParent, const QmsNode* choice) {
@@ -90,21 +79,10 @@ static void ReportMissingChoice(QmCheckAux* aux, xmlNode* dataParent, const QmsN
 
 static uint32_t OpenChoice(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                            QmdLevel* level) {
-  QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, schemaNode);
-  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(schemaNode);
-  if (branch != nullptr) {
-    OpenBranch(level, schemaNode, branch, dataParent);
-    return QM_OK;
-  }
+  if (OpenBranch(level, schemaNode, dataParent)) return QM_OK;
   if (QM_NODE_IsMandatory(schemaNode) == 0) return QM_OK;
   ReportMissingChoice(walk->aux, dataParent, schemaNode);
   return QM_INVALID;
-}
-
-static uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
-                                     QmdLevel* level) {
-  OpenChildren(level, schemaNode, dataParent);
-  return QM_OK;
 }
 
 static uint32_t OpenInputOfRpc(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
@@ -119,7 +97,7 @@ constexpr QmdOpenFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT] = {
     OpenContainer,         // container
     CheckDataNode,         // leaf
     nullptr,               // leaf-list
-    OpenList,              // list
+    OpenEntries,           // list
     OpenChoice,            // choice
     OpenChildrenInParent,  // case
     CheckDataNode,         // anydata
@@ -131,9 +109,6 @@ constexpr QmdOpenFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT] = {
     nullptr,               // output
     nullptr,               // augment
 };
-static_assert(QMS_NODE_CONTAINER == 1 && QMS_NODE_CASE == 6 && QMS_NODE_RPC == 10 &&
-                  QMS_NODE_INPUT == 12 && QMS_NODE_KIND_COUNT == 15,
-              "the rows stand at their kind");
 
 static uint32_t CloseTemporary(QmdWalk* /*walk*/, const QmdLevel* level, uint32_t ret) {
   if (level->made != nullptr) RemoveTemporary(level->made);
@@ -173,7 +148,7 @@ uint32_t QMD_PAS_CheckContainerMandatory(QmCheckAux* aux, xmlNode* dataParent,
 }
 
 uint32_t QMD_PAS_CheckListMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode) {
-  return CheckAs(OpenList, aux, dataParent, schemaNode);
+  return CheckAs(OpenEntries, aux, dataParent, schemaNode);
 }
 
 uint32_t QMD_PAS_CheckChoiceMandatory(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode) {

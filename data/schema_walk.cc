@@ -60,14 +60,31 @@ void OpenChildren(QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent) {
   level->dataParent = dataParent;
 }
 
-void OpenBranch(QmdLevel* level, QmsNode* choice, QmsNode* branch, xmlNode* dataParent) {
+uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* level) {
+  OpenChildren(level, schemaNode, dataParent);
+  return QM_OK;
+}
+
+bool OpenExisting(QmdLevel* level, QmsNode* container, xmlNode* dataParent) {
+  if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(container) != 0) return true;
+  xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, container);
+  if (existing != nullptr) OpenChildren(level, container, existing);
+  return existing != nullptr;
+}
+
+bool OpenBranch(QmdLevel* level, QmsNode* choice, xmlNode* dataParent) {
+  QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, choice);
+  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(choice);
+  if (branch == nullptr) return false;
   level->schemaNode = choice;
   level->next = branch;
   level->dataParent = dataParent;
   level->isBranch = true;
+  return true;
 }
 
-uint32_t OpenEntries(QmdLevel* level, QmsNode* list, const xmlNode* dataParent) {
+uint32_t OpenEntries(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* list, QmdLevel* level) {
   if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(list) != 0) return QM_OK;
   xmlNode* entry = NextBoundSibling(dataParent->children, list);
   if (entry == nullptr) return QM_OK;

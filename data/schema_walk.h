@@ -33,6 +33,11 @@ using QmdOpenFunc = uint32_t (*)(QmdWalk* walk, xmlNode* dataParent, QmsNode* sc
 // Settles a level that was left with status `ret`; gives the one to go on with.
 using QmdCloseFunc = uint32_t (*)(QmdWalk* walk, const QmdLevel* level, uint32_t ret);
 
+// The tables of these functions are written row by row in this order.
+static_assert(QMS_NODE_CONTAINER == 1 && QMS_NODE_CASE == 6 && QMS_NODE_RPC == 10 &&
+                  QMS_NODE_INPUT == 12 && QMS_NODE_KIND_COUNT == 15,
+              "the rows stand at their kind");
+
 constexpr uint32_t kQmdLevelsInPlace = 16;
 
 // One walk; lives on its caller's stack. Levels beyond the first ones are in a block
@@ -64,6 +69,16 @@ void NoteAdded(QmdWalk* walk);
 
 // For the functions of the kinds: what `level` goes through.
 void OpenChildren(QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent);
-void OpenBranch(QmdLevel* level, QmsNode* choice, QmsNode* branch, xmlNode* dataParent);
+// The container among the children of `dataParent`; nothing where a schema is mounted.
+// False when the container is missing.
+bool OpenExisting(QmdLevel* level, QmsNode* container, xmlNode* dataParent);
+// The case that holds data, or else the default one; false without either.
+bool OpenBranch(QmdLevel* level, QmsNode* choice, xmlNode* dataParent);
+
+// Functions of kinds that completion and the mandatory check share; they give 0.
+//
+// The children of a node that has no element: they are in the same parent.
+uint32_t OpenChildrenInParent(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
+                              QmdLevel* level);
 // All entries of the list that are among the children of `dataParent`.
-uint32_t OpenEntries(QmdLevel* level, QmsNode* list, const xmlNode* dataParent);
+uint32_t OpenEntries(QmdWalk* walk, xmlNode* dataParent, QmsNode* list, QmdLevel* level);
