@@ -100,9 +100,11 @@ static_assert(std::size(kLeafListSubStmts) == 11);
 static uint32_t CheckHasType(const QmsNodeParse* parse) {
   QmsNode* node = parse->node;
   if (QMT_TYPE_IsInvalidType(QMS_NODE_GetLeafSchemaRealType(node)) == 0) return QM_OK;
-  QM_CTX_AddModError(
-      parse->module->ctx, parse->module->name, "%s \"%s\" must define with type statement.",
-      QMS_LOADER_GetKeywordByStmt(QMS_NODE_GetStmtByNodeType(node->kind)), node->name);
+  QM_CTX_AddModError(parse->module->ctx, parse->module->name,
+                     node->kind == QMS_NODE_LEAF
+                         ? "leaf \"%s\" must define with type statement."
+                         : "leaf-list \"%s\" must define with type statement.",
+                     node->name);
   return QM_INVALID;
 }
 
