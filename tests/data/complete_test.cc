@@ -4,21 +4,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
 
-#include "context/memory.h"
 #include "context/xml_tree.h"
-#include "data/bind.h"
-#include "data/data_node.h"
 #include "data/validate.h"
-#include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
 #include "tests/support/yin_text.h"
-#include "xpath/bound_value.h"
-#include "xpath/child_lookup.h"
 
 namespace {
 
@@ -346,171 +339,6 @@ TEST_F(CompleteTree, KindsWithoutFunctionAreLeftAloneAndOthersRefused) {
   schemaNode_.kind = QMS_NODE_LEAF;  // without its payload
   EXPECT_EQ(QM_INVALID, QMD_PAS_CompleteSubTree(&aux_, doc_.root(), &schemaNode_, &added));
   EXPECT_EQ(0u, added);
-}
-
-class DefaultList : public CompleteTree {
- protected:
-  void Mark(const std::string& name) { doc_.Find(name)->line = 256; }
-  size_t Length() const {
-    size_t length = 0;
-    for (const QmDefaultNodeEntry* entry = aux_.defaultList.next; entry != &aux_.defaultList;
-         entry = entry->next) {
-      ++length;
-    }
-    return length;
-  }
-};
-
-TEST_F(DefaultList, OnlyElementsOnLine256ReadAsAdded) {
-  EXPECT_EQ(0u, QMD_PAS_IsDefaultAddNode(doc_.Find("c")));
-  Mark("c");
-  EXPECT_EQ(1u, QMD_PAS_IsDefaultAddNode(doc_.Find("c")));
-  EXPECT_EQ(0u, QMD_PAS_IsDefaultAddNode(nullptr));
-  EXPECT_EQ(0u, QMD_PAS_IsDefaultAddNode(doc_.root()->parent));
-}
-
-TEST_F(DefaultList, OnlyTopmostMarkedNodesAreListed) {
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  EXPECT_EQ(0u, Length());
-  Mark("c");
-  Mark("d");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  ASSERT_EQ(1u, Length());
-  EXPECT_EQ(doc_.Find("c"), aux_.defaultList.next->node);
-  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("d"));
-  EXPECT_EQ(1u, Length());
-  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
-  EXPECT_EQ(0u, Length());
-}
-
-// A run that was filled by hand, as a zeroed record with an empty ring.
-TEST_F(DefaultList, ASentinelThatIsZeroedAndLinkedToItselfIsAnEmptyList) {
-  const auto zeroed = [this] {
-    aux_.defaultList = {};
-    aux_.defaultList.next = &aux_.defaultList;
-    aux_.defaultList.prev = &aux_.defaultList;
-  };
-  zeroed();
-  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
-  EXPECT_EQ(0u, Length());
-  QMD_PAS_ClearDefaultNodeList(&aux_, 1);
-  EXPECT_EQ(0u, Length());
-  zeroed();
-  Mark("c");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  ASSERT_EQ(1u, Length());
-  EXPECT_EQ(doc_.Find("c"), aux_.defaultList.next->node);
-  QMD_PAS_RemoveDefaultNodeFromList(&aux_.defaultList, doc_.Find("c"));
-  EXPECT_EQ(0u, Length());
-  zeroed();
-  QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("c"));
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ("<r/>", doc_.Dump());
-}
-
-TEST_F(DefaultList, RefusedEntryGives12) {
-  Mark("c");
-  counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(QM_NO_MEMORY, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  EXPECT_EQ(1u, counting_memory::StopRefusing());
-  EXPECT_EQ(0u, Length());
-}
-
-TEST_F(DefaultList, DeletedNodeLeavesTreeAndList) {
-  Mark("d");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
-  QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("d"));
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ("<r><c/></r>", doc_.Dump());
-}
-
-// c reads as added without being listed; d below it is listed on its own, since
-// an element of the client stands between them.
-TEST_F(DefaultList, DeletingAnUnlistedNodeTakesTheEntriesBelowAlong) {
-  Mark("d");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("d")));
-  QMD_PAS_DeleteDefaultAddNode(&aux_, doc_.Find("c"));
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ("<r/>", doc_.Dump());
-}
-
-TEST_F(DefaultList, KeptNodesStayWithoutMarks) {
-  Mark("c");
-  Mark("d");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  QMD_PAS_ClearDefaultNodeList(&aux_, 1);
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ("<r><c><d/></c></r>", doc_.Dump());
-  EXPECT_EQ(0, doc_.Find("c")->line);
-  EXPECT_EQ(0, doc_.Find("d")->line);
-}
-
-TEST_F(DefaultList, OtherNodesAreFreed) {
-  Mark("c");
-  EXPECT_EQ(QM_OK, QMD_PAS_AddDefaultNodeToList(&aux_.defaultList, doc_.Find("c")));
-  QMD_PAS_ClearDefaultNodeList(&aux_, 2);
-  EXPECT_EQ(0u, Length());
-  EXPECT_EQ("<r/>", doc_.Dump());
-}
-
-class ElementValue : public testing::Test {
- protected:
-  void SetUp() override {
-    schema_.Load(
-        "m",
-        "<typedef name=\"t\"><type name=\"identityref\"><base name=\"b\"/></type></typedef>"
-        "<identity name=\"b\"/>" +
-            Rpc("<leaf name=\"i\"><type name=\"identityref\"><base name=\"b\"/></type></leaf>"
-                "<leaf name=\"j\"><type name=\"t\"/></leaf>" +
-                Leaf("s")));
-  }
-  std::string Value(const std::string& leaf, const std::string& text) {
-    Document doc("<r xmlns='urn:m' xmlns:p='urn:m' xmlns:q='urn:q'><" + leaf + ">" + text + "</" +
-                 leaf + "></r>");
-    QmsNode* schemaNode =
-        QM_CTX_GetTargetNode(schema_.ctx(), ("/m:r/input/" + leaf).c_str(), nullptr);
-    EXPECT_NE(nullptr, schemaNode);
-    char* value = QMD_NODE_GetValueContent(doc.Find(leaf), schemaNode);
-    const std::string result = value == nullptr ? "-" : value;
-    g_qmMemFreeFunc(value);
-    return result;
-  }
-  Schema schema_;
-};
-
-TEST_F(ElementValue, TextIsCopied) {
-  EXPECT_EQ("p:x", Value("s", "p:x"));
-  EXPECT_EQ("-", Value("s", ""));
-}
-
-TEST_F(ElementValue, IdentityPrefixBecomesModuleName) {
-  for (const char* leaf : {"i", "j"}) {
-    SCOPED_TRACE(leaf);
-    EXPECT_EQ("m:b", Value(leaf, "p:b"));
-    EXPECT_EQ("m:b", Value(leaf, "b"));
-    EXPECT_EQ("-", Value(leaf, "unknown:b"));
-    EXPECT_EQ("-", Value(leaf, "q:b")) << "a namespace of no module";
-    EXPECT_EQ("-", Value(leaf, ":b"));
-  }
-}
-
-TEST_F(ElementValue, ChildIsFoundByNameWhateverItsKind) {
-  Document doc("<r>text<!--c--><a/><?pi x?><a n='2'/></r>");
-  EXPECT_EQ(XML_TEXT_NODE, QMD_PAS_FindChildDataNode(doc.root(), "text")->type);
-  EXPECT_EQ(XML_COMMENT_NODE, QMD_PAS_FindChildDataNode(doc.root(), "comment")->type);
-  EXPECT_EQ(XML_PI_NODE, QMD_PAS_FindChildDataNode(doc.root(), "pi")->type);
-  EXPECT_EQ(doc.Find("a"), QMD_PAS_FindChildDataNode(doc.root(), "a"));
-  EXPECT_EQ(nullptr, QMD_PAS_FindChildDataNode(doc.root(), "b"));
-  EXPECT_EQ(nullptr, QMD_PAS_FindChildDataNode(nullptr, "b"));
-}
-
-// A document's type declaration has the root's name and another layout.
-TEST_F(ElementValue, DeclarationsOfADocumentAreNeverFound) {
-  Document doc("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
-  auto* top = reinterpret_cast<xmlNode*>(doc.doc());
-  EXPECT_EQ(doc.root(), QMD_PAS_FindChildDataNode(top, "r"));
 }
 
 }  // namespace
