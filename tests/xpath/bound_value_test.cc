@@ -35,7 +35,7 @@ class ElementValue : public testing::Test {
         QM_CTX_GetTargetNode(schema_.ctx(), ("/m:r/input/" + leaf).c_str(), nullptr);
     EXPECT_NE(nullptr, schemaNode);
     char* value = QMD_NODE_GetValueContent(doc.Find(leaf), schemaNode);
-    const std::string result = value == nullptr ? "-" : value;
+    std::string result = value == nullptr ? "-" : value;
     g_qmMemFreeFunc(value);
     return result;
   }
