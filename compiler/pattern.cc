@@ -46,7 +46,7 @@ const xmlChar* Chars(const char* text) noexcept {
   return reinterpret_cast<const xmlChar*>(text);
 }
 
-// Whether the pattern has a part at `c` that may match nothing.
+// Whether the pattern has a part at `c`, outside of classes, that may match nothing.
 bool IsOptionalPart(const char* c) noexcept {
   switch (*c) {
     case '?':
@@ -76,7 +76,7 @@ bool IsTooDeep(const char* pattern) noexcept {
     }
     if (*c == '[') ++openClasses;
     if (*c == ']' && openClasses > 0) --openClasses;
-    if (IsOptionalPart(c)) ++optionalParts;
+    if (openClasses == 0 && IsOptionalPart(c)) ++optionalParts;
     if (openClasses > kMaxOpenClasses || optionalParts > kMaxOptionalParts) return true;
   }
   return false;

@@ -66,7 +66,7 @@ static bool CanBeMatched(const char* text) {
   return text != nullptr && strnlen(text, INT_MAX) < INT_MAX && xmlCheckUTF8(XmlChars(text)) != 0;
 }
 
-// Whether the pattern has a part at `c` that may match nothing.
+// Whether the pattern has a part at `c`, outside of classes, that may match nothing.
 static bool IsOptionalPart(const char* c) {
   switch (*c) {
     case '?':
@@ -97,7 +97,7 @@ static bool CanBeCompiled(const char* pattern) {
     }
     if (*c == '[') ++openClasses;
     if (*c == ']' && openClasses > 0) --openClasses;
-    if (IsOptionalPart(c)) ++optionalParts;
+    if (openClasses == 0 && IsOptionalPart(c)) ++optionalParts;
     if (openClasses > kMaxOpenClasses || optionalParts > kMaxOptionalParts) return false;
   }
   return true;

@@ -146,6 +146,11 @@ TEST(MatchStrWithPattern, PatternsWithMoreThan512OptionalPartsMatchNothing) {
   EXPECT_EQ(QM_OK,
             QM_UTL_MatchStrWithPattern(Repeated("?", 1000).c_str(), Repeated("\\?", 1000).c_str()));
   EXPECT_EQ(QM_OK, QM_UTL_MatchStrWithPattern("b", (Repeated("a|", 5000) + "b").c_str()));
+  for (const char* part : {"[?]", "[*]", "[(|)]", "[()]", "[a-z?-[b*]]", "[\\]?]"}) {
+    const std::string classes = Repeated(part, 600) + "|x";
+    EXPECT_EQ(QM_OK, QM_UTL_MatchStrWithPattern("x", classes.c_str())) << "characters in " << part;
+  }
+  EXPECT_EQ(QM_INVALID, QM_UTL_MatchStrWithPattern("x", (Repeated("[?]?", 513) + "x").c_str()));
   EXPECT_EQ(QM_INVALID,
             QM_UTL_MatchStrWithPattern("", ("(" + Repeated("()*", 400000) + ")*").c_str()));
 }
