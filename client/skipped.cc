@@ -43,7 +43,8 @@ std::string FindFile(const Options& options, const std::string& name) {
   std::string withRevision;
   for (const std::string& dir : options.searchDirs.empty() ? kHere : options.searchDirs) {
     std::error_code error;
-    const std::string plain = dir + "/" + name + ".yin";
+    std::string plain = dir;
+    plain.append("/").append(name).append(".yin");
     if (withRevision.empty() && fs::exists(plain, error)) return plain;
     if (withRevision.empty()) withRevision = FindWithRevision(dir, name);
   }
