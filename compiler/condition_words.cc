@@ -18,7 +18,6 @@ namespace compiler {
 namespace {
 
 constexpr char kConditionClass[] = "condition";
-constexpr char kPathClass[] = "path";
 constexpr unsigned kMaxHops = 128;
 
 bool IsIdentityref(const FoundNode& node) {

@@ -13,7 +13,7 @@ namespace compiler {
 void TranslateCondition(Output* out, xmlNode* statement);
 
 // Rewrites the argument of `path`: each step with a prefix, no blanks.
-void RewritePath(Output* out, xmlNode* path);
+void RewritePath(Output* out, xmlNode* statement);
 
 // The condition with the names of modules for prefixes: equal for the same meaning,
 // whatever prefixes it was written with. Empty: it does not parse.

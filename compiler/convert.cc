@@ -112,7 +112,7 @@ void Convert(const ConvertRequest& request, JobResult* result) {
   }
   result->state = StateOf(report);
   result->findings = FindingLines(*session, report);
-  if (result->state != JobState::kStopped)
+  if (module != nullptr && result->state != JobState::kStopped)
     result->modules.push_back({module->name, module->file->path, WriteYin(*module)});
 }
 

@@ -41,8 +41,11 @@ bool ListOne(const std::string& folder, std::vector<std::string>* paths,
     if (IsSelfOrParent(name)) continue;
     std::string path = before + name;
     const EntryKind kind = KindOf(path);
-    if (kind == EntryKind::kFile) paths->push_back(std::move(path));
-    if (kind == EntryKind::kFolder) folders->push_back(std::move(path));
+    if (kind == EntryKind::kFile) {
+      paths->push_back(std::move(path));
+    } else if (kind == EntryKind::kFolder) {
+      folders->push_back(std::move(path));
+    }
   }
   return true;
 }

@@ -25,7 +25,7 @@ std::vector<std::string> TakeTroubles(Report* report) {
       continue;
     }
     std::string text = finding.message;
-    if (finding.place.file != nullptr) text = finding.place.file->path + ": " + text;
+    if (finding.place.file != nullptr) text.insert(0, finding.place.file->path + ": ");
     if (!finding.advice.empty()) text += "; " + finding.advice;
     if (std::find(troubles.begin(), troubles.end(), text) == troubles.end())
       troubles.push_back(std::move(text));

@@ -20,7 +20,8 @@ const Module* SpaceOf(Lint* lint, const SchemaNode* node, const xmlNode* at,
   return meant == MainModuleOf(StatementOf(at)->words) ? node->space : meant;
 }
 
-std::string NearestChild(const SchemaNode* parent, std::string_view name, std::string otherwise) {
+std::string NearestChild(const SchemaNode* parent, std::string_view name,
+                         const std::string& otherwise) {
   Suggestion near(name);
   for (const SchemaNode* child = parent->firstChild; child != nullptr; child = child->next)
     near.Consider(child->name);

@@ -49,10 +49,10 @@ void JudgeFeatures(Lint* lint, const xmlNode* statement, const char* text) {
   if (!ParseIfFeature(text, StatementOf(statement)->words->version11, &expression, &error)) return;
   for (const FeatureNode& node : expression.nodes) {
     if (node.op != FeatureOp::kFeature) continue;
+    std::string name(expression.Of(node.name));
     const std::string prefix(expression.Of(node.prefix));
-    const std::string name(expression.Of(node.name));
-    JudgeReference(lint, statement, SymbolKind::kFeature,
-                   prefix.empty() ? name : prefix + ":" + name);
+    if (!prefix.empty()) name.insert(0, prefix + ":");
+    JudgeReference(lint, statement, SymbolKind::kFeature, name);
   }
 }
 

@@ -101,7 +101,8 @@ Module* ReadModuleFile(Session* session, const std::string& path, Report* report
   std::string content;
   if (!ReadContent(path, &content)) {
     const SourceFile* file = &session->files.emplace_back(SourceFile{path, false});
-    AddFindingAt(report, Severity::kFatal, kSyntaxClass, {file, 0, 0},
+    const Place place{file, 0, 0};
+    AddFindingAt(report, Severity::kFatal, kSyntaxClass, place,
                  std::string("cannot be read: ") + std::strerror(errno));
     return nullptr;
   }

@@ -94,11 +94,11 @@ BadCharacter DescribeBadCharacter(const char* place, const char* end) {
   char text[64];
   BadCharacter bad;
   if (character.length == 0) {
-    std::snprintf(text, sizeof(text), "byte 0x%02x, which is no UTF-8 here",
-                  static_cast<unsigned>(static_cast<unsigned char>(*place)));
+    (void)std::snprintf(text, sizeof(text), "byte 0x%02x, which is no UTF-8 here",
+                        static_cast<unsigned>(static_cast<unsigned char>(*place)));
   } else {
-    std::snprintf(text, sizeof(text), "character U+%04X, which YANG does not allow",
-                  static_cast<unsigned>(character.code));
+    (void)std::snprintf(text, sizeof(text), "character U+%04X, which YANG does not allow",
+                        static_cast<unsigned>(character.code));
     bad.length = character.length;
   }
   bad.description = text;

@@ -19,7 +19,7 @@ cmake --build build/clang
 # The longest step but one. A third of the analyzer's usual budget of nodes bounds what
 # it spends on one function.
 step 'clang-tidy'
-git ls-files "${layers[@]/%//*.cc}" 'client/*.cc' |
+git ls-files "${layers[@]/%//*.cc}" 'client/*.cc' 'compiler/*.cc' |
   xargs -P "$jobs" -n 8 clang-tidy --quiet -p build/clang \
     --extra-arg=-Xclang --extra-arg=-analyzer-config --extra-arg=-Xclang --extra-arg=max-nodes=75000
 
@@ -34,7 +34,7 @@ git ls-files "${layers[@]/%//*.cc}" |
 step 'cppcheck'
 cppcheck --quiet --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
   --suppressions-list=scripts/cppcheck-suppressions.txt --std=c++20 -I . -I include \
-  "${layers[@]}" client
+  "${layers[@]}" client compiler
 
 step 'no leak seen by valgrind'
 for message in restart ping install-image; do
