@@ -100,8 +100,8 @@ void ReportTooLarge(const Module* module, Report* report) {
 Module* ReadModuleFile(Session* session, const std::string& path, Report* report) {
   std::string content;
   if (!ReadContent(path, &content)) {
-    const SourceFile* file = &session->files.emplace_back(SourceFile{path, false});
-    const Place place{file, 0, 0};
+    session->files.push_back({path, false});
+    const Place place{&session->files.back(), 0, 0};
     AddFindingAt(report, Severity::kFatal, kSyntaxClass, place,
                  std::string("cannot be read: ") + std::strerror(errno));
     return nullptr;
