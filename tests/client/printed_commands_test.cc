@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The commands that the pages print give what is printed below them, run in examples/.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/client/run_client.h"
+
+namespace {
+
+struct Printed {
+  std::string command;
+  std::string output;
+};
+
+// What stands in the fenced blocks of a page: a command behind "$ ", its output up to the
+// next command or the end of the block; the last blank line before a command only divides.
+std::vector<Printed> PrintedCommands(std::istream& page) {
+  std::vector<Printed> all;
+  bool in_block = false;
+  bool in_output = false;
+  for (std::string line; std::getline(page, line);) {
+    if (line.rfind("```", 0) == 0) {
+      in_block = !in_block;
+      in_output = false;
+    } else if (in_block && line.rfind("$ ", 0) == 0) {
+      if (in_output && all.back().output.ends_with("\n\n")) all.back().output.pop_back();
+      if (in_output && all.back().output == "\n") all.back().output.clear();
+      all.push_back({line.substr(2), ""});
+      in_output = true;
+    } else if (in_output) {
+      all.back().output += line + "\n";
+    }
+  }
+  return all;
+}
+
+// The output of a command as a terminal shows it.
+std::string Run(const std::string& command) {
+  const std::string programs = std::filesystem::path(QMODEL_CLIENT).parent_path();
+  const ClientRun run = RunProgram(
+      "/bin/sh", QMODEL_EXAMPLES,
+      {"-c", "PATH='" + programs + "':$PATH LC_ALL=C; export PATH LC_ALL; exec 2>&1; " + command});
+  return run.out;
+}
+
+void ExpectPrintedAsRun(const std::string& file, size_t at_least) {
+  std::ifstream page(file);
+  const std::vector<Printed> all = PrintedCommands(page);
+  EXPECT_LE(at_least, all.size());
+  for (const Printed& printed : all) {
+    SCOPED_TRACE(printed.command);
+    EXPECT_EQ(printed.output, Run(printed.command));
+  }
+}
+
+TEST(PrintedCommands, AreReadWithTheirOutput) {
+  std::istringstream page(
+      "$ no\n```\n$ a b\n1\n\n2\n\n$ c\n\n$ d\n```\n$ no\n```c\nx\n$ e\n3\n```\n");
+  const std::vector<Printed> all = PrintedCommands(page);
+  ASSERT_EQ(4u, all.size());
+  EXPECT_EQ("a b", all[0].command);
+  EXPECT_EQ("1\n\n2\n", all[0].output);
+  EXPECT_EQ("c", all[1].command);
+  EXPECT_EQ("", all[1].output);
+  EXPECT_EQ("d", all[2].command);
+  EXPECT_EQ("", all[2].output);
+  EXPECT_EQ("3\n", all[3].output);
+}
+
+TEST(PrintedCommands, OfTheReadmeAreTrue) {
+  ExpectPrintedAsRun(QMODEL_README, 6);
+}
+
+TEST(PrintedCommands, OfDeparturesAreTrue) {
+  ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 9);
+}
+
+TEST(PrintedCommands, OfTheModelAuthorsGuideAreTrue) {
+  ExpectPrintedAsRun(QMODEL_DOCS "/model-authors.md", 4);
+}
+
+}  // namespace
