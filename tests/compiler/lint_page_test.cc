@@ -47,6 +47,22 @@ bool IsOnPage(const std::vector<std::string>& families, std::string message) {
   return false;
 }
 
+TEST(ModelAuthorsGuide, ListsEachClassInTheOrderOfTheLintPage) {
+  std::vector<std::string> heads;
+  std::ifstream lint_page(QMODEL_LINT_PAGE);
+  for (std::string line; std::getline(lint_page, line);)
+    if (line.rfind("## ", 0) == 0) heads.push_back(line.substr(3));
+  std::vector<std::string> listed;
+  const std::regex row("\\| \\[`(\\w+)`\\]\\(lint\\.md#\\1\\) \\| .*");
+  std::ifstream guide(std::filesystem::path(QMODEL_LINT_PAGE).parent_path() / "model-authors.md");
+  for (std::string line; std::getline(guide, line);) {
+    std::smatch match;
+    if (std::regex_match(line, match, row)) listed.push_back(match[1]);
+  }
+  EXPECT_FALSE(heads.empty());
+  EXPECT_EQ(heads, listed);
+}
+
 TEST(LintPage, HasAHeadForEachClassAndNoOther) {
   std::set<std::string> expected;
   for (const LintClass& row : LintClasses()) expected.insert(row.name);
