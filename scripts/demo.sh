@@ -56,3 +56,8 @@ show 0 qmodel tree -i -p models -m router-lite -u router-lite router-system
 
 title 'A module in two files, and one that augments others'
 show 0 qmodel tree -i -p models router-qos router-vlans
+
+title 'Models as they are published, YANG text, are compiled first'
+show 0 qmodel tree -c -i -p vendor acme-optics
+show 0 qmodel rpc -c -i -p vendor -m acme-optics vendor/tune.xml
+show 1 qmodel lint authors/acme-fans-wrong.yang
