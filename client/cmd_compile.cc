@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include <qmodel/context.h>
 
@@ -77,12 +76,25 @@ bool ReplaceFile(const std::string& path, const std::string& content) {
   return false;
 }
 
+bool IsFolder(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// Makes a folder with those around it; false: errno says why not.
+bool MakeFolders(const std::string& path) {
+  for (size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
+    const std::string outer = path.substr(0, end);
+    if (!IsFolder(outer) && mkdir(outer.c_str(), 0777) != 0 && errno != EEXIST) return false;
+  }
+  if (IsFolder(path)) return true;
+  return mkdir(path.c_str(), 0777) == 0 || (errno == EEXIST && IsFolder(path));
+}
+
 int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {
   if (result.modules.empty()) return kExitOk;
-  std::error_code error;
-  std::filesystem::create_directories(dir, error);
-  if (error) {
-    PrintError("%s: %s", dir.c_str(), error.message().c_str());
+  if (!MakeFolders(dir)) {
+    PrintError("%s: %s", dir.c_str(), std::strerror(errno));
     return kExitUnusable;
   }
   for (const compiler::JobModule& module : result.modules) {

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "client/commands.h"
 #include "client/compile_first.h"
@@ -57,7 +58,12 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  int status = Run(argc, argv);
+  int status = kExitUnusable;
+  try {
+    status = Run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    PrintError("out of memory");
+  }
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     PrintError("standard output: %s", std::strerror(errno));
     status = std::max<int>(status, kExitUnusable);

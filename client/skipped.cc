@@ -7,33 +7,36 @@
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
+#include <sys/stat.h>
 
 #include <climits>
 #include <cstring>
-#include <filesystem>
 #include <set>
 #include <string>
 
 #include "client/file_input.h"
+#include "compiler/folder_list.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
 constexpr size_t kMaxAttributeDefaults = 16;  // of a model that the library reads
 
 std::string FindWithRevision(const std::string& dir, const std::string& name) {
-  std::error_code error;
-  const std::string start = name + "@";
-  fs::directory_iterator entry(dir, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const std::string file = entry->path().filename().string();
-    if (file.compare(0, start.size(), start) == 0 && entry->path().extension() == ".yin") {
-      return entry->path().string();
-    }
+  std::vector<std::string> files;
+  if (!compiler::ListFiles(dir, false, &files)) return {};
+  std::string start = dir;
+  if (!dir.ends_with('/')) start += '/';
+  start.append(name).append("@");
+  for (const std::string& file : files) {
+    if (file.starts_with(start) && file.ends_with(".yin")) return file;
   }
   return {};
+}
+
+bool IsThere(const std::string& file) {
+  struct stat status {};
+  return stat(file.c_str(), &status) == 0;
 }
 
 // A name with a slash is no identifier and could lead elsewhere.
@@ -42,10 +45,9 @@ std::string FindFile(const Options& options, const std::string& name) {
   static const std::vector<std::string> kHere = {"."};
   std::string withRevision;
   for (const std::string& dir : options.searchDirs.empty() ? kHere : options.searchDirs) {
-    std::error_code error;
     std::string plain = dir;
     plain.append("/").append(name).append(".yin");
-    if (withRevision.empty() && fs::exists(plain, error)) return plain;
+    if (withRevision.empty() && IsThere(plain)) return plain;
     if (withRevision.empty()) withRevision = FindWithRevision(dir, name);
   }
   return withRevision;

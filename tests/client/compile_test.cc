@@ -267,4 +267,15 @@ TEST_F(ClientCompile, WhatTheLibraryDoesNotReadIsNotCounted) {
   }
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// A sanitizer takes more than any limit for itself.
+TEST_F(ClientCompile, MemoryThatIsRefusedIsOneLine) {
+  const std::string command = std::string("ulimit -v 200000 && head -c 300000000 /dev/zero | ") +
+                              QMODEL_CLIENT + " compile --convert -";
+  const ClientRun run = RunProgram("/bin/sh", ".", {"-c", command}, "");
+  EXPECT_EQ(3, run.status);
+  EXPECT_EQ("qmodel: out of memory\n", run.err);
+}
+#endif
+
 }  // namespace
