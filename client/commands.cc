@@ -26,8 +26,8 @@ constexpr Command kCommands[] = {
      "Spells models out, YANG text or YIN as they are published, into YIN that the\n"
      "library loads. One module is written to standard output, more into the folder\n"
      "that -o names; -i adds what they import. Here -f says which features are on.\n"
-     "What is lost is said as FILE:LINE: what and why; exit status 1 when something\n"
-     "was, 3 when a module has an error that stops it.\n"
+     "What is lost or wrong is said as FILE:LINE: what and why; exit status 1 when\n"
+     "something was, 3 when a module has an error that stops it.\n"
      "With --convert one FILE of YANG text is written to standard output as YIN, nothing\n"
      "spelled out; what it imports is looked up in its folder and the directories."},
     {"lint", RunLint, 1, "MODULE or FILE", false,

@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "compiler/path.h"
+
 namespace compiler {
 
 namespace {
@@ -91,6 +93,14 @@ void SetAttributeText(xmlAttr* attribute, std::string_view value) {
   attribute->children = text;
   attribute->last = text;
   text->parent = reinterpret_cast<xmlNode*>(attribute);
+}
+
+bool IsXmlPrefix(std::string_view prefix) noexcept {
+  return IsIdentifier(prefix) && prefix != "xml" && prefix != "xmlns";
+}
+
+bool IsXmlNamespace(std::string_view uri) noexcept {
+  return uri != "http://www.w3.org/XML/1998/namespace" && uri != "http://www.w3.org/2000/xmlns/";
 }
 
 void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri) {

@@ -24,6 +24,11 @@ void AppendText(xmlNode* element, std::string_view text);
 // Replaces what an attribute holds.
 void SetAttributeText(xmlAttr* attribute, std::string_view value);
 
+// Whether XML lets a prefix be declared, and a namespace for one: some have a meaning of
+// their own there.
+bool IsXmlPrefix(std::string_view prefix) noexcept;
+bool IsXmlNamespace(std::string_view uri) noexcept;
+
 // Appends a namespace declaration to those of an element.
 void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri);
 

@@ -146,7 +146,7 @@ Output* ExpandedOutput(Compilation* all, Module* module) {
   out->all = all;
   out->module = module;
   WriteHeader(out);
-  out->stopped = !IsSound(all, module);
+  if (!IsSound(all, module)) out->stopped = true;
   if (!out->stopped && FitsBounds(out)) {
     ExpandModule(out);
     if (!out->stopped) FoldOwnAugments(out);

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <memory>
 
+#include "compiler/build.h"
 #include "compiler/reader.h"
 #include "compiler/repository.h"
 #include "compiler/session.h"
 #include "compiler/statement.h"
+#include "compiler/symbols.h"
 #include "compiler/writer.h"
 
 namespace compiler {
@@ -77,6 +79,24 @@ void ReportUnknown(const Session& session, const Module& module, Report* report)
   }
 }
 
+// What the root declares must be what XML lets it declare; nothing takes its place here.
+void CheckDeclaration(Report* report, const xmlNode* at, const std::string& prefix,
+                      const Module* module) {
+  if (!prefix.empty() && !IsXmlPrefix(prefix))
+    AddFinding(report, Severity::kFatal, "name", at,
+               "the prefix \"" + prefix + "\" cannot be written in YIN", "take another prefix");
+  if (module != nullptr && !IsXmlNamespace(module->nameSpace))
+    AddFinding(report, Severity::kFatal, "name", at,
+               "the namespace \"" + module->nameSpace + "\" is one of XML itself",
+               "a module takes a namespace of its own");
+}
+
+void CheckDeclarations(Module* module, Report* report) {
+  CheckDeclaration(report, module->root, module->prefix, MainModuleOf(module));
+  for (const Import& import : module->imports)
+    CheckDeclaration(report, import.statement, import.prefix, import.target);
+}
+
 JobState StateOf(const Report& report) {
   JobState state = JobState::kDone;
   for (const Finding& finding : report.findings) {
@@ -109,6 +129,7 @@ void Convert(const ConvertRequest& request, JobResult* result) {
       FindSubmodules(&repository, module);
     BindPrefixes(session.get(), module, &report);
     ReportUnknown(*session, *module, &report);
+    CheckDeclarations(module, &report);
   }
   result->state = StateOf(report);
   result->findings = FindingLines(*session, report);

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "compiler/lint_pass.h"
 #include "compiler/quiet_xml.h"
 #include "compiler/reader.h"
 #include "compiler/session.h"
@@ -74,19 +75,48 @@ std::string MissingFeature(const Repository& repository, const CompileOptions& o
   return {};
 }
 
+using PlaceKey = std::tuple<const SourceFile*, uint32_t, uint32_t>;
+
+PlaceKey KeyOf(const Place& place) {
+  return {place.file, place.line, place.column};
+}
+
+// Adds the errors that lint finds in the modules. What compiling has told of a statement
+// is not said again in lint's words. Compiling does not judge which statements may stand
+// where, so of that nothing has been told.
+void AddLintErrors(Session* session, const std::vector<Module*>& modules, Report* report) {
+  LintOptions errorsOnly;
+  errorsOnly.shown.assign(errorsOnly.shown.size(), false);
+  Report found;
+  LintModules(session, modules, &found);
+  SettleFindings(*session, errorsOnly, &found);
+  std::set<PlaceKey> told;
+  for (const Finding& finding : report->findings) {
+    if (finding.severity != Severity::kLoss) told.insert(KeyOf(finding.place));
+  }
+  for (Finding& finding : found.findings) {
+    const bool judged = std::string_view(finding.group) != cls::kStatement;
+    if (!judged || !told.contains(KeyOf(finding.place)))
+      report->findings.push_back(std::move(finding));
+  }
+}
+
 // What is lost in a module that is not written is of no interest, unless it is why.
 void Write(Compilation* all, const std::vector<Module*>& modules, const JobRequest& request,
            JobResult* result) {
   const std::vector<Output*> outputs = CompileAll(all, modules);
   bool stopped = false;
+  std::vector<Module*> wanted;
   for (size_t i = 0; i < outputs.size(); ++i) {
     const Output& out = *outputs[i];
     const bool isWanted = request.withImports || i < modules.size();
     if (isWanted || out.stopped) Collect(all->report, out);
     stopped = stopped || (isWanted && out.stopped);
+    if (isWanted) wanted.push_back(out.module);
     if (!isWanted || out.stopped) continue;
     result->modules.push_back({out.module->name, out.module->file->path, WriteYin(out.written)});
   }
+  AddLintErrors(all->session, wanted, all->report);
   result->state = StateOf(*all->report, stopped);
 }
 

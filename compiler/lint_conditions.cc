@@ -101,7 +101,8 @@ DataCursor FollowPath(const Condition& condition, const XpathNode& path,
   return cursor;
 }
 
-// The second argument of derived-from() and its kin names an identity.
+// The second argument of derived-from() and its kin names an identity: without a prefix
+// one of the module in which the condition is written.
 void JudgeIdentity(const Condition& condition, const XpathNode& call) {
   const std::string_view name = condition.xpath->Of(call.name);
   if ((name != "derived-from" && name != "derived-from-or-self") || call.operands.size() != 2)
@@ -109,12 +110,11 @@ void JudgeIdentity(const Condition& condition, const XpathNode& call) {
   if (condition.xpath->At(call.operands[1]).kind != XpathKind::kLiteral) return;
   const std::string literal(LiteralText(*condition.xpath, call.operands[1]));
   const Reference reference = SplitReference(literal);
-  const Module* module = SpaceOf(condition, reference.prefix);
+  const Module* module = reference.prefix.empty()
+                             ? MainModuleOf(StatementOf(condition.statement)->words)
+                             : SpaceOf(condition, reference.prefix);
   if (module == nullptr || module->broken) return;
-  const xmlNode* found = reference.prefix.empty()
-                             ? FindGlobal(condition.local, SymbolKind::kIdentity, reference.name)
-                             : FindSymbol(condition.statement, SymbolKind::kIdentity, literal);
-  if (found == nullptr)
+  if (FindSymbol(condition.statement, SymbolKind::kIdentity, literal) == nullptr)
     Say(condition, "in " + What(condition.statement) + " there is no identity " + Quote(literal),
         "name an identity with the prefix of its module");
 }

@@ -26,8 +26,9 @@ bool IsFree(const Output& out, const std::string& prefix) {
                       [&](const WrittenPrefix& p) { return p.prefix == prefix; });
 }
 
+// The prefix that is wanted where it can be, else one like it.
 std::string FreePrefix(const Output& out, std::string wanted) {
-  if (wanted.empty()) wanted = "m";
+  if (!IsXmlPrefix(wanted)) wanted = "m";
   std::string prefix = wanted.substr(0, kMaxName);
   for (unsigned i = 2; !IsFree(out, prefix); ++i) {
     const std::string number = std::to_string(i);
@@ -39,6 +40,40 @@ std::string FreePrefix(const Output& out, std::string wanted) {
 void Declare(Output* out, const std::string& prefix, Module* module) {
   out->prefixes.push_back({prefix, module});
   if (!module->nameSpace.empty()) AppendNamespace(out->written.root, prefix, module->nameSpace);
+}
+
+// The prefix of the module's own. The file cannot be written with one that XML or the
+// loader does not take, and with another it means the same.
+void DeclareOwn(Output* out) {
+  const std::string& own = out->module->prefix;
+  const std::string prefix = FreePrefix(*out, own);
+  out->written.prefix = prefix;
+  Declare(out, prefix, out->module);
+  const xmlNode* read = FirstChild(out->module->root, Keyword::kPrefix);
+  if (prefix == own || read == nullptr) return;
+  AddFinding(
+      &out->report, Severity::kError, "name", read,
+      "the prefix \"" + own + "\" cannot be written in YIN; \"" + prefix + "\" is written instead",
+      "take a short one of letters, digits, \"_\", \"-\" and \".\" that XML does not reserve");
+}
+
+// Makes the statement of the module's own prefix tell what is written.
+void WriteOwnPrefix(Output* out) {
+  xmlNode* root = out->written.root;
+  xmlNode* own = FirstChild(root, Keyword::kPrefix);
+  if (own == nullptr) {
+    AppendChild(root,
+                MakeStatement(out->all->session, root, Keyword::kPrefix, out->written.prefix));
+  } else if (out->written.prefix != out->module->prefix) {
+    SetArgument(out->all->session, own, out->written.prefix);
+  }
+}
+
+void CheckNamespace(Output* out) {
+  if (IsXmlNamespace(out->module->nameSpace)) return;
+  Stop(out, "name", FirstChild(out->module->root, Keyword::kNamespace),
+       "the namespace \"" + out->module->nameSpace + "\" is one of XML itself",
+       "take a namespace of your own");
 }
 
 void PutImport(Output* out, xmlNode* import) {
@@ -109,12 +144,13 @@ void WriteHeader(Output* out) {
   StartTree(out);
   out->written.file = module->file;
   out->written.name = module->name;
-  out->written.prefix = module->prefix;
   out->written.nameSpace = module->nameSpace;
   out->written.revision = module->revision;
-  Declare(out, module->prefix, out->module);
+  DeclareOwn(out);
+  CheckNamespace(out);
   for (const Keyword keyword : {Keyword::kYangVersion, Keyword::kNamespace, Keyword::kPrefix})
     CopyAll(out, keyword);
+  WriteOwnPrefix(out);
   for (xmlNode* s = FirstChild(out->written.root); s != nullptr; s = NextSibling(s))
     out->lastImport = s;
   for (const Import& import : module->imports) CopyImport(out, import);

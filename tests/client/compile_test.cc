@@ -278,4 +278,16 @@ TEST_F(ClientCompile, MemoryThatIsRefusedIsOneLine) {
 }
 #endif
 
+TEST_F(ClientCompile, SaysWhatIsWrongAndWritesTheModule) {
+  Write("m.yang",
+        "module m { namespace urn:m; prefix m;\n"
+        "  leaf a { type int8; default 200; }\n"
+        "}\n");
+  const ClientRun run = Run({"compile", "m"});
+  EXPECT_EQ(1, run.status);
+  EXPECT_EQ(0u, run.err.find("./m.yang:2: the default")) << run.err;
+  EXPECT_NE(std::string::npos, run.out.find("<leaf name=\"a\">")) << run.out;
+  EXPECT_EQ(0, Run({"load", "-c", "m"}).status);
+}
+
 }  // namespace

@@ -22,14 +22,14 @@ TEST_F(Uses, StandAnywhere) {
            "grouping g { leaf a { type string; } }\n"
            "uses g;\n"
            "list l { key k; leaf k { type string; } uses g; action act { input { uses g; } } }\n"
-           "choice ch { case one { uses g; } }\n"
+           "container o { choice ch { case one { uses g; } } }\n"
            "rpc r { input { uses g; } output { uses g; } }\n"
            "notification n { uses g; }");
   EXPECT_EQ(
       "leaf a { type string; } "
       "list l { key k; leaf k { type string; } leaf a { type string; } "
       "action act { input { leaf a { type string; } } } } "
-      "choice ch { case one { leaf a { type string; } } } "
+      "container o { choice ch { case one { leaf a { type string; } } } } "
       "rpc r { input { leaf a { type string; } } output { leaf a { type string; } } } "
       "notification n { leaf a { type string; } }",
       Body("m"));
@@ -220,12 +220,12 @@ TEST_F(Augments, OfOwnNodesAreFoldedInWhateverOrderTheyStand) {
 }
 
 TEST_F(Augments, OfOwnNodesInOtherTreesAreFoldedToo) {
-  Module("n", "container c;");
+  Module("n", "container c { leaf k { type string; } }");
   Module("m",
          "import n { prefix n; }\n"
-         "augment /n:c/m:d { when \"../n:c\"; leaf z { type string; } }\n"
+         "augment /n:c/m:d { when \"../n:k\"; leaf z { type string; } }\n"
          "augment /n:c { container d; }");
-  EXPECT_EQ("augment /n:c { container d { leaf z { when ../../n:c; type string; } } }", Body("m"));
+  EXPECT_EQ("augment /n:c { container d { leaf z { when ../../n:k; type string; } } }", Body("m"));
 }
 
 TEST_F(Augments, OfOwnNodesThatAreNotThereStopTheModule) {
@@ -277,9 +277,11 @@ TEST_F(Augments, GiveOtherConditionsToTheirChildren) {
   // "../a" is longer than twice "a"; a choice takes the condition as it is.
   Module("n", "container c { leaf a { type string; } }");
   Module("m",
-         "import n { prefix n; } augment /n:c { when \"a\"; leaf b { type string; } }\n"
+         "import n { prefix n; } augment /n:c { leaf a { type string; } }\n"
+         "augment /n:c { when \"a\"; leaf b { type string; } }\n"
          "augment /n:c { when \"n:a = 'long enough'\"; choice d { leaf e { type string; } } }");
   EXPECT_EQ(
+      "augment /n:c { leaf a { type string; } } "
       "augment /n:c { leaf b { when ../a; type string; } } "
       "augment /n:c { choice d { when n:a = 'long enough'; case e { leaf e { type string; } } } }",
       Body("m"));
