@@ -83,6 +83,23 @@ bool IsPlainContainer(const DataNode* node) {
          YinChild(node->statement, Keyword::kPresence) == nullptr;
 }
 
+// Many leafs ask the node that holds them, while a type or leaf, which may not hold a
+// typedef, is asked for itself alone.
+const xmlNode* DataSchema::TypedefIn(const xmlNode* scope, std::string_view name) {
+  const Keyword keyword = YinKeyword(scope);
+  if (keyword == Keyword::kType || keyword == Keyword::kLeaf || keyword == Keyword::kLeafList)
+    return nullptr;
+  const auto entered = inner_.try_emplace(scope);
+  auto& typedefs = entered.first->second;
+  for (const xmlNode* child = scope->children; entered.second && child != nullptr;
+       child = child->next) {
+    if (child->type == XML_ELEMENT_NODE && YinKeyword(child) == Keyword::kTypedef)
+      typedefs.emplace(YinArgument(child), child);
+  }
+  const auto found = typedefs.find(name);
+  return found == typedefs.end() ? nullptr : found->second;
+}
+
 const xmlNode* DataSchema::FindTypedef(const xmlNode* at, DataModule** module,
                                        std::string_view name) {
   const size_t colon = name.find(':');
@@ -95,12 +112,8 @@ const xmlNode* DataSchema::FindTypedef(const xmlNode* at, DataModule** module,
   for (const xmlNode* scope = at; scope != nullptr && scope->type == XML_ELEMENT_NODE;
        scope = scope->parent) {
     if (scope == (*module)->root) break;
-    for (const xmlNode* child = scope->children; child != nullptr; child = child->next) {
-      if (child->type == XML_ELEMENT_NODE && YinKeyword(child) == Keyword::kTypedef &&
-          YinArgument(child) == name) {
-        return child;
-      }
-    }
+    const xmlNode* definition = TypedefIn(scope, name);
+    if (definition != nullptr) return definition;
   }
   const auto found = (*module)->typedefs.find(name);
   return found == (*module)->typedefs.end() ? nullptr : found->second;

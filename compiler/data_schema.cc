@@ -199,6 +199,7 @@ DataNode* DataSchema::FindTarget(DataModule* module, std::string_view path) {
 void DataSchema::Link(DataModule* module) {
   if (module->linked) return;
   module->linked = true;
+  ++links_;
   for (const xmlNode* augment = NextElement(module->root->children); augment != nullptr;
        augment = NextElement(augment->next)) {
     if (YinKeyword(augment) != Keyword::kAugment) continue;
@@ -248,28 +249,49 @@ DataNode* DataSchema::DataParent(const DataNode* node) {
   return parent;
 }
 
-DataNode* DataSchema::DataChild(DataNode* parent, DataModule* module, std::string_view name) {
+// Names are looked up often in one place, and there may be many: each place is walked
+// through once, and again only when a further module has hung its augments anywhere.
+const DataNames& DataSchema::NamesBelow(DataNode* parent, DataModule* module) {
+  const void* place = parent == nullptr ? static_cast<const void*>(module) : parent;
+  DataNames& names = module == nullptr ? ownNames_[place] : allNames_[place];
+  if (names.filled && (module == nullptr || names.links == links_)) return names;
+  names.named.clear();
+  names.filled = true;
+  names.links = links_;
   std::vector<DataNode*> stack;
   const auto add = [&](const std::vector<DataNode*>& nodes) {
     stack.insert(stack.end(), nodes.rbegin(), nodes.rend());
   };
-  if (module != nullptr && (parent == nullptr || parent->module != module)) Link(module);
-  if (parent == nullptr) {
-    if (module != nullptr) add(TopOf(module));
-  } else {
-    if (module != nullptr) add(parent->augmented);
-    add(OwnChildren(parent));
+  const auto addChildren = [&](DataNode* node) {
+    if (module != nullptr) add(node->augmented);
+    add(OwnChildren(node));
+  };
+  if (parent != nullptr) {
+    addChildren(parent);
+  } else if (module != nullptr) {
+    add(TopOf(module));
   }
   while (!stack.empty()) {
     DataNode* node = stack.back();
     stack.pop_back();
     if (node->keyword == Keyword::kOutput) continue;
     if (HasNoElement(node->keyword)) {
-      if (module != nullptr) add(node->augmented);
-      add(OwnChildren(node));
-    } else if (node->name == name && (module == nullptr || node->module == module)) {
-      return node;
+      addChildren(node);
+    } else {
+      names.named[node->name].push_back(node);
     }
+  }
+  return names;
+}
+
+DataNode* DataSchema::DataChild(DataNode* parent, DataModule* module, std::string_view name) {
+  if (parent == nullptr && module == nullptr) return nullptr;
+  if (module != nullptr && (parent == nullptr || parent->module != module)) Link(module);
+  const DataNames& names = NamesBelow(parent, module);
+  const auto named = names.named.find(name);
+  if (named == names.named.end()) return nullptr;
+  for (DataNode* node : named->second) {
+    if (module == nullptr || node->module == module) return node;
   }
   return nullptr;
 }

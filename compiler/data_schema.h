@@ -42,6 +42,13 @@ struct DataNode {
   std::vector<DataNode*> augmented;  // children that augments hang there, as far as linked
 };
 
+// The nodes that data see below one node, by name, those of one name in order.
+struct DataNames {
+  std::unordered_map<std::string_view, std::vector<DataNode*>> named;
+  bool filled = false;
+  size_t links = 0;  // how many modules were linked when it was filled
+};
+
 // What is known of the texts of a leaf.
 enum class ValueKind : uint8_t {
   kUnknown,  // any text
@@ -101,6 +108,8 @@ class DataSchema {
   ValueKind ValueOfLeafref(const xmlNode* type, DataModule* module, const DataNode* leaf,
                            int depth);
   const xmlNode* FindTypedef(const xmlNode* at, DataModule** module, std::string_view name);
+  const xmlNode* TypedefIn(const xmlNode* scope, std::string_view name);
+  const DataNames& NamesBelow(DataNode* parent, DataModule* module);
 
   TreeFinder find_;
   std::deque<DataModule> modules_;
@@ -108,6 +117,11 @@ class DataSchema {
   std::map<std::string, DataModule*, std::less<>> byName_;  // NULL: there is none
   std::unordered_map<const DataModule*, std::vector<DataNode*>> top_;
   std::unordered_map<const xmlNode*, DataNode*> byStatement_;
+  // Typedefs further in by the statement that holds them, as far as it was asked for.
+  std::unordered_map<const xmlNode*, std::unordered_map<std::string_view, const xmlNode*>> inner_;
+  std::unordered_map<const void*, DataNames> ownNames_;  // by parent
+  std::unordered_map<const void*, DataNames> allNames_;  // with augments; by parent or module
+  size_t links_ = 0;                                     // modules that are linked
 };
 
 // Whether a leaf is there in every message that has its parent, and the same for the tree

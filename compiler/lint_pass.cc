@@ -24,7 +24,7 @@ void ConsiderNames(Suggestion* near, const Module* module, SymbolKind kind, bool
   std::vector<std::string_view> names;  // sorted, since the table has no order
   for (const auto& entry : module->symbols.named[index]) names.push_back(entry.first);
   for (const auto& scope : module->symbols.inner)
-    for (const xmlNode* s : scope.second)
+    for (const xmlNode* s : scope.second.all)
       if (local && std::string_view(NameOf(s)) == kSymbolWords[index])
         names.emplace_back(ArgumentOf(s));
   if (local && kind == SymbolKind::kTypedef)

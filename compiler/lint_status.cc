@@ -35,6 +35,8 @@ void JudgeReference(Lint* lint, const xmlNode* statement, SymbolKind kind,
   if (definition == nullptr) return;
   if (MainModuleOf(StatementOf(definition)->words) != lint->module) return;
   const Status needed = WrittenStatus(definition);
+  // Most are current, and what stands around need not be asked.
+  if (needed == Status::kCurrent) return;
   const Status own = StatusAround(statement);
   if (needed <= own) return;
   Error(lint, cls::kStatus, statement,

@@ -96,13 +96,19 @@ using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 enum class SymbolKind : uint8_t { kGrouping, kTypedef, kIdentity, kFeature, kExtension };
 inline constexpr size_t kSymbolKindCount = 5;
 
+// The definitions that one statement holds, in order, and by their names.
+struct InnerSymbols {
+  std::vector<xmlNode*> all;
+  std::unordered_map<std::string_view, std::vector<xmlNode*>> named;
+};
+
 // The definitions of a module, its submodules among them. The names are those of the
 // trees.
 struct SymbolTable {
   bool filled = false;
   std::unordered_map<std::string_view, xmlNode*> named[kSymbolKindCount];  // at its level
   // The groupings and typedefs further in, by the statement that they stand in.
-  std::unordered_map<const xmlNode*, std::vector<xmlNode*>> inner;
+  std::unordered_map<const xmlNode*, InnerSymbols> inner;
 };
 
 // A module or submodule: one file that was read.

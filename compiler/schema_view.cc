@@ -46,6 +46,7 @@ SchemaNode* MakeNode(Builder* builder, xmlNode* statement, Keyword keyword, Sche
   if (parent == nullptr) return node;
   (parent->lastChild == nullptr ? parent->firstChild : parent->lastChild->next) = node;
   parent->lastChild = node;
+  if (parent->byName != nullptr) (*parent->byName)[node->name].push_back(node);
   return node;
 }
 
@@ -246,6 +247,22 @@ bool SameSpace(const Module* a, const Module* b) noexcept {
   return a == b || a->name == b->name;
 }
 
+// So many are looked through one by one.
+constexpr unsigned kFewChildren = 8;
+
+SchemaNode* FindAmongMany(const SchemaNode* parent, const Module* space, std::string_view name) {
+  if (parent->byName == nullptr) {
+    parent->byName = std::make_unique<ChildrenByName>();
+    for (SchemaNode* child = parent->firstChild; child != nullptr; child = child->next)
+      (*parent->byName)[child->name].push_back(child);
+  }
+  const auto named = parent->byName->find(name);
+  if (named == parent->byName->end()) return nullptr;
+  for (SchemaNode* child : named->second)
+    if (SameSpace(child->space, space)) return child;
+  return nullptr;
+}
+
 }  // namespace
 
 const SchemaNode* NextSeen(const SchemaNode* parent, const SchemaNode* node) noexcept {
@@ -315,8 +332,12 @@ const char* PropertyOf(const SchemaNode* node, Keyword keyword) noexcept {
 }
 
 SchemaNode* FindChild(const SchemaNode* parent, const Module* space, std::string_view name) {
-  for (SchemaNode* child = parent->firstChild; child != nullptr; child = child->next)
+  unsigned looked = 0;
+  for (SchemaNode* child = parent->firstChild; child != nullptr; child = child->next) {
+    if (parent->byName != nullptr || ++looked > kFewChildren)
+      return FindAmongMany(parent, space, name);
     if (name == child->name && SameSpace(child->space, space)) return child;
+  }
   return nullptr;
 }
 

@@ -6,6 +6,7 @@
 // left out and noted. Deviations are not applied, since it is the author of the module
 // who is to be told.
 #include <deque>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -13,6 +14,11 @@
 #include "compiler/records.h"
 
 namespace compiler {
+
+struct SchemaNode;
+
+// The children of one node by name, those of one name in their order.
+using ChildrenByName = std::unordered_map<std::string_view, std::vector<SchemaNode*>>;
 
 struct SchemaNode {
   xmlNode* statement = nullptr;      // of a case that is not written: that of its only child;
@@ -29,6 +35,7 @@ struct SchemaNode {
   bool written = true;            // false: the case, input or output is not written
   bool augmented = false;         // brought by an augment of a module
   std::vector<xmlNode*> changes;  // refine statements, innermost first
+  mutable std::unique_ptr<ChildrenByName> byName;  // once a name was looked for among many
 };
 
 // An augment or a refine, and what its path leads to.

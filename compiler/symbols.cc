@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The table of a module is filled once, when the first name is looked up; definitions
-// further in are few, so those are kept by the statement that holds them, and a lookup
-// goes up through the statements around its place.
+// further in are kept by the statement that holds them, and a lookup goes up through the
+// statements around its place.
 #include "compiler/symbols.h"
 
 #include <algorithm>
@@ -29,9 +29,11 @@ void EnterOne(SymbolTable* table, xmlNode* statement) {
   if (name == nullptr) return;
   if (IsGlobal(statement)) {
     table->named[kind].emplace(name, statement);
-  } else {
-    table->inner[ParentOf(statement)].push_back(statement);
+    return;
   }
+  InnerSymbols& inner = table->inner[ParentOf(statement)];
+  inner.all.push_back(statement);
+  inner.named[name].push_back(statement);
 }
 
 void EnterFile(Module* file, void* arg) {
@@ -55,8 +57,10 @@ xmlNode* FindInner(const SymbolTable& table, const xmlNode* at, Keyword keyword,
   for (const xmlNode* scope = at; scope != nullptr; scope = ParentOf(scope)) {
     const auto found = table.inner.find(scope);
     if (found == table.inner.end()) continue;
-    for (xmlNode* definition : found->second) {
-      if (Is(definition, keyword) && name == ArgumentOf(definition)) return definition;
+    const auto named = found->second.named.find(name);
+    if (named == found->second.named.end()) continue;
+    for (xmlNode* definition : named->second) {
+      if (Is(definition, keyword)) return definition;
     }
   }
   return nullptr;
