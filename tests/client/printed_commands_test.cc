@@ -75,7 +75,7 @@ TEST(PrintedCommands, OfTheReadmeAreTrue) {
 }
 
 TEST(PrintedCommands, OfDeparturesAreTrue) {
-  ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 9);
+  ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 12);
 }
 
 TEST(PrintedCommands, OfTheModelAuthorsGuideAreTrue) {
