@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "client/compile_cache.h"
+
 compiler::JobRequest MakeRequest(const Options& options) {
   compiler::JobRequest request;
   request.folders = options.searchDirs;
@@ -37,7 +39,7 @@ int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
     request.operands.insert(request.operands.end(), options->operands.begin(),
                             options->operands.end());
   }
-  const compiler::JobResult result = RunJob(request);
+  const compiler::JobResult result = options->noCache ? RunJob(request) : RunJobOnce(request);
   PrintFindings(result);
   if (result.state > compiler::JobState::kLost) return kExitUnusable;
   if (!folder->Make()) return kExitUnusable;

@@ -21,6 +21,7 @@ constexpr char kOptionsText[] =
     "  -u, --unload NAME              unload this module after the loads; may repeat\n"
     "  -d, --descriptions             keep descriptions and units\n"
     "  -c, --compile                  compile the models first: any vendor's go in\n"
+    "      --no-cache                 with -c: neither use nor keep what was compiled\n"
     "  -r, --recursive                search the directories' sub-folders, too (with -c)\n"
     "  -F, --features-complete        compile: features that -f does not name are off\n"
     "  -o, --output DIR               compile: write NAME.yin into this folder\n"

@@ -19,7 +19,8 @@ enum LongOnly : int {
   kVersion = 257,
   kDropFailing = 258,
   kConvert = 259,
-  kJson = 260
+  kJson = 260,
+  kNoCache = 261
 };
 
 constexpr option kLongOptions[] = {
@@ -30,6 +31,7 @@ constexpr option kLongOptions[] = {
     {"unload", required_argument, nullptr, 'u'},
     {"descriptions", no_argument, nullptr, 'd'},
     {"compile", no_argument, nullptr, 'c'},
+    {"no-cache", no_argument, nullptr, kNoCache},
     {"recursive", no_argument, nullptr, 'r'},
     {"features-complete", no_argument, nullptr, 'F'},
     {"output", required_argument, nullptr, 'o'},
@@ -42,8 +44,8 @@ constexpr option kLongOptions[] = {
     {nullptr, 0, nullptr, 0},
 };
 
-// Options that only some commands take: those that load, `compile`, `lint`; `-r` goes
-// with loading only after compiling.
+// Options that only some commands take: those that load, `compile`, `lint`; `-r` and
+// `--no-cache` go with loading only after compiling.
 struct OptionUse {
   const char* option;
   bool load;
@@ -57,7 +59,7 @@ constexpr OptionUse kUses[] = {
     {"-r", true, true, true},          {"-F", false, true, false},
     {"-o", false, true, false},        {"--drop-failing", false, true, false},
     {"--convert", false, true, false}, {"-W", false, false, true},
-    {"--json", false, false, true},
+    {"--json", false, false, true},    {"--no-cache", true, false, false},
 };
 
 // "-": operands are reported in place; ":": a missing argument is told apart.
@@ -96,6 +98,10 @@ bool TakeCompileOption(int code, char** argv, Options* options) {
     case 'c':
       options->used.emplace_back("-c");
       options->compileFirst = true;
+      return true;
+    case kNoCache:
+      options->used.emplace_back("--no-cache");
+      options->noCache = true;
       return true;
     case 'r':
       options->used.emplace_back("-r");
@@ -204,7 +210,7 @@ bool CheckOptions(const Options& options) {
     return false;
   }
   const bool reads = options.command == "compile" || options.command == "lint";
-  if (reads || options.compileFirst || !options.recursive) return true;
-  PrintError("option '-r' goes with '-c'");
+  if (reads || options.compileFirst || !(options.recursive || options.noCache)) return true;
+  PrintError("option '%s' goes with '-c'", options.recursive ? "-r" : "--no-cache");
   return false;
 }

@@ -25,7 +25,8 @@ struct Options {
   std::vector<FeatureRef> features;
   std::vector<std::string> operands;  // without the command
   uint32_t loadFlags = 0;
-  bool compileFirst = false;      // -c
+  bool compileFirst = false;  // -c
+  bool noCache = false;
   bool recursive = false;         // -r
   bool featuresComplete = false;  // -F
   bool dropFailing = false;

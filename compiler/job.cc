@@ -120,16 +120,24 @@ void Write(Compilation* all, const std::vector<Module*>& modules, const JobReque
   result->state = StateOf(*all->report, stopped);
 }
 
+bool AddFolders(Repository* repository, const JobRequest& request, std::string* unusable) {
+  for (const std::string& folder : request.folders) {
+    if (AddSearchFolder(repository, folder, request.recursive)) continue;
+    *unusable = folder;
+    return false;
+  }
+  return true;
+}
+
 void Run(const JobRequest& request, JobResult* result) {
   const std::unique_ptr<Session> session = OpenSession();
   Report report;
   Repository repository;
   repository.session = session.get();
   repository.report = &report;
-  for (const std::string& folder : request.folders) {
-    if (AddSearchFolder(&repository, folder, request.recursive)) continue;
+  session->keepContents = request.keepInputs;
+  if (!AddFolders(&repository, request, &result->detail)) {
     result->state = JobState::kNoFolder;
-    result->detail = folder;
     return;
   }
   Compilation all;
@@ -151,6 +159,10 @@ void Run(const JobRequest& request, JobResult* result) {
   }
   result->findings = FindingLines(*session, report);
   for (const SourceFile& file : session->files) result->filesRead.push_back(file.path);
+  if (!request.keepInputs) return;
+  result->listing = ListingOf(repository);
+  for (SourceFile& file : session->files)
+    result->inputs.push_back({file.path, std::move(file.content)});
 }
 
 }  // namespace
@@ -171,6 +183,15 @@ std::vector<std::string> FindingLines(const Session& session, const Report& repo
     if (seen.insert(line).second) lines.push_back(std::move(line));
   }
   return lines;
+}
+
+bool ListInputs(const JobRequest& request, std::string* listing) {
+  Repository repository;
+  std::string unusable;
+  if (!AddFolders(&repository, request, &unusable)) return false;
+  AddOperandFolders(&repository, request.operands);
+  *listing = ListingOf(repository);
+  return true;
 }
 
 JobResult RunJob(const JobRequest& request) {

@@ -15,7 +15,13 @@ struct JobRequest {
   bool recursive = false;            // with their sub-folders
   std::vector<std::string> operands;
   bool withImports = false;  // write what the operands import too
+  bool keepInputs = false;   // give back what was read
   CompileOptions options;
+};
+
+struct JobFile {
+  std::string path;
+  std::string content;
 };
 
 struct JobModule {
@@ -40,9 +46,16 @@ struct JobResult {
   std::vector<std::string> operandNames;  // of the operands\' modules; empty: there is none
   std::vector<std::string> findings;      // lines, in order of files and places
   std::vector<std::string> filesRead;     // each once, in order of reading
+  // All that the result depends on, when the request keeps it.
+  std::string listing;
+  std::vector<JobFile> inputs;
 };
 
 JobResult RunJob(const JobRequest& request);
+
+// What the directories of a request hold now, to be compared with `listing` of a result.
+// False: one cannot be listed. Throws when memory is refused.
+bool ListInputs(const JobRequest& request, std::string* listing);
 
 // "FILE:LINE: what and why" for each finding, and where it was used; each once.
 std::vector<std::string> FindingLines(const Session& session, const Report& report);

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "compiler/reader.h"
 #include "compiler/statement.h"
@@ -85,7 +86,7 @@ bool ReadContent(const std::string& path, std::string* content) {
 
 Module* NewModule(Session* session, const std::string& path, bool isText) {
   Module* module = &session->modules.emplace_back();
-  module->file = &session->files.emplace_back(SourceFile{path, isText});
+  module->file = &session->files.emplace_back(SourceFile{path, isText, {}});
   module->document.reset(Need(xmlNewDoc(nullptr)));
   module->document->dict = session->dictionary.get();
   xmlDictReference(module->document->dict);
@@ -100,15 +101,19 @@ void ReportTooLarge(const Module* module, Report* report) {
 Module* ReadModuleFile(Session* session, const std::string& path, Report* report) {
   std::string content;
   if (!ReadContent(path, &content)) {
-    session->files.push_back({path, false});
+    session->files.push_back({path, false, {}});
     const Place place{&session->files.back(), 0, 0};
     AddFindingAt(report, Severity::kFatal, kSyntaxClass, place,
                  std::string("cannot be read: ") + std::strerror(errno));
     return nullptr;
   }
   const bool isYin = std::string_view(path).ends_with(".yin");
-  return isYin ? ReadModuleYin(session, path, content, report)
-               : ReadModuleText(session, path, content, report);
+  const size_t index = session->files.size();
+  Module* module = isYin ? ReadModuleYin(session, path, content, report)
+                         : ReadModuleText(session, path, content, report);
+  if (session->keepContents && index < session->files.size())
+    session->files[index].content = std::move(content);
+  return module;
 }
 
 void ReadHeader(Module* module) {

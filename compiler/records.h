@@ -39,6 +39,7 @@ namespace compiler {
 struct SourceFile {
   std::string path;
   bool isText = false;  // YANG text, else YIN
+  std::string content;  // as it was read, when the session keeps it
 };
 
 // Where a statement was written. Lines and columns count from 1; 32 bits, since
@@ -144,6 +145,7 @@ struct Session {
   const xmlChar* arguments[kKeywordCount] = {};          // of their arguments in YIN, likewise
   std::unordered_map<const xmlChar*, xmlNs> namespaces;  // by name, for `ns` of elements
   xmlNs* yin = nullptr;                                  // that of YIN, one of these
+  bool keepContents = false;                             // of the files
   std::deque<SourceFile> files;
   std::deque<Statement> statements;
   std::deque<Place> places;

@@ -186,17 +186,6 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// In front of the directories that the caller named, in order of the operands.
-void AddOperandFolders(Repository* repository, const std::vector<std::string>& operands) {
-  auto where = repository->folders.begin();
-  for (const std::string& operand : operands) {
-    if (!IsFileOperand(operand)) continue;
-    SearchFolder folder;
-    MakeFolder(FolderOf(operand), false, &folder);
-    where = repository->folders.insert(where, std::move(folder)) + 1;
-  }
-}
-
 void Refuse(Repository* repository, const std::string& operand, std::string message) {
   AddFindingAt(repository->report, Severity::kFatal, kLinkageClass, Place(),
                operand + ": " + std::move(message));
@@ -223,6 +212,28 @@ bool AddSearchFolder(Repository* repository, const std::string& path, bool recur
   if (!MakeFolder(path, recursive, &folder)) return false;
   repository->folders.push_back(std::move(folder));
   return true;
+}
+
+// In order of the operands.
+void AddOperandFolders(Repository* repository, const std::vector<std::string>& operands) {
+  auto where = repository->folders.begin();
+  for (const std::string& operand : operands) {
+    if (!IsFileOperand(operand)) continue;
+    SearchFolder folder;
+    MakeFolder(FolderOf(operand), false, &folder);
+    where = repository->folders.insert(where, std::move(folder)) + 1;
+  }
+}
+
+std::string ListingOf(const Repository& repository) {
+  std::string listing;
+  for (const SearchFolder& folder : repository.folders) {
+    listing.append(folder.path).append(2, '\0');
+    for (const auto& [name, paths] : folder.files) {
+      for (const std::string& path : paths) listing.append(path).push_back('\0');
+    }
+  }
+  return listing;
 }
 
 bool IsFileOperand(std::string_view operand) noexcept {

@@ -49,6 +49,12 @@ struct Repository {
 // Adds a directory to those that are searched. False: it cannot be listed.
 bool AddSearchFolder(Repository* repository, const std::string& path, bool recursive);
 
+// Adds the folders of operands that name files, in front of those that are there.
+void AddOperandFolders(Repository* repository, const std::vector<std::string>& operands);
+
+// What the directories were found to hold: all that tells which files are read.
+std::string ListingOf(const Repository& repository);
+
 // True for an operand that names a file: it has a '/', or ends in .yang or .yin.
 bool IsFileOperand(std::string_view operand) noexcept;
 

@@ -130,7 +130,7 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
                                           "compile", "recursive",    "features-complete",
                                           "output",  "drop-failing", "convert",
                                           "warn",    "json",         "help",
-                                          "version"};
+                                          "version", "no-cache"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

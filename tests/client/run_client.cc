@@ -5,9 +5,31 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 
 namespace {
+
+// The programs leave the cache of the person who tests alone, and depend on none.
+class OwnCache : public testing::Environment {
+ public:
+  void SetUp() override {
+    path_ = testing::TempDir() + "qmodel-test-XXXXXX";
+    ASSERT_NE(nullptr, mkdtemp(path_.data()));
+    ASSERT_EQ(0, setenv("XDG_CACHE_HOME", path_.c_str(), 1));
+  }
+  void TearDown() override { std::filesystem::remove_all(path_); }
+
+ private:
+  std::string path_;
+};
+
+// GoogleTest takes it over.
+[[maybe_unused]] const testing::Environment* const kOwnCache =
+    testing::AddGlobalTestEnvironment(new OwnCache);
 
 std::string ReadAll(FILE* file) {
   std::string text;
