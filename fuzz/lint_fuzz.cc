@@ -7,21 +7,10 @@
 
 #include "compiler/lint.h"
 #include "compiler/lint_library.h"
-#include "compiler/reader.h"
 #include "compiler/session.h"
-#include "fuzz/fuzz_target.h"
+#include "fuzz/model_input.h"
 
 namespace {
-
-// libxml2 compiles patterns in a time that grows faster than their length.
-constexpr size_t kMaxText = 4096;
-
-compiler::Module* Read(compiler::Session* session, const FuzzInput& input, const std::string& text,
-                       compiler::Report* report) {
-  const std::string path = "m" + std::to_string(session->files.size());
-  return (input.flags & 1u) != 0 ? compiler::ReadModuleYin(session, path, text, report)
-                                 : compiler::ReadModuleText(session, path, text, report);
-}
 
 void Lint(const FuzzInput& input) {
   const std::unique_ptr<compiler::Session> session = compiler::OpenSession();
@@ -29,16 +18,7 @@ void Lint(const FuzzInput& input) {
   compiler::Repository repository;
   repository.session = session.get();
   repository.report = &report;
-  compiler::Module* first = nullptr;
-  std::string_view rest(input.text, input.length);
-  while (!rest.empty()) {
-    const std::string text(rest.substr(0, rest.find('\f')));
-    rest.remove_prefix(std::min(text.size() + 1, rest.size()));
-    compiler::Module* module = Read(session.get(), input, text, &report);
-    if (module == nullptr) continue;
-    if (first == nullptr) first = module;
-    repository.found.emplace(module->name, module);
-  }
+  compiler::Module* first = ReadModels(input, &repository);
   if (first != nullptr && first->belongsTo.empty()) {
     Link(&repository, first);
     LintModules(session.get(), {&first, 1}, &report);
@@ -52,5 +32,5 @@ void Lint(const FuzzInput& input) {
 }  // namespace
 
 void FuzzOne(const FuzzInput& input) {
-  if (input.length <= kMaxText) Lint(input);
+  if (input.length <= kMaxModelText) Lint(input);
 }

@@ -13,7 +13,7 @@ scripts/install-packages.sh build test check
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 [ $# -ne 0 ] || set -- load couple rpc rpc_tree notif xpath path range value pattern lint \
-  yang_text
+  compile yang_text
 for target in "$@"; do
   found=build/fuzz/found/$target
   mkdir -p "$found" "fuzz/regressions/$target"
