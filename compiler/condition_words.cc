@@ -176,7 +176,7 @@ void ResolveUnionMember(Output* out, xmlNode* type) {
   while (holder != nullptr && Is(holder, Keyword::kType)) holder = ParentOf(holder);
   if (holder != nullptr && (Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList)))
     leaf.node = holder;
-  const xmlNode* at = type;
+  const xmlNode* at = FindBottomType(type).type;  // a typedef may have the path
   for (unsigned hop = 0; hop < kMaxHops; ++hop) {
     const FoundNode target = LeafrefTarget(out->all, leaf, at);
     const xmlNode* targetType = TypeOfNode(target);

@@ -221,6 +221,25 @@ TEST_F(Paths, OfAnotherModulesUnionTargetTakePrefixes) {
   EXPECT_EQ("leaf u { type union { type n:t; type empty; } }", Body("m"));
 }
 
+// An absolute path means the same wherever its typedef is used; a relative one begins at
+// the leaf.
+TEST_F(Paths, OfATypedefInAUnionBecomeTheTypeOfTheirTarget) {
+  Module11("n",
+           "typedef r { type leafref { path /n:c/n:a; } }\n"
+           "typedef up { type leafref { path ../n:b; } }\n"
+           "container c { leaf a { type int8; } }\n"
+           "grouping g { leaf u { type union { type r; type up; type empty; } }\n"
+           "  leaf b { type boolean; } }\n"
+           "container d { uses g; }");
+  Module11("m",
+           "import n { prefix x; }\n"
+           "leaf u { type union { type x:r; type empty; } }");
+  EXPECT_EQ("leaf u { type union { type int8; type empty; } }", Body("m"));
+  EXPECT_NE(std::string::npos,
+            Body("n").find("leaf u { type union { type int8; type boolean; type empty; } }"))
+      << Body("n");
+}
+
 using Identities = Compiling;
 
 TEST_F(Identities, OfBasesTakePrefixes) {
