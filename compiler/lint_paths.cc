@@ -20,17 +20,12 @@ namespace {
 constexpr unsigned kMaxUnionDepth = 32;
 constexpr unsigned kMaxLeafrefs = 64;  // a chain of leafrefs; more is a circle
 
-// One leafref that a node has, perhaps as a member of a union.
+// One leafref that a node has, perhaps as a member of a union. A name without prefix is of
+// the node's module, also where the path is that of another module's typedef.
 struct Leafref {
   const SchemaNode* node;
   const xmlNode* path;
-  Module* local;  // what a name without prefix means
 };
-
-Module* LocalOf(const SchemaNode* node, const TypeChain& chain) {
-  return chain.typedefs.empty() ? node->space
-                                : MainModuleOf(StatementOf(chain.types.back())->words);
-}
 
 // Follows steps one after the other; on failure says in `failed` which.
 const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath& path,
@@ -38,7 +33,7 @@ const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath
   DataCursor cursor = {lint->view, start, false};
   for (const PathStep& step : path.steps) {
     const std::string_view prefix = path.Of(step.prefix);
-    Module* space = leafref.local;
+    Module* space = leafref.node->space;
     if (!prefix.empty()) space = ResolvePrefix(lint, cls::kPath, leafref.path, prefix);
     if (space == nullptr) return nullptr;
     const std::string_view name = path.Of(step.name);
@@ -71,7 +66,7 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
   if (path.throughDeref) return nullptr;
   DataCursor cursor = {lint->view, leafref.node, false};
   if (path.absolute) {
-    Module* first = leafref.local;
+    Module* first = leafref.node->space;
     if (!path.steps.empty() && !path.steps[0].prefix.empty())
       first = ResolvePrefix(lint, cls::kPath, leafref.path, path.Of(path.steps[0].prefix));
     cursor = RootOf(lint->view, first);
@@ -111,7 +106,7 @@ bool IsCircle(Lint* lint, const SchemaNode* node) {
     const xmlNode* path =
         chain.base == BuiltIn::kLeafref ? FirstChild(chain.types.back(), Keyword::kPath) : nullptr;
     if (path == nullptr || ArgumentOf(path) == nullptr) return false;
-    node = Follow(lint, {node, path, LocalOf(node, chain)}, &fault, &advice);
+    node = Follow(lint, {node, path}, &fault, &advice);
     if (node == start) return true;
   }
   return false;
@@ -155,7 +150,7 @@ void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
 void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
   const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
   if (path == nullptr || ArgumentOf(path) == nullptr) return;
-  const Leafref leafref = {node, path, LocalOf(node, chain)};
+  const Leafref leafref = {node, path};
   std::string fault;
   std::string advice;
   const SchemaNode* target = Follow(lint, leafref, &fault, &advice);

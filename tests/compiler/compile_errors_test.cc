@@ -48,6 +48,18 @@ TEST_F(Errors, OneIdentityOfAGroupingsModuleIsNone) {
   EXPECT_EQ("", Findings("m"));
 }
 
+TEST_F(Errors, OfATypedefsPathAreThoseOfTheLeafThatHasIt) {
+  Module("n",
+         "typedef r { type leafref { path /top/a; } } container top { leaf a { type string; } }\n"
+         "leaf own { type r; }");
+  Module("m", "import n { prefix x; } leaf b { type x:r; }");
+  const std::string findings = Findings("m");
+  EXPECT_EQ(0u, findings.find("m.yang:2: the path \"/top/a\" of \"b\" leads nowhere: module "
+                              "\"m\" has no top-level node"))
+      << findings;
+  EXPECT_EQ("", Findings("n"));
+}
+
 TEST_F(Errors, OfAPrefixThatTwoImportsHaveLoseNothing) {
   Module("n", "typedef t { type int8; }");
   Module("o", "typedef t { type string; }");
