@@ -91,6 +91,21 @@ struct Size {
   uint64_t bytes = 0;
 };
 
+// The augments of one output by the nodes that they lead to.
+struct AugmentIndex {
+  std::unordered_map<const xmlNode*, FoundNode> targets;                 // by augment
+  std::unordered_map<const xmlNode*, std::vector<const xmlNode*>> into;  // by node of data
+  bool filled = false;                                                   // `into` is
+};
+
+// What lookups of data have learned of the trees. They begin when arguments are put in
+// the words of the written module, from when on no node of a schema comes or goes.
+struct DataIndex {
+  // Nodes of data by name, of parents that hold many.
+  std::unordered_map<const xmlNode*, std::unordered_map<std::string_view, xmlNode*>> below;
+  std::unordered_map<const Output*, AugmentIndex> augments;
+};
+
 // One call of the compiler.
 struct Compilation {
   Session* session = nullptr;
@@ -100,6 +115,7 @@ struct Compilation {
   std::map<Module*, std::unique_ptr<Output>> outputs;
   std::unordered_map<const xmlNode*, Size> groupingSizes;
   std::unordered_map<Module*, bool> sound;  // whether it and what it needs can be compiled
+  DataIndex data;
 };
 
 // The tree of a module with all of its nodes, made when it is first asked for; enough

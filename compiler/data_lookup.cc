@@ -17,17 +17,24 @@ bool IsTransparent(Keyword keyword) {
          keyword == Keyword::kOutput;
 }
 
+const AugmentIndex& TargetsOf(Compilation* all, Output* out) {
+  const auto entered = all->data.augments.try_emplace(out);
+  AugmentIndex& index = entered.first->second;
+  if (!entered.second) return index;
+  for (WrittenAugment& augment : out->augments)
+    index.targets.emplace(augment.node, TargetOf(all, &augment));
+  return index;
+}
+
 // Up from what is transparent to the node of data that holds it; none at the top.
 FoundNode Settle(Compilation* all, FoundNode at) {
   while (at.node != nullptr) {
     if (Is(at.node, Keyword::kModule)) return {nullptr, at.output};
     if (Is(at.node, Keyword::kAugment)) {
-      FoundNode target;
-      for (WrittenAugment& augment : at.output->augments) {
-        if (augment.node == at.node) target = TargetOf(all, &augment);
-      }
-      at = target;
-      if (at.node == nullptr) return {};
+      const AugmentIndex& index = TargetsOf(all, at.output);
+      const auto target = index.targets.find(at.node);
+      if (target == index.targets.end() || target->second.node == nullptr) return {};
+      at = target->second;
     }
     if (!IsTransparent(KeywordOf(at.node))) return at;
     at.node = ParentOf(at.node);
@@ -35,21 +42,42 @@ FoundNode Settle(Compilation* all, FoundNode at) {
   return {};
 }
 
-bool HasName(const xmlNode* node, std::string_view name) {
-  const char* own = ArgumentOf(node);
-  return own != nullptr && name == own;
-}
-
-// A node of data among the children, through what is transparent.
-xmlNode* Below(const xmlNode* parent, std::string_view name) {
-  for (const xmlNode* s = FirstChild(parent); s != nullptr;) {
+// The next node of data among the children, through what is transparent, after `node`
+// (`parent` itself at first); NULL: no more.
+xmlNode* NextBelow(const xmlNode* parent, const xmlNode* node) {
+  const bool goesIn = node == parent || IsTransparent(KeywordOf(node));
+  const xmlNode* s = goesIn ? NextInTree(parent, node) : NextOutside(parent, node);
+  while (s != nullptr) {
     const Keyword keyword = KeywordOf(s);
-    const bool isNode =
-        IsDataNode(keyword) || IsOperation(keyword) || keyword == Keyword::kNotification;
-    if (isNode && HasName(s, name)) return const_cast<xmlNode*>(s);
+    if (IsDataNode(keyword) || IsOperation(keyword) || keyword == Keyword::kNotification)
+      return const_cast<xmlNode*>(s);
     s = IsTransparent(keyword) ? NextInTree(parent, s) : NextOutside(parent, s);
   }
   return nullptr;
+}
+
+// So many are looked through one by one.
+constexpr unsigned kFewNodes = 16;
+
+// A node of data among the children, through what is transparent.
+xmlNode* Below(Compilation* all, const xmlNode* parent, std::string_view name) {
+  auto known = all->data.below.find(parent);
+  unsigned looked = 0;
+  for (xmlNode* s = NextBelow(parent, parent);
+       known == all->data.below.end() && s != nullptr && looked < kFewNodes;
+       s = NextBelow(parent, s), ++looked) {
+    const char* own = ArgumentOf(s);
+    if (own != nullptr && name == own) return s;
+  }
+  if (known == all->data.below.end()) {
+    if (looked < kFewNodes) return nullptr;
+    known = all->data.below.try_emplace(parent).first;
+    for (xmlNode* s = NextBelow(parent, parent); s != nullptr; s = NextBelow(parent, s)) {
+      if (ArgumentOf(s) != nullptr) known->second.emplace(ArgumentOf(s), s);
+    }
+  }
+  const auto found = known->second.find(name);
+  return found == known->second.end() ? nullptr : found->second;
 }
 
 Output* WrittenOutput(Compilation* all, Module* module) {
@@ -57,12 +85,26 @@ Output* WrittenOutput(Compilation* all, Module* module) {
   return ExpandedOutput(all, written == nullptr ? module : written);
 }
 
+const std::vector<const xmlNode*>* AugmentsInto(Compilation* all, const xmlNode* node,
+                                                Output* out) {
+  static_cast<void>(TargetsOf(all, out));
+  AugmentIndex& index = all->data.augments[out];
+  if (!index.filled) {
+    index.filled = true;
+    for (const WrittenAugment& augment : out->augments) {
+      const FoundNode target = Settle(all, index.targets[augment.node]);
+      if (target.node != nullptr) index.into[target.node].push_back(augment.node);
+    }
+  }
+  const auto found = index.into.find(node);
+  return found == index.into.end() ? nullptr : &found->second;
+}
+
 FoundNode InAugments(Compilation* all, const FoundNode& parent, Output* other,
                      std::string_view name) {
-  for (WrittenAugment& augment : other->augments) {
-    const FoundNode target = Settle(all, TargetOf(all, &augment));
-    if (target.node != parent.node) continue;
-    xmlNode* found = Below(augment.node, name);
+  const auto* augments = AugmentsInto(all, parent.node, other);
+  for (size_t i = 0; augments != nullptr && i < augments->size(); ++i) {
+    xmlNode* found = Below(all, (*augments)[i], name);
     if (found != nullptr) return {found, other};
   }
   return {};
@@ -79,11 +121,11 @@ FoundNode DataChild(Compilation* all, const FoundNode& parent, Module* module,
   if (module == nullptr) return {};
   Output* other = WrittenOutput(all, module);
   if (parent.node == nullptr) {
-    xmlNode* top = Below(other->written.root, name);
+    xmlNode* top = Below(all, other->written.root, name);
     return top == nullptr ? FoundNode{} : FoundNode{top, other};
   }
   if (parent.output == other) {
-    xmlNode* found = Below(parent.node, name);
+    xmlNode* found = Below(all, parent.node, name);
     if (found != nullptr) return {found, other};
   }
   return InAugments(all, parent, other, name);
