@@ -38,7 +38,7 @@ std::vector<Printed> PrintedCommands(std::istream& page) {
 }
 
 // The output of a command as a terminal shows it.
-std::string Run(const std::string& command) {
+std::string OutputOf(const std::string& command) {
   const std::string programs = std::filesystem::path(QMODEL_CLIENT).parent_path();
   const ClientRun run = RunProgram(
       "/bin/sh", QMODEL_EXAMPLES,
@@ -52,7 +52,7 @@ void ExpectPrintedAsRun(const std::string& file, size_t at_least) {
   EXPECT_LE(at_least, all.size());
   for (const Printed& printed : all) {
     SCOPED_TRACE(printed.command);
-    EXPECT_EQ(printed.output, Run(printed.command));
+    EXPECT_EQ(printed.output, OutputOf(printed.command));
   }
 }
 
@@ -72,6 +72,14 @@ TEST(PrintedCommands, AreReadWithTheirOutput) {
 
 TEST(PrintedCommands, OfTheReadmeAreTrue) {
   ExpectPrintedAsRun(QMODEL_README, 6);
+}
+
+TEST(VendorFolder, HasANodeThatFeaturesBring) {
+  const std::string tree = "qmodel tree -c -i -p vendor ";
+  EXPECT_EQ(std::string::npos, OutputOf(tree + "acme-optics").find("pump?"));
+  EXPECT_NE(
+      std::string::npos,
+      OutputOf(tree + "-f acme-optics:tunable -f acme-optics:raman acme-optics").find("pump?"));
 }
 
 TEST(PrintedCommands, OfDeparturesAreTrue) {
