@@ -86,7 +86,7 @@ bool ReadContent(const std::string& path, std::string* content) {
 
 Module* NewModule(Session* session, const std::string& path, bool isText) {
   Module* module = &session->modules.emplace_back();
-  module->file = &session->files.emplace_back(SourceFile{path, isText, {}});
+  module->file = &session->files.emplace_back(SourceFile{path, isText});
   module->document.reset(Need(xmlNewDoc(nullptr)));
   module->document->dict = session->dictionary.get();
   xmlDictReference(module->document->dict);
@@ -101,7 +101,7 @@ void ReportTooLarge(const Module* module, Report* report) {
 Module* ReadModuleFile(Session* session, const std::string& path, Report* report) {
   std::string content;
   if (!ReadContent(path, &content)) {
-    session->files.push_back({path, false, {}});
+    session->files.push_back({path, false});
     const Place place{&session->files.back(), 0, 0};
     AddFindingAt(report, Severity::kFatal, kSyntaxClass, place,
                  std::string("cannot be read: ") + std::strerror(errno));

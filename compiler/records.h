@@ -38,8 +38,8 @@ namespace compiler {
 // A file that was read, by the path that messages name.
 struct SourceFile {
   std::string path;
-  bool isText = false;  // YANG text, else YIN
-  std::string content;  // as it was read, when the session keeps it
+  bool isText = false;    // YANG text, else YIN
+  std::string content{};  // as it was read, when the session keeps it
 };
 
 // Where a statement was written. Lines and columns count from 1; 32 bits, since
