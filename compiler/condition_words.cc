@@ -101,15 +101,15 @@ void PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
 
 }  // namespace
 
-std::string CanonicalCondition(const xmlNode* statement) {
+std::string CanonicalCondition(const xmlNode* statement, const Module* local) {
   const xmlNode* origin = OriginOf(statement);
   Module* words = StatementOf(origin)->words;
   Xpath xpath;
   XpathError error;
   if (ArgumentOf(origin) == nullptr || !ParseXpath(ArgumentOf(origin), &xpath, &error)) return {};
   NameRules rules;
-  rules.nodes = [words](std::string_view prefix) -> std::optional<std::string> {
-    const Module* module = prefix.empty() ? nullptr : ModuleOfPrefix(words, prefix);
+  rules.nodes = [words, local](std::string_view prefix) -> std::optional<std::string> {
+    const Module* module = prefix.empty() ? local : ModuleOfPrefix(words, prefix);
     return module == nullptr ? std::string() : module->name;
   };
   rules.identities = [words](std::string_view prefix) -> std::optional<std::string> {

@@ -16,8 +16,9 @@ void TranslateCondition(Output* out, xmlNode* statement);
 void RewritePath(Output* out, xmlNode* statement);
 
 // The condition with the names of modules for prefixes: equal for the same meaning,
-// whatever prefixes it was written with. Empty: it does not parse.
-std::string CanonicalCondition(const xmlNode* statement);
+// whatever prefixes it was written with. `local` is the module that a node without prefix
+// belongs to. Empty: it does not parse.
+std::string CanonicalCondition(const xmlNode* statement, const Module* local);
 
 // In a union, members that are leafrefs become the type of their target, where that is
 // known.

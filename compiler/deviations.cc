@@ -41,10 +41,11 @@ std::string InOwnLiterals(Output* out, const Output& other, const char* text) {
 }
 
 void SettleMust(Output* out, xmlNode* must, const FoundNode& target) {
-  const std::string wanted = CanonicalCondition(must);
+  const Module* local = target.output->module;  // in what is deleted as in the target
+  const std::string wanted = CanonicalCondition(must, local);
   for (const xmlNode* s = FirstChild(target.node, Keyword::kMust); s != nullptr;
        s = NextSibling(s, Keyword::kMust)) {
-    if (wanted.empty() || CanonicalCondition(s) != wanted) continue;
+    if (wanted.empty() || CanonicalCondition(s, local) != wanted) continue;
     SetArgument(out->all->session, must, InOwnLiterals(out, *target.output, ArgumentOf(s)));
     return;
   }

@@ -354,6 +354,17 @@ TEST_F(Deviations, DeleteTheTextThatTheTargetHas) {
   EXPECT_EQ(1u, result.findings.size());  // the text is another than that of the target
 }
 
+TEST_F(Deviations, DeleteStepsThatTheTargetWritesWithoutPrefixes) {
+  Module("n", "container c { leaf t { type string; } leaf a { type string; must \"../t\"; } }");
+  for (const char* must : {"../t", "../x:t"}) {
+    SCOPED_TRACE(must);
+    Module("m",
+           std::string("import n { prefix x; } deviation /x:c/x:a { deviate delete { must \"") +
+               must + "\"; } }");
+    EXPECT_EQ("deviation /x:c/x:a { deviate delete { must ../t; } }", BodyOf(Run({"m"}), "m"));
+  }
+}
+
 using Extensions = Compiling;
 
 TEST_F(Extensions, KeepArgumentsAsElementsAndSayThatTheyAreNotKept) {
