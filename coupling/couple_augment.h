@@ -14,7 +14,9 @@ QM_BEGIN_INTERNAL_DECLS
 // augment; 22 while the target is not there, which leaves the augment pending.
 uint32_t QMS_NODE_CoupleAugmentNode(QmsNode* augment);
 
-// The two moves. Neither looks at the coupled mark first; the move back clears it.
+// The two moves. Neither looks at the coupled mark first; the move back clears it. 0,
+// also without children; 22 for a NULL argument, for a target inside the augment, and on
+// the way back for children that are not the target's.
 uint32_t QMS_NODE_CoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* target);
 uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* target);
 
@@ -42,7 +44,9 @@ void QMS_NODE_RemoveCoupledAugmentNodeChildLink(QmsNode* augment, QmsNode* node)
 uint32_t QMS_LOADER_CoupleAugmentAndGenRelation(QmCtx* ctx, QmsModule* module);
 
 // Moves the children of augments of the module itself to their targets. For
-// tools that prepare a module which is in no context yet; a load does not need it.
+// tools that prepare a module which is in no context yet; a load does not need it. 0,
+// also for a target that the module does not have; 22 for a NULL argument, a path that
+// names no module, and a target inside the augment.
 uint32_t QMS_LOADER_CoupleSelfAugmentNode(QmCtx* ctx, QmsModule* module);
 
 // Ends an augment of its own module: coupled, its children belong to the target

@@ -23,8 +23,8 @@ uint32_t QMD_PAS_FlushTreeWithSchema(QmCheckAux* aux, xmlNode* root);
 uint32_t QMD_PAS_FlushSubTreeWithSchema(QmCheckAux* aux, xmlNode* element,
                                         QmsNode* parentSchemaNode);
 // What is below an element that is bound to `schemaNode`: nothing in anydata, anyxml and
-// schema-mount points; those set QMD_MODE_MOUNT_POINT. 22 for a leaf or leaf-list that
-// begins with anything but text.
+// schema-mount points, the last of which set QMD_MODE_MOUNT_POINT. 22 for a leaf or
+// leaf-list that begins with anything but text.
 uint32_t QMD_PAS_FlushAllElementChildNodeWithSchema(QmCheckAux* aux, xmlNode* element,
                                                     QmsNode* schemaNode);
 // Whether the bound top element suits the mode: in a request one that is no rpc sets

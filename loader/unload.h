@@ -8,11 +8,12 @@
 
 // The steps of QMS_LOADER_UnloadModuleProc, in their order.
 // The first failure of a step before the reload is returned at once; modules
-// that were removed until then stay removed.
+// that were removed until then stay removed. 0; 12 without memory for the table; 22 for
+// the path of an augment or deviation that names no module.
 
 QM_BEGIN_INTERNAL_DECLS
 
-// Everything up to the destruction of the pending modules.
+// Everything up to and with the destruction of the pending modules.
 uint32_t QMS_LOADER_UnloadModUncoupleProc(QmCtx* ctx, QmsModPendTbl* tbl);
 
 // Appends the modules that must go and come back because `name` goes; nothing
@@ -35,7 +36,8 @@ uint32_t QMS_LOADER_UnloadModDeviation(QmCtx* ctx, QmsModule* module, QmsModPend
 uint32_t QMS_LOADER_ProcModuleAugAndRelationUncouple(QmCtx* ctx, const char* name);
 uint32_t QMS_LOADER_UnloadSelfModAugmentAndRelation(QmCtx* ctx, QmsModule* module);
 
-// Saves the enabled features of the pending modules and destroys them.
+// Saves the enabled features of the pending modules and destroys them. 0, or 12 when a
+// feature cannot be saved; its module and those after it are still there then.
 uint32_t QMS_LOADER_UnloadModRemoveProc(QmCtx* ctx, QmsModPendTbl* tbl);
 
 // Loads the pending modules again that are to come back. 0 only when every load

@@ -23,7 +23,7 @@
 
 namespace {
 
-constexpr uint32_t kMaxNameTest = 2 * 64 + 1;  // prefix, ":" and name
+constexpr uint32_t kMaxNameTest = 2 * (kQmsNameSize - 1) + 1;  // prefix, ":" and name
 
 }  // namespace
 

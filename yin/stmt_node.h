@@ -32,7 +32,8 @@ struct QmsNodeStmt {
 };
 constexpr uint32_t kMaxNodeSubStmts = 18;
 
-// The node parser: makes the node, parses its sub-statements, checks and links it.
+// The node parser: makes the node, parses its sub-statements, checks and links it. 0,
+// or the status of the step that failed, after which nothing is left of the node.
 uint32_t ParseNodeStmt(const QmsNodeStmt& stmt, QmsModule* module, xmlNode* element,
                        uint32_t parentStmt, void* dest);
 
