@@ -15,12 +15,15 @@
 #include "context/xml_tree.h"
 #include "platform/string.h"
 
-static char* CopyText(const char* text, size_t length) {
-  auto* copy = static_cast<char*>(g_qmMemMallocFunc(length + 1));
-  if (copy == nullptr) return nullptr;
-  std::memcpy(copy, text, length);
-  copy[length] = '\0';
-  return copy;
+char* JoinModuleAndName(const char* moduleName, const char* name) {
+  const size_t moduleLength = RTK_StrLen(moduleName);
+  const size_t length = RTK_StrLen(name);
+  auto* joined = static_cast<char*>(AllocZeroed(moduleLength + 1 + length + 1));
+  if (joined == nullptr) return nullptr;
+  std::memcpy(joined, moduleName, moduleLength);
+  joined[moduleLength] = ':';
+  std::memcpy(joined + moduleLength + 1, name, length);
+  return joined;
 }
 
 char* QM_UTL_StrDup(const char* str) {

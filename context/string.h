@@ -5,6 +5,9 @@
 #include "context/internal.h"
 #include "context/records.h"
 
+// "module:name" in a new block, or NULL without memory. No argument may be NULL.
+char* JoinModuleAndName(const char* moduleName, const char* name);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Copies of a text in a new block, or NULL without memory and for a NULL text. The

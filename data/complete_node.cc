@@ -6,11 +6,8 @@
 // only when it is whole; until then it is taken out again on every way out.
 #include "data/complete_node.h"
 
-#include <cstring>
-
 #include "context/element_walk.h"
 #include "context/guard.h"
-#include "context/memory.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/default_list.h"
@@ -60,9 +57,8 @@ static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, co
   if (colon == nullptr || colon == value) return QM_OK;
   const size_t length = static_cast<size_t>(colon - value);
   if (FindNamespaceOfPrefix(added, value, length) != nullptr) return QM_OK;
-  QmHeld<char> prefix(static_cast<char*>(AllocZeroed(length + 1)));
+  const QmHeld<char> prefix(CopyText(value, length));
   if (!prefix) return QM_NO_MEMORY;
-  std::memcpy(prefix.Get(), value, length);
   const QmsModule* module = QM_CTX_GetModuleByModName(schemaNode->module->ctx, prefix.Get());
   const char* ns = QM_MOD_GetModuleNs(module);
   if (ns == nullptr) return QM_OK;

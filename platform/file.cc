@@ -17,6 +17,7 @@
 
 #include "platform/bounds.h"
 #include "platform/hooks.h"
+#include "platform/string.h"
 
 struct RtkVfsFile {
   std::FILE* stream;
@@ -93,15 +94,6 @@ uint32_t RTK_VFS_IsFileExist(const char* path) {
 
 uint32_t RTK_VFS_IsDirExist(const char* path) {
   return FileType(path) == S_IFDIR ? 1 : 0;
-}
-
-// Copies `size` bytes of `text` and a NUL into a new block.
-static char* CopyText(const char* text, size_t size) {
-  auto* copy = static_cast<char*>(g_qmMemMallocFunc(size + 1));
-  if (copy == nullptr) return nullptr;
-  std::memcpy(copy, text, size);
-  copy[size] = '\0';
-  return copy;
 }
 
 // Opens the directory that the pattern names before its last slash: "/" for a

@@ -12,6 +12,16 @@
 
 #include <qmodel/error.h>
 
+#include "platform/hooks.h"
+
+char* CopyText(const char* text, size_t length) {
+  auto* copy = static_cast<char*>(g_qmMemMallocFunc(length + 1));
+  if (copy == nullptr) return nullptr;
+  std::memcpy(copy, text, length);
+  copy[length] = '\0';
+  return copy;
+}
+
 int32_t RTK_StrCmp(const char* a, const char* b) {
   return std::strcmp(a, b);
 }

@@ -20,6 +20,9 @@ inline bool IsSpace(char c) {
   return IsBlank(c) || c == '\r';
 }
 
+// The first `length` bytes of `text` and a NUL in a new block; NULL without memory.
+char* CopyText(const char* text, size_t length);
+
 extern "C" {
 // Byte-wise compare: negative, 0 or positive. The second looks at `n` bytes at most.
 int32_t RTK_StrCmp(const char* a, const char* b);

@@ -99,10 +99,5 @@ char* QMS_MOD_ConvertPrefixValToJsonFormat(QmsModule* module, const char* text) 
   const char* moduleName =
       *prefix == '\0' ? module->name : QMS_MOD_GetModuleNameByPrefix(module, prefix);
   if (moduleName == nullptr) return nullptr;
-  const size_t length = RTK_StrLen(moduleName) + 1 + RTK_StrLen(value);
-  char* result = static_cast<char*>(AllocZeroed(length + 1));
-  if (result == nullptr) return nullptr;
-  char* start = PutBefore(result + length, value);
-  PutBefore(PutBefore(start, ":"), moduleName);
-  return result;
+  return JoinModuleAndName(moduleName, value);
 }

@@ -4,12 +4,9 @@
 // name of its module in front. Texts handed out are copies from the memory hooks.
 #include "xpath/bound_value.h"
 
-#include <cstdio>
-
 #include <qmodel/error.h>
 
 #include "context/element_walk.h"
-#include "context/memory.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
@@ -41,13 +38,6 @@ static const char* ResolvePrefix(const xmlNode* element, QmCtx* ctx, const char*
                                  size_t length) {
   const char* ns = FindNamespaceOfPrefix(element, text, length);
   return ns == nullptr ? nullptr : QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, ns));
-}
-
-static char* JoinModuleAndName(const char* modName, const char* name) {
-  const size_t size = RTK_StrLen(modName) + RTK_StrLen(name) + 2;
-  char* joined = static_cast<char*>(AllocZeroed(size));
-  if (joined != nullptr) static_cast<void>(std::snprintf(joined, size, "%s:%s", modName, name));
-  return joined;
 }
 
 char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNode,
