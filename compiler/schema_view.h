@@ -65,7 +65,9 @@ struct SchemaView {
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 
-inline constexpr size_t kMaxSchemaNodes = 1000000;
+// More than the 1,000,000 nodes that a module may have to be compiled, since modules, and
+// cases, inputs and outputs that are not written, count here too.
+inline constexpr size_t kMaxSchemaNodes = 1200000;
 
 // Adds the trees of the module and of all that it imports, with their augments. Those
 // that are there already stay.
