@@ -161,32 +161,32 @@ uint32_t Condition(const std::string& text) {
 TEST(HostileCondition, TextsOfTenMegabytesAreRead) {
   const size_t size = 10 << 20;
   const std::string literal = "'" + std::string(size, 'x') + "'";
-  EXPECT_EQ(0u, Condition(literal + " = " + literal));
+  EXPECT_EQ(QM_OK, Condition(literal + " = " + literal));
   EXPECT_EQ(QM_XPATH_FALSE, Condition(literal + " != " + literal));
   EXPECT_EQ(QM_XPATH_FALSE, Condition(std::string(size, 'n')));
-  EXPECT_EQ(0u, Condition(std::string(size, ' ') + "1"));
-  EXPECT_EQ(0u, Condition(std::string(size, '9') + " > 1"));
-  EXPECT_EQ(0u, Condition("0." + std::string(size, '0') + "1 < 1"));
+  EXPECT_EQ(QM_OK, Condition(std::string(size, ' ') + "1"));
+  EXPECT_EQ(QM_OK, Condition(std::string(size, '9') + " > 1"));
+  EXPECT_EQ(QM_OK, Condition("0." + std::string(size, '0') + "1 < 1"));
   EXPECT_EQ(QM_XPATH_UNKNOWN_FUNCTION, Condition(std::string(size, 'f') + "()"));
   EXPECT_EQ(QM_XPATH_BAD_TOKEN, Condition("'" + std::string(size, 'x')));
 }
 
 TEST(HostileCondition, FiveThousandOfEverythingAreRead) {
   const size_t count = 5000;
-  EXPECT_EQ(0u, Condition(Repeat("1 or ", count) + "1"));
+  EXPECT_EQ(QM_OK, Condition(Repeat("1 or ", count) + "1"));
   EXPECT_EQ(QM_XPATH_FALSE, Condition(Repeat("a/", count) + "a"));
-  EXPECT_EQ(0u, Condition(Repeat("../", count) + "."));
+  EXPECT_EQ(QM_OK, Condition(Repeat("../", count) + "."));
   EXPECT_EQ(QM_XPATH_FALSE, Condition("a" + Repeat("[1]", count)));
   EXPECT_EQ(QM_XPATH_BAD_PREDICATE, Condition("a" + Repeat("[", count)));
   EXPECT_EQ(QM_XPATH_BAD_PAREN, Condition(std::string(count, '(')));
   EXPECT_EQ(QM_XPATH_BAD_PAREN, Condition("1" + std::string(count, ')')));
   EXPECT_EQ(QM_XPATH_BAD_PAREN, Condition(Repeat("not(", count)));
-  EXPECT_EQ(22u, Condition("not(" + Repeat("1,", count) + "1)"));
-  EXPECT_EQ(22u, Condition(Repeat("1 ", 2)));
+  EXPECT_EQ(QM_INVALID, Condition("not(" + Repeat("1,", count) + "1)"));
+  EXPECT_EQ(QM_INVALID, Condition(Repeat("1 ", 2)));
 }
 
 TEST(HostileCondition, SubExpressionsNestUpTo256) {
-  EXPECT_EQ(0u, Condition(std::string(256, '(') + "1" + std::string(256, ')')));
+  EXPECT_EQ(QM_OK, Condition(std::string(256, '(') + "1" + std::string(256, ')')));
   EXPECT_EQ(QM_XPATH_BAD_PAREN, Condition(std::string(257, '(') + "1" + std::string(257, ')')));
 }
 

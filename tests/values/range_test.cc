@@ -260,10 +260,10 @@ void ExpectSegmentCheck(QmtSegCheckFunc check, Int start, Int end) {
     const QmtGenericSeg wide = {static_cast<uint64_t>(int64_t{value}), 0, 0};
     return check(&wide, &seg, nullptr);
   };
-  EXPECT_EQ(0u, at(start));
-  EXPECT_EQ(0u, at(end));
+  EXPECT_EQ(QM_OK, at(start));
+  EXPECT_EQ(QM_OK, at(end));
   EXPECT_EQ(QM_BELOW_SEGMENT, at(static_cast<Int>(start - 1)));
-  EXPECT_EQ(22u, at(static_cast<Int>(end + 1)));
+  EXPECT_EQ(QM_INVALID, at(static_cast<Int>(end + 1)));
 }
 
 }  // namespace
