@@ -159,25 +159,25 @@ TEST_F(LoadMemory, TextThatIsNotWellFormedGives22AndPrintsNothing) {
 }
 
 TEST_F(LoadMemory, TextThatIsNoModuleGives1) {
-  EXPECT_EQ(1u, LoadText("<a/>"));
-  EXPECT_EQ(1u, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
+  EXPECT_EQ(QM_FAILED, LoadText("<a/>"));
+  EXPECT_EQ(QM_FAILED, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
   EXPECT_EQ(nullptr, Module("m"));
 }
 
 TEST_F(LoadMemory, SecondModuleOfANameGives0AndTheFirstStays) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("m", "<container name='first'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("m", "<container name='first'/>")));
   QmsModule* first = Module("m");
-  EXPECT_EQ(0u, LoadText(yin_text::Module("m", "<container name='second'/>")));
+  EXPECT_EQ(QM_OK, LoadText(yin_text::Module("m", "<container name='second'/>")));
   EXPECT_EQ(first, Module("m"));
   EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:first", nullptr));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:second", nullptr));
-  EXPECT_EQ(0u, LoadText(yin_text::Module("m", "<container name='first'/>")));
+  EXPECT_EQ(QM_OK, LoadText(yin_text::Module("m", "<container name='first'/>")));
 }
 
 TEST_F(LoadMemory, SameNamespaceIsRefusedAndNothingStaysRecorded) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("m")));
-  EXPECT_EQ(1u, LoadText("<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                         "<namespace uri='urn:m'/><prefix value='n'/></module>"));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("m")));
+  EXPECT_EQ(QM_FAILED, LoadText("<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                                "<namespace uri='urn:m'/><prefix value='n'/></module>"));
   EXPECT_EQ(nullptr, Module("n"));
   EXPECT_EQ(Module("m"), QM_CTX_GetModuleByModNs(ctx_, "urn:m"));
   EXPECT_EQ(Texts{}, Errors());
@@ -186,20 +186,20 @@ TEST_F(LoadMemory, SameNamespaceIsRefusedAndNothingStaysRecorded) {
 TEST_F(LoadMemory, ImportsAreNotLoadedEvenWithTheFlagSet) {
   MakeContext(QM_LOAD_IMPORTS);
   Write("t.yin", yin_text::Module("t"));
-  EXPECT_EQ(0u, LoadText(yin_text::Module("a", kImportT)));
+  EXPECT_EQ(QM_OK, LoadText(yin_text::Module("a", kImportT)));
   EXPECT_EQ(nullptr, Module("t"));
 }
 
 TEST_F(LoadMemory, ModuleIsAugmentedByThoseLoadedEarlier) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("t", "<container name='x'/>")));
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", nullptr);
   ASSERT_NE(nullptr, y);
   EXPECT_STREQ("x", QM_NODE_GetNodeName(QM_NODE_GetParentNode(y)));
 }
 
 TEST_F(LoadMemory, MessagesCarryNoFile) {
-  EXPECT_EQ(1u, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
+  EXPECT_EQ(QM_FAILED, LoadText(yin_text::Module("m", "<leaf name='l'/>")));
   const Texts errors = Errors();
   ASSERT_FALSE(errors.empty());
   EXPECT_EQ("m|NULL|leaf \"l\" must define with type statement.", errors[0]);
@@ -207,7 +207,7 @@ TEST_F(LoadMemory, MessagesCarryNoFile) {
 
 TEST_F(LoadMemory, ClientsParserSettingsStay) {
   const int before = xmlKeepBlanksDefault(1);
-  EXPECT_EQ(0u, LoadText(yin_text::Module("m")));
+  EXPECT_EQ(QM_OK, LoadText(yin_text::Module("m")));
   EXPECT_EQ(1, xmlKeepBlanksDefault(before));
 }
 
@@ -251,9 +251,10 @@ TEST_F(UnloadModuleByName, NameThatIsNotLoadedForgetsItsErrors) {
 }
 
 TEST_F(GetTargetNode, FindsNodesByTheirSchemaPath) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t",
-                                          "<container name='x'><leaf name='l'><type name='string'/>"
-                                          "</leaf></container>")));
+  ASSERT_EQ(QM_OK,
+            LoadText(yin_text::Module("t",
+                                      "<container name='x'><leaf name='l'><type name='string'/>"
+                                      "</leaf></container>")));
   EXPECT_STREQ("x", QM_NODE_GetNodeName(QM_CTX_GetTargetNode(ctx_, "/t:x", nullptr)));
   EXPECT_STREQ("l", QM_NODE_GetNodeName(QM_CTX_GetTargetNode(ctx_, "/t:x/l", nullptr)));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, "/t:x/t:l", nullptr))
@@ -261,8 +262,8 @@ TEST_F(GetTargetNode, FindsNodesByTheirSchemaPath) {
 }
 
 TEST_F(GetTargetNode, FindsNodesOfAnAugmentAndTellsTheAugment) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
-  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
   QmsNode* augment = nullptr;
   QmsNode* y = QM_CTX_GetTargetNode(ctx_, "/t:x/a:y", &augment);
   ASSERT_NE(nullptr, y);
@@ -272,7 +273,7 @@ TEST_F(GetTargetNode, FindsNodesOfAnAugmentAndTellsTheAugment) {
 }
 
 TEST_F(GetTargetNode, AugmentIsEmptiedFirst) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("t", "<container name='x'/>")));
   QmsNode* const x = QM_CTX_GetTargetNode(ctx_, "/t:x", nullptr);
   ASSERT_NE(nullptr, x);
   QmsNode* augment = x;
@@ -284,7 +285,7 @@ TEST_F(GetTargetNode, AugmentIsEmptiedFirst) {
 }
 
 TEST_F(GetTargetNode, GivesNullForWhatItCannotFind) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("t", "<container name='x'/>")));
   for (const char* path : {"/t:absent", "/absent:x", "/t:x/t:y", "/t:x/absent:y", "", "/", "x"}) {
     SCOPED_TRACE(path);
     EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, path, nullptr));
@@ -295,16 +296,16 @@ TEST_F(GetTargetNode, GivesNullForWhatItCannotFind) {
 
 TEST_F(GetTargetNode, ModuleNamesHaveAtMost64Characters) {
   const std::string longest(64, 'm');
-  ASSERT_EQ(0u, LoadText(yin_text::Module(longest, "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module(longest, "<container name='x'/>")));
   EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, ("/" + longest + ":x").c_str(), nullptr));
   const std::string tooLong = longest + "m";
-  ASSERT_EQ(0u, LoadText(yin_text::Module(tooLong, "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module(tooLong, "<container name='x'/>")));
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(ctx_, ("/" + tooLong + ":x").c_str(), nullptr));
 }
 
 TEST_F(GetTargetNode, MissingMemoryGivesNullAndLeaksNothing) {
-  ASSERT_EQ(0u, LoadText(yin_text::Module("t", "<container name='x'/>")));
-  ASSERT_EQ(0u, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("t", "<container name='x'/>")));
+  ASSERT_EQ(QM_OK, LoadText(yin_text::Module("a", kImportT + AugmentOfT("/t:x", "y"))));
   static QmCtx* s_ctx = nullptr;
   s_ctx = ctx_;
   counting_memory::FailEachAllocation([](bool refusing) {
