@@ -9,8 +9,8 @@
 
 #include "context/element_walk.h"
 #include "context/memory.h"
+#include "data/add_defaults.h"
 #include "data/bind.h"
-#include "data/complete.h"
 #include "data/data_node.h"
 #include "data/default_list.h"
 #include "data/error.h"

@@ -6,8 +6,8 @@
 
 #include <vector>
 
+#include "data/add_defaults.h"
 #include "data/bind.h"
-#include "data/complete.h"
 #include "data/default_list.h"
 #include "data/must.h"
 #include "data/validate.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "data/complete.h"
+#include "data/add_defaults.h"
 #include "data/default_list.h"
 #include "data/validate.h"
 #include "tests/support/message_fixture.h"

@@ -3,12 +3,12 @@
 // node kind, and the kinds that make no element themselves. Choice, case and input
 // hand their children the data parent on; list entries are completed but never
 // made; default values of leaf-lists are never added, deliberately. Leaves and
-// containers, which do make elements, are in complete_node.cc. The way down is a walk
+// containers, which do make elements, are in default_element.cc. The way down is a walk
 // over the schema; each kind only says what it goes through.
-#include "data/complete.h"
+#include "data/add_defaults.h"
 
 #include "context/element_walk.h"
-#include "data/complete_node.h"
+#include "data/default_element.h"
 #include "data/schema_walk.h"
 
 static uint32_t OpenLeaflist(QmdWalk* /*walk*/, xmlNode* /*dataParent*/, QmsNode* /*schemaNode*/,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "data/complete.h"
+#include "data/add_defaults.h"
 #include "data/default_list.h"
 
 #include <gmock/gmock.h>

@@ -4,7 +4,7 @@
 // before the first sibling that follows it in the schema, so that the completed
 // tree keeps the order that input demands and can be validated again. It is kept
 // only when it is whole; until then it is taken out again on every way out.
-#include "data/complete_node.h"
+#include "data/default_element.h"
 
 #include "context/element_walk.h"
 #include "context/guard.h"
