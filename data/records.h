@@ -52,7 +52,12 @@ enum QmdModeFlag : uint32_t {
   QMD_MODE_MOUNT_POINT = 16  // a schema-mount point was met
 };
 
-// One validation run; lives on the caller's stack.
+// What a run keeps of the conditions that it evaluates; xpath/ fills it.
+struct QmKeptConditions;
+
+// One validation run; lives on the caller's stack. What it keeps for its own speed is
+// made by and by while the tree is checked, and gone when QMD_PAS_ValidateDataTree()
+// returns: nothing of it is there when a check is called by itself.
 struct QmCheckAux {
   QmCtx* ctx;
   uint32_t flags;                  // QmdModeFlag bits
@@ -63,7 +68,8 @@ struct QmCheckAux {
   QmdPlace place;                  // known for the parent that is being completed
   QmDefaultNodeFunc defaultNodeCallback;
   void* callbackArg;
-  uint32_t nesting;  // schema levels that completion or the mandatory check is in
+  uint32_t nesting;              // schema levels that completion or the mandatory check is in
+  QmKeptConditions* conditions;  // tokens of the conditions met so far; NULL: none are kept
 };
 
 // Completion and the mandatory check make elements for missing containers, so their
