@@ -23,6 +23,7 @@
 #include "yin/stmt_deviation.h"
 #include "yin/stmt_ext_inst.h"
 #include "yin/stmt_kinds.h"
+#include "yin/stmt_must_when.h"
 #include "yin/stmt_property.h"
 
 constexpr QmsStmtParse g_qmsStmtParseFuncMapTbl[] = {

@@ -1,22 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // The statements that fill one field of a node or of another statement: flag words from
-// fixed sets of values, conditions and references to features, texts. Arguments are
-// borrowed from the document; everything but the key text is interned.
+// fixed sets of values, references to features, texts. Arguments are borrowed from the
+// document; everything but the key text is interned.
 #include "yin/stmt_property.h"
 
 #include <cstdint>
 
-#include "context/guard.h"
-#include "context/load_error.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node_array.h"
 #include "yin/argument.h"
 #include "yin/dispatch.h"
-#include "yin/keyword.h"
-#include "yin/prefix_rewrite.h"
 
 namespace {
 struct FlagWord {
@@ -118,42 +114,6 @@ uint32_t QMS_LOADER_ParseErrorAppTag(QmsModule* module, xmlNode* element, uint32
                                      void* dest) {
   return InternArgument(module, element, QMS_STMT_ERROR_APP_TAG, static_cast<const char**>(dest),
                         nullptr);
-}
-
-// Deliberate: a condition that cannot be rewritten is kept as it is written, and
-// the load goes on; only the message tells.
-static uint32_t InternCondition(QmsModule* module, const char* text, uint32_t stmt,
-                                const char** field) {
-  const QmHeld<char> rewritten(QMS_LOADER_TransPrefix2ModNameInLiteral(module, text));
-  if (!rewritten) {
-    QM_CTX_AddModError(module->ctx, module->name,
-                       "Failed to transfer prefix to module name in statement \"%s\".",
-                       QMS_LOADER_GetKeywordByStmt(stmt));
-  }
-  return InternOrRefuse(module, field, rewritten ? rewritten.Get() : text);
-}
-
-uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
-                              void* dest) {
-  const char* text = ReadArgument(module, element, QMS_STMT_WHEN);
-  if (text == nullptr) return QM_INVALID;
-  return InternCondition(module, text, QMS_STMT_WHEN, static_cast<const char**>(dest));
-}
-
-uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t /*parentStmt*/,
-                              void* dest) {
-  auto* must = static_cast<QmsMust*>(dest);
-  const char* text = ReadArgument(module, element, QMS_STMT_MUST);
-  if (text == nullptr) return QM_INVALID;
-  uint32_t ret = InternCondition(module, text, QMS_STMT_MUST, &must->condition);
-  if (ret != QM_OK) return ret;
-  QmsSubStmtDesc table[] = {SingleSubStmt(QMS_STMT_ERROR_MESSAGE, &must->errorMessage),
-                            SingleSubStmt(QMS_STMT_ERROR_APP_TAG, &must->errorAppTag)};
-  ret = QMS_LOADER_ParseSubStatements(module, element, QMS_STMT_MUST, table, 2);
-  if (ret == QM_OK) return QM_OK;
-  RecordBadValue(module, text, QMS_STMT_MUST);
-  QMS_NODE_ClearMust(ModuleDict(module), must);
-  return ret;
 }
 
 // A single feature is the argument. The boolean expressions of RFC 7950 section 7.20.2

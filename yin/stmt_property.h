@@ -25,12 +25,6 @@ uint32_t QMS_LOADER_ParseStatus(QmsModule* module, xmlNode* element, uint32_t pa
 uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest);
 
-// Intern a condition into the const char* or the QmsMust at `dest`, with module names for
-// the prefixes in its literals; one that cannot be rewritten is kept as it is written. 22
-// when it cannot be interned; else the code of what failed inside of must.
-uint32_t QMS_LOADER_ParseWhen(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-uint32_t QMS_LOADER_ParseMust(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);
-
 // Fills the QmsIfFeature at `dest` from a single feature. 22 for anything else and for an
 // unknown prefix, or the splitter's code; 12 without memory.
 uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t parentStmt,

@@ -48,6 +48,16 @@ Parsed::~Parsed() {
   QMS_MOD_Free(module_);
 }
 
+uint32_t ParseElement(QmCtx* ctx, ParseFunc parse, const std::string& element, uint32_t parentStmt,
+                      void* dest) {
+  const Parsed module(ctx, Module("m", "<import module='other'><prefix value='o'/></import>"));
+  EXPECT_TRUE(module);
+  xmlDoc* doc = Xml(yin_text::Root(element));
+  const uint32_t ret = parse(module.Get(), xmlDocGetRootElement(doc)->children, parentStmt, dest);
+  xmlFreeDoc(doc);
+  return ret;
+}
+
 static QmsNode* FindSibling(QmsNode* first, const std::string& name) {
   for (QmsNode* node = first; node != nullptr; node = node->next)
     if (name == node->name) return node;

@@ -20,6 +20,12 @@ inline std::string Module(const std::string& name, const std::string& body,
   return yin_text::Module(name, body, yin_text::kVersion11, attributes);
 }
 
+// Parses one element as module "m" (prefix "m", import "other" as "o") would, by an entry
+// of the table of statements.
+using ParseFunc = uint32_t (*)(QmsModule*, xmlNode*, uint32_t, void*);
+uint32_t ParseElement(QmCtx* ctx, ParseFunc parse, const std::string& element, uint32_t parentStmt,
+                      void* dest);
+
 // A document that the test frees with xmlFreeDoc().
 xmlDoc* Xml(const std::string& text);
 

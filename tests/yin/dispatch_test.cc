@@ -21,6 +21,7 @@
 #include "yin/stmt_definition.h"
 #include "yin/stmt_ext_inst.h"
 #include "yin/stmt_kinds.h"
+#include "yin/stmt_must_when.h"
 #include "yin/stmt_property.h"
 
 using testing::ElementsAre;

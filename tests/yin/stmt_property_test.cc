@@ -14,23 +14,11 @@
 #include "schema/node_array.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
-#include "tests/support/yin_text.h"
+#include "yin/stmt_must_when.h"
 
 using testing::ElementsAre;
-using ParseFunc = uint32_t (*)(QmsModule*, xmlNode*, uint32_t, void*);
-
-// Parses one YIN element as module "m" (prefix "m", import "other" as "o") would.
-static uint32_t Parse(QmCtx* ctx, ParseFunc parse, const std::string& element, uint32_t parentStmt,
-                      void* dest) {
-  yin::Parsed module(ctx, yin::Module("m", "<import module='other'><prefix value='o'/></import>"));
-  EXPECT_TRUE(module);
-  const std::string text = yin_text::Root(element);
-  xmlDoc* doc = ParseXmlText(text.data(), text.size());
-  EXPECT_NE(nullptr, doc);
-  const uint32_t ret = parse(module.Get(), xmlDocGetRootElement(doc)->children, parentStmt, dest);
-  xmlFreeDoc(doc);
-  return ret;
-}
+using yin::ParseElement;
+using yin::ParseFunc;
 
 struct FlagRow {
   ParseFunc parse;
@@ -65,7 +53,7 @@ TEST(FlagStatements, EachWordSetsItsBitsAndKeepsTheOthers) {
     yin::Context ctx;
     uint32_t flags = 0x1000;
     const std::string element = std::string("<") + row.keyword + " value='" + row.value + "'/>";
-    EXPECT_EQ(row.status, Parse(ctx, row.parse, element, QMS_STMT_LEAF, &flags));
+    EXPECT_EQ(row.status, ParseElement(ctx, row.parse, element, QMS_STMT_LEAF, &flags));
     EXPECT_EQ(0x1000 | row.bits, flags);
     if (row.status == 0)
       EXPECT_THAT(ctx.Errors(), ElementsAre());
@@ -82,10 +70,10 @@ TEST(FlagStatements, UnderADeviateOnlySixteenBitsAreWritten) {
     uint16_t flags;
     uint16_t behind;
   } words = {0, 0xABCD};
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseConfig, "<config value='false'/>", QMS_STMT_DEVIATE,
-                      &words.flags));
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseMandatory, "<mandatory value='true'/>", QMS_STMT_DEVIATE,
-                      &words.flags));
+  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseConfig, "<config value='false'/>",
+                             QMS_STMT_DEVIATE, &words.flags));
+  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseMandatory, "<mandatory value='true'/>",
+                             QMS_STMT_DEVIATE, &words.flags));
   EXPECT_EQ(0x4 | 0x8 | 0x10, words.flags);
   EXPECT_EQ(0xABCD, words.behind);
 }
@@ -93,8 +81,10 @@ TEST(FlagStatements, UnderADeviateOnlySixteenBitsAreWritten) {
 TEST(FlagStatements, StatusGivenTwiceSetsBothBits) {
   yin::Context ctx;
   uint32_t flags = 0;
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseStatus, "<status value='deprecated'/>", 31, &flags));
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseStatus, "<status value='obsolete'/>", 31, &flags));
+  EXPECT_EQ(0u,
+            ParseElement(ctx, QMS_LOADER_ParseStatus, "<status value='deprecated'/>", 31, &flags));
+  EXPECT_EQ(0u,
+            ParseElement(ctx, QMS_LOADER_ParseStatus, "<status value='obsolete'/>", 31, &flags));
   EXPECT_EQ(0x600u, flags);
 }
 
@@ -118,7 +108,8 @@ TEST(PropertyStatements, AMissingArgumentIs22AndNamesTheStatement) {
     SCOPED_TRACE(row.keyword);
     yin::Context ctx(QM_LOAD_UNITS);
     QmsMust dest = {};
-    EXPECT_EQ(QM_INVALID, Parse(ctx, row.parse, std::string("<") + row.keyword + "/>", 31, &dest));
+    EXPECT_EQ(QM_INVALID,
+              ParseElement(ctx, row.parse, std::string("<") + row.keyword + "/>", 31, &dest));
     EXPECT_THAT(ctx.Errors(), ElementsAre(std::string("m -: Failed to get value of statement \"") +
                                           row.keyword + "\"."));
   }
@@ -140,9 +131,9 @@ TEST(ParseKey, BorrowsTheArgumentFromTheDocument) {
 TEST(ParseDefault, AnEmptyValueIsAValueAndTheAttributesNameDoesNotMatter) {
   yin::Context ctx;
   const char* value = nullptr;
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseDefault, "<default value=''/>", 31, &value));
+  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default value=''/>", 31, &value));
   EXPECT_STREQ("", value);
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseDefault, "<default other='x'/>", 31, &value));
+  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default other='x'/>", 31, &value));
   EXPECT_STREQ("x", value);
   ReleaseText(&ctx.Get()->dict, &value);
 }
@@ -151,10 +142,10 @@ TEST(ParseUnits, AreKeptOnlyWithTheirLoadFlag) {
   yin::Context without(QM_LOAD_DESCRIPTIONS);
   yin::Context with(QM_LOAD_UNITS);
   const char* units = nullptr;
-  EXPECT_EQ(0u, Parse(without, QMS_LOADER_ParseUnits, "<units/>", 31, &units))
+  EXPECT_EQ(0u, ParseElement(without, QMS_LOADER_ParseUnits, "<units/>", 31, &units))
       << "without the flag a malformed one is not looked at";
   EXPECT_EQ(nullptr, units);
-  EXPECT_EQ(0u, Parse(with, QMS_LOADER_ParseUnits, "<units name='s'/>", 31, &units));
+  EXPECT_EQ(0u, ParseElement(with, QMS_LOADER_ParseUnits, "<units name='s'/>", 31, &units));
   EXPECT_STREQ("s", units);
   ReleaseText(&with.Get()->dict, &units);
 }
@@ -212,62 +203,6 @@ TEST(ParseIfFeature, AFailedInternIs12) {
   EXPECT_EQ(nullptr, ref.feature);
 }
 
-TEST(ParseWhen, ASecondConditionReplacesTheFirst) {
-  yin::Context ctx;
-  const char* when = nullptr;
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseWhen, "<when condition='a'/>", 13, &when));
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseWhen, "<when condition=\"b = 'o:x'\"/>", 13, &when));
-  EXPECT_STREQ("b = 'other:x'", when);
-  ReleaseText(&ctx.Get()->dict, &when);
-}
-
-TEST(ParseWhen, AConditionThatCannotBeRewrittenIsKeptAsWritten) {
-  yin::Context ctx;
-  const char* when = nullptr;
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseWhen, "<when condition='$x'/>", 13, &when));
-  EXPECT_STREQ("$x", when);
-  ReleaseText(&ctx.Get()->dict, &when);
-  EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to transfer prefix to module name in "
-                                        "statement \"when\"."));
-}
-
-TEST(ParseMust, AConditionThatIsTooLongIsKeptAsWritten) {
-  yin::Context ctx;
-  QmsMust must = {};
-  const std::string condition(3097, 'a');
-  EXPECT_EQ(0u,
-            Parse(ctx, QMS_LOADER_ParseMust, "<must condition='" + condition + "'/>", 13, &must));
-  EXPECT_EQ(condition, must.condition);
-  QMS_NODE_ClearMust(&ctx.Get()->dict, &must);
-  EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to transfer prefix to module name in "
-                                        "statement \"must\"."));
-}
-
-TEST(ParseMust, ErrorTextsGoIntoTheSameRecord) {
-  yin::Context ctx;
-  QmsMust must = {};
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseMust,
-                      "<must condition=\"derived-from(../t, 'm:base')\">"
-                      "<error-message><value>no</value></error-message>"
-                      "<error-app-tag value='tag'/><description/></must>",
-                      13, &must));
-  EXPECT_STREQ("derived-from(../t, 'm:base')", must.condition);
-  EXPECT_STREQ("no", must.errorMessage);
-  EXPECT_STREQ("tag", must.errorAppTag);
-  QMS_NODE_ClearMust(&ctx.Get()->dict, &must);
-}
-
-TEST(ParseMust, AFailedSubStatementClearsTheRecord) {
-  yin::Context ctx;
-  QmsMust must = {};
-  EXPECT_EQ(QM_INVALID, Parse(ctx, QMS_LOADER_ParseMust,
-                              "<must condition='o:a'><error-app-tag/></must>", 13, &must));
-  EXPECT_EQ(nullptr, must.condition);
-  EXPECT_THAT(ctx.Errors(),
-              ElementsAre("m -: Failed to get value of statement \"error-app-tag\".",
-                          "m -: Failed to parse value \"o:a\" of statement \"must\"."));
-}
-
 struct IfFeatureRow {
   const char* argument;
   uint32_t status;
@@ -293,8 +228,8 @@ TEST(ParseIfFeature, TakesOneReferenceAndNoExpression) {
     yin::Context ctx;
     QmsIfFeature ref = {};
     EXPECT_EQ(row.status,
-              Parse(ctx, QMS_LOADER_ParseIfFeature,
-                    std::string("<if-feature name='") + row.argument + "'/>", 31, &ref));
+              ParseElement(ctx, QMS_LOADER_ParseIfFeature,
+                           std::string("<if-feature name='") + row.argument + "'/>", 31, &ref));
     if (row.error == nullptr) {
       EXPECT_EQ(row.stored, std::string(ref.module) + "|" + ref.feature);
       EXPECT_THAT(ctx.Errors(), ElementsAre());
@@ -312,9 +247,10 @@ TEST(ParseIfFeature, NamesOfMoreThan64CharactersDoNotFit) {
   yin::Context ctx;
   QmsIfFeature ref = {};
   const std::string longest(64, 'f');
-  EXPECT_EQ(0u, Parse(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "'/>", 31, &ref));
+  EXPECT_EQ(0u,
+            ParseElement(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "'/>", 31, &ref));
   EXPECT_EQ(longest, ref.feature);
   QMS_NODE_ClearIfFeature(&ctx.Get()->dict, &ref);
   EXPECT_EQ(QM_NAME_TOO_LONG,
-            Parse(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "f'/>", 31, &ref));
+            ParseElement(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "f'/>", 31, &ref));
 }
