@@ -10,7 +10,7 @@
 #include "values/decimal64.h"
 #include "values/identityref.h"
 #include "values/indirect.h"
-#include "values/range.h"
+#include "values/range_check.h"
 #include "values/text.h"
 
 namespace {

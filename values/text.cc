@@ -14,7 +14,7 @@
 #include "context/string.h"
 #include "platform/string.h"
 #include "types/type.h"
-#include "values/range.h"
+#include "values/range_check.h"
 #include "values/type_check.h"
 
 // Binary values (RFC 7950 section 9.8): base64 text, and the length of what it decodes

@@ -24,8 +24,8 @@
 #include "schema/target_path.h"
 #include "types/type.h"
 #include "yin/argument.h"
-#include "yin/load_range.h"
 #include "yin/load_type.h"
+#include "yin/range_expression.h"
 
 constexpr unsigned long kMaxFractionDigits = 18;
 

@@ -19,7 +19,7 @@
 #include "types/constraint.h"
 #include "types/type.h"
 #include "values/indirect.h"
-#include "values/range.h"
+#include "values/range_check.h"
 #include "values/segment.h"
 #include "values/type_check.h"
 #include "yin/load_number.h"

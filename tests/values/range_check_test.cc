@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Integers, decimal64, ranges and lengths.
-#include "values/range.h"
+#include "values/range_check.h"
 
 #include <gtest/gtest.h>
 #include <qmodel/error.h>

@@ -4,7 +4,7 @@
 // The bottom check compares a value with the limits of its built-in type. The range
 // check compares it with the segments of one type statement; the chain's built-in type
 // says how the text is read, the statement's own base type how the segments are stored.
-#include "values/range.h"
+#include "values/range_check.h"
 
 #include "context/integer.h"
 #include "context/path_scan.h"

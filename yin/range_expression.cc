@@ -5,7 +5,7 @@
 // carries both numbers as 64 bits with flags that say how to read them and which bound
 // is "min" or "max". The writers, in a file of their own, store it in the layout of the
 // type.
-#include "yin/load_range.h"
+#include "yin/range_expression.h"
 
 #include <cstring>
 

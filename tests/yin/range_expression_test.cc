@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "yin/load_range.h"
+#include "yin/range_expression.h"
 
 #include <gtest/gtest.h>
 #include <qmodel/error.h>
