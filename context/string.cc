@@ -31,7 +31,7 @@ char* QM_UTL_StrDup(const char* str) {
 }
 
 char* QM_UTL_StrDupWithSpecifyLength(const char* str, uint32_t n) {
-  if (str == nullptr || n == 0 || strnlen(str, n) < n) return nullptr;
+  if (str == nullptr || n == 0 || RTK_StrNLen(str, n) < n) return nullptr;
   return CopyText(str, n);
 }
 
@@ -66,7 +66,8 @@ const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n) {
 
 // libxml2 counts the characters of a text in an int.
 static bool CanBeMatched(const char* text) {
-  return text != nullptr && strnlen(text, INT_MAX) < INT_MAX && xmlCheckUTF8(XmlChars(text)) != 0;
+  return text != nullptr && RTK_StrNLen(text, INT_MAX) < INT_MAX &&
+         xmlCheckUTF8(XmlChars(text)) != 0;
 }
 
 // Whether the pattern has a part at `c`, outside of classes, that may match nothing.

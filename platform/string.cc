@@ -34,6 +34,10 @@ size_t RTK_StrLen(const char* str) {
   return std::strlen(str);
 }
 
+size_t RTK_StrNLen(const char* str, size_t n) {
+  return strnlen(str, n);
+}
+
 const char* RTK_StrChr(const char* str, char c) {
   return std::strchr(str, c);
 }

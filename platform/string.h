@@ -28,8 +28,10 @@ extern "C" {
 int32_t RTK_StrCmp(const char* a, const char* b);
 int32_t RTK_StrNCmp(const char* a, const char* b, size_t n);
 
-// The bytes before the NUL.
+// The bytes before the NUL. The second looks at `n` bytes at most, and gives `n` when
+// there is no NUL among them.
 size_t RTK_StrLen(const char* str);
+size_t RTK_StrNLen(const char* str, size_t n);
 
 // The first or last `c`, or the first `sub`, in `str`; NULL when there is none.
 const char* RTK_StrChr(const char* str, char c);

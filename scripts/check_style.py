@@ -17,7 +17,9 @@ import sys
 import measure_structure as structure
 from check_includes import FOLDERS
 
-C_TEXT = re.compile(r"(?<![\w:>.])(?:std::)?(strlen|strcmp|strncmp|strchr|strrchr|strstr)\s*\(")
+C_TEXT = re.compile(r"(?<![\w:>.])(?:std::)?"
+                    r"(str(?:n?len|n?(?:case)?cmp|coll|r?chr|(?:case)?str|c?spn|pbrk|tok(?:_r)?|n?dup|n?cpy|n?cat)"
+                    r"|stpn?cpy)\s*\(")
 BARE_MEMORY = re.compile(r"(?<![\w:>.])(memcpy|memset|memmove|memcmp)\s*\(")
 CONTROL = re.compile(r"\b(if|for|while)\b(?:\s+constexpr)?\s*\(|\belse\b")
 NAMELESS = re.compile(r"^(const\s+)?[\w:]+(<[^()]*>)?(\s*[*&]+)?$")

@@ -7,7 +7,6 @@
 
 #include <cfloat>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include <qmodel/error.h>
@@ -41,7 +40,7 @@ double QM_XPATH_ConvertStringToNumber(const char* text) {
 constexpr size_t kLongText = 1024;
 
 static bool IsLong(const char* text) {
-  return text != nullptr && strnlen(text, kLongText) == kLongText;
+  return text != nullptr && RTK_StrNLen(text, kLongText) == kLongText;
 }
 
 // Deliberate: a node without text is 0, not NaN.

@@ -24,6 +24,10 @@ TEST(StrNCmp, LooksAtTheFirstBytesOnly) {
 TEST(StrSearch, FindsFirstAndLast) {
   const char* text = "a/b/c";
   EXPECT_EQ(5u, RTK_StrLen(text));
+  EXPECT_EQ(5u, RTK_StrNLen(text, 6));
+  EXPECT_EQ(5u, RTK_StrNLen(text, 5));
+  EXPECT_EQ(4u, RTK_StrNLen(text, 4));
+  EXPECT_EQ(0u, RTK_StrNLen(text, 0));
   EXPECT_EQ(text + 1, RTK_StrChr(text, '/'));
   EXPECT_EQ(text + 3, RTK_StrRChr(text, '/'));
   EXPECT_EQ(nullptr, RTK_StrChr(text, 'x'));
