@@ -169,7 +169,7 @@ std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& mo
   StopDependents(outputs);
   SettleConditions(outputs);
   for (Output* out : outputs) {
-    if (!out->stopped) SettleDeletions(out);
+    if (!out->stopped) SettleDeviations(out);
   }
   for (Output* out : outputs) {
     if (!out->stopped) KeepLimits(out);

@@ -14,6 +14,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "compiler/records.h"
@@ -80,6 +81,8 @@ struct Output {
   std::unordered_set<std::string> typedefNames;
   // Nodes that have left the tree. Paths of other modules may have led to them.
   std::vector<LooseStatement> removed;
+  // The inputs and outputs that operations do not write, as far as a path led to them.
+  std::map<std::pair<const xmlNode*, Keyword>, LooseStatement> implied;
   unsigned depth = 0;    // of copies, while they are made
   bool stopped = false;  // has an error that stops it
   Report report;         // what is wrong or lost

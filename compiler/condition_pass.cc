@@ -57,12 +57,17 @@ bool IsOfDeletion(const xmlNode* statement) {
   return kind != nullptr && std::string_view(kind) == "delete";
 }
 
+// The operation is what has an element, where its input or output is not written.
+DataNode* NodeOfTarget(const Pass& pass, const FoundNode& target) {
+  return pass.schema->Find(IsImplied(target) ? ParentOf(target.node) : target.node);
+}
+
 DataNode* NodeOfStatement(const Pass& pass, const xmlNode* parent) {
   if (Is(parent, Keyword::kDeviate))
-    return pass.schema->Find(FindTarget(pass.out->all, TargetSteps(ParentOf(parent))).node);
+    return NodeOfTarget(pass, FindTarget(pass.out->all, TargetSteps(ParentOf(parent))));
   if (!Is(parent, Keyword::kAugment)) return pass.schema->Find(parent);
   for (WrittenAugment& augment : pass.out->augments) {
-    if (augment.node == parent) return pass.schema->Find(TargetOf(pass.out->all, &augment).node);
+    if (augment.node == parent) return NodeOfTarget(pass, TargetOf(pass.out->all, &augment));
   }
   return nullptr;
 }

@@ -150,12 +150,30 @@ const std::vector<DataNode*>& DataSchema::TopOf(DataModule* module) {
   return nodes;
 }
 
+// An operation has an input and an output whether they are written or not (RFC 7950,
+// sections 7.14.2 and 7.14.3).
+void DataSchema::AddImplied(DataNode* operation, Keyword keyword) {
+  if (YinChild(operation->statement, keyword) != nullptr) return;
+  DataNode& node = nodes_.emplace_back();
+  node.statement = operation->statement;
+  node.module = operation->module;
+  node.keyword = keyword;
+  node.name = RowOf(keyword).name;
+  node.parent = operation;
+  node.filled = true;
+  operation->own.push_back(&node);
+}
+
 const std::vector<DataNode*>& DataSchema::OwnChildren(DataNode* node) {
   if (node->filled) return node->own;
   node->filled = true;
   for (const xmlNode* child = NextElement(node->statement->children); child != nullptr;
        child = NextElement(child->next)) {
     if (IsSchemaNode(YinKeyword(child))) node->own.push_back(AddNode(child, node, node->module));
+  }
+  if (node->keyword == Keyword::kRpc || node->keyword == Keyword::kAction) {
+    AddImplied(node, Keyword::kInput);
+    AddImplied(node, Keyword::kOutput);
   }
   return node->own;
 }
@@ -173,8 +191,6 @@ DataNode* DataSchema::Step(DataNode* node, DataModule* module, std::string_view 
   const auto isWanted = [&](const DataNode* one) {
     return one->name == name && one->module == module;
   };
-  // An input or output that an operation does not declare is not found: the library makes
-  // it when an augment needs it.
   const std::vector<DataNode*>& own = OwnChildren(node);
   const auto found = std::find_if(own.begin(), own.end(), isWanted);
   if (found != own.end()) return *found;

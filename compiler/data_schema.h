@@ -30,7 +30,7 @@ struct DataModule {
 // A node of the schema: a data node, an operation, a notification, a choice, case, input
 // or output. Nodes of an augment hang below its target.
 struct DataNode {
-  const xmlNode* statement = nullptr;
+  const xmlNode* statement = nullptr;  // of an input or output not written: the operation's
   DataModule* module = nullptr;
   std::string_view name;
   Keyword keyword = Keyword::kNone;
@@ -102,6 +102,7 @@ class DataSchema {
   void Link(DataModule* module);
   DataNode* Step(DataNode* node, DataModule* module, std::string_view name, DataModule* words);
   DataNode* AddNode(const xmlNode* statement, DataNode* parent, DataModule* module);
+  void AddImplied(DataNode* operation, Keyword keyword);
   const std::vector<DataNode*>& TopOf(DataModule* module);
   ValueKind ValueOfType(const xmlNode* type, DataModule* module, const DataNode* leaf, int depth);
   ValueKind ValueOfUnion(const xmlNode* type, DataModule* module, const DataNode* leaf, int depth);

@@ -64,6 +64,15 @@ void SettleDefault(Output* out, xmlNode* byDefault, const FoundNode& target) {
     SetArgument(out->all->session, byDefault, ArgumentOf(own));
 }
 
+// The library makes them for augments alone, and leaves a deviation waiting for them.
+void LoseWhatWaits(Output* out, const xmlNode* deviation, const FoundNode& target) {
+  if (!IsImplied(target)) return;
+  const std::string name = NameOf(target.node);
+  Lose(out, deviation,
+       "the library has no " + name + " that the operation does not write, " +
+           "unless an augment leads there; the deviation has no effect on it");
+}
+
 void SettleDeviate(Output* out, const xmlNode* deviate, const FoundNode& target) {
   for (xmlNode* s = FirstChild(deviate); s != nullptr; s = NextSibling(s)) {
     if (Is(s, Keyword::kMust)) SettleMust(out, s, target);
@@ -73,14 +82,15 @@ void SettleDeviate(Output* out, const xmlNode* deviate, const FoundNode& target)
 
 }  // namespace
 
-void SettleDeletions(Output* out) {
+void SettleDeviations(Output* out) {
   for (const xmlNode* s = FirstChild(out->written.root, Keyword::kDeviation); s != nullptr;
        s = NextSibling(s, Keyword::kDeviation)) {
+    const FoundNode target = FindTarget(out->all, TargetSteps(s));
+    LoseWhatWaits(out, s, target);
     for (const xmlNode* deviate = FirstChild(s, Keyword::kDeviate); deviate != nullptr;
          deviate = NextSibling(deviate, Keyword::kDeviate)) {
       const char* kind = ArgumentOf(deviate);
       if (kind == nullptr || std::string_view(kind) != "delete") continue;
-      const FoundNode target = FindTarget(out->all, TargetSteps(s));
       if (target.node != nullptr) SettleDeviate(out, deviate, target);
     }
   }

@@ -8,6 +8,6 @@ namespace compiler {
 
 // Gives each `must` and `default` in `deviate delete` the text of the target's own, after
 // all conditions have been settled.
-void SettleDeletions(Output* out);
+void SettleDeviations(Output* out);
 
 }  // namespace compiler

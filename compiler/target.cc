@@ -99,11 +99,28 @@ Module* Written(Compilation* all, Module* module) {
   return written == nullptr ? module : written;
 }
 
+// The input or output that an operation does not write: it has both all the same (RFC
+// 7950, sections 7.14.2 and 7.14.3). The library makes it when an augment leads there, so
+// it is not to stand in the tree: it knows its operation, which does not hold it.
+xmlNode* ImpliedChild(Output* out, xmlNode* operation, std::string_view name) {
+  if (!IsOperation(KeywordOf(operation)) || (name != "input" && name != "output")) return nullptr;
+  const Keyword keyword = FindKeyword(name);
+  LooseStatement& implied = out->implied[{operation, keyword}];
+  if (implied == nullptr) {
+    implied.reset(MakeStatement(out->all->session, operation, keyword, std::string_view()));
+    implied->parent = operation;
+  }
+  return implied.get();
+}
+
 FoundNode ChildIn(Compilation* all, const FoundNode& parent, const TargetStep& step,
                   const std::vector<TargetStep>& head) {
   if (step.module == nullptr) return {};
-  if (step.module->name == parent.output->module->name)
-    return {FindSchemaChild(parent.node, step.name), parent.output};
+  if (step.module->name == parent.output->module->name) {
+    xmlNode* found = FindSchemaChild(parent.node, step.name);
+    if (found == nullptr) found = ImpliedChild(parent.output, parent.node, step.name);
+    return {found, parent.output};
+  }
   Output* other = ExpandedOutput(all, Written(all, step.module));
   for (const WrittenAugment& augment : other->augments) {
     if (augment.steps.size() != head.size() ||
@@ -157,6 +174,12 @@ FoundNode TargetOf(Compilation* all, WrittenAugment* augment) {
     augment->target = FindTarget(all, augment->steps);
   }
   return augment->target;
+}
+
+bool IsImplied(const FoundNode& node) {
+  if (node.node == nullptr) return false;
+  const auto found = node.output->implied.find({ParentOf(node.node), KeywordOf(node.node)});
+  return found != node.output->implied.end() && found->second.get() == node.node;
 }
 
 void ForgetAugment(Output* out, const xmlNode* augment) {

@@ -13,8 +13,12 @@ namespace compiler {
 // Empty: it is no absolute identifier.
 std::vector<TargetStep> TargetSteps(const xmlNode* statement);
 
-// The node that the steps name, wherever augments have put it.
+// The node that the steps name, wherever augments have put it. An input or output that
+// an operation does not write is found, but stands in no tree.
 FoundNode FindTarget(Compilation* all, const std::vector<TargetStep>& steps);
+
+// True for such an input or output.
+bool IsImplied(const FoundNode& node);
 
 // The target of an augment of another module's nodes, looked up once.
 FoundNode TargetOf(Compilation* all, WrittenAugment* augment);

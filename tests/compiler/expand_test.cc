@@ -246,6 +246,32 @@ TEST_F(Augments, MakeAnInputThatIsNotWritten) {
   EXPECT_EQ("rpc r { input { leaf z { type string; } } }", Body("m"));
 }
 
+TEST_F(Augments, FindTheInputAndOutputThatAnotherModuleDoesNotWrite) {
+  Module11("n", "rpc r; container c { action act { output { leaf o { type string; } } } }");
+  Module11("m",
+           "import n { prefix n; }\n"
+           "augment /n:r/n:output { leaf a { type string; } }\n"
+           "augment /n:c/n:act/n:input/m:b { leaf z { type string; } }\n"
+           "augment /n:c/n:act/n:input { container b; }");
+  EXPECT_EQ(
+      "augment /n:r/n:output { leaf a { type string; } } "
+      "augment /n:c/n:act/n:input { container b { leaf z { type string; } } }",
+      Body("m"));
+  // The library makes them.
+  EXPECT_EQ("rpc r; container c { action act { output { leaf o { type string; } } } }", Body("n"));
+}
+
+TEST_F(Augments, OfAnInputThatIsNotWrittenAreWhereConditionsLook) {
+  Module11("i", "identity base; identity one { base base; }");
+  Module("n", "rpc r;");
+  Module11("m",
+           "import n { prefix n; } import i { prefix i; }\n"
+           "augment /n:r/n:input { when \"m:kind != 'one'\";\n"
+           "  leaf kind { type identityref { base i:base; } }\n"
+           "  leaf a { when \"../kind = 'i:one'\"; type string; } }");
+  EXPECT_EQ("", Findings("m"));
+}
+
 TEST_F(Augments, AreWrittenWithAPrefixOnEachStep) {
   Module("n", "container c { container d { container e; } }");
   Module("m",

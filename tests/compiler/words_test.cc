@@ -365,6 +365,18 @@ TEST_F(Deviations, DeleteStepsThatTheTargetWritesWithoutPrefixes) {
   }
 }
 
+TEST_F(Deviations, OfAnInputThatIsNotWrittenAreReported) {
+  Module("n", "rpc r { output { leaf a { type string; } } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "deviation /n:r/n:input { deviate add { must \"1 = 1\"; } }\n"
+         "deviation /n:r/n:output { deviate add { must \"n:a\"; } }");
+  EXPECT_EQ(
+      "m.yang:3: the library has no input that the operation does not write, unless an augment "
+      "leads there; the deviation has no effect on it\n",
+      Findings("m"));
+}
+
 using Extensions = Compiling;
 
 TEST_F(Extensions, KeepArgumentsAsElementsAndSayThatTheyAreNotKept) {

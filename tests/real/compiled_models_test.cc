@@ -92,6 +92,8 @@ class CompiledModels : public testing::Test {
     const compiler::JobResult result = compiler::RunJob(request);
     EXPECT_LE(result.state, compiler::JobState::kLost)
         << (result.findings.empty() ? "" : result.findings[0]);
+    for (const std::string& finding : result.findings)
+      EXPECT_EQ(std::string::npos, finding.find("is not found")) << finding;
     for (const compiler::JobModule& module : result.modules)
       into.Write(module.name + ".yin", module.yin);
     return result;
