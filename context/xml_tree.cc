@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reading libxml2 trees: attributes, text, marks, and a pre-order walk that goes
-// by parent and sibling links, so that the depth of a tree costs no stack.
+// Reading libxml2 trees: attributes, text, marks, and walks that go by parent and
+// sibling links. A caller's tree may be deeper than any stack, so nothing here recurses.
 #include "context/xml_tree.h"
 
 #include <cstring>
@@ -111,4 +111,23 @@ xmlNode* QM_XML_GetXmlDomSibOrParent(xmlNode* root, xmlNode* node, uint32_t* dir
 xmlNode* QM_XML_GetParentNodeByTraverse(xmlNode* node, uint32_t dir) {
   if (dir == QMS_TRAV_CHILD || dir == QMS_TRAV_TOP) return node;
   return dir == QMS_TRAV_SIBLING && node != nullptr ? node->parent : nullptr;
+}
+
+xmlNode* NextElementBeyond(const xmlNode* root, xmlNode* node) {
+  while (node != nullptr && node != root) {
+    xmlNode* sibling = FirstElement(node->next);
+    if (sibling != nullptr) return sibling;
+    node = node->parent;
+  }
+  return nullptr;
+}
+
+xmlNode* NextElement(const xmlNode* root, xmlNode* node) {
+  xmlNode* child = FirstElement(node->children);
+  return child != nullptr ? child : NextElementBeyond(root, node);
+}
+
+void RemoveNode(xmlNode* node) {
+  xmlUnlinkNode(node);
+  xmlFreeNode(node);
 }

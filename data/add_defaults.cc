@@ -7,7 +7,7 @@
 // over the schema; each kind only says what it goes through.
 #include "data/add_defaults.h"
 
-#include "context/element_walk.h"
+#include "context/xml_tree.h"
 #include "data/default_element.h"
 #include "data/schema_walk.h"
 

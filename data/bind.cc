@@ -7,7 +7,6 @@
 
 #include "data/bind.h"
 
-#include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/error.h"

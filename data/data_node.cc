@@ -5,7 +5,6 @@
 
 #include "data/data_node.h"
 
-#include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/schema_query.h"
 #include "platform/string.h"

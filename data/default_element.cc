@@ -6,7 +6,6 @@
 // only when it is whole; until then it is taken out again on every way out.
 #include "data/default_element.h"
 
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"

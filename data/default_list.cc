@@ -9,8 +9,8 @@
 
 #include <functional>
 
-#include "context/element_walk.h"
 #include "context/memory.h"
+#include "context/xml_tree.h"
 
 static int32_t CompareNodes(const void* a, const void* b) {
   if (a == b) return 0;

@@ -11,10 +11,10 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"
+#include "context/xml_tree.h"
 #include "data/error_path.h"
 
 namespace {

@@ -8,7 +8,6 @@
 
 #include <cstring>
 
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/memory.h"
 #include "context/string.h"

@@ -8,8 +8,8 @@
 
 #include "data/mandatory.h"
 
-#include "context/element_walk.h"
 #include "context/guard.h"
+#include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/must.h"

@@ -7,7 +7,7 @@
 
 #include "data/must.h"
 
-#include "context/element_walk.h"
+#include "context/xml_tree.h"
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "data/when.h"

@@ -5,7 +5,6 @@
 
 #include "data/node_check.h"
 
-#include "context/element_walk.h"
 #include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/error.h"

@@ -8,8 +8,8 @@
 #include <cstring>
 #include <type_traits>
 
-#include "context/element_walk.h"
 #include "context/memory.h"
+#include "context/xml_tree.h"
 #include "data/data_node.h"
 #include "data/schema_query.h"
 

@@ -8,7 +8,6 @@
 
 #include "data/validate.h"
 
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/xml_parse.h"
 #include "context/xml_tree.h"

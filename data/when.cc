@@ -8,7 +8,7 @@
 
 #include "data/when.h"
 
-#include "context/element_walk.h"
+#include "context/xml_tree.h"
 #include "data/default_list.h"
 #include "data/error.h"
 #include "data/schema_query.h"

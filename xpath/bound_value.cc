@@ -6,7 +6,6 @@
 
 #include <qmodel/error.h>
 
-#include "context/element_walk.h"
 #include "context/string.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"

@@ -11,8 +11,8 @@
 #include <cstring>
 
 #include "context/array.h"
-#include "context/element_walk.h"
 #include "context/memory.h"
+#include "context/xml_tree.h"
 #include "platform/string.h"
 
 namespace {

@@ -11,10 +11,10 @@
 #include <qmodel/error.h>
 #include <qmodel/schema.h>
 
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/path_scan.h"
 #include "context/records.h"
+#include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/records.h"

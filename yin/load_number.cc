@@ -11,7 +11,6 @@
 #include <qmodel/error.h>
 
 #include "context/dict.h"
-#include "context/element_walk.h"
 #include "context/guard.h"
 #include "context/integer.h"
 #include "context/memory.h"

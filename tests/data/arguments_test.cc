@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string>
 
-#include "context/element_walk.h"
 #include "context/memory.h"
+#include "context/xml_tree.h"
 #include "data/add_defaults.h"
 #include "data/bind.h"
 #include "data/data_node.h"
