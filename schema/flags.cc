@@ -7,7 +7,7 @@
 
 #include <qmodel/error.h>
 
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "schema/ext_inst.h"
 #include "schema/node.h"
 #include "schema/node_walk.h"

@@ -13,8 +13,8 @@
 #include <qmodel/error.h>
 
 #include "context/guard.h"
-#include "context/path_scan.h"
 #include "context/records.h"
+#include "context/text_scan.h"
 #include "schema/module_nodes.h"
 #include "schema/module_registry.h"
 #include "schema/node.h"

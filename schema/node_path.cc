@@ -12,8 +12,8 @@
 #include <qmodel/error.h>
 
 #include "context/guard.h"
-#include "context/path_scan.h"
 #include "context/string.h"
+#include "context/text_scan.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node.h"

@@ -8,8 +8,7 @@
 // rewritten number inside its buffer whatever the length of the literal.
 #include "values/decimal64.h"
 
-#include "context/integer.h"
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "platform/string.h"
 
 constexpr uint32_t kMaxDigits = 19;          // digits of a signed 64-bit number

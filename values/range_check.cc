@@ -6,8 +6,7 @@
 // says how the text is read, the statement's own base type how the segments are stored.
 #include "values/range_check.h"
 
-#include "context/integer.h"
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "platform/string.h"
 #include "types/builtin.h"
 #include "types/type.h"

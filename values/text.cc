@@ -9,9 +9,9 @@
 
 #include "context/array.h"
 #include "context/guard.h"
-#include "context/path_scan.h"
 #include "context/records.h"
 #include "context/string.h"
+#include "context/text_scan.h"
 #include "platform/string.h"
 #include "types/type.h"
 #include "values/range_check.h"

@@ -13,8 +13,8 @@
 #include <qmodel/error.h>
 
 #include "context/guard.h"
-#include "context/path_scan.h"
 #include "context/records.h"
+#include "context/text_scan.h"
 #include "xpath/child_lookup.h"
 #include "xpath/convert.h"
 #include "xpath/eval.h"

@@ -12,8 +12,8 @@
 #include <qmodel/schema.h>
 
 #include "context/guard.h"
-#include "context/path_scan.h"
 #include "context/records.h"
+#include "context/text_scan.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"

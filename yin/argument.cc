@@ -10,7 +10,7 @@
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module.h"

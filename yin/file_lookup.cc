@@ -14,7 +14,7 @@
 #include "context/array.h"
 #include "context/guard.h"
 #include "context/memory.h"
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "platform/file.h"
 #include "platform/string.h"
 

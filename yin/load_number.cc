@@ -12,8 +12,8 @@
 
 #include "context/dict.h"
 #include "context/guard.h"
-#include "context/integer.h"
 #include "context/memory.h"
+#include "context/text_scan.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
 #include "schema/module.h"

@@ -11,8 +11,7 @@
 
 #include <qmodel/error.h>
 
-#include "context/integer.h"
-#include "context/path_scan.h"
+#include "context/text_scan.h"
 #include "platform/string.h"
 #include "values/decimal64.h"
 

@@ -7,12 +7,11 @@
 
 #include "context/array.h"
 #include "context/dict.h"
-#include "context/integer.h"
 #include "context/load_error.h"
 #include "context/memory.h"
-#include "context/path_scan.h"
 #include "context/relation.h"
 #include "context/string.h"
+#include "context/text_scan.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/null_arguments.h"
 

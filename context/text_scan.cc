@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Scanners for the steps of schema paths: "node", "prefix:node", and steps with
-// bracketed predicates. They look at one step, copy its names into the caller's
-// buffers and judge what follows. A step whose form is wrong is refused before
-// the room for its name is looked at; a refused step leaves its names empty.
-#include "context/path_scan.h"
+// Scanners for what a text begins with. The steps of schema paths, "node", "prefix:node",
+// and steps with bracketed predicates: they look at one step, copy its names into the
+// caller's buffers and judge what follows. A step whose form is wrong is refused before
+// the room for its name is looked at; a refused step leaves its names empty. And decimal
+// integers: what follows the digits is left to the caller, who asks for the end pointer
+// to judge it.
+#include "context/text_scan.h"
+
+#include <cerrno>
+#include <cstdlib>
 
 #include "platform/bounds.h"
 #include "platform/string.h"
@@ -95,4 +100,38 @@ const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefi
   const char* rest = SkipPredicatedNode(str + length + 1, nodeOut, nodeSize);
   if (rest == nullptr) Empty(prefixOut, prefixSize);
   return rest;
+}
+
+// One body for both: only the C library's conversion differs.
+template <auto Convert, typename Int>
+static uint32_t ReadInteger(const char* digits, char** end, Int* out) {
+  char* stop = nullptr;
+  errno = 0;
+  const Int value = Convert(digits, &stop, 10);
+  if (errno != 0 || stop == digits) return QM_INVALID;
+  *out = value;
+  if (end != nullptr) *end = stop;
+  return QM_OK;
+}
+
+uint32_t QM_UTL_ReadInputStrAsSignedInteger(const char* str, char** end, uint32_t /*notUsed*/,
+                                            int64_t* out) {
+  if (str == nullptr || out == nullptr) return QM_INVALID;
+  static_assert(sizeof(long long) == sizeof(int64_t));
+  long long value = 0;
+  const uint32_t ret = ReadInteger<std::strtoll>(QM_UTL_ConsumeAllSpaceChar(str), end, &value);
+  if (ret == QM_OK) *out = value;
+  return ret;
+}
+
+uint32_t QM_UTL_ReadInputStrAsUnsignedInteger(const char* str, char** end, uint32_t /*notUsed*/,
+                                              uint64_t* out) {
+  if (str == nullptr || out == nullptr) return QM_INVALID;
+  const char* digits = QM_UTL_ConsumeAllSpaceChar(str);
+  // strtoull would wrap a negative number around. Deliberate: "-0" goes too.
+  if (*digits == '-') return QM_INVALID;
+  unsigned long long value = 0;
+  const uint32_t ret = ReadInteger<std::strtoull>(digits, end, &value);
+  if (ret == QM_OK) *out = value;
+  return ret;
 }

@@ -26,4 +26,14 @@ const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefi
 // Skips "[…]" pieces, each to its first "]"; NULL when one is not closed.
 const char* QM_UTL_SkipPredicateParis(const char* str);
 
+// Reads a decimal integer after blanks, tabs and newlines into *out, and stores the
+// place after its digits in *end unless `end` is NULL; what stands there is not
+// judged. The third argument is not used. 22, with both untouched, when there is no
+// digit, the number does not fit or `str` or `out` is NULL; for an unsigned one also
+// when a "-" follows the blanks directly.
+uint32_t QM_UTL_ReadInputStrAsSignedInteger(const char* str, char** end, uint32_t notUsed,
+                                            int64_t* out);
+uint32_t QM_UTL_ReadInputStrAsUnsignedInteger(const char* str, char** end, uint32_t notUsed,
+                                              uint64_t* out);
+
 QM_END_INTERNAL_DECLS
