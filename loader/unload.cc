@@ -23,7 +23,7 @@
 #include "context/relation.h"
 #include "coupling/change_event.h"
 #include "coupling/couple_augment.h"
-#include "loader/module_end.h"
+#include "loader/context_life.h"
 #include "loader/pending.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"

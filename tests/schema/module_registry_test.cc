@@ -9,7 +9,7 @@
 #include "context/dict.h"
 #include "context/load_error.h"
 #include "context/memory.h"
-#include "loader/module_end.h"
+#include "loader/context_life.h"
 #include "schema/records.h"
 #include "tests/support/yin_text.h"
 

@@ -10,7 +10,7 @@
 
 #include "context/dict.h"
 #include "context/memory.h"
-#include "loader/module_end.h"
+#include "loader/context_life.h"
 #include "schema/definitions.h"
 #include "schema/module_nodes.h"
 #include "schema/module_registry.h"
