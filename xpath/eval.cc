@@ -3,8 +3,9 @@
 // Evaluates a condition in one pass over its tokens, without a syntax tree. Path
 // expressions push an operand; an operator first computes the waiting operators that
 // bind at least as tightly and then waits itself. A sub-expression puts a barrier on
-// the operator stack, behind which nothing is computed until it ends. The path
-// expressions themselves are in a file of their own.
+// the operator stack, behind which nothing is computed until it ends; the barrier knows
+// what opened it, so that parentheses and calls inside of each other are one loop. The
+// path expressions themselves are in a file of their own.
 #include "xpath/eval.h"
 
 #include <qmodel/error.h>
@@ -14,6 +15,7 @@
 #include "xpath/compare.h"
 #include "xpath/convert.h"
 #include "xpath/eval_path.h"
+#include "xpath/functions.h"
 #include "xpath/object.h"
 
 uint32_t QM_XPATH_InitEvalCtx(QmXpathEvalCtx* ctx, xmlNode* rootNode, xmlNode* currentNode) {
@@ -103,23 +105,73 @@ uint32_t QM_XPATH_CalculateRemainExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr,
   return endOfSubExpr != 0 ? QM_XPATH_BAD_PAREN : QM_OK;  // ")" without its "("
 }
 
+// Conditions come from files, so the depth has a bound.
+static uint32_t OpenSubExpr(QmXpathEvalCtx* ctx, uint32_t* index, uint32_t opening) {
+  if (ctx->depth >= kQmXpathMaxDepth) return QM_XPATH_BAD_PAREN;
+  const uint32_t ret = QM_XPATH_PushExprTypeToStack(ctx, QM_XPATH_EXPR_BARRIER, opening);
+  if (ret != QM_OK) return ret;
+  ++*index;
+  ++ctx->depth;
+  return QM_OK;
+}
+
+static uint32_t OpenPrimaryExpr(QmXpathEvalCtx* ctx, const QmXpathExpr* expr, uint32_t* index) {
+  QmXpathFunc function = nullptr;
+  uint32_t ret = QM_OK;
+  if (KindAt(expr, *index) == QM_XPATH_TOKEN_FUNCNAME) ret = BeginCall(expr, index, &function);
+  return ret != QM_OK ? ret : OpenSubExpr(ctx, index, *index);
+}
+
+// Ends the innermost sub-expression at a ")" or ",". A call goes on to its next argument,
+// or is done once all are there; `first` is where the evaluation began, and what stands
+// before it opens nothing.
+static uint32_t CloseSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index,
+                             uint32_t first) {
+  uint32_t ret = QM_XPATH_CalculateHighPriorityExpr(ctx, expr, QM_XPATH_EXPR_OR);
+  if (ret != QM_OK) return ret;
+  const QmOwn<FreeOpEntry> barrier(PopOp(ctx));
+  const uint32_t opening = barrier->tokenIndex;
+  --ctx->depth;
+  const bool isCall = opening > first && KindAt(expr, opening - 1) == QM_XPATH_TOKEN_FUNCNAME;
+  if (isCall && KindAt(expr, *index) == QM_XPATH_TOKEN_COMMA) {
+    return OpenSubExpr(ctx, index, opening);
+  }
+  ret = ConsumeClosingParen(expr, index);
+  return ret != QM_OK || !isCall ? ret : FunctionAt(expr, opening - 1)(ctx);
+}
+
+static bool Closes(uint32_t kind) {
+  return kind == QM_XPATH_TOKEN_RPAREN || kind == QM_XPATH_TOKEN_COMMA;
+}
+
+// One token that closes nothing, or one operand.
+static uint32_t EvalOperatorOrOperand(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
+  const uint32_t kind = KindAt(expr, *index);
+  const uint32_t exprType = QM_XPATH_GetTokenExprType(kind);
+  if (exprType != QM_XPATH_EXPR_OPERAND) {
+    return QM_XPATH_PushExprTypeToStackByPriority(ctx, expr, exprType, (*index)++);
+  }
+  if (kind == QM_XPATH_TOKEN_LPAREN || kind == QM_XPATH_TOKEN_FUNCNAME) {
+    return OpenPrimaryExpr(ctx, expr, index);
+  }
+  return QM_XPATH_EvalPathExpr(ctx, expr, index);
+}
+
 uint32_t QM_XPATH_EvalExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  while (*index < expr->count) {
-    const uint32_t kind = expr->tokens[*index].kind;
-    if (kind == QM_XPATH_TOKEN_RPAREN || kind == QM_XPATH_TOKEN_COMMA) {
+  const uint32_t first = *index;
+  const uint32_t outerDepth = ctx->depth;
+  uint32_t ret = QM_OK;
+  while (ret == QM_OK && *index < expr->count) {
+    if (!Closes(expr->tokens[*index].kind)) {
+      ret = EvalOperatorOrOperand(ctx, expr, index);
+    } else if (ctx->depth > outerDepth) {
+      ret = CloseSubExpr(ctx, expr, index, first);
+    } else {
       return QM_XPATH_CalculateRemainExpr(ctx, expr, 1);
     }
-    const uint32_t exprType = QM_XPATH_GetTokenExprType(kind);
-    uint32_t ret = QM_OK;
-    if (exprType == QM_XPATH_EXPR_OPERAND) {
-      ret = QM_XPATH_EvalPathExpr(ctx, expr, index);
-    } else {
-      ret = QM_XPATH_PushExprTypeToStackByPriority(ctx, expr, exprType, *index);
-      ++*index;
-    }
-    if (ret != QM_OK) return ret;
   }
-  return QM_XPATH_CalculateRemainExpr(ctx, expr, 0);
+  ctx->depth = outerDepth;
+  return ret != QM_OK ? ret : QM_XPATH_CalculateRemainExpr(ctx, expr, 0);
 }
 
 static bool IsParenOrComma(uint32_t kind, uint32_t paren) {
@@ -129,12 +181,8 @@ static bool IsParenOrComma(uint32_t kind, uint32_t paren) {
 // The closing token is left for the caller.
 uint32_t QM_XPATH_EvalSubExpr(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
   if (!IsParenOrComma(KindAt(expr, *index), QM_XPATH_TOKEN_LPAREN)) return QM_XPATH_NOT_OPENED;
-  // Each level recurses, and conditions come from files.
-  if (ctx->depth >= kQmXpathMaxDepth) return QM_XPATH_BAD_PAREN;
-  uint32_t ret = QM_XPATH_PushExprTypeToStack(ctx, QM_XPATH_EXPR_BARRIER, *index);
+  uint32_t ret = OpenSubExpr(ctx, index, *index);
   if (ret != QM_OK) return ret;
-  ++*index;
-  ++ctx->depth;
   ret = QM_XPATH_EvalExpr(ctx, expr, index);
   --ctx->depth;
   if (ret != QM_OK) return ret;

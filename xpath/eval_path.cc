@@ -137,7 +137,7 @@ uint32_t QM_XPATH_SkipPredicate(QmXpathExpr* expr, uint32_t* index) {
   return QM_OK;
 }
 
-static uint32_t ConsumeClosingParen(const QmXpathExpr* expr, uint32_t* index) {
+uint32_t ConsumeClosingParen(const QmXpathExpr* expr, uint32_t* index) {
   if (KindAt(expr, *index) != QM_XPATH_TOKEN_RPAREN) return QM_XPATH_BAD_PAREN;
   ++*index;
   return QM_OK;
@@ -177,13 +177,22 @@ uint32_t QM_XPATH_EvalNumber(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* i
   return QM_XPATH_PushNumberToObjStack(ctx->objStack, QM_XPATH_ConvertStringToNumber(text.Get()));
 }
 
-uint32_t QM_XPATH_EvalFunctionCall(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
-  const QmXpathToken* token = &expr->tokens[*index];
-  const QmXpathFunc function = FindXpathFunction(expr->text + token->start, token->length);
-  if (function == nullptr) return QM_XPATH_UNKNOWN_FUNCTION;
+QmXpathFunc FunctionAt(const QmXpathExpr* expr, uint32_t index) {
+  const QmXpathToken* token = &expr->tokens[index];
+  return FindXpathFunction(expr->text + token->start, token->length);
+}
+
+uint32_t BeginCall(const QmXpathExpr* expr, uint32_t* index, QmXpathFunc* function) {
+  *function = FunctionAt(expr, *index);
+  if (*function == nullptr) return QM_XPATH_UNKNOWN_FUNCTION;
   ++*index;
-  if (KindAt(expr, *index) != QM_XPATH_TOKEN_LPAREN) return QM_XPATH_BAD_PAREN;
-  uint32_t ret = QM_XPATH_EvalFunctionCallArguments(ctx, expr, index);
+  return KindAt(expr, *index) == QM_XPATH_TOKEN_LPAREN ? QM_OK : QM_XPATH_BAD_PAREN;
+}
+
+uint32_t QM_XPATH_EvalFunctionCall(QmXpathEvalCtx* ctx, QmXpathExpr* expr, uint32_t* index) {
+  QmXpathFunc function = nullptr;
+  uint32_t ret = BeginCall(expr, index, &function);
+  if (ret == QM_OK) ret = QM_XPATH_EvalFunctionCallArguments(ctx, expr, index);
   if (ret == QM_OK) ret = ConsumeClosingParen(expr, index);
   return ret != QM_OK ? ret : function(ctx);
 }

@@ -3,7 +3,15 @@
 #include <cstdint>
 
 #include "context/internal.h"
+#include "xpath/functions.h"
 #include "xpath/records.h"
+
+// The beginning of a call: its function, with *index on the "(" behind the name, else
+// QM_XPATH_UNKNOWN_FUNCTION or QM_XPATH_BAD_PAREN; the function that a name names, or
+// NULL. The end of a call and of parentheses: QM_XPATH_BAD_PAREN for any other token.
+uint32_t BeginCall(const QmXpathExpr* expr, uint32_t* index, QmXpathFunc* function);
+QmXpathFunc FunctionAt(const QmXpathExpr* expr, uint32_t index);
+uint32_t ConsumeClosingParen(const QmXpathExpr* expr, uint32_t* index);
 
 // Each begins at the token *index and moves past what it consumed; 0 when it pushed its
 // operand or replaced the one on top. 12 without memory, 22 for an operand that is not

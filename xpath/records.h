@@ -56,7 +56,8 @@ struct QmXpathEvalCtx {
   xmlNode* rootNode;     // what "/" selects; ".." never climbs to it
   RtkStack* opStack;     // of QmXpathOpEntry, owned
   RtkStack* objStack;    // of QmXpathObject, owned
-  uint32_t depth;        // open sub-expressions; bounded, since each one recurses
+  uint32_t depth;        // open sub-expressions
 };
 
+// Sub-expressions open at one moment.
 constexpr uint32_t kQmXpathMaxDepth = 256;

@@ -55,6 +55,32 @@ TEST(DeepCondition, IsEvaluatedOrRefused) {
   }
 }
 
+// Of the evaluation alone, since a load may take more.
+size_t StackOfMust(const std::string& condition) {
+  const Row row = {"must", condition, "valid"};
+  QmCtx* ctx = QM_CTX_Create(0);
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, ModuleWith(row).c_str()));
+  std::string verdict;
+  char request[] = "<r xmlns='urn:m'><x>v</x></r>";
+  const auto validate = [&] {
+    verdict = deep_model::Verdict(
+        QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_TEXT, request, nullptr, nullptr));
+  };
+  validate();  // the first call of a function may take stack to find it
+  const size_t used = OnSmallStack(validate);
+  EXPECT_EQ(row.verdict, verdict);
+  QM_CTX_Delete(ctx);
+  return used;
+}
+
+TEST(DeepCondition, TakesNoMoreStackThanAShallowOne) {
+  const size_t shallow = StackOfMust(". = 'v'");
+  EXPECT_EQ(shallow, StackOfMust(Nested(kLevels, "(", ")", ". = 'v'")));
+  const size_t call = StackOfMust("not(not(. = 'v'))");
+  EXPECT_EQ(call, StackOfMust(Nested(kLevels, "not(", ")", ". = 'v'")));
+  EXPECT_EQ(call, StackOfMust(Nested(kLevels / 2, "not((", "))", ". = 'v'")));
+}
+
 // The element that the when of a missing leaf stands on is a temporary one.
 TEST(DeepCondition, OfAMissingLeafBelowMissingContainersIsEvaluated) {
   std::string verdict;

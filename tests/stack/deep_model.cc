@@ -14,10 +14,11 @@
 
 namespace deep_model {
 
-void OnSmallStack(const std::function<void()>& body) {
+size_t OnSmallStack(const std::function<void()>& body) {
   const size_t used = small_stack::Run(body);
   testing::Test::RecordProperty("stack_bytes", std::to_string(used));
   std::printf("%zu bytes of stack\n", used);
+  return used;
 }
 
 std::string Repeat(const std::string& text, size_t times) {

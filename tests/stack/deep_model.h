@@ -11,8 +11,9 @@
 // a piece of work on them takes.
 namespace deep_model {
 
-// Runs `body` on a small stack and writes what it took of it beside the test's result.
-void OnSmallStack(const std::function<void()>& body);
+// Runs `body` on a small stack, writes what it took of it beside the test's result, and
+// gives it.
+size_t OnSmallStack(const std::function<void()>& body);
 
 std::string Repeat(const std::string& text, size_t times);
 // `inner` in `depth` pairs of `open` and `close`.

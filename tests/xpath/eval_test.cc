@@ -464,6 +464,32 @@ TEST_F(Steps, ASubExpressionLeavesItsClosingTokenToTheCaller) {
   EXPECT_EQ(0u, RTK_GetSize(ctx_.opStack));
 }
 
+TEST_F(Steps, AnExpressionEndsAtTheParenthesisThatItDidNotOpen) {
+  Start("not(a = (1 = 1)) = (a)");
+  index_ = 2;
+  ASSERT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_BARRIER, 1));
+  EXPECT_EQ(0u, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(9u, index_);
+  EXPECT_EQ(1u, RTK_GetSize(ctx_.objStack));
+  EXPECT_EQ(0u, RTK_GetSize(ctx_.opStack));
+  EXPECT_EQ(0u, ctx_.depth);
+}
+
+TEST_F(Steps, AnExpressionThatBeginsBehindAFunctionNameCallsNothing) {
+  Start("not('')");
+  index_ = 1;
+  EXPECT_EQ(0u, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(4u, index_);
+  EXPECT_EQ(QM_XPATH_FALSE, QM_XPATH_GetEvalResult(&ctx_));
+}
+
+TEST_F(Steps, AFailureLeavesTheDepthAsItWas) {
+  Start("(((//a)))");
+  EXPECT_EQ(QM_XPATH_BAD_DOUBLE_SLASH, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(0u, ctx_.depth);
+  EXPECT_EQ(3u, index_);
+}
+
 TEST_F(Steps, ASubExpressionMustBeClosed) {
   Start("(1)");
   expr_->count = 2;  // the input ends before the ")"
