@@ -59,10 +59,61 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataDerived(void* body, uint32_t input
 
 // Unions (RFC 7950 section 9.12): the first member that accepts the value wins.
 //
-// Every member is checked with a context of its own, so that what one member left behind
-// does not reach the next. What must pass through are the limits against unions that
-// contain themselves or multiply: how deep unions are nested, and how many members the
-// whole check may try.
+// Every member is checked with a context that begins anew, so that what one member left
+// behind does not reach the next. What must pass through are the limits against unions
+// that contain themselves or multiply: how deep unions are nested, and how many members
+// the whole check may try. Since unions nest on the stack, the context is not made a
+// second time: what begins anew is set aside, which takes less.
+namespace {
+
+// What begins anew.
+struct MemberState {
+  uint16_t derivedDepth;
+  uint16_t fractionDigits;
+  uint32_t binaryLength;
+  uint32_t baseType;
+  uint32_t explicitRangeLevel;
+  uint32_t minMaxPending;
+  QmtGenericSeg parentLimits;
+  QmtType* currentType;
+  QmtType* matchedType;
+};
+
+}  // namespace
+
+static MemberState StateOf(const QmtCheckCtx* ctx) {
+  return {ctx->derivedDepth, ctx->fractionDigits,     ctx->binaryLength,
+          ctx->baseType,     ctx->explicitRangeLevel, ctx->minMaxPending,
+          ctx->parentLimits, ctx->currentType,        ctx->matchedType};
+}
+
+static void SetState(QmtCheckCtx* ctx, const MemberState* state) {
+  ctx->derivedDepth = state->derivedDepth;
+  ctx->fractionDigits = state->fractionDigits;
+  ctx->binaryLength = state->binaryLength;
+  ctx->baseType = state->baseType;
+  ctx->explicitRangeLevel = state->explicitRangeLevel;
+  ctx->minMaxPending = state->minMaxPending;
+  ctx->parentLimits = state->parentLimits;
+  ctx->currentType = state->currentType;
+  ctx->matchedType = state->matchedType;
+}
+
+// Neither of the two is inlined: the frame that nests would hold what they move twice.
+[[gnu::noinline]] static void BeginMember(QmtCheckCtx* ctx, MemberState* outer) {
+  constexpr MemberState kNew{};
+  *outer = StateOf(ctx);
+  SetState(ctx, &kNew);
+  ++ctx->unionDepth;
+}
+
+// The type that accepted the value; NULL when it is the member itself, or none.
+[[gnu::noinline]] static QmtType* EndMember(QmtCheckCtx* ctx, const MemberState* outer) {
+  QmtType* matched = ctx->matchedType;
+  SetState(ctx, outer);
+  --ctx->unionDepth;
+  return matched;
+}
 
 static bool TakeMemberCheck(const QmtCheckCtx* checkCtx) {
   if (checkCtx->memberBudget == nullptr) return true;
@@ -74,13 +125,14 @@ static bool TakeMemberCheck(const QmtCheckCtx* checkCtx) {
 // The type that accepted the value, or NULL. The code of the failure is of no use: that
 // of the union is reported.
 static QmtType* MatchMember(QmtType* member, uint32_t inputKind, const void* input,
-                            const QmtCheckCtx* checkCtx) {
-  QmtCheckCtx nested = NestedCheckCtx(checkCtx);
-  ++nested.unionDepth;
-  if (QMT_TYPE_ValidateValueNodeAgainstRealType(member, inputKind, input, &nested) != QM_OK) {
-    return nullptr;
-  }
-  return nested.matchedType != nullptr ? nested.matchedType : member;
+                            QmtCheckCtx* checkCtx) {
+  MemberState outer;
+  BeginMember(checkCtx, &outer);
+  const uint32_t ret =
+      QMT_TYPE_ValidateValueNodeAgainstRealType(member, inputKind, input, checkCtx);
+  QmtType* matched = EndMember(checkCtx, &outer);
+  if (ret != QM_OK) return nullptr;
+  return matched != nullptr ? matched : member;
 }
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataUnion(void* body, uint32_t inputKind,

@@ -46,8 +46,8 @@ static uint32_t CheckBuiltIn(const QmtType* type, uint32_t inputKind, const void
 
 static uint32_t CheckConstraints(const QmtType* type, uint32_t inputKind, const void* input,
                                  QmtCheckCtx* checkCtx) {
-  for (uint32_t i = 0; type->cons != nullptr && i < type->consCount; ++i) {
-    const QmtConstraint* entry = &type->cons[i];
+  const QmtConstraint* entry = type->cons;
+  for (; entry != nullptr && entry < type->cons + type->consCount; ++entry) {
     if (entry->body == nullptr) return QM_VALUE_NO_BODY;
     const QmtConsValidateFunc validate =
         QMT_CONS_GetConsDataValueRestricationCheckFunc(entry->kind);
@@ -58,7 +58,8 @@ static uint32_t CheckConstraints(const QmtType* type, uint32_t inputKind, const 
   return QM_OK;
 }
 
-// A failure leaves the context as it is: it ends the whole check that the context serves.
+// Of a failure the context keeps all but the count of levels: the failure ends the whole
+// check that the context serves, or that of one member of a union.
 static uint32_t CheckOneType(QmtType* type, uint32_t inputKind, const void* input,
                              QmtCheckCtx* checkCtx) {
   if (checkCtx->typeLevels >= kMaxTypeLevels) return QM_VALUE_BAD_UNION;
@@ -66,28 +67,32 @@ static uint32_t CheckOneType(QmtType* type, uint32_t inputKind, const void* inpu
   EnterRangeLevel(type, checkCtx);
   QmtType* const outerType = checkCtx->currentType;
   checkCtx->currentType = type;
-  if (type->baseType != QMT_BASE_TYPEDEF) {
-    const uint32_t ret = CheckBuiltIn(type, inputKind, input, checkCtx);
-    if (ret != QM_OK) return ret;
-  }
-  const uint32_t ret = CheckConstraints(type, inputKind, input, checkCtx);
+  uint32_t ret = QM_OK;
+  if (type->baseType != QMT_BASE_TYPEDEF) ret = CheckBuiltIn(type, inputKind, input, checkCtx);
+  if (ret == QM_OK) ret = CheckConstraints(type, inputKind, input, checkCtx);
+  --checkCtx->typeLevels;
   if (ret != QM_OK) return ret;
   checkCtx->currentType = outerType;
   if (checkCtx->explicitRangeLevel != 0) --checkCtx->explicitRangeLevel;
-  --checkCtx->typeLevels;
   return QM_OK;
 }
 
-uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t inputKind,
-                                                   const void* input, QmtCheckCtx* checkCtx) {
-  if (type == nullptr || checkCtx == nullptr) return QM_INVALID;
-  if (checkCtx->memberBudget != nullptr) return CheckOneType(type, inputKind, input, checkCtx);
-  // The outermost call owns the budget that all contexts below it share.
+// The outermost call owns the budget that all contexts below it share. Not inlined, since
+// the calls below the outermost one would carry its place on the stack.
+[[gnu::noinline]] static uint32_t CheckOutermostType(QmtType* type, uint32_t inputKind,
+                                                     const void* input, QmtCheckCtx* checkCtx) {
   uint32_t budget = kMaxMemberChecks;
   checkCtx->memberBudget = &budget;
   const uint32_t ret = CheckOneType(type, inputKind, input, checkCtx);
   checkCtx->memberBudget = nullptr;
   return ret;
+}
+
+uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t inputKind,
+                                                   const void* input, QmtCheckCtx* checkCtx) {
+  if (type == nullptr || checkCtx == nullptr) return QM_INVALID;
+  return checkCtx->memberBudget == nullptr ? CheckOutermostType(type, inputKind, input, checkCtx)
+                                           : CheckOneType(type, inputKind, input, checkCtx);
 }
 
 // The check of a leaf's value, and the type of a union that takes it.

@@ -152,13 +152,17 @@ static uint32_t FillOneKind(QmsModule* module, xmlNode* typeElem, QmtType* type,
   return fill(module, typeElem, type, &type->cons[type->consCount - 1], counted);
 }
 
+// The members of a union come last and may be unions again: nothing is left to do here
+// then, so that this level is gone from the stack.
+static_assert(QMT_CONS_UNION == QMT_CONS_COUNT - 1);
+
 uint32_t QMT_LOADER_FillAllTypeConstraint(QmsModule* module, xmlNode* typeElem, QmtType* type,
                                           const QmtTypeCounters* counters) {
-  for (uint32_t kind = 0; kind < QMT_CONS_COUNT; ++kind) {
+  for (uint32_t kind = 0; kind < QMT_CONS_UNION; ++kind) {
     const uint32_t ret = FillOneKind(module, typeElem, type, kind, counters);
     if (ret != QM_OK) return ret;
   }
-  return QM_OK;
+  return FillOneKind(module, typeElem, type, QMT_CONS_UNION, counters);
 }
 
 // A second type statement of one leaf may replace a first one without

@@ -66,6 +66,42 @@ TEST(DeepType, TypedefsAreFollowedFor129Links) {
   EXPECT_NE(0u, CheckValue(TypedefChain(0, 5000, TypeOf("string")) + LeafX(TypeOf("t0"))));
 }
 
+// Of a check of the leaf x alone, since a load may take more.
+size_t StackOfCheck(const std::string& body) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, deep_model::Module("m", body).c_str()));
+  QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
+  const auto check = [x] { EXPECT_EQ(0u, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "v")); };
+  check();  // the first call of a function may take stack to find it
+  const size_t used = OnSmallStack(check);
+  QM_CTX_Delete(ctx);
+  return used;
+}
+
+size_t StackOfLoad(const std::string& body) {
+  const std::string text = deep_model::Module("m", body);
+  const auto load = [&text] {
+    QmCtx* ctx = QM_CTX_Create(0);
+    EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, text.c_str()));
+    QM_CTX_Delete(ctx);
+  };
+  load();
+  return OnSmallStack(load);
+}
+
+TEST(DeepType, OneLevelTakesLittleStack) {
+  constexpr size_t kBytesOfUnion = size_t{224} * QMODEL_STACK_FACTOR;
+  constexpr size_t kBytesOfTypedef = size_t{128} * QMODEL_STACK_FACTOR;
+  const size_t unions = StackOfCheck(LeafX(Unions(128))) - StackOfCheck(LeafX(Unions(1)));
+  EXPECT_LE(unions, 127 * kBytesOfUnion);
+  const size_t loaded = StackOfLoad(LeafX(Unions(250))) - StackOfLoad(LeafX(Unions(1)));
+  EXPECT_LE(loaded, 249 * kBytesOfUnion);
+  const auto typedefs = [](size_t links) {
+    return StackOfCheck(TypedefChain(0, links, TypeOf("string")) + LeafX(TypeOf("t0")));
+  };
+  EXPECT_LE(typedefs(129) - typedefs(1), 128 * kBytesOfTypedef);
+}
+
 // Unions whose member is the first of `links` typedefs, the last of which is the next
 // union: with the member's own, each has `links` + 1 types under check.
 std::string UnionsOfTypedefs(size_t unions, size_t links) {
