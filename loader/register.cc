@@ -21,7 +21,7 @@
 #include "schema/module.h"
 #include "schema/module_registry.h"
 #include "schema/node_value.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "types/type.h"
 
 static uint32_t RegisterModule(QmCtx* ctx, QmsModule* module) {

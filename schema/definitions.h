@@ -6,8 +6,8 @@
 #include "context/records.h"
 #include "schema/records.h"
 
-// The global definitions of a module, kind by kind. Each kind has the same
-// operations, as far as they are needed:
+// The global definitions of a module, kind by kind; typedefs have a file of their own
+// (typedef.h). Each kind has the same operations, as far as they are needed:
 //
 // Append grows the module's array by one, has Fill fill the new element and raises
 // the count last. It gives what Fill gives; 22 also for no module or one without a
@@ -22,17 +22,6 @@
 // frees the array. Both do nothing for NULL.
 // Copy gives a new array with references of its own; NULL for an empty one and
 // when memory runs out.
-
-// Forgets every resolved pointer into the typedef array of `module`, wherever in
-// the module it is kept. To be called before the array is moved or freed; until
-// the next refresh the typedefs are looked up by name, with the same result.
-void ClearResolvedTypedefs(QmsModule* module);
-
-// The same as QMS_MOD_AppendOneTypeDef() for one of many appends in a row: only the
-// typedefs may have been resolved since the last ClearResolvedTypedefs(), so that
-// the trees need not be walked for each.
-uint32_t AppendNextTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
-                           const char* defaultValue);
 
 QM_BEGIN_INTERNAL_DECLS
 
@@ -90,17 +79,6 @@ QmsExtension* QMS_MOD_FindExtensionByName(QmsModule* mod, const char* name);
 uint32_t QMS_MOD_CheckTwoExtensionSame(const QmsExtension* a, const QmsExtension* b);
 void QMS_MDL_ClearExtension(QmDict* dict, QmsExtension* ext);
 void QMS_MOD_FreeExtensions(QmDict* dict, QmsExtension* extensions, uint32_t count);
-
-// Typedefs; the type is copied, the default optional, and the units are not set
-// here. Fill gives 22 also when the type is NULL or could not be copied. Append
-// forgets what is resolved, as the array moves.
-uint32_t QMS_MOD_AppendOneTypeDef(QmsModule* mod, const char* name, const QmtType* realType,
-                                  const char* defaultValue);
-uint32_t QMS_MOD_FillTypeDef(QmDict* dict, QmsTypedef* td, const char* name,
-                             const QmtType* realType, const char* defaultValue);
-QmsTypedef* QMS_MOD_FindTypDefObjByName(QmsTypedef* typedefs, uint32_t count, const char* name);
-QmsTypedef* QMS_MOD_FindQmsTypDefByName(QmsModule* mod, const char* name);
-void QMS_TYPE_FreeTypDefArray(QmDict* dict, QmsTypedef* typedefs, uint32_t count);
 
 // Deviations, without deviates when appended. Deliberate: no two are the same, so
 // a module never has the same one already.

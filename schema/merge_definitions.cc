@@ -15,7 +15,7 @@
 #include "schema/module.h"
 #include "schema/node_array.h"
 #include "schema/record_array.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "types/type.h"
 
 // A record is not merged into itself: it would append its deviations to the array that

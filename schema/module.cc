@@ -16,6 +16,7 @@
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/record_array.h"
+#include "schema/typedef.h"
 
 constinit const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo = {
     QM_CTX_ModTreeKeyCompare, offsetof(QmsModule, name), offsetof(QmsModule, nameLink)};

@@ -9,6 +9,7 @@
 #include "platform/string.h"
 #include "schema/definitions.h"
 #include "schema/module.h"
+#include "schema/typedef.h"
 
 // Deliberate: a module without a key collides with every other.
 int32_t QM_CTX_ModTreeKeyCompare(const void* keyA, const void* keyB) {

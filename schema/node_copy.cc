@@ -15,7 +15,7 @@
 #include "schema/node_link.h"
 #include "schema/node_value.h"
 #include "schema/record_array.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "types/type.h"
 
 using PayloadCopyFunc = void* (*)(QmDict* dict, const void* payload);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 #include <cstdint>
+#include <type_traits>
 
 #include "context/array.h"
 #include "context/dict.h"
 #include "context/memory.h"
 #include "platform/string.h"
+#include "schema/module.h"
 
 // The loops that the arrays of modules, definitions and nodes have in common.
 // A zero-filled element is valid everywhere, and so is a NULL array beside a
@@ -66,6 +68,17 @@ uint32_t AppendElem(Elem** array, uint16_t* count, Fill fill) {
   *array = grown;
   *count = static_cast<uint16_t>(used + 1);
   return QM_OK;
+}
+
+// The same for an array of `mod`, whose element Fill fills with the texts. 22 also for no
+// module and for one without a context.
+template <typename Elem, typename... Texts>
+uint32_t AppendTo(QmsModule* mod, Elem* QmsModule::*array, uint16_t QmsModule::*count,
+                  uint32_t (*fill)(QmDict*, Elem*, Texts...),
+                  std::type_identity_t<Texts>... texts) {
+  if (mod == nullptr || mod->ctx == nullptr) return QM_INVALID;
+  return AppendElem(&(mod->*array), &(mod->*count),
+                    [&](Elem* elem) { return fill(ModuleDict(mod), elem, texts...); });
 }
 
 // A new array of deep copies; NULL for an empty one, and on failure.

@@ -13,7 +13,7 @@
 #include "context/array.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
-#include "schema/definitions.h"
+#include "schema/typedef.h"
 #include "yin/argument.h"
 #include "yin/dispatch.h"
 #include "yin/linkage.h"

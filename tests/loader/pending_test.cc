@@ -7,7 +7,6 @@
 #include <string>
 
 #include "context/list.h"
-#include "schema/definitions.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
 

@@ -17,7 +17,7 @@
 #include "schema/node.h"
 #include "schema/node_array.h"
 #include "schema/node_link.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 #include "types/type.h"

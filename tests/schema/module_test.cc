@@ -16,6 +16,7 @@
 #include "schema/module_registry.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
+#include "schema/typedef.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/module_builder.h"
 #include "tests/support/module_fixture.h"

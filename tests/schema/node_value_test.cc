@@ -8,8 +8,8 @@
 
 #include "context/dict.h"
 #include "context/xml_tree.h"
-#include "schema/definitions.h"
 #include "schema/node_value.h"
+#include "schema/typedef.h"
 #include "tests/support/schema_tree.h"
 #include "tests/support/yin.h"
 

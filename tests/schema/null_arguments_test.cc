@@ -19,6 +19,7 @@
 #include "schema/node_link.h"
 #include "schema/node_path.h"
 #include "schema/node_walk.h"
+#include "schema/typedef.h"
 #include "tests/support/module_builder.h"
 #include "tests/support/module_fixture.h"
 #include "tests/support/null_arguments.h"

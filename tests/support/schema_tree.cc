@@ -7,13 +7,13 @@
 #include "context/array.h"
 #include "context/dict.h"
 #include "context/memory.h"
-#include "schema/definitions.h"
 #include "schema/module.h"
 #include "schema/module_nodes.h"
 #include "schema/module_registry.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "schema/node_value.h"
+#include "schema/typedef.h"
 #include "types/type.h"
 
 namespace schema_tree {

@@ -12,7 +12,7 @@
 
 #include "context/dict.h"
 #include "schema/records.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "tests/support/leaf_module.h"
 #include "tests/support/null_arguments.h"
 #include "tests/support/type_builder.h"

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "schema/records.h"
-#include "schema/type_resolve.h"
+#include "schema/typedef.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/type_builder.h"
 #include "types/builtin.h"

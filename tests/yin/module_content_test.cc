@@ -7,7 +7,6 @@
 
 #include <string>
 
-#include "schema/definitions.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
 #include "tests/support/yin_text.h"
