@@ -47,6 +47,12 @@ step 'reference without a gap, man pages'
 cmake -S . -B build/docs -G Ninja -DQMODEL_BUILD_DOCS=ON -DQMODEL_BUILD_TESTS=OFF >/dev/null
 cmake --build build/docs --target reference man
 
+step 'what the soname promises'
+scripts/check_abi.sh build/release/libqmodel.so
+
+step 'Debian packages'
+scripts/check_packages.sh
+
 step 'fuzz targets'
 QMODEL_FUZZ_SEED=1 scripts/fuzz.sh 6
 

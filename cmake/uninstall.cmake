@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Removes the files that the last install from this build wrote (install_manifest.txt),
+# and the folders of the project that are empty then. DESTDIR as for the install.
+if(NOT EXISTS install_manifest.txt)
+  message(FATAL_ERROR "nothing was installed from this build")
+endif()
+file(STRINGS install_manifest.txt files)
+foreach(file ${files})
+  file(REMOVE "$ENV{DESTDIR}${file}")
+  get_filename_component(folder ${file} DIRECTORY)
+  if(folder MATCHES "/qmodel$")
+    list(APPEND folders "$ENV{DESTDIR}${folder}")
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES folders)
+foreach(folder ${folders})
+  file(GLOB left ${folder}/*)
+  if(NOT left)
+    file(REMOVE_RECURSE ${folder})
+  endif()
+endforeach()
