@@ -136,6 +136,8 @@ bool EnableFeatures(QmCtx* ctx, const Options& options) {
 }
 
 int Prepare(QmCtx* ctx, const Options& options, bool loadOperands) {
+  // One thread, and all messages of a call: there is nothing to be said against it.
+  static_cast<void>(QM_CTX_SetKeepPatterns(ctx, 1));
   if (!AddSearchDirs(ctx, options)) return kExitUnusable;
   if (!LoadAll(ctx, options, loadOperands)) return kExitUnusable;
   return EnableFeatures(ctx, options) ? kExitOk : kExitUsage;

@@ -4,6 +4,7 @@
 // fixed table of 1024 chains; there is no rehashing.
 #include "context/dict.h"
 
+#include <atomic>
 #include <cstring>
 
 #include "context/memory.h"
@@ -59,6 +60,19 @@ static QmDictEntry** FindLink(QmDictBucket* bucket, const char* str) {
   QmDictEntry** link = &bucket->first;
   while (*link != nullptr && RTK_StrCmp((*link)->str, str) != 0) link = &(*link)->next;
   return link;
+}
+
+bool ShareText(QmDict* dict, const char* interned) {
+  QmDictEntry* entry = *FindLink(BucketOf(dict, interned), interned);
+  if (entry == nullptr || entry->str != interned) return false;
+  std::atomic_ref<uint32_t>(entry->refCount).fetch_add(1, std::memory_order_relaxed);
+  return true;
+}
+
+void UnshareText(QmDict* dict, const char* interned) {
+  QmDictEntry* entry = *FindLink(BucketOf(dict, interned), interned);
+  if (entry == nullptr) return;
+  std::atomic_ref<uint32_t>(entry->refCount).fetch_sub(1, std::memory_order_relaxed);
 }
 
 static QmDictEntry* NewEntry(const char* str) {

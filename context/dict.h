@@ -19,6 +19,12 @@ inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
   return text == nullptr || InternText(dict, field, text);
 }
 
+// One more reference to a text that the dictionary itself gave; false for any other. Many
+// threads may do so at a time while nobody inserts or removes. The second takes it away
+// again, beside them; whoever gave the text must hold it meanwhile.
+bool ShareText(QmDict* dict, const char* interned);
+void UnshareText(QmDict* dict, const char* interned);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Makes an empty dictionary. 0, or 1 without memory.

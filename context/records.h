@@ -85,6 +85,9 @@ struct QmCtxErrMng {
 
 constexpr size_t kQmCurYinFileSize = 256;
 
+// Compiled forms of patterns; context/kept_pattern.cc knows them.
+struct QmKeptPatterns;
+
 // The schema context. Zero-filled at creation; never moved.
 struct QmCtx {
   RtkAvl3Tree modByName;    // QmsModule by name
@@ -101,8 +104,10 @@ struct QmCtx {
   QmBeforeDeviateExtInstFunc beforeDeviateExtInstFunc;
   QmReloadModuleCbFunc reloadModuleCbFunc;
   QmExtInstFilterCbFunc extInstFilterCbFunc;
-  RtkAvl3Tree modRelTree;  // QmCtxModRelTbl by target-module name
-  uint32_t loadFlags;      // QmLoadFlag bits
+  RtkAvl3Tree modRelTree;        // QmCtxModRelTbl by target-module name
+  uint32_t loadFlags;            // QmLoadFlag bits
+  uint32_t keepPatterns;         // 1: compiled forms are kept
+  QmKeptPatterns* keptPatterns;  // owned; NULL: none yet. Published by checks, atomically
 };
 
 static_assert(std::is_standard_layout_v<QmCtx> && std::is_trivially_copyable_v<QmCtx>);

@@ -23,10 +23,5 @@ uint32_t QM_UTL_CountCharNumber(const char* str, char c);
 // The first `c` among the first `n` characters, or NULL; one character is looked at when
 // `n` is 0.
 const char* QM_UTL_Strnchr(const char* str, char c, uint32_t n);
-// 0 when the whole text matches an XML Schema regular expression, else 22, also for
-// a pattern that does not compile, or would take too much of the stack for it (more than
-// 512 parts that may be empty, or 1,024 classes open at once). Matching may give up on
-// patterns that backtrack without end; the text then does not match.
-uint32_t QM_UTL_MatchStrWithPattern(const char* str, const char* pattern);
 
 QM_END_INTERNAL_DECLS

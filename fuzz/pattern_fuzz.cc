@@ -2,7 +2,7 @@
 // A pattern and a value, separated by a line feed.
 #include <cstdlib>
 
-#include "context/string.h"
+#include "context/pattern.h"
 #include "fuzz/fuzz_target.h"
 
 void FuzzOne(const FuzzInput& input) {

@@ -12,6 +12,7 @@
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
+#include "context/kept_pattern.h"
 #include "context/load_error.h"
 #include "context/memory.h"
 #include "context/relation.h"
@@ -43,6 +44,8 @@ void QM_CTX_Delete(QmCtx* ctx) noexcept {
   ctx->errMng = nullptr;
   QM_CTX_DeInitModuleTree(ctx);
   QM_CTX_DeInitModRelationTree(ctx);
+  // The hooks that the modules' end calls may have checked a value.
+  DropKeptPatterns(ctx);
   QM_CTX_FreeSearchDirs(ctx, ctx->searchDirs, ctx->searchDirCount);
   ctx->searchDirs = nullptr;
   ctx->searchDirCount = 0;

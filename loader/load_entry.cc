@@ -5,6 +5,7 @@
 #include <qmodel/schema.h>
 
 #include "context/guard.h"
+#include "context/kept_pattern.h"
 #include "context/load_error.h"
 #include "context/xml_parse.h"
 #include "coupling/change_event.h"
@@ -72,5 +73,8 @@ uint32_t QM_CTX_LoadMemory(QmCtx* ctx, const char* yinText) noexcept {
 uint32_t QM_CTX_UnloadModule(QmCtx* ctx, const char* modName) noexcept {
   // A NULL name names no module, and unloading what is not there succeeds.
   if (ctx == nullptr || modName == nullptr) return QM_OK;
-  return QMS_LOADER_UnloadModuleProc(ctx, modName);
+  const uint32_t ret = QMS_LOADER_UnloadModuleProc(ctx, modName);
+  // Last, since the hooks of an unload may check values.
+  DropKeptPatterns(ctx);
+  return ret;
 }

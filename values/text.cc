@@ -9,8 +9,8 @@
 
 #include "context/array.h"
 #include "context/guard.h"
+#include "context/kept_pattern.h"
 #include "context/records.h"
-#include "context/string.h"
 #include "context/text_scan.h"
 #include "platform/string.h"
 #include "types/type.h"
@@ -190,18 +190,19 @@ uint32_t ScanBits(void* body, QmNameValueScanFunc cb, void* arg) {
 // Patterns (RFC 7950 section 9.4.5): regular expressions of XML Schema, in the dialect
 // of libxml2. All patterns of a type must accept the value.
 //
-// Deliberate: patterns are compiled in every check and nothing is kept, so that checks
-// share no state. A pattern that does not compile matches nothing: it refuses every
-// value, or with invert-match accepts every value.
+// Deliberate: unless the client has asked the context to keep them, patterns are compiled
+// in every check and nothing is kept, so that checks share no state. A pattern that does
+// not compile matches nothing: it refuses every value, or with invert-match accepts every
+// value.
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataPattern(void* body, uint32_t inputKind,
-                                                      const void* input,
-                                                      QmtCheckCtx* /*checkCtx*/) {
+                                                      const void* input, QmtCheckCtx* checkCtx) {
   const auto* own = static_cast<const QmtConsPattern*>(body);
   const char* text = QMT_TYPE_GetInputValueAsSimpleStr(inputKind, input);
   if (text == nullptr) return QM_VALUE_BAD_PATTERN;
+  QmCtx* ctx = checkCtx == nullptr ? nullptr : checkCtx->ctx;
   for (uint32_t i = 0; own->items != nullptr && i < own->count; ++i) {
-    const bool matches = QM_UTL_MatchStrWithPattern(text, own->items[i].pattern) == QM_OK;
+    const bool matches = MatchStrKeepingPattern(ctx, text, own->items[i].pattern) == QM_OK;
     const bool wanted = own->items[i].invertMatch == 0;
     if (matches != wanted) return QM_VALUE_BAD_PATTERN;
   }

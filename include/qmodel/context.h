@@ -219,6 +219,36 @@ QM_API QM_NODISCARD uint32_t QM_CTX_DisableModFeature(QmCtx *ctx, const char *mo
 QM_API uint32_t QM_CTX_IsModFeatureEnable(QmCtx *ctx, const char *modName,
                                           const char *featName) QM_NOEXCEPT;
 
+/* Patterns. */
+
+/**
+ * @brief Sets whether the context keeps the compiled forms of patterns.
+ *
+ * It does not in a new context: each check of a value compiles the patterns of its
+ * type, and nothing is kept. While it does, a pattern is compiled when the first value
+ * is checked against it, and its compiled form serves all later checks, in all threads.
+ * Each QM_CTX_UnloadModule(), switching off and QM_CTX_Delete() free all of them. The
+ * results of checks are the same either way; what is saved is most of the time that a
+ * check takes.
+ *
+ * A pattern that does not compile is not kept, but tried again at each check. Compiled
+ * forms are blocks of libxml2 and do not pass the memory hooks; the records that lead to
+ * them do, and without memory for one its form is not kept.
+ *
+ * @param[in,out] ctx  Context to change. NULL is refused.
+ * @param[in]     on   0 to keep nothing, and free what is kept; anything else to keep.
+ *
+ * @retval 0   Set; also when it was so before.
+ * @retval 22  @p ctx is NULL.
+ *
+ * @par Thread safety
+ * The caller serialises this with every other call on the same context, value checks
+ * and validations included.
+ *
+ * @see RFC 7950 section 9.4.5
+ */
+QM_API QM_NODISCARD uint32_t QM_CTX_SetKeepPatterns(QmCtx *ctx, uint32_t on) QM_NOEXCEPT;
+
 /* Search directories. */
 
 /**

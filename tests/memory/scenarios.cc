@@ -206,6 +206,24 @@ void ValidateStatements(bool refusing) {
   QM_CTX_Delete(ctx);
 }
 
+// A check that finds its pattern compiled, or no memory to keep it, answers the same.
+void KeepPatterns(bool refusing) {
+  QmCtx* ctx = Open(QM_LOAD_IMPORTS);
+  static_cast<void>(QM_CTX_SetKeepPatterns(ctx, 1));
+  static_cast<void>(QM_CTX_LoadModule(ctx, "router-system"));
+  QmsNode* name = QM_CTX_GetTargetNode(ctx, "/router-system:system/host-name", nullptr);
+  for (int round = 0; name != nullptr && round < 2; ++round) {
+    EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(name, QM_INPUT_TEXT, "edge-1"));
+    EXPECT_EQ(QM_VALUE_BAD_PATTERN, QM_NODE_ValidateValue(name, QM_INPUT_TEXT, "edge_1"));
+    ValidateTexts(ctx);
+    static_cast<void>(QM_CTX_SetKeepPatterns(ctx, 0));
+    static_cast<void>(QM_CTX_SetKeepPatterns(ctx, 1));
+  }
+  static_cast<void>(QM_CTX_UnloadModule(ctx, "router-system"));
+  ExpectUsable(ctx, refusing, "router-types");
+  QM_CTX_Delete(ctx);
+}
+
 }  // namespace
 
 const std::vector<Scenario>& ContextLives() {
@@ -214,6 +232,7 @@ const std::vector<Scenario>& ContextLives() {
                                                   {"load a split module", LoadSplit},
                                                   {"couple and unload", CoupleAndUnload},
                                                   {"validate", Validate},
+                                                  {"keep patterns", KeepPatterns},
                                                   {"load statements", LoadStatements},
                                                   {"validate statements", ValidateStatements}};
   return scenarios;
