@@ -52,6 +52,12 @@ struct TargetStep {
   std::string_view name;     // of the argument of the statement's origin
 };
 
+// A condition that was left out, and where it stood.
+struct DroppedCondition {
+  const xmlNode* parent = nullptr;
+  LooseStatement statement;
+};
+
 struct Output;
 
 // A node of an expanded tree, and the output that it stands in.
@@ -83,6 +89,7 @@ struct Output {
   std::vector<LooseStatement> removed;
   // The inputs and outputs that operations do not write, as far as a path led to them.
   std::map<std::pair<const xmlNode*, Keyword>, LooseStatement> implied;
+  std::vector<DroppedCondition> dropped;
   unsigned depth = 0;    // of copies, while they are made
   bool stopped = false;  // has an error that stops it
   Report report;         // what is wrong or lost

@@ -178,7 +178,10 @@ void SettleConditions(const std::vector<Output*>& outputs) {
     for (xmlNode* when : later.ofAugments) HandDown(out, when);
     for (auto& [statement, why] : later.failing) {
       Lose(out, statement, why + "; the condition is left out");
-      RemoveStatement(statement);
+      // A deviation may delete it.
+      out->dropped.push_back({ParentOf(statement), nullptr});
+      TakeOut(statement);
+      out->dropped.back().statement.reset(statement);
     }
   }
 }

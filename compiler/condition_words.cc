@@ -41,6 +41,20 @@ FoundNode ContextOf(Output* out, const xmlNode* statement) {
   return StatementOf(statement)->handedDown ? DataParent(out->all, node) : node;
 }
 
+struct ComparedPath {
+  const Xpath* xpath;
+  uint32_t path;
+};
+
+// True when a literal that is compared with a path names an identity.
+bool IsComparedIdentity(Compilation* all, const FoundNode& context, Module* words,
+                        const ComparedPath& with, std::string_view literal) {
+  const FoundNode target = PathTarget(all, context, words, *with.xpath, with.path);
+  if (target.node != nullptr) return IsIdentityref(target);
+  const Reference reference = SplitReference(literal);
+  return !reference.prefix.empty() && KnowsPrefix(words, reference.prefix);
+}
+
 void ReportUnknown(Output* out, const xmlNode* statement,
                    const std::vector<UnknownPrefix>& unknown) {
   for (const UnknownPrefix& one : unknown) {
@@ -62,13 +76,9 @@ NameRules RulesFor(Output* out, const xmlNode* statement) {
   };
   rules.isIdentity = [out, words, statement](const Xpath& xpath, uint32_t path,
                                              std::string_view literal) {
-    const Reference reference = SplitReference(literal);
     const FoundNode context = ContextOf(out, statement);
-    if (context.output == nullptr) return !reference.prefix.empty();
-    const FoundNode target = PathTarget(out->all, context, words, xpath, path);
-    if (target.node == nullptr)
-      return !reference.prefix.empty() && KnowsPrefix(words, reference.prefix);
-    return IsIdentityref(target);
+    if (context.output == nullptr) return !SplitReference(literal).prefix.empty();
+    return IsComparedIdentity(out->all, context, words, {&xpath, path}, literal);
   };
   return rules;
 }
@@ -101,9 +111,12 @@ void PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
 
 }  // namespace
 
-std::string CanonicalCondition(const xmlNode* statement, const Module* local) {
+std::string CanonicalCondition(Compilation* all, const xmlNode* statement, const FoundNode& context,
+                               const Module* bare) {
   const xmlNode* origin = OriginOf(statement);
   Module* words = StatementOf(origin)->words;
+  const Module* local = context.output->module;
+  if (bare == nullptr) bare = MainModuleOf(words);
   Xpath xpath;
   XpathError error;
   if (ArgumentOf(origin) == nullptr || !ParseXpath(ArgumentOf(origin), &xpath, &error)) return {};
@@ -112,10 +125,14 @@ std::string CanonicalCondition(const xmlNode* statement, const Module* local) {
     const Module* module = prefix.empty() ? local : ModuleOfPrefix(words, prefix);
     return module == nullptr ? std::string() : module->name;
   };
-  rules.identities = [words](std::string_view prefix) -> std::optional<std::string> {
-    const Module* module = ModuleOfPrefix(words, prefix);
+  rules.identities = [words, bare](std::string_view prefix) -> std::optional<std::string> {
+    const Module* module = prefix.empty() ? bare : ModuleOfPrefix(words, prefix);
     if (module == nullptr) return std::nullopt;
     return module->name;
+  };
+  rules.isIdentity = [all, &context, words](const Xpath& one, uint32_t path,
+                                            std::string_view literal) {
+    return IsComparedIdentity(all, context, words, {&one, path}, literal);
   };
   std::vector<UnknownPrefix> unknown;
   return RenamePrefixes(xpath, rules, &unknown);

@@ -16,9 +16,11 @@ void TranslateCondition(Output* out, xmlNode* statement);
 void RewritePath(Output* out, xmlNode* statement);
 
 // The condition with the names of modules for prefixes: equal for the same meaning,
-// whatever prefixes it was written with. `local` is the module that a node without prefix
-// belongs to. Empty: it does not parse.
-std::string CanonicalCondition(const xmlNode* statement, const Module* local);
+// whatever prefixes it was written with. `context` is the node that it is evaluated at; a
+// node without prefix belongs to its module, an identity without prefix to `bare` (NULL:
+// the module that the condition was written in). Empty: it does not parse.
+std::string CanonicalCondition(Compilation* all, const xmlNode* statement, const FoundNode& context,
+                               const Module* bare);
 
 // In a union, members that are leafrefs become the type of their target, where that is
 // known.

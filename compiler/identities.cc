@@ -25,11 +25,43 @@ bool IsIdentityref(const xmlNode* bottom) {
   return bottom != nullptr && std::string_view(ArgumentOf(bottom)) == "identityref";
 }
 
-// The type that a default is a value of; NULL: it is none.
-const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
-  const xmlNode* own = FirstChild(parent, Keyword::kType);
-  if (own != nullptr || !Is(parent, Keyword::kDeviate)) return own;
-  return TypeOfNode(FindTarget(out->all, TargetSteps(ParentOf(parent))));
+// What a default is for: the leaf may be one of another module.
+struct DefaultPlace {
+  const xmlNode* type = nullptr;  // NULL: there is none
+  const Module* module = nullptr;
+};
+
+// A type that the deviation replaces is replaced before.
+const xmlNode* TypeOfDeviation(const xmlNode* deviation) {
+  const xmlNode* type = nullptr;
+  for (const xmlNode* s = FirstChild(deviation, Keyword::kDeviate); s != nullptr;
+       s = NextSibling(s, Keyword::kDeviate)) {
+    if (const xmlNode* replaced = FirstChild(s, Keyword::kType)) type = replaced;
+  }
+  return type;
+}
+
+DefaultPlace PlaceOfDefault(Output* out, const xmlNode* parent) {
+  if (!Is(parent, Keyword::kDeviate)) return {FirstChild(parent, Keyword::kType), out->module};
+  const FoundNode target = FindTarget(out->all, TargetSteps(ParentOf(parent)));
+  const xmlNode* replaced = TypeOfDeviation(ParentOf(parent));
+  return {replaced == nullptr ? TypeOfNode(target) : replaced,
+          target.node == nullptr ? out->module : target.output->module};
+}
+
+// Behind a typedef, an identity of the leaf's own module stands bare, whoever says so.
+std::string WrittenIdentity(Output* out, Module* module, std::string_view name,
+                            const DefaultPlace& place, bool direct) {
+  if (direct) return Qualify(out, module, name);
+  if (module->name == place.module->name) return std::string(name);
+  return PrefixOf(out, module) + ":" + std::string(name);
+}
+
+// A leaf, or a deviation that does not take its default away.
+bool GivesDefault(const xmlNode* parent) {
+  if (!Is(parent, Keyword::kDeviate)) return Is(parent, Keyword::kLeaf);
+  const char* kind = ArgumentOf(parent);
+  return kind == nullptr || std::string_view(kind) != "delete";
 }
 
 }  // namespace
@@ -63,9 +95,9 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     SetArgument(session, byDefault, name);
     return true;
   }
-  const xmlNode* type = TypeOfDefault(out, parent);
-  if (type == nullptr) return true;
-  const BottomType bottom = FindBottomType(type);
+  const DefaultPlace place = PlaceOfDefault(out, parent);
+  if (place.type == nullptr) return true;
+  const BottomType bottom = FindBottomType(place.type);
   if (!IsIdentityref(bottom.type)) return true;
   if (Is(parent, Keyword::kTypedef)) {
     RemoveStatement(byDefault);
@@ -79,9 +111,9 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     RemoveStatement(byDefault);
     return false;
   }
-  const std::string written = Qualify(out, module, reference.name);
+  const std::string written = WrittenIdentity(out, module, reference.name, place, bottom.direct);
   SetArgument(session, byDefault, written);
-  if (!bottom.direct && written.find(':') != std::string::npos && Is(parent, Keyword::kLeaf))
+  if (!bottom.direct && written.find(':') != std::string::npos && GivesDefault(parent))
     Lose(out, byDefault,
          "the default \"" + written +
              "\" is added to requests as it stands, so they are valid again only where they "

@@ -365,6 +365,92 @@ TEST_F(Deviations, DeleteStepsThatTheTargetWritesWithoutPrefixes) {
   }
 }
 
+TEST_F(Deviations, DeleteIdentitiesHoweverTheirPrefixesAreWritten) {
+  Module11("q",
+           "identity base; identity sub { base base; }\n"
+           "container c { leaf id { type identityref { base base; } } leaf t { type string; }\n"
+           "  leaf a { type string; must \"../id = 'sub'\"; must \"../t = 'sub'\"; } }");
+  for (const char* must : {"../id = 'sub'", "../q:id = 'q:sub'", "../id = 'q:sub'"}) {
+    SCOPED_TRACE(must);
+    Module11("m", std::string("import q { prefix q; }\n"
+                              "deviation /q:c/q:a { deviate delete { must \"") +
+                      must + "\"; } }");
+    EXPECT_EQ("deviation /q:c/q:a { deviate delete { must ../id = 'q:sub'; } }",
+              BodyOf(Run({"m"}), "m"));
+  }
+  // A text is no identity.
+  Module11("m",
+           "import q { prefix q; }\n"
+           "deviation /q:c/q:a { deviate delete { must \"../q:t = 'sub'\"; } }");
+  EXPECT_EQ("deviation /q:c/q:a { deviate delete { must ../t = 'sub'; } }",
+            BodyOf(Run({"m"}), "m"));
+}
+
+TEST_F(Deviations, DeleteIdentitiesOfAGroupingsModule) {
+  Module11("g",
+           "identity base; identity sub { base base; }\n"
+           "grouping g { leaf id { type identityref { base base; } }\n"
+           "  leaf a { type string; must \"../id = 'sub'\"; } }");
+  Module11("q", "import g { prefix g; } container c { uses g:g; }");
+  for (const char* must : {"../id = 'sub'", "../q:id = 'g:sub'"}) {
+    SCOPED_TRACE(must);
+    Module11("m", std::string("import q { prefix q; } import g { prefix g; }\n"
+                              "deviation /q:c/q:a { deviate delete { must \"") +
+                      must + "\"; } }");
+    EXPECT_EQ("deviation /q:c/q:a { deviate delete { must ../id = 'g:sub'; } }",
+              BodyOf(Run({"m"}), "m"));
+  }
+}
+
+TEST_F(Deviations, LeaveOutADeletionOfWhatIsNotThere) {
+  Module("n",
+         "container c { leaf a { type string; must \"../b\"; default x; units u; }\n"
+         "  leaf b { type string; } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "deviation /n:c/n:a { deviate delete {\n"
+         "  must \"../n:b = 'x'\";\n"
+         "  must \"../n:b\";\n"
+         "  default y;\n"
+         "  units v;\n"
+         "} }");
+  EXPECT_EQ("deviation /n:c/n:a { deviate delete { must ../b; } }", BodyOf(Run({"m"}), "m"));
+  const std::string findings = Findings("m");
+  for (const char* line :
+       {"m.yang:4: the leaf \"a\" has no such must to delete; it is left out\n",
+        "m.yang:6: the leaf \"a\" has no such default to delete; it is left out\n",
+        "m.yang:7: the leaf \"a\" has no such units to delete; it is left out\n"})
+    EXPECT_NE(std::string::npos, findings.find(line)) << findings;
+}
+
+TEST_F(Deviations, DeleteDefaultsThatNameTheSameIdentity) {
+  Module11("q",
+           "identity base; identity sub { base base; }\n"
+           "typedef t { type identityref { base base; } }\n"
+           "container c { leaf a { type identityref { base base; } default sub; }\n"
+           "  leaf b { type t; default sub; } }");
+  for (const char* value : {"sub", "q:sub"}) {
+    SCOPED_TRACE(value);
+    const std::string body = std::string(" { deviate delete { default ") + value + "; } }";
+    Module11("m",
+             "import q { prefix q; } deviation /q:c/q:a" + body + " deviation /q:c/q:b" + body);
+    EXPECT_EQ(
+        "deviation /q:c/q:a { deviate delete { default q:sub; } } "
+        "deviation /q:c/q:b { deviate delete { default sub; } }",
+        BodyOf(Run({"m"}), "m"));
+  }
+}
+
+TEST_F(Deviations, DeleteWhatWasLeftOutAlready) {
+  Module("n", "rpc r { input { leaf a { type string; must \"none()\"; } } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "deviation /n:r/n:input/n:a { deviate delete { must \"none()\"; } }");
+  CompileOptions options;
+  options.dropFailing = true;
+  EXPECT_EQ("deviation /n:r/n:input/n:a { deviate delete; }", BodyOf(Run({"m"}, options), "m"));
+}
+
 TEST_F(Deviations, OfAnInputThatIsNotWrittenAreReported) {
   Module("n", "rpc r { output { leaf a { type string; } } }");
   Module("m",

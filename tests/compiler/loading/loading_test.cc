@@ -75,5 +75,56 @@ TEST_F(Loading, AugmentsOfAnInputThatIsNotWrittenAreCoupledInAnyOrder) {
     EXPECT_TRUE(Has(path)) << path;
 }
 
+TEST_F(Loading, DeletionsFindWhatTheyDelete) {
+  Module11(
+      "g",
+      "identity base; identity sub { base base; }\n"
+      "typedef t { type identityref { base base; } }\n"
+      "grouping g { leaf id { type identityref { base base; } default sub; }\n"
+      "  leaf a { type string; must \"../id = 'sub'\"; must \"derived-from(../id, 'base')\"; }\n"
+      "  leaf b { type t; default sub; } }");
+  Module11("q", "import g { prefix g; } container c { uses g:g; }");
+  Module11("m",
+           "import q { prefix q; } import g { prefix g; }\n"
+           "deviation /q:c/q:a { deviate delete { must \"../id = 'sub'\";\n"
+           "  must \"derived-from(../q:id, 'g:base')\"; must \"../q:none\"; } }\n"
+           "deviation /q:c/q:id { deviate delete { default g:sub; } }\n"
+           "deviation /q:c/q:b { deviate delete { default g:sub; units none; } }");
+  Load({"m", "q"});
+  EXPECT_EQ("", Errors());
+  for (const char* path : {"/q:c/id", "/q:c/b"})
+    EXPECT_EQ(nullptr, QM_NODE_GetDefaultValueStr(QM_CTX_GetTargetNode(ctx_, path, nullptr)));
+}
+
+// The default of the typedef stands on the leaf, which had none of its own.
+TEST_F(Loading, DeviationsChangeADefaultThatATypedefBrought) {
+  Module11("q",
+           "identity base; identity sub { base base; } identity other { base base; }\n"
+           "typedef t { type identityref { base base; } default sub; }\n"
+           "typedef u { type t; default other; }\n"
+           "container c { leaf a { type t; } leaf b { type t; } leaf d { type t; }\n"
+           "  leaf e { type t; } leaf f { type string; } leaf g { type t; default sub; } }");
+  Module11("m",
+           "import q { prefix q; }\n"
+           "deviation /q:c/q:a { deviate add { default q:other; must \"1 = 1\"; } }\n"
+           "deviation /q:c/q:b { deviate add { mandatory true; } }\n"
+           "deviation /q:c/q:d { deviate replace { type string; } }\n"
+           "deviation /q:c/q:e { deviate replace { type q:u; } }\n"
+           "deviation /q:c/q:f { deviate replace { type q:u; } }\n"
+           "deviation /q:c/q:g { deviate replace { type q:u; } }");
+  Load({"m", "q"});
+  EXPECT_EQ("", Errors());
+  EXPECT_EQ(
+      "module: q\n"
+      "+--rw c\n"
+      "   +--rw a?   q:t <other>\n"
+      "   +--rw b    q:t\n"
+      "   +--rw d?   string\n"
+      "   +--rw e?   q:u <other>\n"
+      "   +--rw f?   q:u <other>\n"
+      "   +--rw g?   q:u <sub>\n",
+      Tree("q"));
+}
+
 }  // namespace
 }  // namespace compiler
