@@ -22,6 +22,7 @@
 #include "compiler/symbols.h"
 #include "compiler/target.h"
 #include "compiler/typedefs.h"
+#include "compiler/version.h"
 
 namespace compiler {
 
@@ -171,6 +172,7 @@ std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& mo
   for (Output* out : outputs) {
     if (!out->stopped) SettleDeviations(out);
   }
+  SettleVersions(outputs);
   for (Output* out : outputs) {
     if (!out->stopped) KeepLimits(out);
   }
