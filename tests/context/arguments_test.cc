@@ -77,22 +77,22 @@ TEST_F(ContextArguments, NoCharacterIsFoundInNoText) {
 
 TEST_F(ContextArguments, OutputsWithoutRoomAreLeftAlone) {
   char name[8] = "x";
-  EXPECT_NE(0u, QM_UTL_GetXPathNextNodeName("abc", nullptr, 8));
-  EXPECT_NE(0u, QM_UTL_GetXPathNextNodeName("abc", name, 0));
+  EXPECT_NE(QM_OK, QM_UTL_GetXPathNextNodeName("abc", nullptr, 8));
+  EXPECT_NE(QM_OK, QM_UTL_GetXPathNextNodeName("abc", name, 0));
   EXPECT_STREQ("x", name);
-  EXPECT_EQ(0u, QM_UTL_GetXPathNextNodeName("a_b", name, sizeof name));
+  EXPECT_EQ(QM_OK, QM_UTL_GetXPathNextNodeName("a_b", name, sizeof name));
   EXPECT_STREQ("a_b", name);
 }
 
 TEST_F(ContextArguments, ArraysOfRecordsGrowUpToTheCounterAndNoFurther) {
   uint64_t* array = nullptr;
-  ASSERT_EQ(0u, NewArrayOf(&array, 1));
+  ASSERT_EQ(QM_OK, NewArrayOf(&array, 1));
   EXPECT_EQ(QM_INVALID, GrowByOne(&array, kMaxArrayCount));
   counting_memory::RefuseNth(1, Refuse::kOnce);
   EXPECT_EQ(QM_NO_MEMORY, GrowByOne(&array, 1));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   ASSERT_NE(nullptr, array);
-  EXPECT_EQ(0u, GrowByOne(&array, 1));
+  EXPECT_EQ(QM_OK, GrowByOne(&array, 1));
   g_qmMemFreeFunc(array);
 }
 

@@ -112,20 +112,20 @@ TEST_F(ExpandArray, ACountBesideANullArrayCountsEmptyElements) {
 
 TEST(GrowByOne, IsRefusedBeforeA16BitCounterOverflows) {
   uint8_t* bytes = nullptr;
-  ASSERT_EQ(0u, NewArrayOf(&bytes, 65535));
+  ASSERT_EQ(QM_OK, NewArrayOf(&bytes, 65535));
   bytes[65534] = 7;
   uint8_t* const before = bytes;
   EXPECT_EQ(QM_INVALID, GrowByOne(&bytes, 65535));
   EXPECT_EQ(before, bytes);
-  EXPECT_EQ(0u, GrowByOne(&bytes, 65534));
+  EXPECT_EQ(QM_OK, GrowByOne(&bytes, 65534));
   g_qmMemFreeFunc(bytes);
 }
 
 TEST(GrowByOne, KeepsPointersToConst) {
   const char** texts = nullptr;
-  ASSERT_EQ(0u, GrowByOne(&texts, 0));
+  ASSERT_EQ(QM_OK, GrowByOne(&texts, 0));
   texts[0] = "a";
-  ASSERT_EQ(0u, GrowByOne(&texts, 1));
+  ASSERT_EQ(QM_OK, GrowByOne(&texts, 1));
   EXPECT_STREQ("a", texts[0]);
   EXPECT_EQ(nullptr, texts[1]);
   FreeAndNull(&texts);

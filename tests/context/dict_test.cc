@@ -2,6 +2,7 @@
 #include "context/dict.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <set>
 #include <string>
@@ -12,7 +13,7 @@ namespace {
 
 class Dict : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(0u, QM_DICT_Init(&dict_)); }
+  void SetUp() override { ASSERT_EQ(QM_OK, QM_DICT_Init(&dict_)); }
   void TearDown() override { QM_DICT_Destroy(&dict_); }
 
   const QmDictEntry* Find(const char* text) {
@@ -170,7 +171,7 @@ TEST_F(Dict, InternTextReplacesAndKeepsTheFieldOnFailure) {
 TEST(DictMemory, InitWithoutMemoryGives1) {
   QmDict dict = {};
   counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-  EXPECT_EQ(1u, QM_DICT_Init(&dict));
+  EXPECT_EQ(QM_FAILED, QM_DICT_Init(&dict));
   EXPECT_EQ(1u, counting_memory::StopRefusing());
   EXPECT_EQ(nullptr, dict.buckets);
   QM_DICT_Destroy(&dict);

@@ -30,7 +30,7 @@ class LoadErrors : public testing::Test {
   }
   Texts Recorded() {
     Texts texts;
-    EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
+    EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
     return texts;
   }
 
@@ -166,8 +166,8 @@ TEST_F(ScanLoadFail, FirstNonZeroResultStopsItAndIsReturned) {
 
 TEST_F(ScanLoadFail, NullContextOrCallbackGives0) {
   QM_CTX_AddModError(ctx_, "a", "1");
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(nullptr, Collect, nullptr));
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(nullptr, Collect, nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, nullptr, nullptr));
 }
 
 TEST_F(ScanLoadFail, CallbackThatRecordsReadsOrDeletesDoesNotHang) {
@@ -180,7 +180,7 @@ TEST_F(ScanLoadFail, CallbackThatRecordsReadsOrDeletesDoesNotHang) {
     QM_CTX_DeleteErrNodeByModName(ctx->errMng, "a");
     return 0;
   };
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, intrude, ctx_));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, intrude, ctx_));
   EXPECT_EQ(Texts{"a|NULL|1"}, Recorded());
   QM_CTX_AddModError(ctx_, "z", "after the scan");
   EXPECT_EQ((Texts{"a|NULL|1", "z|NULL|after the scan"}), Recorded());
@@ -191,7 +191,7 @@ TEST_F(ScanLoadFail, LoadThatFailsInsideACallbackDoesNotHang) {
   const QmLoadFailScanFunc load = [](const char*, const char*, const char*, void* arg) -> uint32_t {
     return QM_CTX_LoadModule(static_cast<QmCtx*>(arg), "absent") == 0 ? 1 : 0;
   };
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, load, ctx_));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, load, ctx_));
   EXPECT_EQ(Texts{"a|NULL|1"}, Recorded());
 }
 
@@ -221,10 +221,10 @@ TEST_F(ScanLoadFail, ScansOfTwoContextsMayBeNested) {
     QM_CTX_AddModError(contexts->outer, "z", "x");
     return ret;
   };
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(both.outer, inOuter, &both));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(both.outer, inOuter, &both));
   EXPECT_EQ(Texts{"a|NULL|1"}, Recorded());
   Texts inner;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(both.inner, Collect, &inner));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(both.inner, Collect, &inner));
   EXPECT_EQ((Texts{"b|NULL|1", "c|NULL|2"}), inner);
   QM_CTX_Delete(both.inner);
 }
@@ -237,7 +237,7 @@ TEST_F(ScanLoadFail, LockThatCannotBeTakenRecordsAndReadsNothing) {
   EXPECT_EQ(nullptr, QM_CTX_GetErrNodeByModName(ctx_, "a"));
   QM_CTX_DeleteErrNodeByModName(ctx_->errMng, "a");
   Texts texts;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
   EXPECT_EQ(Texts{}, texts);
   ASSERT_EQ(0, pthread_rwlock_unlock(&ctx_->errMng->lock));
   EXPECT_EQ(Texts{"a|NULL|1"}, Recorded());
@@ -248,7 +248,7 @@ TEST_F(ScanLoadFail, OneThreadMayScanWhileAnotherRecords) {
   std::thread scanner([this, &done] {
     while (!done.load()) {
       Texts texts;
-      EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
+      EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &texts));
       for (const std::string& text : texts) EXPECT_NE(std::string::npos, text.find("|message"));
     }
   });
@@ -281,7 +281,7 @@ TEST_F(ErrNode, IsMadeWithRoomForTwo) {
   EXPECT_EQ(QM_OK, QMS_MOD_RecordErrorInfo(ctx_, node, "3")) << "dropped, and no failure";
   EXPECT_EQ(2u, node->errorCount);
   Texts texts;
-  EXPECT_EQ(0u, QMS_MOD_ScanModAllLoadFail(node, Collect, &texts));
+  EXPECT_EQ(QM_OK, QMS_MOD_ScanModAllLoadFail(node, Collect, &texts));
   EXPECT_EQ((Texts{"m|NULL|1", "m|NULL|2"}), texts);
   QMS_MOD_FreeErrModNode(&ctx_->dict, node);
 }
@@ -302,9 +302,9 @@ TEST_F(ErrNode, FailedCopyGives12AndLeavesTheCount) {
 TEST_F(ErrNode, ScanOfNothingGives0) {
   QmErrModNode* node = QMS_MOD_CreateErrNode(&ctx_->dict, "m");
   ASSERT_NE(nullptr, node);
-  EXPECT_EQ(0u, QMS_MOD_ScanModAllLoadFail(node, Collect, nullptr)) << "no entries";
-  EXPECT_EQ(0u, QMS_MOD_ScanModAllLoadFail(node, nullptr, nullptr));
-  EXPECT_EQ(0u, QMS_MOD_ScanModAllLoadFail(nullptr, Collect, nullptr));
+  EXPECT_EQ(QM_OK, QMS_MOD_ScanModAllLoadFail(node, Collect, nullptr)) << "no entries";
+  EXPECT_EQ(QM_OK, QMS_MOD_ScanModAllLoadFail(node, nullptr, nullptr));
+  EXPECT_EQ(QM_OK, QMS_MOD_ScanModAllLoadFail(nullptr, Collect, nullptr));
   QMS_MOD_FreeErrModNode(&ctx_->dict, node);
   QMS_MOD_FreeErrModNode(&ctx_->dict, nullptr);
 }

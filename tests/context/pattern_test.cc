@@ -74,8 +74,8 @@ TEST(MatchStrWithPattern, PatternsWithMoreThan1024OpenClassesMatchNothing) {
   EXPECT_EQ(QM_OK, QM_UTL_MatchStrWithPattern("", nested(1023).c_str()));
   EXPECT_EQ(QM_INVALID, QM_UTL_MatchStrWithPattern("", nested(1024).c_str()));
   EXPECT_EQ(QM_INVALID, QM_UTL_MatchStrWithPattern("", nested(1000000).c_str()));
-  EXPECT_EQ(
-      0u, QM_UTL_MatchStrWithPattern(Repeated("a", 2000).c_str(), Repeated("[a-c]", 2000).c_str()));
+  EXPECT_EQ(QM_OK, QM_UTL_MatchStrWithPattern(Repeated("a", 2000).c_str(),
+                                              Repeated("[a-c]", 2000).c_str()));
   EXPECT_EQ(QM_INVALID, QM_UTL_MatchStrWithPattern("a", "a\\"));
 }
 

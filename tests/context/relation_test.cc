@@ -57,30 +57,30 @@ using Names = std::vector<std::string>;
 }  // namespace
 
 TEST_F(TwoModRelation, NewItemsComeFirst) {
-  EXPECT_EQ(0u, Add("T", "A", 0));
-  EXPECT_EQ(0u, Add("T", "B", 1));
+  EXPECT_EQ(QM_OK, Add("T", "A", 0));
+  EXPECT_EQ(QM_OK, Add("T", "B", 1));
   EXPECT_EQ("B/1 A/0 ", Items("T"));
   EXPECT_EQ("none", Items("A"));
 }
 
 TEST_F(TwoModRelation, SameKindAndSourceIsKeptOnce) {
-  EXPECT_EQ(0u, Add("T", "A", 0));
-  EXPECT_EQ(0u, Add("T", "A", 0));
+  EXPECT_EQ(QM_OK, Add("T", "A", 0));
+  EXPECT_EQ(QM_OK, Add("T", "A", 0));
   EXPECT_EQ("A/0 ", Items("T"));
-  EXPECT_EQ(0u, Add("T", "A", 1)) << "another kind is another item";
+  EXPECT_EQ(QM_OK, Add("T", "A", 1)) << "another kind is another item";
   EXPECT_EQ("A/1 A/0 ", Items("T"));
 }
 
 TEST_F(TwoModRelation, TargetMayBeAnyEqualText) {
   const std::string target = "T";
-  EXPECT_EQ(0u, Add("T", "A", 0));
-  EXPECT_EQ(0u, Add(target.c_str(), "B", 0));
+  EXPECT_EQ(QM_OK, Add("T", "A", 0));
+  EXPECT_EQ(QM_OK, Add(target.c_str(), "B", 0));
   EXPECT_EQ("B/0 A/0 ", Items("T"));
 }
 
 TEST_F(TwoModRelation, DeletingTheLastItemDeletesTheTable) {
-  ASSERT_EQ(0u, Add("T", "A", 0));
-  ASSERT_EQ(0u, Add("T", "B", 0));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("T", "B", 0));
   Del("T", "A", 0);
   EXPECT_EQ("B/0 ", Items("T"));
   Del("T", "B", 0);
@@ -89,7 +89,7 @@ TEST_F(TwoModRelation, DeletingTheLastItemDeletesTheTable) {
 
 TEST_F(TwoModRelation, DeletingWhatIsNotThereDoesNothing) {
   Del("T", "A", 0);
-  ASSERT_EQ(0u, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
   Del("T", "A", 1);
   Del("T", "B", 0);
   Del("S", "A", 0);
@@ -143,34 +143,34 @@ TEST_F(Relation, NamesCompareByPointerFirstAndThenByText) {
 }
 
 TEST_F(Relation, DeInitDeletesEveryTable) {
-  ASSERT_EQ(0u, Add("T", "A", 0));
-  ASSERT_EQ(0u, Add("S", "A", 1));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("S", "A", 1));
   QM_CTX_DeInitModRelationTree(ctx_);
   EXPECT_EQ("none", Items("T"));
   EXPECT_EQ("none", Items("S"));
-  EXPECT_EQ(0u, Add("T", "A", 0)) << "the tree can be used on";
+  EXPECT_EQ(QM_OK, Add("T", "A", 0)) << "the tree can be used on";
 }
 
 TEST_F(CollectDepModNamesRecursive, FollowsOneKindBreadthFirst) {
-  ASSERT_EQ(0u, Add("T", "A", 0));
-  ASSERT_EQ(0u, Add("T", "B", 0));
-  ASSERT_EQ(0u, Add("A", "C", 0));
-  ASSERT_EQ(0u, Add("B", "D", 0));
-  ASSERT_EQ(0u, Add("D", "C", 0));
-  ASSERT_EQ(0u, Add("T", "X", 1));
-  ASSERT_EQ(0u, Add("B", "Y", 1));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("T", "B", 0));
+  ASSERT_EQ(QM_OK, Add("A", "C", 0));
+  ASSERT_EQ(QM_OK, Add("B", "D", 0));
+  ASSERT_EQ(QM_OK, Add("D", "C", 0));
+  ASSERT_EQ(QM_OK, Add("T", "X", 1));
+  ASSERT_EQ(QM_OK, Add("B", "Y", 1));
   EXPECT_EQ((Names{"B", "A", "D", "C"}), Closure("T", 0));
   EXPECT_EQ((Names{"X"}), Closure("T", 1));
 }
 
 TEST_F(CollectDepModNamesRecursive, StopsOnACycleThatLeadsBackToTheStart) {
-  ASSERT_EQ(0u, Add("A", "B", 0));
-  ASSERT_EQ(0u, Add("B", "A", 0));
+  ASSERT_EQ(QM_OK, Add("A", "B", 0));
+  ASSERT_EQ(QM_OK, Add("B", "A", 0));
   EXPECT_EQ((Names{"B", "A"}), Closure("A", 0));
 }
 
 TEST_F(CollectDepModNamesRecursive, WithoutNamesTheOutputsStay) {
-  ASSERT_EQ(0u, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
   const char* name = "before";
   const char** names = &name;
   uint32_t count = 77;
@@ -190,7 +190,7 @@ TEST_F(CollectDepModNamesRecursive, NullArgumentsGive22) {
 }
 
 TEST_F(CollectDepModNamesRecursive, NullEntryGives22AndTheArrayIsFreed) {
-  ASSERT_EQ(0u, Add("T", "A", 0));
+  ASSERT_EQ(QM_OK, Add("T", "A", 0));
   QmCtxModRelTbl* tbl = QM_CTX_FindModRelationTbl(ctx_, "T");
   auto* item = static_cast<QmCtxModRelItem*>(static_cast<void*>(tbl->items.next));
   const char* name = item->srcModName;
@@ -208,14 +208,14 @@ TEST_F(CollectDepModNamesRecursive, NamesAreBorrowedAndCannotOverrunTheArray) {
   Names expected;
   for (int i = 0; i < 100; ++i) {
     const std::string source = "m" + std::to_string(i);
-    ASSERT_EQ(0u, Add("T", source, 0));
+    ASSERT_EQ(QM_OK, Add("T", source, 0));
     expected.insert(expected.begin(), source);
   }
   EXPECT_EQ(expected, Closure("T", 0));
 }
 
 TEST_F(CollectDepModNamesRecursive, MissingMemoryGives12) {
-  for (int i = 0; i < 40; ++i) ASSERT_EQ(0u, Add("T", "m" + std::to_string(i), 0));
+  for (int i = 0; i < 40; ++i) ASSERT_EQ(QM_OK, Add("T", "m" + std::to_string(i), 0));
   for (uint64_t n : {1u, 2u}) {
     SCOPED_TRACE(n);
     const char** names = nullptr;
@@ -233,11 +233,11 @@ TEST(WriteOneDepModIntoNameHolder, GrowsBy32WhenOnlyOneSlotIsLeft) {
   static const char kNames[40] = {};
   QmCtxNameHolder holder = {nullptr, 0, 0};
   for (uint32_t i = 0; i < 40; ++i) {
-    ASSERT_EQ(0u, QM_CTX_WriteOneDepModIntoNameHolder(&holder, &kNames[i]));
+    ASSERT_EQ(QM_OK, QM_CTX_WriteOneDepModIntoNameHolder(&holder, &kNames[i]));
     EXPECT_EQ(i + 1, holder.count);
     EXPECT_EQ(i < 31 ? 32u : 64u, holder.capacity);
   }
-  EXPECT_EQ(0u, QM_CTX_WriteOneDepModIntoNameHolder(&holder, &kNames[5])) << "already present";
+  EXPECT_EQ(QM_OK, QM_CTX_WriteOneDepModIntoNameHolder(&holder, &kNames[5])) << "already present";
   EXPECT_EQ(40u, holder.count);
   g_qmMemFreeFunc(holder.names);
 }

@@ -84,79 +84,79 @@ TEST_F(SetSearchDir, WhatIsNoDirectoryIsRefusedWith20) {
 }
 
 TEST_F(SetSearchDir, DirectoriesStandInTheOrderTheyWereSet) {
-  for (const char* sub : {"b", "a", "c"}) EXPECT_EQ(0u, Set(Dir(sub)));
+  for (const char* sub : {"b", "a", "c"}) EXPECT_EQ(QM_OK, Set(Dir(sub)));
   EXPECT_EQ((Texts{Dir("b"), Dir("a"), Dir("c")}), Table());
 }
 
 TEST_F(SetSearchDir, TrailingSlashesNameTheSameEntry) {
-  EXPECT_EQ(0u, Set(Dir("a") + "/"));
-  EXPECT_EQ(0u, Set(Dir("a")));
-  EXPECT_EQ(0u, Set(Dir("a") + "///"));
+  EXPECT_EQ(QM_OK, Set(Dir("a") + "/"));
+  EXPECT_EQ(QM_OK, Set(Dir("a")));
+  EXPECT_EQ(QM_OK, Set(Dir("a") + "///"));
   EXPECT_EQ(Texts{Dir("a")}, Table());
 }
 
 TEST_F(SetSearchDir, RootKeepsItsSlash) {
-  EXPECT_EQ(0u, Set("///"));
+  EXPECT_EQ(QM_OK, Set("///"));
   EXPECT_EQ(Texts{"/"}, Table());
 }
 
 TEST_F(SetSearchDir, TableGrowsOneSlotAtATime) {
   EXPECT_EQ(0u, ctx_->searchDirCap);
   for (uint32_t i = 1; i <= 3; ++i) {
-    EXPECT_EQ(0u, Set(Dir(std::string(1, static_cast<char>('a' + i - 1)))));
+    EXPECT_EQ(QM_OK, Set(Dir(std::string(1, static_cast<char>('a' + i - 1)))));
     EXPECT_EQ(i, ctx_->searchDirCap);
     EXPECT_EQ(i, ctx_->searchDirCount);
   }
 }
 
 TEST_F(UnSetSearchDir, RemovesOneAndKeepsTheOrder) {
-  for (const char* sub : {"a", "b", "c"}) ASSERT_EQ(0u, Set(Dir(sub)));
-  EXPECT_EQ(0u, UnSet(Dir("a") + "/"));
+  for (const char* sub : {"a", "b", "c"}) ASSERT_EQ(QM_OK, Set(Dir(sub)));
+  EXPECT_EQ(QM_OK, UnSet(Dir("a") + "/"));
   EXPECT_EQ((Texts{Dir("b"), Dir("c")}), Table());
   EXPECT_EQ(nullptr, ctx_->searchDirs[2]) << "the last slot is cleared";
   EXPECT_EQ(3u, ctx_->searchDirCap);
-  EXPECT_EQ(0u, Set(Dir("a")));
+  EXPECT_EQ(QM_OK, Set(Dir("a")));
   EXPECT_EQ((Texts{Dir("b"), Dir("c"), Dir("a")}), Table());
   EXPECT_EQ(3u, ctx_->searchDirCap) << "the free slot is used";
 }
 
 TEST_F(UnSetSearchDir, DirectoryThatWasNotSetGives0) {
-  EXPECT_EQ(0u, UnSet(Dir("a")));
+  EXPECT_EQ(QM_OK, UnSet(Dir("a")));
   EXPECT_EQ(QM_INVALID, QM_CTX_UnSetSearchDir(nullptr, "/"));
   EXPECT_EQ(QM_NOT_A_DIRECTORY, UnSet("relative"));
 }
 
 TEST_F(UnSetSearchDir, VanishedDirectoryGives20AndStays) {
-  ASSERT_EQ(0u, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
   fs::remove(Dir("a"));
   EXPECT_EQ(QM_NOT_A_DIRECTORY, UnSet(Dir("a")));
   EXPECT_EQ(Texts{Dir("a")}, Table());
 }
 
 TEST_F(UnSetSearchDir, NullRemovesAllAndKeepsTheSlots) {
-  ASSERT_EQ(0u, Set(Dir("a")));
-  ASSERT_EQ(0u, Set(Dir("b")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("b")));
   EXPECT_EQ(QM_OK, QM_CTX_UnSetSearchDir(ctx_, nullptr));
   EXPECT_EQ(0u, ctx_->searchDirCount);
   EXPECT_EQ(2u, ctx_->searchDirCap);
   EXPECT_EQ(nullptr, ctx_->searchDirs[0]);
   EXPECT_EQ(nullptr, ctx_->searchDirs[1]);
   EXPECT_EQ(QM_OK, QM_CTX_UnSetSearchDir(ctx_, nullptr));
-  EXPECT_EQ(0u, Set(Dir("c")));
+  EXPECT_EQ(QM_OK, Set(Dir("c")));
   EXPECT_EQ(Texts{Dir("c")}, Table());
 }
 
 TEST_F(SearchDirTable, FindComparesTheWholeText) {
-  ASSERT_EQ(0u, Set(Dir("a")));
-  ASSERT_EQ(0u, Set(Dir("b")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("b")));
   EXPECT_EQ(1, QM_CTX_FindSearchDirInTbl(ctx_, Dir("b").c_str()));
   EXPECT_EQ(-1, QM_CTX_FindSearchDirInTbl(ctx_, (Dir("b") + "/").c_str()));
   EXPECT_EQ(-1, QM_CTX_FindSearchDirInTbl(ctx_, base_.c_str()));
 }
 
 TEST_F(SearchDirTable, AppendRefusesASlotThatIsNotEmpty) {
-  ASSERT_EQ(0u, Set(Dir("a")));
-  ASSERT_EQ(0u, Set(Dir("b")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("b")));
   --ctx_->searchDirCount;
   EXPECT_EQ(QM_INVALID, QM_CTX_AppendSearchDirToTbl(ctx_, "/c"));
   ++ctx_->searchDirCount;
@@ -164,13 +164,13 @@ TEST_F(SearchDirTable, AppendRefusesASlotThatIsNotEmpty) {
 }
 
 TEST_F(SearchDirTable, ClearBeyondTheEndDoesNothing) {
-  ASSERT_EQ(0u, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
   QM_CTX_ClearSearchDirAtPos(ctx_, 1);
   EXPECT_EQ(Texts{Dir("a")}, Table());
 }
 
 TEST_F(SetSearchDir, MissingMemoryShowsAs20Then12Then22AndChangesNothing) {
-  ASSERT_EQ(0u, Set(Dir("a")));
+  ASSERT_EQ(QM_OK, Set(Dir("a")));
   // Blocks in order: the normalised path, the table, the entry and its text.
   const uint32_t expected[] = {QM_NOT_A_DIRECTORY, QM_NO_MEMORY, QM_INVALID, QM_INVALID};
   for (uint64_t n = 1; n <= 4; ++n) {
@@ -183,6 +183,6 @@ TEST_F(SetSearchDir, MissingMemoryShowsAs20Then12Then22AndChangesNothing) {
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(Texts{Dir("a")}, Table());
   }
-  EXPECT_EQ(0u, Set(Dir("b")));
+  EXPECT_EQ(QM_OK, Set(Dir("b")));
   EXPECT_EQ((Texts{Dir("a"), Dir("b")}), Table());
 }

@@ -41,12 +41,18 @@ TEST(GetXPathNextNodeName, Rows) {
     uint32_t status;
     const char* name;
   } rows[] = {
-      {"abc", 0, "abc"},         {"abc/def", 0, "abc"},
-      {"abcdefg", 0, "abcdefg"}, {"", 1, ""},
-      {"/abc", 1, ""},           {":abc", 1, ""},
-      {"abc:d", 22, ""},         {"abc[1]", 22, ""},
-      {"abc d", 22, ""},         {"abcdefgh", 126, ""},
-      {"abcdefgh/x", 126, ""},   {"abcdefgh:x", 22, ""},  // what follows is judged before the room
+      {"abc", QM_OK, "abc"},
+      {"abc/def", QM_OK, "abc"},
+      {"abcdefg", QM_OK, "abcdefg"},
+      {"", QM_FAILED, ""},
+      {"/abc", QM_FAILED, ""},
+      {":abc", QM_FAILED, ""},
+      {"abc:d", QM_INVALID, ""},
+      {"abc[1]", QM_INVALID, ""},
+      {"abc d", QM_INVALID, ""},
+      {"abcdefgh", QM_NAME_TOO_LONG, ""},
+      {"abcdefgh/x", QM_NAME_TOO_LONG, ""},
+      {"abcdefgh:x", QM_INVALID, ""},  // what follows is judged before the room
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
@@ -63,23 +69,23 @@ TEST(GetXPathNextPrefixAndNode, Rows) {
     const char* prefix;
     const char* name;
   } rows[] = {
-      {"abc", 0, "", "abc"},
-      {"abc/d:e", 0, "", "abc"},
-      {"p:abc", 0, "p", "abc"},
-      {"p:abc/d", 0, "p", "abc"},
-      {"", 1, "", ""},
-      {"/a", 1, "", ""},
-      {":a", 1, "", ""},
-      {"a b", 22, "", ""},
-      {"a[1]", 22, "", ""},
-      {"p:", 1, "", ""},
-      {"p:/a", 1, "", ""},
-      {"p:a:b", 22, "", ""},
-      {"p:a[1]", 22, "", ""},
-      {"p:abcdefgh", 126, "", ""},
-      {"abcdefgh", 126, "", ""},
-      {"abcdefgh:a", 126, "", ""},
-      {"abcdefgh]a", 22, "", ""},
+      {"abc", QM_OK, "", "abc"},
+      {"abc/d:e", QM_OK, "", "abc"},
+      {"p:abc", QM_OK, "p", "abc"},
+      {"p:abc/d", QM_OK, "p", "abc"},
+      {"", QM_FAILED, "", ""},
+      {"/a", QM_FAILED, "", ""},
+      {":a", QM_FAILED, "", ""},
+      {"a b", QM_INVALID, "", ""},
+      {"a[1]", QM_INVALID, "", ""},
+      {"p:", QM_FAILED, "", ""},
+      {"p:/a", QM_FAILED, "", ""},
+      {"p:a:b", QM_INVALID, "", ""},
+      {"p:a[1]", QM_INVALID, "", ""},
+      {"p:abcdefgh", QM_NAME_TOO_LONG, "", ""},
+      {"abcdefgh", QM_NAME_TOO_LONG, "", ""},
+      {"abcdefgh:a", QM_NAME_TOO_LONG, "", ""},
+      {"abcdefgh]a", QM_INVALID, "", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);

@@ -76,7 +76,7 @@ TEST(CoupleAugmentNode, TwoModulesAugmentOneNodeInTheOrderOfLoading) {
   world.Add("b", Imports({"t"}) + Augment("/t:x", Leaf("z")));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   EXPECT_EQ("x{z:b y:a}", world.Tree("t"));
-  EXPECT_EQ(0u, world.Unload("b"));
+  EXPECT_EQ(QM_OK, world.Unload("b"));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
   EXPECT_EQ("augment:a", world.Relations("t"));
 }
@@ -158,7 +158,7 @@ TEST(CoupleAugmentNode, UncouplingRestoresNoFlags) {
   coupling::World world;
   world.Add("t", Container("x", kConfigFalse));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  ASSERT_EQ(0u, world.Unload("t"));
+  ASSERT_EQ(QM_OK, world.Unload("t"));
   const QmsNode* y = world.Module("a")->augmentNodes->firstChild;
   EXPECT_EQ(static_cast<uint32_t>(QMS_NODE_CONFIG_FALSE), ConfigOf(y));
 }
@@ -201,9 +201,9 @@ TEST(CoupleAugmentNode, AMadeInputStaysWhenTheAugmentGoes) {
   coupling::World world;
   world.Add("m", "<rpc name=\"r\"/>");
   world.Add("a", Imports({"m"}) + Augment("/m:r/m:input", Leaf("late")));
-  ASSERT_EQ(0u, world.Unload("a"));
+  ASSERT_EQ(QM_OK, world.Unload("a"));
   EXPECT_EQ("r{input}", world.Tree("m"));
-  EXPECT_EQ(0u, world.Load("a"));
+  EXPECT_EQ(QM_OK, world.Load("a"));
   EXPECT_EQ("r{input{late:a}}", world.Tree("m"));
 }
 
@@ -295,9 +295,9 @@ TEST(SelfAugment, WithoutMemoryForTheLookupItIsReportedAndItsChildrenAreKept) {
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
     const uint32_t ret = QM_CTX_LoadMemory(ctx, text.c_str());
     refused = counting_memory::StopRefusing();
-    if (ret != 0 || ctx.Errors().empty()) {
+    if (ret != QM_OK || ctx.Errors().empty()) {
       QmsModule* m = QM_CTX_GetModuleByModName(ctx, "m");
-      EXPECT_EQ(ret == 0 ? "x{y}" : "", m == nullptr ? "" : coupling::Tree(m));
+      EXPECT_EQ(ret == QM_OK ? "x{y}" : "", m == nullptr ? "" : coupling::Tree(m));
       continue;
     }
     EXPECT_THAT(ctx.Errors(), testing::ElementsAre("m -: Failed to couple augment statements."));
@@ -415,7 +415,7 @@ TEST(UnCoupleAugmentNodeAndTargetNode, AChainThatEndsTooEarlyGives22AndLosesNoth
   EXPECT_STREQ("y1", augment->firstChild->name);
   EXPECT_STREQ("y2", augment->lastChild->name);
   // The end of the module finds them under their augment.
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_EQ("x{l}", world.Tree("t"));
 }
 
@@ -465,10 +465,10 @@ TEST(RelinkHook, RunsAfterAttachingAndBeforeDetaching) {
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y1") + Leaf("y2")) + Augment("/t:x", ""));
   EXPECT_THAT(relinked, ElementsAre("y1 in x"));
   relinked.clear();
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_THAT(relinked, ElementsAre("y1 in x"));
   QM_CTX_SetFirstAugChildRelinkFunc(world.ctx(), nullptr);
-  EXPECT_EQ(0u, world.Load("a"));
+  EXPECT_EQ(QM_OK, world.Load("a"));
   EXPECT_EQ(1u, relinked.size());
   QMS_NODE_NotifyAugmentFirstChildNodeRelink(nullptr);
 }

@@ -111,7 +111,7 @@ TEST(CoupleDeviation, LoadingTheTargetByNameAgainTriesAFailedOneAgain) {
   world.Add("d", Imports({"t"}) + Deviation("/t:l", Deviate("add", "<mandatory value=\"true\"/>")));
   ASSERT_EQ("/t:l pending", world.Deviations("d"));
   yin::Find(world.Module("t"), "l")->flags &= ~QMS_NODE_MANDATORY_FALSE;
-  EXPECT_EQ(0u, world.Load("t"));
+  EXPECT_EQ(QM_OK, world.Load("t"));
   EXPECT_EQ("/t:l applied", world.Deviations("d"));
 }
 
@@ -139,13 +139,13 @@ TEST(CoupleDeviation, UnloadingTheModuleOfAFailedOneGivesEverythingBack) {
     ASSERT_EQ("/t:k applied; /t:c/l pending", world.Deviations("d"));
     EXPECT_EQ(2u, world.Errors().size()) << "the sign to watch for";
     for (uint32_t loads = 2; loads < 6; ++loads) {
-      EXPECT_EQ(0u, world.Load("t")) << "loaded already";
+      EXPECT_EQ(QM_OK, world.Load("t")) << "loaded already";
       EXPECT_EQ(2 * loads, yin::Find(world.Module("t"), "c/l")->mustCount);
     }
-    EXPECT_EQ(0u, world.Unload("d"));
+    EXPECT_EQ(QM_OK, world.Unload("d"));
     EXPECT_FALSE(world.IsLoaded("d"));
     EXPECT_EQ(before, state());
-    EXPECT_EQ(0u, world.Load("t"));
+    EXPECT_EQ(QM_OK, world.Load("t"));
     EXPECT_EQ(before, state()) << "and nothing is tried again";
     EXPECT_THAT(world.Errors(), IsEmpty());
   }
@@ -280,7 +280,7 @@ TEST(NotSupported, TheWholeRunMayGo) {
   world.Add("d", Imports({"t", "a"}) + Deviation("/t:x/a:y", NotSupported()));
   EXPECT_EQ("/t:x coupled{}", world.Augments("a"));
   EXPECT_EQ("x", world.Tree("t"));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
 }
 
 TEST(NotSupported, APathThatDoesNotNameTheAugmentLeavesNoRunBehind) {
@@ -307,8 +307,8 @@ TEST(NotSupported, ARunInTheSubtreeWhoseTargetIsSpelledDifferentlyBecomesPending
   EXPECT_EQ("x", world.Tree("t"));
   EXPECT_EQ("/t:x/y pending{}", world.Augments("b"));
   EXPECT_EQ("", world.Relations("b"));
-  EXPECT_EQ(0u, world.Unload("b"));
-  EXPECT_EQ(0u, world.Load("b"));
+  EXPECT_EQ(QM_OK, world.Unload("b"));
+  EXPECT_EQ(QM_OK, world.Load("b"));
   EXPECT_EQ("/t:x/y pending{z}", world.Augments("b"));
 }
 
@@ -323,7 +323,7 @@ TEST(NotSupported, AnAugmentOfTheDeviatedModuleItselfLosesItsRun) {
   EXPECT_EQ("x", world.Tree("t"));
   EXPECT_EQ("", world.Augments("b"));
   EXPECT_EQ("/t:x coupled{}", world.Augments("a"));
-  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_EQ(QM_OK, world.Unload("t"));
 }
 
 TEST(NotSupported, AnAugmentThatStillWaitedAboveLosesItsChildrenToo) {
@@ -417,7 +417,7 @@ TEST(RemoveAugments, NotSupportedWithoutMemoryForTheRelationGives12AndLeavesNoRu
   ASSERT_TRUE(InternText(&world.ctx()->dict, &d->deviations[0].targetPath, "/t:x"));
   // Lookups allocate too, so every allocation is refused in turn until one is the relation's.
   uint32_t ret = 0;
-  for (uint64_t n = 1; ret == 0 && n < 20 && world.Tree("t") == "x{y:c y2:c}"; ++n) {
+  for (uint64_t n = 1; ret == QM_OK && n < 20 && world.Tree("t") == "x{y:c y2:c}"; ++n) {
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
     ret = QMS_MOD_CoupleDeviation(d, &d->deviations[0]);
     counting_memory::StopRefusing();

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <string>
 #include <vector>
@@ -291,7 +292,7 @@ TEST_F(Defaults, AnActionIsCompletedByItsOwnFunctionWhereverItStands) {
     QmCheckAux aux = {};
     QMD_PAS_InitCheckAux(&aux, schema_.ctx(), QMD_MODE_RPC, nullptr, nullptr);
     uint32_t added = 0;
-    EXPECT_EQ(0u, complete(&aux, doc.root(), action, &added));
+    EXPECT_EQ(QM_OK, complete(&aux, doc.root(), action, &added));
     EXPECT_EQ(1u, added);
     QMD_PAS_ClearDefaultNodeList(&aux, 1);
     EXPECT_EQ("<c xmlns=\"urn:m\"><in>1</in></c>", doc.Dump());

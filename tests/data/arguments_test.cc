@@ -151,15 +151,15 @@ TEST_F(DataArguments, ElementsWithoutBindingPassEveryCheckOfTheirOwn) {
   xmlNode* root = doc_.root();
   xmlNode* a = doc_.Find("a");
   uint32_t pass = 0;
-  EXPECT_EQ(0u, QMD_PAS_CheckMultiCases(&aux_, a));
-  EXPECT_EQ(0u, QMD_PAS_CheckElementNodeOrder(&aux_, a));
-  EXPECT_EQ(0u, QMD_PAS_CheckMultipleInstanceNode(&aux_, a));
-  EXPECT_EQ(0u, QMD_PAS_CheckDataNodeValue(&aux_, a));
-  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeWhenCond(&aux_, a, &pass));
+  EXPECT_EQ(QM_OK, QMD_PAS_CheckMultiCases(&aux_, a));
+  EXPECT_EQ(QM_OK, QMD_PAS_CheckElementNodeOrder(&aux_, a));
+  EXPECT_EQ(QM_OK, QMD_PAS_CheckMultipleInstanceNode(&aux_, a));
+  EXPECT_EQ(QM_OK, QMD_PAS_CheckDataNodeValue(&aux_, a));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeWhenCond(&aux_, a, &pass));
   EXPECT_EQ(1u, pass);
   EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeMustCond(&aux_, a, nullptr));
-  EXPECT_EQ(0u, QMD_PAS_EvalDataTreeWhen(&aux_, root));
-  EXPECT_EQ(0u, QMD_PAS_EvalDataSubtreeMust(&aux_, root));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataTreeWhen(&aux_, root));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataSubtreeMust(&aux_, root));
   EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataTreeMust(&aux_, root));
   EXPECT_EQ(QM_INVALID, QMD_PAS_EvalDataTreeWhenMust(&aux_, root));
   EXPECT_EQ(nullptr, aux_.err);
@@ -209,7 +209,7 @@ TEST_F(DataArguments, AConditionOfATopChoiceHasNoParentToSpeakOf) {
   QmsNode* choice = QM_CTX_GetModuleByModName(schema_.ctx(), "t")->dataNodes;
   doc.root()->_private = choice->firstChild;
   uint32_t pass = 0;
-  EXPECT_EQ(0u, QMD_PAS_EvalDataNodeWhenCond(&aux_, doc.root(), &pass));
+  EXPECT_EQ(QM_OK, QMD_PAS_EvalDataNodeWhenCond(&aux_, doc.root(), &pass));
   EXPECT_EQ(1u, pass);
 }
 

@@ -40,7 +40,7 @@ class NotifEntry : public testing::Test {
 };
 
 TEST_F(NotifEntry, TextIsIndentedUtf8) {
-  EXPECT_EQ(0u, Validate("<n xmlns='urn:m'><c><a>gr\xC3\xBC\xC3\x9F</a></c></n>"));
+  EXPECT_EQ(QM_OK, Validate("<n xmlns='urn:m'><c><a>gr\xC3\xBC\xC3\x9F</a></c></n>"));
   EXPECT_EQ(
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       "<n xmlns=\"urn:m\">\n"
@@ -52,15 +52,15 @@ TEST_F(NotifEntry, TextIsIndentedUtf8) {
 }
 
 TEST_F(NotifEntry, OtherEncodingsAreHandedBackAsUtf8) {
-  EXPECT_EQ(0u, Validate("<?xml version='1.0' encoding='ISO-8859-1'?>"
-                         "<n xmlns='urn:m'><c><a>\xFC</a></c></n>"));
+  EXPECT_EQ(QM_OK, Validate("<?xml version='1.0' encoding='ISO-8859-1'?>"
+                            "<n xmlns='urn:m'><c><a>\xFC</a></c></n>"));
   EXPECT_NE(std::string::npos, output_.text.find("<a>\xC3\xBC</a>"));
 }
 
 TEST_F(NotifEntry, RemovedNodesAreMissingInTheText) {
-  EXPECT_EQ(0u, Validate("<n xmlns='urn:m'><c><a>2</a><w/></c></n>"));
+  EXPECT_EQ(QM_OK, Validate("<n xmlns='urn:m'><c><a>2</a><w/></c></n>"));
   EXPECT_EQ(std::string::npos, output_.text.find("<w"));
-  EXPECT_EQ(0u, Validate("<n xmlns='urn:m'><c><a>1</a><w/></c></n>"));
+  EXPECT_EQ(QM_OK, Validate("<n xmlns='urn:m'><c><a>1</a><w/></c></n>"));
   EXPECT_NE(std::string::npos, output_.text.find("<w/>"));
 }
 

@@ -105,8 +105,8 @@ const char kImport[] = "<import module='x'><prefix value='x'/></import>";
 TEST(HostileCounter, OneItemTooManyIsRefused) {
   for (const CountedKind& kind : kCountedKinds) {
     SCOPED_TRACE(kind.name);
-    EXPECT_EQ(0u, LoadBesideOther(ModuleText(kImport + kind.body(65535))));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(kImport + kind.body(65536))));
+    EXPECT_EQ(QM_OK, LoadBesideOther(ModuleText(kImport + kind.body(65535))));
+    EXPECT_NE(QM_OK, LoadBesideOther(ModuleText(kImport + kind.body(65536))));
   }
 }
 
@@ -115,7 +115,7 @@ std::string ErrorsOfLoading(const std::vector<std::string>& texts) {
   QmCtx* ctx = QM_CTX_Create(0);
   for (const std::string& text : texts) static_cast<void>(QM_CTX_LoadMemory(ctx, text.c_str()));
   const std::string errors = LoadErrorLines(ctx);
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, "m"));
   QM_CTX_Delete(ctx);
   return errors;
 }

@@ -34,8 +34,8 @@ class ModelFile {
     QmCtx* ctx = QM_CTX_Create(0);
     EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder_.Dir()));
     const uint32_t status = QM_CTX_LoadModule(ctx, "m");
-    EXPECT_EQ(status == 0, QM_CTX_GetModuleByModName(ctx, "m") != nullptr);
-    EXPECT_EQ(status == 0, LoadErrorLines(ctx).empty());
+    EXPECT_EQ(status == QM_OK, QM_CTX_GetModuleByModName(ctx, "m") != nullptr);
+    EXPECT_EQ(status == QM_OK, LoadErrorLines(ctx).empty());
     QM_CTX_Delete(ctx);
     return status;
   }
@@ -47,23 +47,24 @@ class ModelFile {
 // A file has a length, so the parser may find out its encoding by itself.
 TEST(HostileEncoding, ModelFilesMayHaveAnyEncodingOfXml) {
   const std::string text = ModuleText(kBody);
-  EXPECT_EQ(0u, ModelFile("\xEF\xBB\xBF" + text).Load());
-  EXPECT_EQ(0u, ModelFile(Widen("\xFF\xFE", text, 2, false)).Load());
-  EXPECT_EQ(0u, ModelFile(Widen("\xFE\xFF", text, 2, true)).Load());
-  EXPECT_EQ(0u, ModelFile("<?xml version='1.0' encoding='ISO-8859-1'?>" + text).Load());
+  EXPECT_EQ(QM_OK, ModelFile("\xEF\xBB\xBF" + text).Load());
+  EXPECT_EQ(QM_OK, ModelFile(Widen("\xFF\xFE", text, 2, false)).Load());
+  EXPECT_EQ(QM_OK, ModelFile(Widen("\xFE\xFF", text, 2, true)).Load());
+  EXPECT_EQ(QM_OK, ModelFile("<?xml version='1.0' encoding='ISO-8859-1'?>" + text).Load());
 }
 
 TEST(HostileEncoding, ModelFilesWithoutSenseAreRefused) {
   const std::string text = ModuleText(kBody);
-  EXPECT_NE(0u, ModelFile(Widen("\xFF\xFE", text, 2, true)).Load()) << "the mark lies";
-  EXPECT_NE(0u, ModelFile(Widen("\xFF\xFE", text, 2, false).substr(0, 201)).Load()) << "cut";
-  EXPECT_NE(0u, ModelFile("\xFF\xFE").Load());
-  EXPECT_NE(0u, ModelFile("\xEF\xBB\xBF").Load());
-  EXPECT_NE(0u, ModelFile("").Load());
-  EXPECT_NE(0u, ModelFile(std::string(1, '\0')).Load());
-  EXPECT_NE(0u, ModelFile(std::string(100000, '\0')).Load());
-  EXPECT_NE(0u, ModelFile("<?xml version='1.0' encoding='no-such'?>" + text).Load());
-  EXPECT_NE(0u, ModelFile("<?xml version='1.0' encoding='UTF-16'?>" + text.substr(0, 90)).Load());
+  EXPECT_NE(QM_OK, ModelFile(Widen("\xFF\xFE", text, 2, true)).Load()) << "the mark lies";
+  EXPECT_NE(QM_OK, ModelFile(Widen("\xFF\xFE", text, 2, false).substr(0, 201)).Load()) << "cut";
+  EXPECT_NE(QM_OK, ModelFile("\xFF\xFE").Load());
+  EXPECT_NE(QM_OK, ModelFile("\xEF\xBB\xBF").Load());
+  EXPECT_NE(QM_OK, ModelFile("").Load());
+  EXPECT_NE(QM_OK, ModelFile(std::string(1, '\0')).Load());
+  EXPECT_NE(QM_OK, ModelFile(std::string(100000, '\0')).Load());
+  EXPECT_NE(QM_OK, ModelFile("<?xml version='1.0' encoding='no-such'?>" + text).Load());
+  EXPECT_NE(QM_OK,
+            ModelFile("<?xml version='1.0' encoding='UTF-16'?>" + text.substr(0, 90)).Load());
 }
 
 TEST(HostileEncoding, NulBytesInAModelFileAreRefused) {
@@ -73,7 +74,7 @@ TEST(HostileEncoding, NulBytesInAModelFileAreRefused) {
     SCOPED_TRACE(place);
     std::string hurt = text;
     hurt.insert(hurt.find(place), nul);
-    EXPECT_NE(0u, ModelFile(hurt).Load());
+    EXPECT_NE(QM_OK, ModelFile(hurt).Load());
   }
 }
 
@@ -81,13 +82,13 @@ TEST(HostileEncoding, NulBytesInAModelFileAreRefused) {
 // can be given so.
 TEST(HostileEncoding, TextInMemoryEndsAtItsFirstNulByte) {
   const std::string text = ModuleText(kBody);
-  EXPECT_EQ(0u, LoadBesideOther(text + std::string(1, '\0') + "anything"));
-  EXPECT_NE(0u, LoadBesideOther(text.substr(0, 50) + std::string(1, '\0') + text.substr(50)));
-  EXPECT_NE(0u, LoadBesideOther(Widen("\xFF\xFE", text, 2, false)));
-  EXPECT_NE(0u, LoadBesideOther(Widen("\xFE\xFF", text, 2, true)));
-  EXPECT_NE(0u, LoadBesideOther(Widen("", text, 4, false)));
-  EXPECT_EQ(0u, LoadBesideOther("\xEF\xBB\xBF" + text));
-  EXPECT_NE(0u, LoadBesideOther("\xEF\xBB\xBF\xEF\xBB\xBF" + text));
+  EXPECT_EQ(QM_OK, LoadBesideOther(text + std::string(1, '\0') + "anything"));
+  EXPECT_NE(QM_OK, LoadBesideOther(text.substr(0, 50) + std::string(1, '\0') + text.substr(50)));
+  EXPECT_NE(QM_OK, LoadBesideOther(Widen("\xFF\xFE", text, 2, false)));
+  EXPECT_NE(QM_OK, LoadBesideOther(Widen("\xFE\xFF", text, 2, true)));
+  EXPECT_NE(QM_OK, LoadBesideOther(Widen("", text, 4, false)));
+  EXPECT_EQ(QM_OK, LoadBesideOther("\xEF\xBB\xBF" + text));
+  EXPECT_NE(QM_OK, LoadBesideOther("\xEF\xBB\xBF\xEF\xBB\xBF" + text));
 }
 
 TEST(HostileEncoding, MessagesThatAreNoUtf8AreRefusedWhereTheyDoNotSayOtherwise) {
@@ -115,14 +116,15 @@ TEST(HostileEncoding, MessagesThatAreNoUtf8AreRefusedWhereTheyDoNotSayOtherwise)
     EXPECT_FALSE(IsValidRequest(module, std::string("<op") + bytes + " xmlns='urn:m'/>"));
     EXPECT_FALSE(
         IsValidNotification(module, std::string("<ev xmlns='urn:m'><a>") + bytes + "</a></ev>"));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(std::string("<container name='") + bytes + "'/>")));
+    EXPECT_NE(QM_OK, LoadBesideOther(ModuleText(std::string("<container name='") + bytes + "'/>")));
   }
   for (const char* entity : {"&#0;", "&#1;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#99999999999;",
                              "&#-1;", "&#;", "&#x;", "&;", "&"}) {
     SCOPED_TRACE(entity);
     EXPECT_FALSE(
         IsValidRequest(module, std::string("<op xmlns='urn:m'><a>") + entity + "</a></op>"));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(std::string("<container name='c") + entity + "'/>")));
+    EXPECT_NE(QM_OK,
+              LoadBesideOther(ModuleText(std::string("<container name='c") + entity + "'/>")));
   }
 }
 

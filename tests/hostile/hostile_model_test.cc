@@ -16,8 +16,8 @@ TEST(HostileModel, ListTakes255KeysAndNoMore) {
     return ModuleText("<list name='l'><key value='" + names + "'/>" +
                       Numbered("<leaf name='k", "'><type name='int8'/></leaf>", keys) + "</list>");
   };
-  EXPECT_EQ(0u, LoadBesideOther(list(255)));
-  EXPECT_NE(0u, LoadBesideOther(list(256)));
+  EXPECT_EQ(QM_OK, LoadBesideOther(list(255)));
+  EXPECT_NE(QM_OK, LoadBesideOther(list(256)));
 }
 
 // Names in every place that copies them into a buffer of 64 characters and a NUL.
@@ -53,10 +53,10 @@ TEST(HostileModel, NamesOf64CharactersFitAndOf65DoNot) {
     const std::string fits = ModuleText(place(std::string(64, 'n')));
     SCOPED_TRACE(fits.substr(fits.find("value='m'/>") + 11, 40));
     std::string errors;
-    EXPECT_EQ(0u, LoadBesideOther(fits, &errors));
+    EXPECT_EQ(QM_OK, LoadBesideOther(fits, &errors));
     EXPECT_EQ("", errors);
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(place(std::string(65, 'n')))));
-    EXPECT_NE(0u, LoadBesideOther(ModuleText(place(std::string(100000, 'n')))));
+    EXPECT_NE(QM_OK, LoadBesideOther(ModuleText(place(std::string(65, 'n')))));
+    EXPECT_NE(QM_OK, LoadBesideOther(ModuleText(place(std::string(100000, 'n')))));
   }
 }
 
@@ -89,13 +89,13 @@ std::string ErrorsOfUsing(size_t nameLength, size_t prefixLength) {
   const uint32_t status =
       QM_CTX_LoadMemory(ctx, UserOf(name, std::string(prefixLength, 'p')).c_str());
   std::string errors = LoadErrorLines(ctx);
-  EXPECT_EQ(status == 0, errors.empty()) << errors;
+  EXPECT_EQ(status == QM_OK, errors.empty()) << errors;
   const bool augmented =
       QM_CTX_GetTargetNode(ctx, ("/" + name + ":" + name + "/m:a").c_str(), nullptr) != nullptr;
   EXPECT_EQ(errors.empty(), augmented);
   // A module with a longer name loads, but stays until its context goes.
   EXPECT_EQ(nameLength <= 64 ? 0u : 12u, QM_CTX_UnloadModule(ctx, name.c_str()));
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, "m"));
   QM_CTX_Delete(ctx);
   return errors;
 }
@@ -110,14 +110,14 @@ TEST(HostileModel, ModuleNamesAndPrefixesOf64CharactersFitAndOf65DoNot) {
 
 TEST(HostileModel, CyclesOfTypedefsEnd) {
   QmCtx* ctx = QM_CTX_Create(0);
-  ASSERT_EQ(
-      0u, QM_CTX_LoadMemory(ctx, ModuleText("<typedef name='a'><type name='b'/></typedef>"
-                                            "<typedef name='b'><type name='a'/></typedef>"
-                                            "<typedef name='u'><type name='union'><type name='u'/>"
-                                            "<type name='u'/></type></typedef>"
-                                            "<leaf name='x'><type name='a'/></leaf>"
-                                            "<leaf name='y'><type name='u'/></leaf>")
-                                     .c_str()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(
+                       ctx, ModuleText("<typedef name='a'><type name='b'/></typedef>"
+                                       "<typedef name='b'><type name='a'/></typedef>"
+                                       "<typedef name='u'><type name='union'><type name='u'/>"
+                                       "<type name='u'/></type></typedef>"
+                                       "<leaf name='x'><type name='a'/></leaf>"
+                                       "<leaf name='y'><type name='u'/></leaf>")
+                                .c_str()));
   QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
   QmsNode* y = QM_CTX_GetTargetNode(ctx, "/m:y", nullptr);
   EXPECT_EQ(QM_VALUE_BAD_DERIVED, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "1"));
@@ -129,7 +129,7 @@ TEST(HostileModel, CyclesOfTypedefsEnd) {
 TEST(HostileModel, CyclesOfIdentitiesAndLeafrefsEnd) {
   QmCtx* ctx = QM_CTX_Create(0);
   ASSERT_EQ(
-      0u,
+      QM_OK,
       QM_CTX_LoadMemory(
           ctx, ModuleText("<identity name='a'><base name='b'/><base name='b'/></identity>"
                           "<identity name='b'><base name='a'/><base name='a'/></identity>"
@@ -148,11 +148,12 @@ TEST(HostileModel, CyclesOfIdentitiesAndLeafrefsEnd) {
 
 TEST(HostileModel, AugmentsThatFormARingStayApart) {
   std::string errors;
-  EXPECT_EQ(0u, LoadBesideOther(ModuleText("<import module='m2'><prefix value='n'/></import>"
-                                           "<augment target-node='/n:a/m:b'><container name='c'/>"
-                                           "</augment><augment target-node='/n:a/m:b/m:c'>"
-                                           "<container name='b'/></augment>"),
-                                &errors));
+  EXPECT_EQ(QM_OK,
+            LoadBesideOther(ModuleText("<import module='m2'><prefix value='n'/></import>"
+                                       "<augment target-node='/n:a/m:b'><container name='c'/>"
+                                       "</augment><augment target-node='/n:a/m:b/m:c'>"
+                                       "<container name='b'/></augment>"),
+                            &errors));
   EXPECT_EQ("", errors);
 }
 
@@ -161,26 +162,26 @@ TEST(HostileModel, NumbersAtAndOverTheirLimits) {
     return ModuleText("<leaf name='l'><type name='enumeration'><enum name='a'><value value='" +
                       value + "'/></enum><enum name='b'/></type></leaf>");
   };
-  EXPECT_EQ(0u, LoadBesideOther(enums("2147483646")));
-  EXPECT_NE(0u, LoadBesideOther(enums("2147483647"))) << "b would be 2147483648";
-  EXPECT_EQ(0u, LoadBesideOther(enums("-2147483648")));
-  EXPECT_NE(0u, LoadBesideOther(enums("-2147483649")));
-  EXPECT_NE(0u, LoadBesideOther(enums("99999999999999999999999")));
+  EXPECT_EQ(QM_OK, LoadBesideOther(enums("2147483646")));
+  EXPECT_NE(QM_OK, LoadBesideOther(enums("2147483647"))) << "b would be 2147483648";
+  EXPECT_EQ(QM_OK, LoadBesideOther(enums("-2147483648")));
+  EXPECT_NE(QM_OK, LoadBesideOther(enums("-2147483649")));
+  EXPECT_NE(QM_OK, LoadBesideOther(enums("99999999999999999999999")));
   const auto bits = [](const std::string& position) {
     return ModuleText("<leaf name='l'><type name='bits'><bit name='a'><position value='" +
                       position + "'/></bit><bit name='b'/></type></leaf>");
   };
-  EXPECT_EQ(0u, LoadBesideOther(bits("4294967294")));
-  EXPECT_NE(0u, LoadBesideOther(bits("4294967295")));
-  EXPECT_NE(0u, LoadBesideOther(bits("-1")));
+  EXPECT_EQ(QM_OK, LoadBesideOther(bits("4294967294")));
+  EXPECT_NE(QM_OK, LoadBesideOther(bits("4294967295")));
+  EXPECT_NE(QM_OK, LoadBesideOther(bits("-1")));
   const auto range = [](const std::string& text) {
     return ModuleText("<leaf name='l'><type name='uint64'><range value='" + text +
                       "'/></type></leaf>");
   };
-  EXPECT_EQ(0u, LoadBesideOther(range("0..18446744073709551615")));
-  EXPECT_NE(0u, LoadBesideOther(range("0..18446744073709551616")));
-  EXPECT_EQ(0u, LoadBesideOther(range(Repeat("1|", 127) + "1")));
-  EXPECT_NE(0u, LoadBesideOther(range(Repeat("1|", 1000) + "1")));
+  EXPECT_EQ(QM_OK, LoadBesideOther(range("0..18446744073709551615")));
+  EXPECT_NE(QM_OK, LoadBesideOther(range("0..18446744073709551616")));
+  EXPECT_EQ(QM_OK, LoadBesideOther(range(Repeat("1|", 127) + "1")));
+  EXPECT_NE(QM_OK, LoadBesideOther(range(Repeat("1|", 1000) + "1")));
 }
 
 TEST(HostileModel, WhatIsNoModuleIsRefused) {
@@ -209,7 +210,7 @@ TEST(HostileModel, WhatIsNoModuleIsRefused) {
   };
   for (const std::string& text : texts) {
     SCOPED_TRACE(text.substr(0, 200));
-    EXPECT_NE(0u, LoadBesideOther(text));
+    EXPECT_NE(QM_OK, LoadBesideOther(text));
   }
 }
 
@@ -218,41 +219,43 @@ TEST(HostileModel, NestingUpToTheParsersLimitLoads) {
   const auto nested = [](size_t levels) {
     return ModuleText(Repeat("<container name='c'>", levels) + Repeat("</container>", levels));
   };
-  EXPECT_EQ(0u, LoadBesideOther(nested(256)));
-  EXPECT_NE(0u, LoadBesideOther(nested(257)));
+  EXPECT_EQ(QM_OK, LoadBesideOther(nested(256)));
+  EXPECT_NE(QM_OK, LoadBesideOther(nested(257)));
 }
 
 TEST(HostileModel, CommentsInstructionsAndCdataEverywhereAreHarmless) {
   const std::string noise = "<!-- c --><?pi x?>";
   std::string errors;
-  EXPECT_EQ(0u, LoadBesideOther(
-                    noise + "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" + noise +
-                        "<namespace uri='urn:m'/>" + noise + "<prefix value='m'>" + noise +
-                        "</prefix><container name='c'>" + noise + "<![CDATA[ x ]]><leaf name='l'>" +
-                        noise + "<type name='string'>" + noise + "<length value='1'/>" + noise +
-                        "</type></leaf></container></module>" + noise,
-                    &errors));
+  EXPECT_EQ(QM_OK,
+            LoadBesideOther(noise + "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>" +
+                                noise + "<namespace uri='urn:m'/>" + noise + "<prefix value='m'>" +
+                                noise + "</prefix><container name='c'>" + noise +
+                                "<![CDATA[ x ]]><leaf name='l'>" + noise + "<type name='string'>" +
+                                noise + "<length value='1'/>" + noise +
+                                "</type></leaf></container></module>" + noise,
+                            &errors));
   EXPECT_EQ("", errors);
 }
 
 TEST(HostileModel, EntitiesReadNothing) {
   const std::string dtd =
       "<!DOCTYPE module [<!ENTITY e SYSTEM 'file:///etc/passwd'><!ENTITY t 'string'>]>";
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             LoadBesideOther(dtd + ModuleText("&e;<leaf name='l'><type name='string'/></leaf>")));
-  EXPECT_NE(0u, LoadBesideOther(dtd + ModuleText("<leaf name='l'><type name='x&e;'/></leaf>")));
+  EXPECT_NE(QM_OK, LoadBesideOther(dtd + ModuleText("<leaf name='l'><type name='x&e;'/></leaf>")));
 }
 
 TEST(HostileModel, TextsWithoutEndAreCutOrRefused) {
   const std::string longText(5 * 1024 * 1024, 'x');
-  EXPECT_EQ(
-      0u, LoadBesideOther(ModuleText("<description><text>" + longText + "</text></description>")));
-  EXPECT_EQ(0u, LoadBesideOther(ModuleText("<leaf name='l'><type name='string'/><default value='" +
-                                           longText + "'/></leaf>")));
+  EXPECT_EQ(QM_OK, LoadBesideOther(
+                       ModuleText("<description><text>" + longText + "</text></description>")));
+  EXPECT_EQ(QM_OK,
+            LoadBesideOther(ModuleText("<leaf name='l'><type name='string'/><default value='" +
+                                       longText + "'/></leaf>")));
   std::string errors;
-  EXPECT_NE(0u, LoadBesideOther(ModuleText("<container name='c'><config value='" + longText +
-                                           "'/></container>"),
-                                &errors));
+  EXPECT_NE(QM_OK, LoadBesideOther(ModuleText("<container name='c'><config value='" + longText +
+                                              "'/></container>"),
+                                   &errors));
   EXPECT_NE(std::string::npos, errors.find("Failed to parse value \"xxx"));
   EXPECT_LT(errors.size(), 2000u) << "messages are cut at 511 characters";
 }

@@ -24,7 +24,7 @@ static uint32_t AddLine(const char* module, const char* /*file*/, const char* me
 
 std::string LoadErrorLines(QmCtx* ctx) {
   std::string lines;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx, AddLine, &lines));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx, AddLine, &lines));
   return lines;
 }
 
@@ -38,7 +38,7 @@ uint32_t LoadBesideOther(const std::string& text, std::string* errors) {
   if (errors != nullptr) *errors = LoadErrorLines(ctx);
   QmsNode* leaf = QM_CTX_GetTargetNode(ctx, "/ok:x", nullptr);
   EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(leaf, QM_INPUT_TEXT, "5"));
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, "m"));
   QM_CTX_Delete(ctx);
   return status;
 }
@@ -63,5 +63,5 @@ bool IsValidNotification(const std::string& module, const std::string& text) {
   QmCtx* ctx = Load(module);
   const uint32_t status = QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), nullptr, nullptr);
   QM_CTX_Delete(ctx);
-  return status == 0;
+  return status == QM_OK;
 }

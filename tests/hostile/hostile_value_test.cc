@@ -50,9 +50,9 @@ TEST(HostileValue, IntegersAtAndOverTheirLimits) {
   for (const auto& [type, least, most, below, above] : rows) {
     SCOPED_TRACE(type);
     LeafOf leaf("<type name='" + std::string(type) + "'/>");
-    EXPECT_EQ(0u, leaf.Check(least));
-    EXPECT_EQ(0u, leaf.Check(most));
-    EXPECT_EQ(0u, leaf.Check(std::string(100000, ' ') + std::string(100000, '0') + most));
+    EXPECT_EQ(QM_OK, leaf.Check(least));
+    EXPECT_EQ(QM_OK, leaf.Check(most));
+    EXPECT_EQ(QM_OK, leaf.Check(std::string(100000, ' ') + std::string(100000, '0') + most));
     EXPECT_EQ(QM_VALUE_BAD_RANGE, leaf.Check(below));
     EXPECT_EQ(QM_VALUE_BAD_RANGE, leaf.Check(above));
     EXPECT_EQ(QM_VALUE_BAD_RANGE, leaf.Check(std::string(1000000, '9')));
@@ -68,18 +68,18 @@ TEST(HostileValue, Decimal64AtAndOverItsLimits) {
     return "<type name='decimal64'><fraction-digits value='" + digits + "'/></type>";
   };
   LeafOf fine(type("18"));
-  EXPECT_EQ(0u, fine.Check("9.223372036854775807"));
-  EXPECT_EQ(0u, fine.Check("-9.223372036854775808"));
+  EXPECT_EQ(QM_OK, fine.Check("9.223372036854775807"));
+  EXPECT_EQ(QM_OK, fine.Check("-9.223372036854775808"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, fine.Check("9.223372036854775808"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, fine.Check("-9.223372036854775809"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, fine.Check("10"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, fine.Check("0.0000000000000000001")) << "19 digits";
   LeafOf coarse(type("1"));
-  EXPECT_EQ(0u, coarse.Check("922337203685477580.7"));
+  EXPECT_EQ(QM_OK, coarse.Check("922337203685477580.7"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, coarse.Check("922337203685477580.8"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, coarse.Check("1000000000000000000"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, coarse.Check("0.00"));
-  EXPECT_EQ(0u, coarse.Check(std::string(1000000, '0') + "1.5"));
+  EXPECT_EQ(QM_OK, coarse.Check(std::string(1000000, '0') + "1.5"));
   for (const char* noNumber : {"1e5", "inf", "nan", "1,5", "0x1p3", "1.5.1", "--1"}) {
     SCOPED_TRACE(noNumber);
     EXPECT_EQ(QM_VALUE_BAD_RANGE, coarse.Check(noNumber));
@@ -89,24 +89,24 @@ TEST(HostileValue, Decimal64AtAndOverItsLimits) {
 TEST(HostileValue, BitsTakeNamesOf64CharactersAnd129OfThem) {
   LeafOf named("<type name='bits'><bit name='" + std::string(64, 'n') + "'/><bit name='" +
                std::string(65, 'n') + "'/></type>");
-  EXPECT_EQ(0u, named.Check(std::string(64, 'n')));
+  EXPECT_EQ(QM_OK, named.Check(std::string(64, 'n')));
   EXPECT_EQ(QM_VALUE_BAD_BITS, named.Check(std::string(65, 'n')));
   EXPECT_EQ(QM_VALUE_BAD_BITS, named.Check(std::string(1000000, 'n')));
   LeafOf many("<type name='bits'>" + Numbered("<bit name='b", "'/>", 200) + "</type>");
-  EXPECT_EQ(0u, many.Check(Numbered("b", " ", 129)));
+  EXPECT_EQ(QM_OK, many.Check(Numbered("b", " ", 129)));
   EXPECT_EQ(QM_VALUE_BAD_BITS, many.Check(Numbered("b", " ", 130)));
   EXPECT_EQ(QM_VALUE_BAD_BITS, many.Check("b1 b2 b1"));
   EXPECT_EQ(QM_VALUE_BAD_BITS, many.Check(Repeat("b1 ", 100000)));
-  EXPECT_EQ(0u, many.Check("b1" + std::string(1000000, ' ') + "b2"));
+  EXPECT_EQ(QM_OK, many.Check("b1" + std::string(1000000, ' ') + "b2"));
 }
 
 TEST(HostileValue, EnumsAreMatchedAsAWhole) {
   const std::string name(5000, 'n');
   LeafOf leaf("<type name='enumeration'><enum name='" + name + "'/><enum name='%s%n'/></type>");
-  EXPECT_EQ(0u, leaf.Check(name));
+  EXPECT_EQ(QM_OK, leaf.Check(name));
   EXPECT_EQ(QM_VALUE_BAD_ENUM, leaf.Check(name + "n"));
   EXPECT_EQ(QM_VALUE_BAD_ENUM, leaf.Check(name.substr(1)));
-  EXPECT_EQ(0u, leaf.Check("%s%n"));
+  EXPECT_EQ(QM_OK, leaf.Check("%s%n"));
   EXPECT_EQ(QM_VALUE_BAD_ENUM, leaf.Check(""));
 }
 
@@ -114,8 +114,8 @@ TEST(HostileValue, IdentitiesWithNamesBeyondAllLimitsAreNone) {
   LeafOf leaf("<type name='identityref'><base name='b'/></type>",
               "<identity name='b'/><identity name='" + std::string(64, 'i') +
                   "'><base name='b'/></identity>");
-  EXPECT_EQ(0u, leaf.Check("m:b"));
-  EXPECT_EQ(0u, leaf.Check("m:" + std::string(64, 'i')));
+  EXPECT_EQ(QM_OK, leaf.Check("m:b"));
+  EXPECT_EQ(QM_OK, leaf.Check("m:" + std::string(64, 'i')));
   for (const std::string& value :
        {"m:" + std::string(65, 'i'), std::string(64, 'm') + ":b", std::string(65, 'm') + ":b",
         std::string(1000000, 'm') + ":b", "m:" + std::string(1000000, 'b'), std::string("m:"),

@@ -106,8 +106,8 @@ TEST(LoaderArguments, CouplingOfDeviationsRefusesNull) {
 TEST(LoaderArguments, UnloadingNothingSucceeds) {
   coupling::World world;
   QmsModule* t = world.Add("t", Container("x"));
-  EXPECT_EQ(0u, QMS_LOADER_UnloadModuleProc(nullptr, "t"));
-  EXPECT_EQ(0u, QMS_LOADER_UnloadModuleProc(world.ctx(), nullptr));
+  EXPECT_EQ(QM_OK, QMS_LOADER_UnloadModuleProc(nullptr, "t"));
+  EXPECT_EQ(QM_OK, QMS_LOADER_UnloadModuleProc(world.ctx(), nullptr));
   EXPECT_TRUE(world.IsLoaded("t"));
   ASSERT_EQ(QM_OK, QM_CTX_AddTwoModRelation(world.ctx(), "a", t->name, QM_RELATION_DEVIATION));
   EXPECT_EQ(0u, QMS_LOADER_IsAugAndRmvModShareSameDevaition(world.ctx(), "a", t))
@@ -133,7 +133,7 @@ TEST(LoaderArguments, AnUnloadWithASharedDeviationSurvivesRefusedMemory) {
     const uint32_t ret = QM_CTX_UnloadModule(world.ctx(), "t");
     refused = counting_memory::StopRefusing() != 0;
     coupling::CheckLinks(world.ctx());
-    EXPECT_TRUE(refused || (ret == 0 && !world.IsLoaded("t"))) << ret;
+    EXPECT_TRUE(refused || (ret == QM_OK && !world.IsLoaded("t"))) << ret;
   }
   EXPECT_GT(n, 10u);
 }
@@ -184,7 +184,7 @@ TEST(LoaderArguments, ASubmoduleIsNotLoadedWithoutMemoryForItsSuffix) {
     counting_memory::RefuseNth(n, Refuse::kOnce);
     const uint32_t ret = QMS_LOADER_LoadSubModule(ctx, module.Get(), "s", &assister);
     refused = counting_memory::StopRefusing() != 0;
-    EXPECT_EQ(refused, ret != 0) << ret;
+    EXPECT_EQ(refused, ret != QM_OK) << ret;
     ClearLoadAssister(&assister);
   }
   EXPECT_GT(n, 4u);
@@ -301,7 +301,7 @@ TEST(LoaderArguments, AConditionFitsOrIsRefusedWhateverPieceComesLast) {
   EXPECT_EQ(QM_OK, QMS_LOADER_CopyTokenIntoOutCondition(module.Get(), text, out, sizeof text));
   EXPECT_STREQ(text, out);
   uint32_t used = 0;
-  EXPECT_EQ(0u, QMS_LOADER_AddModuleNameIntoCondition(module.Get(), "'b'", 3, out, 64, &used));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddModuleNameIntoCondition(module.Get(), "'b'", 3, out, 64, &used));
   EXPECT_EQ(3u, used);
   EXPECT_STREQ("'b'", out);
 }
@@ -318,7 +318,7 @@ TEST(LoaderArguments, APathThatIsTooLongIsPassedOver) {
     folder.MakeDir(name);
     folder.Write(name + "/m@2020-01-01.yin", "");
     QmsPathCollection files = {};
-    EXPECT_EQ(0u, QMS_LOADER_FillFullNameWithRevision(&files, folder.Path(name).c_str(), "m"));
+    EXPECT_EQ(QM_OK, QMS_LOADER_FillFullNameWithRevision(&files, folder.Path(name).c_str(), "m"));
     EXPECT_EQ(0, files.count);
     g_qmMemFreeFunc(files.objs);
   }
@@ -374,7 +374,7 @@ TEST(LoaderArguments, AMergeKeepsAPendingAugment) {
   for (const char* file : {"m@@1.yin", "m@@2.yin"}) {
     world.PutFile(file, "m", Imports({"t"}) + Augment("/t:x", Leaf("y")) + Leaf("a"));
   }
-  ASSERT_EQ(0u, world.Load("m"));
+  ASSERT_EQ(QM_OK, world.Load("m"));
   ASSERT_EQ(2, world.Module("m")->mergeSourceCount);
   EXPECT_EQ("/t:x pending{y}", world.Augments("m"));
   EXPECT_EQ("a", world.Tree("m"));

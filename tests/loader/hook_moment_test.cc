@@ -144,16 +144,16 @@ TEST_F(HookMoment, DetachingARunThatNoPathLeadsTo) {
     world_.Add("t", Container("x", Leaf("l")) + Leaf("last"));
     world_.Add("a", Imports({"t"}) + Augment("/t:x", Container("y") + Leaf("y2")));
     world_.Add("b", Imports({"t"}) + Augment("/t:x/y", Container("z", Leaf("w")) + Leaf("z2")));
-    EXPECT_EQ(0u, world_.Load("t"));
+    EXPECT_EQ(QM_OK, world_.Load("t"));
     ASSERT_EQ("x{l y:a{z:b{w} z2:b} y2:a} last", world_.Tree("t"));
     for (const char* name : {"t", "a", "b"}) Mark(name);
     g_calls.clear();
-    EXPECT_EQ(0u, world_.Unload(gone));
+    EXPECT_EQ(QM_OK, world_.Unload(gone));
     EXPECT_LT(0, g_calls["relink of a marked augment"]);
     EXPECT_EQ(gone == "a" ? 1 : 0, g_calls["relink of an unmarked augment"]);
     EXPECT_LT(0, g_calls["private data"]);
     EXPECT_EQ(1, g_calls["reload"]);
-    for (const char* name : {"t", "a", "b"}) EXPECT_EQ(0u, world_.Unload(name));
+    for (const char* name : {"t", "a", "b"}) EXPECT_EQ(QM_OK, world_.Unload(name));
     EXPECT_EQ(0, g_privates);
   }
 }
@@ -166,9 +166,9 @@ TEST_F(HookMoment, DetachingARunWhoseTargetHasLostItsName) {
     Mark("t");
     ASSERT_TRUE(InternText(&g_ctx->dict, &world_.Module("t")->dataNodes->name, "other"));
     g_calls.clear();
-    EXPECT_EQ(0u, world_.Unload(gone));
+    EXPECT_EQ(QM_OK, world_.Unload(gone));
     EXPECT_EQ(1, g_calls["relink of an unmarked augment"]);
-    for (const char* name : {"t", "a"}) EXPECT_EQ(0u, world_.Unload(name));
+    for (const char* name : {"t", "a"}) EXPECT_EQ(QM_OK, world_.Unload(name));
     EXPECT_EQ(0, g_privates);
   }
 }
@@ -188,10 +188,10 @@ TEST_F(HookMoment, RemovingANodeWithTheRunsBelowIt) {
   EXPECT_LT(3, g_calls["private data"]);
   // The deviating module takes the deviated ones along, which come back.
   g_calls.clear();
-  EXPECT_EQ(0u, world_.Unload("d"));
+  EXPECT_EQ(QM_OK, world_.Unload("d"));
   EXPECT_LT(1, g_calls["reload"]);
   EXPECT_LT(0, g_calls["relink of an unmarked augment"]);
-  for (const char* name : {"b", "a", "t"}) EXPECT_EQ(0u, world_.Unload(name));
+  for (const char* name : {"b", "a", "t"}) EXPECT_EQ(QM_OK, world_.Unload(name));
   EXPECT_EQ(0, g_privates);
 }
 
@@ -206,7 +206,7 @@ TEST_F(HookMoment, ChangingAndReadingExtensionInstances) {
   EXPECT_EQ(3, g_calls["extension instances"]);
   EXPECT_LT(0, g_calls["filter"]);
   g_calls.clear();
-  EXPECT_EQ(0u, world_.Unload("d"));
+  EXPECT_EQ(QM_OK, world_.Unload("d"));
   EXPECT_EQ(3, g_calls["reload"]);
   EXPECT_LT(0, g_calls["filter"]);
 }
@@ -216,14 +216,14 @@ TEST_F(HookMoment, ReadingAnotherPartOfALoadedModule) {
   const std::string run = Container("y", kMarked);
   world_.Add("t", Container("x"));
   world_.PutFile("a@@1.yin", "a", head + Container("own") + Augment("/t:x", run + Leaf("z")));
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   world_.Add("b", Imports({"a"}) + Augment("/a:own", Leaf("f")));
   ASSERT_TRUE(InternText(&g_ctx->dict, &world_.Module("t")->dataNodes->name, "other"));
   Mark("a");
   g_calls.clear();
   world_.PutFile("a@@2.yin", "a",
                  head + Container("own") + Augment("/t:x", run + Leaf("z") + Leaf("new")));
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   EXPECT_THAT(world_.Errors(), testing::ElementsAre());
   EXPECT_EQ("/t:x pending{y z new}", world_.Augments("a"));
   EXPECT_LT(0, g_calls["filter"]);

@@ -62,7 +62,7 @@ static std::string Suffixes(const QmsModule* module) {
 TEST(LoadModuleByModName, APlainFile) {
   Loader loader;
   loader.Write("m.yin", yin::Module("m", Leaf("x")));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   ASSERT_NE(nullptr, loader.Module("m"));
   EXPECT_EQ("x ", TopNodes(loader.Module("m")));
   EXPECT_THAT(loader.Errors(), ElementsAre());
@@ -72,17 +72,17 @@ TEST(LoadModuleByModName, APlainFile) {
 TEST(LoadModuleByModName, ALoadedModuleIsNotReadAgain) {
   Loader loader;
   loader.Write("m.yin", yin::Module("m", Leaf("x")));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   const QmsModule* first = loader.Module("m");
   loader.Write("m.yin", "broken");
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ(first, loader.Module("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
 }
 
 TEST(LoadModuleByModName, NoFileIs2) {
   Loader loader;
-  EXPECT_EQ(2u, loader.Load("m"));
+  EXPECT_EQ(QM_NOT_FOUND, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre("m -: Failed to find \"m\" from search directories."));
   EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadModuleByModName(loader.Ctx(), nullptr));
   EXPECT_EQ(QM_INVALID, QMS_LOADER_LoadModuleByModName(nullptr, "m"));
@@ -91,7 +91,7 @@ TEST(LoadModuleByModName, NoFileIs2) {
 TEST(LoadModuleByModName, ALoadFromMemoryWithoutFileIs2ThoughTheModuleIsThere) {
   Loader loader;
   EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(loader.Ctx(), yin::Module("m", "").c_str()));
-  EXPECT_EQ(2u, loader.Load("m"));
+  EXPECT_EQ(QM_NOT_FOUND, loader.Load("m"));
   EXPECT_NE(nullptr, loader.Module("m"));
 }
 
@@ -160,9 +160,9 @@ TEST(LoadModuleByModName, AFailureInTheBodyKeepsItsTwoInnermostMessages) {
 
 TEST(LoadModuleByModName, ANewLoadForgetsTheOldMessages) {
   Loader loader;
-  EXPECT_EQ(2u, loader.Load("m"));
+  EXPECT_EQ(QM_NOT_FOUND, loader.Load("m"));
   loader.Write("m.yin", yin::Module("m", ""));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
 }
 
@@ -172,8 +172,8 @@ TEST(LoadModuleByModName, ATakenNamespaceIs1AndTheModuleIsNotRegistered) {
   loader.Write("n.yin",
                "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
                "<namespace uri='urn:m'/><prefix value='n'/></module>");
-  EXPECT_EQ(0u, loader.Load("m"));
-  EXPECT_EQ(1u, loader.Load("n"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
+  EXPECT_EQ(QM_FAILED, loader.Load("n"));
   EXPECT_EQ(nullptr, loader.Module("n"));
   EXPECT_THAT(loader.Errors(), ElementsAre("n -: Failed to load module \"n\"."));
 }
@@ -197,7 +197,7 @@ TEST(LoadModuleByModName, SplitFilesAreMergedAndTheirSuffixesRemembered) {
                                                 "</container>"));
   loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/><container name='c'>" + Leaf("a") +
                                                 Leaf("b") + "</container>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   const QmsModule* m = loader.Module("m");
   ASSERT_NE(nullptr, m);
@@ -217,7 +217,7 @@ TEST(LoadModuleByModName, PartsOfOneDirectoryAreReadInTheOrderOfItsListing) {
                    yin::Module("m", "<feature name='f" + part + "'/>" + Leaf(part)));
     const std::vector<std::string> listed = listing::Of(loader.Dir().Dir());
     ASSERT_EQ(3u, listed.size());
-    EXPECT_EQ(0u, loader.Load("m"));
+    EXPECT_EQ(QM_OK, loader.Load("m"));
     EXPECT_THAT(loader.Errors(), ElementsAre());
     std::string suffixes;
     for (const std::string& file : listed) suffixes += file.substr(3, 1) + " ";
@@ -237,7 +237,7 @@ TEST(LoadModuleByModName, OfTheRevisionFilesOfADirectoryTheFirstListedIsTaken) {
     Loader loader;
     loader.Write("m@2001-01-01.yin", yin::Module("m", Leaf("m@2001-01-01.yin")));
     loader.Write("m@2002-01-01.yin", yin::Module("m", Leaf("m@2002-01-01.yin")));
-    EXPECT_EQ(0u, loader.Load("m"));
+    EXPECT_EQ(QM_OK, loader.Load("m"));
     EXPECT_EQ(listing::Of(loader.Dir().Dir()).front() + " ", TopNodes(loader.Module("m")));
     taken.insert(TopNodes(loader.Module("m")));
   }
@@ -251,7 +251,7 @@ TEST(LoadModuleByModName, PartsAreReadInTheOrderOfTheDirectories) {
   loader.Search(later);
   later.Write("m@@a.yin", yin::Module("m", "<container name='c'>" + Leaf("a") + "</container>"));
   loader.Write("m@@x.yin", yin::Module("m", "<container name='c'>" + Leaf("x") + "</container>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   ASSERT_NE(nullptr, loader.Module("m"));
   EXPECT_EQ("c ", TopNodes(loader.Module("m")));
@@ -270,7 +270,7 @@ TEST(LoadModuleByModName, WhenTheSecondPartFailsTheFirstIsRegisteredAlone) {
   loader.Write("m@@x.yin", yin::Module("m", Leaf("x")));
   later.Write("m@@y.yin", yin::Module("m", "<leaf name='l'/>"));
   last.Write("m@@z.yin", yin::Module("m", Leaf("z")));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   ASSERT_NE(nullptr, loader.Module("m"));
   EXPECT_EQ("x ", TopNodes(loader.Module("m"))) << "nothing after the failure is read";
   EXPECT_EQ("x y z ", Suffixes(loader.Module("m"))) << "but all suffixes are remembered";
@@ -295,15 +295,15 @@ TEST(LoadModuleByModName, WhenTheFirstPartFailsTheOthersAreNotRead) {
 TEST(LoadModuleByModName, ALaterLoadReadsOnlyNewParts) {
   Loader loader;
   loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   QmsModule* m = loader.Module("m");
   ASSERT_NE(nullptr, m);
   EXPECT_EQ("x ", Suffixes(m));
   loader.Write("m@@x.yin", "not read again");
-  EXPECT_EQ(0u, loader.Load("m")) << "nothing is read";
+  EXPECT_EQ(QM_OK, loader.Load("m")) << "nothing is read";
   EXPECT_THAT(loader.Errors(), ElementsAre());
   loader.Write("m@@y.yin", yin::Module("m", "<feature name='fy'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ(m, loader.Module("m"));
   EXPECT_EQ("x y ", Suffixes(m));
   EXPECT_EQ(2u, m->featureCount);
@@ -313,9 +313,9 @@ TEST(LoadModuleByModName, ALaterLoadReadsOnlyNewParts) {
 TEST(LoadModuleByModName, AFailedPartEndsTheReadingButNotTheLoad) {
   Loader loader;
   loader.Write("m@@x.yin", yin::Module("m", "<feature name='fx'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   loader.Write("m@@y.yin", yin::Module("m", "<leaf name='l'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ("x y ", Suffixes(loader.Module("m"))) << "so it is not tried again";
   EXPECT_THAT(loader.Errors(),
               ElementsAre("m m@@y.yin: leaf \"l\" must define with type statement.",
@@ -325,9 +325,9 @@ TEST(LoadModuleByModName, AFailedPartEndsTheReadingButNotTheLoad) {
 TEST(LoadModuleByModName, AMergeThatFailsEndsTheReadingButNotTheLoad) {
   Loader loader;
   loader.Write("m@@x.yin", yin::Module("m", "<container name='c'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   loader.Write("m@@y.yin", yin::Module("m", "<list name='c'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ(2u, loader.Errors().size()) << "two causes, so that the general message is dropped";
   EXPECT_EQ("x y ", Suffixes(loader.Module("m")));
 }
@@ -355,7 +355,7 @@ TEST(LoadModuleByModName, ALoadReadsTenPartsAtMost) {
   for (char c = 'a'; c < 'a' + 12; ++c)
     loader.Write(std::string("m@@") + c + ".yin",
                  yin::Module("m", std::string("<feature name='") + c + "'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ(10u, loader.Module("m")->featureCount);
   EXPECT_EQ(QM_NO_MEMORY, loader.Module("m")->mergeSourceCount);
 }
@@ -366,13 +366,13 @@ TEST(LoadModuleByModName, CoupledAugmentsAreTakenOutBeforeAPartIsMergedAndPutBac
   loader.Write("t.yin", yin::Module("t", "<container name='c'>" + Leaf("own") + "</container>"));
   loader.Write("m@@x.yin",
                yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") + "</augment>"));
-  EXPECT_EQ(0u, loader.Load("t"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("t"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   const QmsNode* c = yin::Find(loader.Module("t"), "c");
   EXPECT_STREQ("a", c->lastChild->name);
   loader.Write("m@@y.yin", yin::Module("m", head + "<augment target-node='/t:c'>" + Leaf("a") +
                                                 Leaf("b") + "</augment>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   std::string names;
   for (const QmsNode* n = c->firstChild; n != nullptr; n = n->next) {
@@ -390,10 +390,10 @@ TEST(LoadModuleByModName, NodesOfOtherModulesInTheTreeMakeAMergeFail) {
                                     "<import module='m'><prefix value='m'/></import>"
                                     "<augment target-node='/m:c'>" +
                                         Leaf("f") + "</augment>"));
-  EXPECT_EQ(0u, loader.Load("m"));
-  EXPECT_EQ(0u, loader.Load("b"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("b"));
   loader.Write("m@@y.yin", yin::Module("m", "<container name='c'>" + Leaf("g") + "</container>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("m m@@y.yin: Failed to merge node \"f\" under \"c\" with diff reason "
                           "\"name\".",
@@ -412,7 +412,7 @@ TEST(LoadModuleByModName, AnAugmentWhosePathLeadsNowhereIsTakenOutBeforeAMergeAn
                                     "<import module='m'><prefix value='m'/></import>"
                                     "<augment target-node='/m:own'>" +
                                         Leaf("f") + "</augment>"));
-  for (const char* name : {"t", "m", "b"}) EXPECT_EQ(0u, loader.Load(name));
+  for (const char* name : {"t", "m", "b"}) EXPECT_EQ(QM_OK, loader.Load(name));
   QmsNode* target = loader.Module("t")->dataNodes;
   ASSERT_NE(nullptr, target->firstChild);
   ASSERT_TRUE(InternText(&loader.Ctx()->dict, &target->name, "renamed"));
@@ -420,7 +420,7 @@ TEST(LoadModuleByModName, AnAugmentWhosePathLeadsNowhereIsTakenOutBeforeAMergeAn
   loader.Write("m@@y.yin", yin::Module("m", head + "<container name='own'>" + Leaf("g") +
                                                 "</container><augment target-node='/t:c'>" +
                                                 Leaf("a") + "</augment>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(),
               ElementsAre("m m@@y.yin: Failed to merge node \"f\" under \"own\" with diff reason "
                           "\"name\".",
@@ -463,7 +463,7 @@ TEST(ParseInclude, SubmodulesGoIntoTheModule) {
                                        "<feature name='fs'><if-feature name='m:fu'/></feature>" +
                                            Leaf("y")));
   loader.Write("u.yin", yin::Submodule("u", "<include module='s'/><feature name='fu'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   const QmsModule* m = loader.Module("m");
   ASSERT_NE(nullptr, m);
@@ -542,7 +542,7 @@ TEST(LoadSubModule, APartOfAModuleTakesTheSamePartOfItsSubmodules) {
     loader.Write(std::string("s@@") + suffix + ".yin",
                  yin::Submodule("s", std::string("<feature name='f") + suffix + "'/>"));
   }
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   EXPECT_EQ(2u, loader.Module("m")->featureCount);
 }
@@ -552,7 +552,7 @@ TEST(LoadSubModule, AModuleInOneFileIsReadOncePerPartOfItsSubmodule) {
   loader.Write("m.yin", yin::Module("m", "<include module='s'/>" + Leaf("x")));
   loader.Write("s@@a.yin", yin::Submodule("s", "<feature name='fa'/>"));
   loader.Write("s@@b.yin", yin::Submodule("s", "<feature name='fb'/>"));
-  EXPECT_EQ(0u, loader.Load("m"));
+  EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_THAT(loader.Errors(), ElementsAre());
   EXPECT_EQ(2u, loader.Module("m")->featureCount);
   EXPECT_EQ("x ", TopNodes(loader.Module("m")));
@@ -583,7 +583,7 @@ TEST(LoadModuleByModName, NestingIsAsDeepAsTheDocumentMayBe) {
     for (size_t i = 0; i < depth; ++i) body += "<container name='c'>";
     for (size_t i = 0; i < depth; ++i) body += "</container>";
     loader.Write("m.yin", yin::Module("m", body));
-    EXPECT_EQ(depth == 256 ? 0u : 22u, loader.Load("m"));
+    EXPECT_EQ(depth == 256 ? QM_OK : QM_INVALID, loader.Load("m"));
   }
 }
 
@@ -599,7 +599,7 @@ TEST(LoadModuleByModName, SurvivesRefusedMemory) {
     if (ctx.Get() == nullptr || QM_CTX_SetSearchDir(ctx, dir->Dir()) != 0) return;
     const uint32_t ret = QM_CTX_LoadModule(ctx, "m");
     if (!refusing) {
-      EXPECT_EQ(0u, ret);
+      EXPECT_EQ(QM_OK, ret);
     }
     EXPECT_STREQ("", ctx.Get()->curYinFile);
   });

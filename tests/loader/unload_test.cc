@@ -46,23 +46,23 @@ static void NoteReload(QmCtx* ctx, const char* modName) {
 
 TEST(UnloadModule, OneThatIsNotLoadedGives0AndItsErrorsAreForgotten) {
   coupling::World world;
-  EXPECT_EQ(2u, world.Load("none"));
+  EXPECT_EQ(QM_NOT_FOUND, world.Load("none"));
   ASSERT_EQ(1u, world.Errors().size());
-  EXPECT_EQ(0u, world.Unload("none"));
+  EXPECT_EQ(QM_OK, world.Unload("none"));
   EXPECT_THAT(world.Errors(), IsEmpty());
-  EXPECT_EQ(0u, world.Unload("none"));
+  EXPECT_EQ(QM_OK, world.Unload("none"));
 }
 
 TEST(UnloadModule, NullGives0) {
   coupling::World world;
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(world.ctx(), nullptr));
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(nullptr, "m"));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(world.ctx(), nullptr));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(nullptr, "m"));
 }
 
 TEST(UnloadModule, APlainModuleIsRemovedAndNotLoadedAgain) {
   coupling::World world;
   world.Add("m", Container("x"));
-  EXPECT_EQ(0u, world.Unload("m"));
+  EXPECT_EQ(QM_OK, world.Unload("m"));
   EXPECT_FALSE(world.IsLoaded("m"));
   EXPECT_EQ(nullptr, QM_CTX_GetModuleByModNs(world.ctx(), "urn:m"));
 }
@@ -71,7 +71,7 @@ TEST(UnloadModule, TheNameMayBeTheModulesOwn) {
   coupling::World world;
   world.Add("t", Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  EXPECT_EQ(0u, QM_CTX_UnloadModule(world.ctx(), QM_MOD_GetModuleName(world.Module("r"))));
+  EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(world.ctx(), QM_MOD_GetModuleName(world.Module("r"))));
   EXPECT_EQ("l", world.Tree("t"));
 }
 
@@ -82,7 +82,7 @@ TEST(UnloadModule, ADeviatedModuleIsReadAgainWithItsFeaturesEnabled) {
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "f1"));
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "f3"));
   ASSERT_EQ("k", world.Tree("t"));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_FALSE(world.IsLoaded("r"));
   EXPECT_EQ("l k", world.Tree("t"));
   EXPECT_EQ("f1 f3", EnabledFeatures(world, "t"));
@@ -94,7 +94,7 @@ TEST(UnloadModule, TheDeviatedModuleComesBackFromItsFileAsItIsNow) {
   world.Add("t", Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
   world.Put("t", Leaf("l") + Leaf("newer"));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_EQ("l newer", world.Tree("t"));
 }
 
@@ -109,7 +109,7 @@ TEST(UnloadModule, EachDeviatedModuleIsReloadedOnceInTheOrderOfTheDeviations) {
                      Deviation("/t:k", NotSupported()) + Deviation("/u:l", NotSupported()) +
                      Deviation("/missing:l", NotSupported()) +
                      Deviation("/t:none", NotSupported()));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_THAT(reloads, ElementsAre("r", "t", "u"));
   EXPECT_EQ("l k", world.Tree("t"));
   EXPECT_EQ("l", world.Tree("u"));
@@ -128,7 +128,7 @@ TEST(UnloadModule, AModuleThatAugmentsItAndSharesItsDeviatorIsReloaded) {
   world.Add("d", Imports({"r", "a"}) +
                      Deviation("/r:x", Deviate("add", "<config value=\"false\"/>")) +
                      Deviation("/a:own", NotSupported()));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_THAT(reloads, ElementsAre("r", "a"));
   EXPECT_FALSE(world.IsLoaded("r"));
   EXPECT_TRUE(world.IsLoaded("a"));
@@ -146,7 +146,7 @@ TEST(UnloadModule, AnAugmentLostToADeviationComesBackOnlyWhenItsTargetIsUnloaded
     world.Add("t", t);
     world.Add("c", c);
     world.Add("d", d);
-    EXPECT_EQ(0u, world.Unload("d"));
+    EXPECT_EQ(QM_OK, world.Unload("d"));
     EXPECT_EQ("x{y} l", world.Tree("t"));
     EXPECT_EQ("", world.Augments("c"));
   }
@@ -155,7 +155,7 @@ TEST(UnloadModule, AnAugmentLostToADeviationComesBackOnlyWhenItsTargetIsUnloaded
     world.Add("t", t);
     world.Add("c", c);
     world.Add("d", d);
-    EXPECT_EQ(0u, world.Unload("t"));
+    EXPECT_EQ(QM_OK, world.Unload("t"));
     EXPECT_EQ("/t:x/y pending{z}", world.Augments("c"));
   }
 }
@@ -166,11 +166,11 @@ TEST(UnloadModule, AModuleThatWasUnloadedBeforeIsNotBroughtBack) {
   world.Add("a", Imports({"t"}) + Augment("/t:x", Container("y")));
   world.Add("c", Imports({"t", "a"}) + Augment("/t:x/a:y", Leaf("z")));
   world.Add("d", Imports({"t"}) + Deviation("/t:x", NotSupported()));
-  ASSERT_EQ(0u, world.Unload("c"));
+  ASSERT_EQ(QM_OK, world.Unload("c"));
   // Its augment was gone, so the relation is still there; and d deviates both.
   ASSERT_EQ("deviation:d augment:c", world.Relations("a"));
   ASSERT_EQ("deviation:d", world.Relations("c"));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_FALSE(world.IsLoaded("c"));
 }
 
@@ -178,10 +178,10 @@ TEST(UnloadModule, AnAugmentingModuleTakesItsNodesWithIt) {
   coupling::World world;
   world.Add("t", Container("x", Leaf("own")));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y1") + Leaf("y2")));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_EQ("x{own}", world.Tree("t"));
   EXPECT_EQ("", world.Relations("t"));
-  EXPECT_EQ(0u, world.Load("a"));
+  EXPECT_EQ(QM_OK, world.Load("a"));
   EXPECT_EQ("x{own y1:a y2:a}", world.Tree("t"));
 }
 
@@ -189,17 +189,17 @@ TEST(UnloadModule, AnAugmentedModuleLeavesTheAugmentPendingUntilItComesBack) {
   coupling::World world;
   world.Add("t", Container("x"));
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_EQ(QM_OK, world.Unload("t"));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
   EXPECT_EQ("augment:a", world.Relations("t"));
-  EXPECT_EQ(0u, world.Load("t"));
+  EXPECT_EQ(QM_OK, world.Load("t"));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
 }
 
 TEST(UnloadModule, OneWithAPendingAugmentIsUnloaded) {
   coupling::World world;
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_FALSE(world.IsLoaded("a"));
   EXPECT_EQ("", world.Relations("t"));
 }
@@ -211,19 +211,19 @@ TEST(UnloadModule, AnAugmentBelowAnAugmentFollowsTheOneItHangsIn) {
   world.Add("b", Imports({"t", "a"}) + Augment("/t:x/a:y", Leaf("z")));
   ASSERT_EQ("x{y:a{z:b}}", world.Tree("t"));
 
-  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_EQ(QM_OK, world.Unload("t"));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
   EXPECT_EQ("/t:x/a:y coupled{z}", world.Augments("b"));
-  EXPECT_EQ(0u, world.Load("t"));
+  EXPECT_EQ(QM_OK, world.Load("t"));
   EXPECT_EQ("x{y:a{z:b}}", world.Tree("t"));
 
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_EQ("x", world.Tree("t"));
   EXPECT_EQ("/t:x/a:y pending{z}", world.Augments("b"));
-  EXPECT_EQ(0u, world.Load("a"));
+  EXPECT_EQ(QM_OK, world.Load("a"));
   EXPECT_EQ("x{y:a{z:b}}", world.Tree("t"));
 
-  EXPECT_EQ(0u, world.Unload("b"));
+  EXPECT_EQ(QM_OK, world.Unload("b"));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
 }
 
@@ -236,7 +236,7 @@ TEST(UnloadModule, WithReloadTheAugmentsOfOthersComeBackBeforeTheFeatures) {
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   world.Add("r", Imports({"t"}) + Deviation("/t:x", Deviate("add", "<config value=\"true\"/>")));
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "*"));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_THAT(reloads, ElementsAre("r", "t"));
   EXPECT_EQ("x{y:a}", world.Tree("t"));
   EXPECT_EQ("f1 f2 f3", EnabledFeatures(world, "t"));
@@ -257,7 +257,7 @@ TEST(UnloadModule, TheDeviationsOfOthersAreAppliedAfreshToAReloadedModule) {
                      Deviation("/p:l", Deviate("add", "<default value=\"p:one\"/>")));
   world.Add("r", Imports({"t"}) + Deviation("/t:k", NotSupported()));
   ASSERT_STREQ("t:one", QM_NODE_GetDefaultValueStr(yin::Find(world.Module("t"), "l")));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_EQ("l k", world.Tree("t"));
   EXPECT_STREQ("t:one", QM_NODE_GetDefaultValueStr(yin::Find(world.Module("t"), "l")));
   EXPECT_EQ("/t:l applied", world.Deviations("d"));
@@ -270,7 +270,7 @@ TEST(UnloadModule, ADeviationOfTheModuleItselfNeedsNoSecondRemoval) {
   coupling::World world;
   QM_CTX_SetReloadModuleCbFunc(world.ctx(), NoteReload);
   world.Add("m", Leaf("l") + Leaf("k") + Deviation("/m:l", NotSupported()));
-  EXPECT_EQ(0u, world.Unload("m"));
+  EXPECT_EQ(QM_OK, world.Unload("m"));
   EXPECT_THAT(reloads, ElementsAre("m"));
   EXPECT_FALSE(world.IsLoaded("m"));
 }
@@ -281,7 +281,7 @@ TEST(UnloadModule, ModulesThatDeviateEachOtherAreBothRead) {
   world.Add("b", Imports({"a"}) + Leaf("lb") + Leaf("kb") + Deviation("/a:la", NotSupported()));
   ASSERT_EQ("ka", world.Tree("a"));
   ASSERT_EQ("kb", world.Tree("b"));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_FALSE(world.IsLoaded("a"));
   EXPECT_EQ("lb kb", world.Tree("b"));
 }
@@ -294,12 +294,12 @@ TEST(UnloadModule, OneThatCannotBeReadAgainGivesAFailureAndTheOthersComeBack) {
   world.Add("r", Imports({"t", "u"}) + Deviation("/t:l", NotSupported()) +
                      Deviation("/u:l", NotSupported()));
   world.Remove("t.yin");
-  EXPECT_NE(0u, world.Unload("r"));
+  EXPECT_NE(QM_OK, world.Unload("r"));
   EXPECT_FALSE(world.IsLoaded("t"));
   EXPECT_EQ("l", world.Tree("u"));
   EXPECT_THAT(world.Errors(), ElementsAre("t -: Failed to find \"t\" from search directories."));
   world.Put("t", Container("later"));
-  EXPECT_EQ(0u, world.Load("t"));
+  EXPECT_EQ(QM_OK, world.Load("t"));
   EXPECT_EQ("later{y:a}", world.Tree("t"));
 }
 
@@ -320,11 +320,11 @@ TEST(UnloadModule, AnEnabledFeatureWithATooLongNameStandsInNoWay) {
   world.Add("t", "<feature name=\"" + longName + "\"/>" + kFeatures + Leaf("l"));
   world.Add("r", Imports({"t"}) + Deviation("/t:l", NotSupported()));
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("t"), "*"));
-  EXPECT_EQ(0u, world.Unload("r"));
+  EXPECT_EQ(QM_OK, world.Unload("r"));
   EXPECT_EQ("l", world.Tree("t"));
   EXPECT_EQ("f1 f2 f3", EnabledFeatures(world, "t"));
   EXPECT_EQ(QM_OK, QM_CTX_IsModFeatureEnable(world.ctx(), "t", longName.c_str()));
-  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_EQ(QM_OK, world.Unload("t"));
   EXPECT_FALSE(world.IsLoaded("t"));
 }
 
@@ -332,12 +332,12 @@ TEST(UnloadModule, AModuleMergedFromSplitFilesIsReadAgain) {
   coupling::World world;
   world.PutFile("m@@x.yin", "m", kFeatures + Container("c"));
   world.PutFile("m@@y.yin", "m", std::string(kFeatures) + Container("c") + "<rpc name=\"r\"/>");
-  ASSERT_EQ(0u, world.Load("m"));
+  ASSERT_EQ(QM_OK, world.Load("m"));
   ASSERT_EQ("c r", world.Tree("m"));
   ASSERT_EQ(2u, world.Module("m")->mergeSourceCount);
   ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world.Module("m"), "f2"));
   world.Remove("m@@y.yin");
-  EXPECT_EQ(0u, world.Unload("m"));
+  EXPECT_EQ(QM_OK, world.Unload("m"));
   EXPECT_EQ("c", world.Tree("m"));
   EXPECT_EQ("f2", EnabledFeatures(world, "m"));
   EXPECT_EQ(1u, world.Module("m")->mergeSourceCount);
@@ -372,9 +372,9 @@ TEST(UnloadModule, NoPathThatALoadTakesStandsInItsWay) {
     coupling::World world;
     world.Add("t", Leaf("l"));
     const bool splits = body.find("/t:x") != std::string::npos;
-    EXPECT_EQ(splits ? 0u : 1u, world.LoadText("r", imports + body));
+    EXPECT_EQ(splits ? QM_OK : QM_FAILED, world.LoadText("r", imports + body));
     EXPECT_EQ(splits, world.IsLoaded("r"));
-    EXPECT_EQ(0u, world.Unload("r"));
+    EXPECT_EQ(QM_OK, world.Unload("r"));
     EXPECT_FALSE(world.IsLoaded("r"));
   }
 }
@@ -412,12 +412,12 @@ TEST(UnloadModule, TheModuleNamedIsPropagatedOnlyWhenLoaded) {
   coupling::World world;
   QmsModPendTbl tbl;
   QMS_LOADER_InitModPendTbl(&tbl);
-  EXPECT_EQ(0u, QMS_LOADER_PropagateModuleRemove(world.ctx(), "none", &tbl));
+  EXPECT_EQ(QM_OK, QMS_LOADER_PropagateModuleRemove(world.ctx(), "none", &tbl));
   EXPECT_EQ(nullptr, FirstModPendNode(&tbl));
-  EXPECT_EQ(0u, QMS_LOADER_ProcModuleAugAndRelationUncouple(world.ctx(), "none"));
+  EXPECT_EQ(QM_OK, QMS_LOADER_ProcModuleAugAndRelationUncouple(world.ctx(), "none"));
   ASSERT_NE(nullptr, QMS_LOADER_AddModPendNode(&tbl, "none"));
-  EXPECT_EQ(0u, QMS_LOADER_UnloadModRemoveProc(world.ctx(), &tbl));
-  EXPECT_EQ(2u, QMS_LOADER_EnableReloadModFeature(world.ctx(), FirstModPendNode(&tbl)));
+  EXPECT_EQ(QM_OK, QMS_LOADER_UnloadModRemoveProc(world.ctx(), &tbl));
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_EnableReloadModFeature(world.ctx(), FirstModPendNode(&tbl)));
   QMS_LOADER_DeInitModPendTbl(&tbl);
 }
 
@@ -451,9 +451,9 @@ TEST(ForcedDetachment, OfARunWhoseTargetIsSpelledWithoutTheAugment) {
     world.Add("a", a);
     world.Add("b", b);
     ASSERT_EQ("x{y:a{z:b}}", world.Tree("t"));
-    for (const char name : order) EXPECT_EQ(0u, world.Unload(std::string(1, name)));
-    for (const char* name : {"t", "a", "b"}) EXPECT_EQ(0u, world.Load(name));
-    EXPECT_EQ(0u, world.Load("t"));
+    for (const char name : order) EXPECT_EQ(QM_OK, world.Unload(std::string(1, name)));
+    for (const char* name : {"t", "a", "b"}) EXPECT_EQ(QM_OK, world.Load(name));
+    EXPECT_EQ(QM_OK, world.Load("t"));
     EXPECT_EQ("x{y:a{z:b}}", world.Tree("t"));
   }
 }
@@ -464,11 +464,11 @@ TEST(ForcedDetachment, OfARunWhoseTargetHasLostItsName) {
   world.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("y")));
   QmDict* dict = &world.ctx()->dict;
   ASSERT_TRUE(InternText(dict, &world.Module("t")->dataNodes->name, "other"));
-  EXPECT_EQ(0u, world.Unload("t"));
+  EXPECT_EQ(QM_OK, world.Unload("t"));
   EXPECT_EQ("/t:x pending{y}", world.Augments("a"));
-  EXPECT_EQ(0u, world.Load("t"));
+  EXPECT_EQ(QM_OK, world.Load("t"));
   ASSERT_TRUE(InternText(dict, &world.Module("t")->dataNodes->name, "other"));
-  EXPECT_EQ(0u, world.Unload("a"));
+  EXPECT_EQ(QM_OK, world.Unload("a"));
   EXPECT_EQ("other", world.Tree("t"));
 }
 
@@ -502,7 +502,7 @@ static void UnloadAndReload(bool refusing) {
   const uint32_t ret = QM_CTX_UnloadModule(ctx, "r");
   coupling::CheckLinks(ctx);
   if (!refusing) {
-    EXPECT_EQ(0u, ret);
+    EXPECT_EQ(QM_OK, ret);
     EXPECT_EQ("x{y:a{z:b}} l", coupling::Tree(QM_CTX_GetModuleByModName(ctx, "t")));
     EXPECT_EQ(QM_FAILED, QM_CTX_IsModFeatureEnable(ctx, "t", "f2"));
   }

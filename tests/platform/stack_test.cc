@@ -54,7 +54,7 @@ TEST(Stack, RefusedAllocationGivesNullOr12AndKeepsTheItems) {
     uint32_t pushed = 0;
     for (char& item : items) {
       const uint32_t ret = RTK_Push(stack, &item);
-      if (ret != 0) {
+      if (ret != QM_OK) {
         EXPECT_EQ(QM_NO_MEMORY, ret);
         break;
       }

@@ -2,6 +2,7 @@
 #include "platform/string.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include <clocale>
 #include <cmath>
@@ -50,14 +51,14 @@ TEST(StrToFloat, ConvertsDecimalNumbers) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
     double value = -1;
-    EXPECT_EQ(0u, RTK_StrToFloat(row.text, &value));
+    EXPECT_EQ(QM_OK, RTK_StrToFloat(row.text, &value));
     EXPECT_EQ(row.value, value);
   }
 }
 
 TEST(StrToFloat, MinusZeroKeepsItsSign) {
   double value = 1;
-  ASSERT_EQ(0u, RTK_StrToFloat("-0", &value));
+  ASSERT_EQ(QM_OK, RTK_StrToFloat("-0", &value));
   EXPECT_TRUE(std::signbit(value));
 }
 
@@ -68,7 +69,7 @@ TEST(StrToFloat, RefusesEverythingElse) {
   for (const char* text : rows) {
     SCOPED_TRACE(text);
     double value = 77;
-    EXPECT_NE(0u, RTK_StrToFloat(text, &value));
+    EXPECT_NE(QM_OK, RTK_StrToFloat(text, &value));
     EXPECT_EQ(77, value);
   }
 }
@@ -94,7 +95,7 @@ TEST(StrToFloat, NumberOutsideTheRangeBecomesInfinityOrZero) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
     double value = 77;
-    EXPECT_EQ(0u, RTK_StrToFloat(row.text.c_str(), &value));
+    EXPECT_EQ(QM_OK, RTK_StrToFloat(row.text.c_str(), &value));
     EXPECT_EQ(row.value, value);
   }
 }
@@ -107,9 +108,9 @@ TEST(StrToFloat, DecimalPointDoesNotDependOnTheLocale) {
   }
   if (german == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
   double value = 0;
-  EXPECT_EQ(0u, RTK_StrToFloat("1.5", &value));
+  EXPECT_EQ(QM_OK, RTK_StrToFloat("1.5", &value));
   EXPECT_EQ(1.5, value);
-  EXPECT_NE(0u, RTK_StrToFloat("1,5", &value));
+  EXPECT_NE(QM_OK, RTK_StrToFloat("1,5", &value));
   std::setlocale(LC_ALL, "C");
 }
 

@@ -108,11 +108,11 @@ class CompiledModels : public testing::Test {
 
   static QmCtx* Load(const std::string& folder, const std::vector<std::string>& names) {
     QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
-    EXPECT_EQ(0u, QM_CTX_SetSearchDir(ctx, folder.c_str()));
+    EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, folder.c_str()));
     for (const std::string& name : names)
-      EXPECT_EQ(0u, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+      EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
     std::string errors;
-    EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx, AddLoadError, &errors));
+    EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx, AddLoadError, &errors));
     EXPECT_EQ("", errors);
     return ctx;
   }
@@ -132,7 +132,7 @@ class CompiledModels : public testing::Test {
   static std::string Tree(QmCtx* ctx, const std::string& name) {
     std::string text;
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
-    EXPECT_EQ(0u, QM_MOD_PrintModelTree(module, AddText, &text)) << name;
+    EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(module, AddText, &text)) << name;
     return text;
   }
 };
@@ -326,7 +326,7 @@ class CompiledMessages : public CompiledModels {
     for (const std::string& feature : message.features) {
       const std::vector<std::string> parts = Split(feature, ':');
       QmsModule* module = QM_CTX_GetModuleByModName(ctx, parts[0].c_str());
-      EXPECT_EQ(0u, QM_MOD_EnableFeature(module, parts[1].c_str())) << feature;
+      EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(module, parts[1].c_str())) << feature;
     }
     return ctx;
   }

@@ -127,7 +127,7 @@ TEST_F(Definitions, FailedAppendKeepsWhatWasThere) {
 }
 
 TEST_F(Definitions, FullCounterIsRefusedWith22) {
-  ASSERT_EQ(0u, NewArrayOf(&module_->includes, 65535));
+  ASSERT_EQ(QM_OK, NewArrayOf(&module_->includes, 65535));
   module_->includeCount = 65534;
   EXPECT_EQ(QM_OK, QMS_MOD_AppendOneInclude(module_, "last"));
   EXPECT_EQ(65535, module_->includeCount);
@@ -190,7 +190,7 @@ TEST_F(Definitions, FailedTypeCopyGives22AndReleasesNameAndDefault) {
 }
 
 TEST_F(Definitions, FindersSkipElementsThatHaveNoNameYet) {
-  ASSERT_EQ(0u, NewArrayOf(&module_->features, 2));
+  ASSERT_EQ(QM_OK, NewArrayOf(&module_->features, 2));
   module_->featureCount = 2;
   ASSERT_EQ(0u, QMS_MOD_FillFeature(dict_, &module_->features[1], "f"));
   EXPECT_EQ(&module_->features[1], QMS_MOD_FindFeatureByName(module_, "f"));
@@ -457,7 +457,7 @@ TEST_F(Deviates, FailedFillGives12AndLeavesTheElementClear) {
     counting_memory::RefuseNth(n, Refuse::kOnce);
     const uint32_t ret = QMS_MOD_FillDeviate(dict_, &copy, &source_);
     if (counting_memory::StopRefusing() == 0) {
-      EXPECT_EQ(0u, ret);
+      EXPECT_EQ(QM_OK, ret);
       QMS_MOD_ClearDeviate(dict_, &copy);
       break;
     }

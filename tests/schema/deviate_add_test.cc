@@ -209,7 +209,8 @@ TEST(DeviateAddExtInst, WithoutAChangeTheClientIsNotTold) {
   QmsDeviate deviate{};
   deviate.extInsts = deviation.Target()->extInsts;
   deviate.extInstCount = 1;
-  EXPECT_EQ(0u, QMS_MOD_CoupleDevAddExtInsts(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_OK,
+            QMS_MOD_CoupleDevAddExtInsts(deviation.Deviating(), deviation.Target(), &deviate));
   EXPECT_THAT(told, IsEmpty());
   EXPECT_EQ("container n ext:ext:e1", deviation.Node());
 }
@@ -255,7 +256,7 @@ TEST(DeviateAddMemory, ARefusedAllocationIsReportedByTheStep) {
     // The texts are new in the dictionary of the first context, so all is allocated.
     QmsDeviate* deviate = source.Deviation()->deviates;
     counting_memory::RefuseNth(1, counting_memory::Refuse::kOnce);
-    EXPECT_NE(0u, QMS_MOD_CoupleDevAdd(empty.Deviating(), empty.Target(), deviate));
+    EXPECT_NE(QM_OK, QMS_MOD_CoupleDevAdd(empty.Deviating(), empty.Target(), deviate));
     EXPECT_EQ(1u, counting_memory::StopRefusing());
     EXPECT_EQ(before, empty.Node());
     EXPECT_THAT(empty.Messages(), ElementsAre(row.message));

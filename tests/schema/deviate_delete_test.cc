@@ -126,7 +126,8 @@ TEST(DeviateDeleteDefault, ACountWithoutAnArrayIsReadAsNoDefaults) {
   deviate.defaultCount = 1;
   const char** array = payload->defaults;
   payload->defaults = nullptr;
-  EXPECT_EQ(1u, QMS_MOD_DelLeaflistDefaults(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_FAILED,
+            QMS_MOD_DelLeaflistDefaults(deviation.Deviating(), deviation.Target(), &deviate));
   payload->defaults = array;
 }
 

@@ -73,7 +73,7 @@ TEST(DeviateReplaceConfig, EqualBitsAreLeftAsTheyAreWithTheirOrigin) {
   deviation.Target()->flags |= QMS_NODE_CONFIG_FALSE;
   QmsDeviate deviate{};
   deviate.flags = QMS_NODE_CONFIG_FALSE | QMS_NODE_CONFIG_OWN;
-  EXPECT_EQ(0u, QMS_MOD_ReplNodeConfig(deviation.Deviating(), deviation.Target(), &deviate));
+  EXPECT_EQ(QM_OK, QMS_MOD_ReplNodeConfig(deviation.Deviating(), deviation.Target(), &deviate));
   EXPECT_EQ("container n config:false", deviation.Node());
 }
 

@@ -215,7 +215,7 @@ TEST_F(ExtInst, MergeStopsAtTheFirstFailure) {
 }
 
 TEST_F(ExtInst, FullCounterIsRefusedWith22) {
-  ASSERT_EQ(0u, NewArrayOf(&array_, 65535));
+  ASSERT_EQ(QM_OK, NewArrayOf(&array_, 65535));
   count_ = 65535;
   EXPECT_EQ(QM_INVALID,
             QMS_EXT_AppendOneExtInstToArray(dict_, &array_, &count_, "x", "n", nullptr));
@@ -464,7 +464,7 @@ void AppendCopyAndSubtract(bool refusing) {
   if (count == 3) {
     QMS_EXT_ClearExtInst(dict, &array[1]);
     const uint32_t ret = QMS_EXT_SubtractExtInstArray(dict, &array, 3, 2);
-    EXPECT_EQ(ret == 0, array != nullptr);
+    EXPECT_EQ(ret == QM_OK, array != nullptr);
     count = 2;
   }
   QMS_EXT_FreeExtInsts(dict, array, count);

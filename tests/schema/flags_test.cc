@@ -330,8 +330,8 @@ TEST(InheritAugmentWhen, ActionsAndNotificationsAreSkipped) {
   QmDict* dict = schema.dict();
   QmsNode* augment = Top(schema.Module("m"), QMS_NODE_AUGMENT, "/m:c");
   SetWhen(dict, augment, "../a");
-  ASSERT_EQ(
-      0u, QMS_NODE_AppendOneIfFeat(dict, &augment->ifFeatures, &augment->ifFeatureCount, "m", "f"));
+  ASSERT_EQ(QM_OK, QMS_NODE_AppendOneIfFeat(dict, &augment->ifFeatures, &augment->ifFeatureCount,
+                                            "m", "f"));
   QmsNode* action = Child(augment, QMS_NODE_ACTION, "act");
   QmsNode* notification = Child(augment, QMS_NODE_NOTIFICATION, "note");
   QmsNode* leaf = Child(augment, QMS_NODE_LEAF, "leaf");
@@ -408,12 +408,13 @@ void InheritScenario(bool refusing) {
             QMS_NODE_AppendOneIfFeat(dict, &augment->ifFeatures, &augment->ifFeatureCount, "m",
                                      "f") == 0;
   }
-  const uint32_t ret = built ? QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment) : 12;
+  const uint32_t ret =
+      built ? QMS_NODE_InheritAugNodeEvalToAllChildNode(dict, augment) : uint32_t{QM_NO_MEMORY};
   // A condition that cannot be rewritten for want of memory is not inherited, so
   // a refused allocation need not show in the status.
-  EXPECT_TRUE(ret == 0 || ret == QM_NO_MEMORY || ret == QM_INVALID) << ret;
+  EXPECT_TRUE(ret == QM_OK || ret == QM_NO_MEMORY || ret == QM_INVALID) << ret;
   if (!refusing) {
-    EXPECT_EQ(0u, ret);
+    EXPECT_EQ(QM_OK, ret);
     EXPECT_STREQ("(../../first) and (../second)", child->when);
   }
   QMS_NODE_Free(augment);

@@ -272,7 +272,7 @@ TEST_F(MergeDefinitions, LaterTypedefsLeaveNoPointerToTheArrayThatMoved) {
   ASSERT_EQ(QM_OK, QMT_TYPE_UpdateRealTypeDerivedFrom(TypeOfLeaf(leaf), dst_));
   AddDerivedTypedef(src_, "t1", "base");
   AddDerivedTypedef(src_, "t2", "base");
-  EXPECT_EQ(0u, QMS_MOD_MergeNonNodeMemberTypeDef(dst_, src_));
+  EXPECT_EQ(QM_OK, QMS_MOD_MergeNonNodeMemberTypeDef(dst_, src_));
   EXPECT_EQ(nullptr, ResolvedOf(TypeOfLeaf(leaf)));
   EXPECT_EQ(nullptr, ResolvedOf(&dst_->typedefs[1].type));
   EXPECT_EQ(&dst_->typedefs[0].type, ResolvedOf(&dst_->typedefs[2].type));
@@ -369,7 +369,7 @@ TEST_F(MergeTree, ListHeadOutsideTheModuleIsClearedToo) {
   Containers(dst_, {"a"});
   Containers(src_, {"x", "y"});
   QmsNode* head = src_->dataNodes;
-  EXPECT_EQ(0u, QMS_NODE_CompareAndMergeNodeList(&dst_->dataNodes, &head, nullptr, dst_));
+  EXPECT_EQ(QM_OK, QMS_NODE_CompareAndMergeNodeList(&dst_->dataNodes, &head, nullptr, dst_));
   EXPECT_EQ(nullptr, head);
   EXPECT_EQ(nullptr, src_->dataNodes);
 }
@@ -486,8 +486,8 @@ TEST_F(MergeTree, ParentsOtherThanTheRootKeepTheWalkInside) {
   QmsNode* dstAfter = AddTop(dst_, QMS_NODE_CONTAINER, "after");
   QmsNode* srcAfter = AddTop(src_, QMS_NODE_CONTAINER, "after");
   ASSERT_NE(nullptr, AddChild(srcAfter, QMS_NODE_LEAF, "l"));
-  EXPECT_EQ(0u, QMS_NODE_MergeTreeNodeFromRootStart(&dstTop->firstChild, &srcTop->firstChild,
-                                                    dstTop, dst_));
+  EXPECT_EQ(QM_OK, QMS_NODE_MergeTreeNodeFromRootStart(&dstTop->firstChild, &srcTop->firstChild,
+                                                       dstTop, dst_));
   EXPECT_EQ(nullptr, dstAfter->firstChild);
 }
 
@@ -696,7 +696,7 @@ TEST(MergeWithoutMemory, EachStepReportsItsFailureWith12Or22) {
       EXPECT_EQ(2u, said.size());
       if (!said.empty()) firstMessages.insert(said[0]);
     } else {
-      EXPECT_EQ(0u, ret);
+      EXPECT_EQ(QM_OK, ret);
     }
     QMS_MOD_Free(src);
     QMS_MOD_Free(dst);

@@ -359,7 +359,7 @@ TEST_F(TopLevelNodes, ScansRefuseMissingArgumentsWith22) {
 using Registry = ModuleTest;
 
 TEST_F(Registry, ModulesAreFoundByNameAndByNamespace) {
-  ASSERT_EQ(0u, QM_CTX_AddModuleNode(ctx_, module_));
+  ASSERT_EQ(QM_OK, QM_CTX_AddModuleNode(ctx_, module_));
   EXPECT_EQ(module_, QM_CTX_GetModuleByModName(ctx_, "m"));
   EXPECT_EQ(module_, QM_CTX_GetModuleByModNs(ctx_, "urn:m"));
   EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx_, "urn:m"));

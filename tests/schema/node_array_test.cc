@@ -20,7 +20,7 @@ using module_builder::References;
 
 class NodeArray : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(0u, QM_DICT_Init(&dict_)); }
+  void SetUp() override { ASSERT_EQ(QM_OK, QM_DICT_Init(&dict_)); }
   void TearDown() override {
     QMS_NODE_FreeIfFeatures(&dict_, features_, featureCount_);
     QMS_NODE_FreeMusts(&dict_, musts_, mustCount_);
@@ -261,7 +261,7 @@ TEST_F(Musts, SubtractWithoutMemoryFreesBothArrays) {
 }
 
 TEST_F(Musts, FullCounterIsRefusedWith22) {
-  ASSERT_EQ(0u, NewArrayOf(&musts_, 65535));
+  ASSERT_EQ(QM_OK, NewArrayOf(&musts_, 65535));
   mustCount_ = 65535;
   const QmsMust must = {"c", nullptr, nullptr};
   EXPECT_EQ(QM_INVALID, QMS_NODE_AppendOneMust(&dict_, &musts_, &mustCount_, &must));
@@ -327,7 +327,7 @@ TEST_F(Defaults, AppendWithAFailedInterningGives1AndKeepsTheOldArray) {
 }
 
 TEST_F(Defaults, MoreThan65535AreRefusedWith22) {
-  ASSERT_EQ(0u, NewArrayOf(&leafList_.defaults, 65535));
+  ASSERT_EQ(QM_OK, NewArrayOf(&leafList_.defaults, 65535));
   leafList_.defaultCount = 65535;
   const char* values[] = {"a"};
   EXPECT_EQ(QM_INVALID, QMS_NODE_AppendLeaflistDefaults(&dict_, &leafList_, 1, values));
@@ -396,7 +396,7 @@ void UseEveryArray(bool refusing) {
   }
   EXPECT_EQ(4u - failed, 0u + featureCount + mustCount);
   const uint32_t ret = QMS_NODE_AppendLeaflistDefaults(&dict, &leafList, 2, values);
-  EXPECT_EQ(ret == 0 ? 2 : 0, leafList.defaultCount);
+  EXPECT_EQ(ret == QM_OK ? 2 : 0, leafList.defaultCount);
   if (!refusing) {
     EXPECT_EQ(0u, failed + ret);
   }

@@ -47,7 +47,7 @@ struct SmallPrint {
 template <typename Print>
 void ExpectAllOrRefused(const QmsModule* module, Print print) {
   SmallPrint enough(1000, module);
-  ASSERT_EQ(0u, print(&enough.para));
+  ASSERT_EQ(QM_OK, print(&enough.para));
   const std::string whole = enough.Written();
   ASSERT_FALSE(whole.empty());
   for (uint32_t size = 1; size <= whole.size(); ++size) {
@@ -57,7 +57,7 @@ void ExpectAllOrRefused(const QmsModule* module, Print print) {
     EXPECT_EQ(whole.substr(0, tooSmall.text.used), tooSmall.Written());
   }
   SmallPrint fits(static_cast<uint32_t>(whole.size()) + 1, module);
-  EXPECT_EQ(0u, print(&fits.para));
+  EXPECT_EQ(QM_OK, print(&fits.para));
   EXPECT_EQ(whole, fits.Written());
 }
 
@@ -144,17 +144,17 @@ TEST(PrintRoom, AChoiceWithoutItsRecordHasNoDefault) {
   node.module = tree.m;
   node.name = "ch";
   SmallPrint print(100, tree.m);
-  EXPECT_EQ(0u, PrintNodeLine(&node, &print.para));
+  EXPECT_EQ(QM_OK, PrintNodeLine(&node, &print.para));
   EXPECT_NE(std::string::npos, print.Written().find(" (ch)?\n"));
 }
 
 TEST(PrintRoom, AnEmptyBufferIsNotHandedOut) {
   Tree tree;
   SmallPrint print(100, tree.m);
-  EXPECT_EQ(0u, FlushText(&print.text));
+  EXPECT_EQ(QM_OK, FlushText(&print.text));
   EXPECT_EQ(0u, print.chunks);
-  EXPECT_EQ(0u, PrintPiece(&print.para, "x"));
-  EXPECT_EQ(0u, FlushText(&print.text));
+  EXPECT_EQ(QM_OK, PrintPiece(&print.para, "x"));
+  EXPECT_EQ(QM_OK, FlushText(&print.text));
   EXPECT_EQ(1u, print.chunks);
 }
 

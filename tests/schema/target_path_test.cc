@@ -195,7 +195,7 @@ TEST(SplitTargetNodeXpath, CutsBeforeTheLastQualifiedStep) {
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.path);
     const Split split = SplitPath(row.path);
-    EXPECT_EQ(0u, split.status);
+    EXPECT_EQ(QM_OK, split.status);
     EXPECT_EQ(row.name, split.name);
     EXPECT_EQ(row.parent, split.parent);
     EXPECT_EQ(row.last, split.last);
@@ -214,7 +214,7 @@ TEST(SplitTargetNodeXpath, RefusesPathsWithoutAQualifiedStep) {
 }
 
 TEST(SplitTargetNodeXpath, RefusesANameThatDoesNotFit) {
-  EXPECT_EQ(0u, SplitPath("/abc:x", 4).status);
+  EXPECT_EQ(QM_OK, SplitPath("/abc:x", 4).status);
   EXPECT_EQ(QM_INVALID, SplitPath("/abc:x", 3).status);
   EXPECT_EQ(QM_INVALID, SplitPath("/abc:x", 0).status);
 }
@@ -242,8 +242,8 @@ TEST(SplitTargetNodeXpath, GivesNothingWithoutMemory) {
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     const Split split = SplitPath("/a:x/b:y");
     if (!refusing) {
-      EXPECT_EQ(0u, split.status);
-    } else if (split.status != 0) {
+      EXPECT_EQ(QM_OK, split.status);
+    } else if (split.status != QM_OK) {
       EXPECT_EQ(QM_INVALID, split.status);
       EXPECT_EQ("NULL", split.parent);
       EXPECT_EQ("NULL", split.last);

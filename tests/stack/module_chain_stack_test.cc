@@ -48,7 +48,7 @@ TEST_F(ModuleChain, Of256IncludesIsFollowed) {
     EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
     EXPECT_EQ("", LoadErrors(ctx_));
     EXPECT_NE(nullptr, QM_CTX_GetTargetNode(ctx_, "/m:d/d/d", nullptr));
-    EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m"));
+    EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx_, "m"));
   });
 }
 
@@ -95,7 +95,7 @@ TEST_F(ModuleChain, OfImportsAugmentsAndDeviationsIsLoadedAndUnloaded) {
     EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, name(kModules - 1).c_str()));
     EXPECT_EQ("", LoadErrors(ctx_));
     EXPECT_NE(nullptr, QM_CTX_GetModuleByModName(ctx_, "m0"));
-    EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx_, "m0"));
+    EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx_, "m0"));
   });
 }
 

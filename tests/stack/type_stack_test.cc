@@ -36,7 +36,7 @@ uint32_t CheckValue(const std::string& body) {
     EXPECT_EQ("", deep_model::LoadErrors(ctx));
     QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
     status = QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "v");
-    EXPECT_EQ(0u, QM_CTX_UnloadModule(ctx, "m"));
+    EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, "m"));
     QM_CTX_Delete(ctx);
   });
   return status;
@@ -47,7 +47,7 @@ std::string Unions(size_t depth) {
 }
 
 TEST(DeepType, UnionsAreCheckedTo128Levels) {
-  EXPECT_EQ(0u, CheckValue(LeafX(Unions(128))));
+  EXPECT_EQ(QM_OK, CheckValue(LeafX(Unions(128))));
   EXPECT_EQ(QM_VALUE_BAD_UNION, CheckValue(LeafX(Unions(129))));
   EXPECT_EQ(QM_VALUE_BAD_UNION, CheckValue(LeafX(Unions(250))));
 }
@@ -61,9 +61,9 @@ std::string TypedefChain(size_t first, size_t links, const std::string& last) {
 }
 
 TEST(DeepType, TypedefsAreFollowedFor129Links) {
-  EXPECT_EQ(0u, CheckValue(TypedefChain(0, 129, TypeOf("string")) + LeafX(TypeOf("t0"))));
-  EXPECT_NE(0u, CheckValue(TypedefChain(0, 130, TypeOf("string")) + LeafX(TypeOf("t0"))));
-  EXPECT_NE(0u, CheckValue(TypedefChain(0, 5000, TypeOf("string")) + LeafX(TypeOf("t0"))));
+  EXPECT_EQ(QM_OK, CheckValue(TypedefChain(0, 129, TypeOf("string")) + LeafX(TypeOf("t0"))));
+  EXPECT_NE(QM_OK, CheckValue(TypedefChain(0, 130, TypeOf("string")) + LeafX(TypeOf("t0"))));
+  EXPECT_NE(QM_OK, CheckValue(TypedefChain(0, 5000, TypeOf("string")) + LeafX(TypeOf("t0"))));
 }
 
 // Of a check of the leaf x alone, since a load may take more.
@@ -71,7 +71,7 @@ size_t StackOfCheck(const std::string& body) {
   QmCtx* ctx = QM_CTX_Create(0);
   EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, deep_model::Module("m", body).c_str()));
   QmsNode* x = QM_CTX_GetTargetNode(ctx, "/m:x", nullptr);
-  const auto check = [x] { EXPECT_EQ(0u, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "v")); };
+  const auto check = [x] { EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(x, QM_INPUT_TEXT, "v")); };
   check();  // the first call of a function may take stack to find it
   const size_t used = OnSmallStack(check);
   QM_CTX_Delete(ctx);
@@ -114,7 +114,7 @@ std::string UnionsOfTypedefs(size_t unions, size_t links) {
 }
 
 TEST(DeepType, UnionsOfTypedefsAreCheckedTo1024Types) {
-  EXPECT_EQ(0u, CheckValue(UnionsOfTypedefs(113, 8) + LeafX(TypeOf("t0"))));
+  EXPECT_EQ(QM_OK, CheckValue(UnionsOfTypedefs(113, 8) + LeafX(TypeOf("t0"))));
   EXPECT_EQ(QM_VALUE_BAD_UNION, CheckValue(UnionsOfTypedefs(114, 8) + LeafX(TypeOf("t0"))));
   EXPECT_EQ(QM_VALUE_BAD_UNION, CheckValue(UnionsOfTypedefs(128, 120) + LeafX(TypeOf("t0"))));
 }
@@ -135,12 +135,12 @@ TEST(DeepType, PatternsAreCompiledBelowAllTypes) {
   for (const std::string& pattern : patterns) {
     SCOPED_TRACE(pattern.substr(0, 8));
     const uint32_t alone = CheckValue(LeafX(Pattern(pattern)));
-    EXPECT_EQ(pattern[0] == '(' ? 0u : alone, alone);
+    EXPECT_EQ(pattern[0] == '(' ? uint32_t{QM_OK} : alone, alone);
     std::string types = UnionsOfTypedefs(113, 8);
     const size_t last = types.rfind("<type name='string'/>");
     ASSERT_NE(std::string::npos, last);
     types.replace(last, sizeof("<type name='string'/>") - 1, Pattern(pattern));
-    EXPECT_EQ(alone == 0 ? 0u : QM_VALUE_BAD_UNION, CheckValue(types + LeafX(TypeOf("t0"))));
+    EXPECT_EQ(alone == QM_OK ? QM_OK : QM_VALUE_BAD_UNION, CheckValue(types + LeafX(TypeOf("t0"))));
   }
 }
 
@@ -159,7 +159,8 @@ TEST(DeepType, IdentitiesMayHaveLongChainsOfBases) {
   body += "<identity name='i3000'/>";
   static_cast<void>(
       CheckValue(body + LeafX("<type name='identityref'><base name='i100'/></type>")));
-  EXPECT_NE(0u, CheckValue(body + LeafX("<type name='identityref'><base name='i3001'/></type>")));
+  EXPECT_NE(QM_OK,
+            CheckValue(body + LeafX("<type name='identityref'><base name='i3001'/></type>")));
 }
 
 TEST(DeepType, LeafrefsMayFormLongChains) {
@@ -170,8 +171,8 @@ TEST(DeepType, LeafrefsMayFormLongChains) {
               "'><type name='leafref'><path value='/m:" + Name("y", i + 1) + "'/></type></leaf>";
     return body + "<leaf name='" + Name("y", links) + "'><type name='string'/></leaf>";
   };
-  EXPECT_EQ(0u, CheckValue(chain(100)));
-  EXPECT_NE(0u, CheckValue(chain(3000)));
+  EXPECT_EQ(QM_OK, CheckValue(chain(100)));
+  EXPECT_NE(QM_OK, CheckValue(chain(3000)));
 }
 
 }  // namespace

@@ -148,7 +148,7 @@ uint32_t World::Unload(const std::string& name) const {
 
 QmsModule* World::Add(const std::string& name, const std::string& body) const {
   Put(name, body);
-  EXPECT_EQ(0u, Load(name)) << name;
+  EXPECT_EQ(QM_OK, Load(name)) << name;
   EXPECT_TRUE(IsLoaded(name)) << name;
   return Module(name);
 }

@@ -153,7 +153,7 @@ QmsModule* Case::Deviating() const {
 
 std::vector<std::string> Case::Messages() const {
   std::vector<std::string> messages;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, CollectOfD, &messages));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, CollectOfD, &messages));
   return messages;
 }
 

@@ -2,6 +2,7 @@
 #include "tests/support/message_fixture.h"
 
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include "tests/support/yin_text.h"
 
@@ -61,7 +62,7 @@ void Schema::Load(const std::string& name, const std::string& body) {
   const uint32_t ret = QM_CTX_LoadMemory(ctx_, yin_text::Module(name, body).c_str());
   std::string failures;
   const uint32_t scanned = QM_CTX_ScanAllSchemaLoadFail(ctx_, NoteFailure, &failures);
-  ASSERT_EQ(0u, ret) << failures;
+  ASSERT_EQ(QM_OK, ret) << failures;
   ASSERT_EQ(0u, scanned);
 }
 
@@ -129,7 +130,7 @@ std::string ValidateRpc(QmCtx* ctx, const Document& doc, std::vector<std::string
 std::string ValidateNotif(QmCtx* ctx, const std::string& text) {
   std::string out;
   const uint32_t ret = QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), TakeText, &out);
-  return ret == 0 ? out : std::to_string(ret);
+  return ret == QM_OK ? out : std::to_string(ret);
 }
 
 }  // namespace message_fixture

@@ -73,7 +73,7 @@ QmsModule* Schema::Module(const char* name) const {
   EXPECT_TRUE(InternText(dict(), &module->ns, (std::string("urn:") + name).c_str()));
   RTK_AVL3_InitLink(&module->nameLink);
   RTK_AVL3_InitLink(&module->nsLink);
-  EXPECT_EQ(0u, QM_CTX_AddModuleNode(ctx_, module));
+  EXPECT_EQ(QM_OK, QM_CTX_AddModuleNode(ctx_, module));
   return module;
 }
 

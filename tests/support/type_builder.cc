@@ -15,7 +15,7 @@
 namespace type_builder {
 
 Dict::Dict() {
-  EXPECT_EQ(0u, QM_DICT_Init(&dict_));
+  EXPECT_EQ(QM_OK, QM_DICT_Init(&dict_));
 }
 
 Dict::~Dict() {

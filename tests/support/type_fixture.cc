@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <qmodel/error.h>
 
 #include <cstring>
 #include <iterator>
@@ -174,7 +175,7 @@ Module::~Module() {
 
 std::vector<std::string> Module::Messages() {
   std::vector<std::string> messages;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, KeepMessage, &messages));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, KeepMessage, &messages));
   return messages;
 }
 
@@ -206,7 +207,7 @@ std::string ParseAndDump(const std::string& xml, uint32_t loadFlags) {
   Module module(loadFlags);
   Type type(&module);
   const uint32_t ret = type.Parse(xml);
-  return ret == 0 ? type.Dump() : StatusName(ret);
+  return ret == QM_OK ? type.Dump() : StatusName(ret);
 }
 
 }  // namespace type_fixture

@@ -2,6 +2,7 @@
 #include "tests/support/yin.h"
 
 #include <gtest/gtest.h>
+#include <qmodel/error.h>
 
 #include "context/xml_parse.h"
 #include "schema/module.h"
@@ -31,7 +32,7 @@ static uint32_t Collect(const char* modName, const char* yinFile, const char* me
 
 std::vector<std::string> Context::Errors() const {
   std::vector<std::string> errors;
-  EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &errors));
+  EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, Collect, &errors));
   return errors;
 }
 

@@ -245,7 +245,7 @@ TEST(CopyType, CopiesEveryKindDeeply) {
   const auto* members = BodyOf<QmtConsUnion>(copy, QMT_CONS_UNION);
   ASSERT_EQ(2, members->count);
   EXPECT_EQ(QMT_BASE_STRING, members->members[1].baseType);
-  EXPECT_EQ(0u, CheckText(&members->members[0], "1"));
+  EXPECT_EQ(QM_OK, CheckText(&members->members[0], "1"));
   EXPECT_EQ(QM_VALUE_BAD_RANGE, CheckText(&members->members[0], "2"));
   QMT_TYPE_DestroyQmtRealType(dict.Get(), copy);
 }
@@ -331,9 +331,9 @@ TEST(CopyType, EveryFailedAllocationGives12AndAnEmptyDestination) {
     QmtType copy{};
     const uint32_t ret = QMT_TYPE_CopyQmtRealTypeInner(&dict, &copy, g_source);
     if (!refusing) {
-      EXPECT_EQ(0u, ret);
+      EXPECT_EQ(QM_OK, ret);
     }
-    if (ret != 0) {
+    if (ret != QM_OK) {
       EXPECT_EQ(QM_NO_MEMORY, ret);
       ExpectEmpty(copy);
       for (uint32_t i = 0; i < dict.bucketCount; ++i) {

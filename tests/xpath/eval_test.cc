@@ -426,7 +426,7 @@ class Steps : public testing::Test {
   void Start(const char* text) {
     expr_ = QM_XPATH_ExprTokenize(text);
     ASSERT_NE(nullptr, expr_);
-    ASSERT_EQ(0u, QM_XPATH_InitEvalCtx(&ctx_, tree_.Document(), tree_.Element("a")));
+    ASSERT_EQ(QM_OK, QM_XPATH_InitEvalCtx(&ctx_, tree_.Document(), tree_.Element("a")));
   }
   void TearDown() override {
     QM_XPATH_FreeXpathLex(expr_);
@@ -459,7 +459,7 @@ TEST_F(Steps, ASubExpressionMustBeOpened) {
 
 TEST_F(Steps, ASubExpressionLeavesItsClosingTokenToTheCaller) {
   Start("(1)");
-  EXPECT_EQ(0u, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(QM_OK, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
   EXPECT_EQ(2u, index_);
   EXPECT_EQ(0u, RTK_GetSize(ctx_.opStack));
 }
@@ -467,8 +467,8 @@ TEST_F(Steps, ASubExpressionLeavesItsClosingTokenToTheCaller) {
 TEST_F(Steps, AnExpressionEndsAtTheParenthesisThatItDidNotOpen) {
   Start("not(a = (1 = 1)) = (a)");
   index_ = 2;
-  ASSERT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_BARRIER, 1));
-  EXPECT_EQ(0u, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
+  ASSERT_EQ(QM_OK, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_BARRIER, 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
   EXPECT_EQ(9u, index_);
   EXPECT_EQ(1u, RTK_GetSize(ctx_.objStack));
   EXPECT_EQ(0u, RTK_GetSize(ctx_.opStack));
@@ -478,7 +478,7 @@ TEST_F(Steps, AnExpressionEndsAtTheParenthesisThatItDidNotOpen) {
 TEST_F(Steps, AnExpressionThatBeginsBehindAFunctionNameCallsNothing) {
   Start("not('')");
   index_ = 1;
-  EXPECT_EQ(0u, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
+  EXPECT_EQ(QM_OK, QM_XPATH_EvalExpr(&ctx_, expr_, &index_));
   EXPECT_EQ(4u, index_);
   EXPECT_EQ(QM_XPATH_FALSE, QM_XPATH_GetEvalResult(&ctx_));
 }
@@ -515,8 +515,8 @@ TEST_F(Steps, APathNeedsANodeAsItsBeginning) {
 
 TEST_F(Steps, AnOperatorOfUnknownOperationIs28932) {
   Start("a = b");
-  ASSERT_EQ(0u, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
-  ASSERT_EQ(0u, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
+  ASSERT_EQ(QM_OK, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
+  ASSERT_EQ(QM_OK, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
   const QmXpathOpEntry op = {QM_XPATH_EXPR_EQUALITY, 0};  // token 0 is a name
   EXPECT_EQ(QM_XPATH_BAD_OPERATION, QM_XPATH_CalculateOneExpr(&ctx_, expr_, &op));
   EXPECT_EQ(0u, RTK_GetSize(ctx_.objStack));
@@ -524,29 +524,29 @@ TEST_F(Steps, AnOperatorOfUnknownOperationIs28932) {
 
 TEST_F(Steps, DestroyFreesWhatTheStacksHold) {
   Start("a");
-  EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(ctx_.objStack, "abc", 2));
-  EXPECT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_OR, 0));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushStringToObjStack(ctx_.objStack, "abc", 2));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_OR, 0));
 }
 
 TEST_F(Steps, ReducingStopsAtABarrierAndAtLooserOperators) {
   Start("1 or 1 = 1 and 1");
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(0u, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
-  EXPECT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_OR, 1));
-  EXPECT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_EQUALITY, 3));
-  EXPECT_EQ(0u, QM_XPATH_PushExprTypeToStackByPriority(&ctx_, expr_, QM_XPATH_EXPR_AND, 5));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(QM_OK, QM_XPATH_PushNumberToObjStack(ctx_.objStack, 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_OR, 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_EQUALITY, 3));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushExprTypeToStackByPriority(&ctx_, expr_, QM_XPATH_EXPR_AND, 5));
   EXPECT_EQ(2u, RTK_GetSize(ctx_.opStack));  // or, and
   EXPECT_EQ(2u, RTK_GetSize(ctx_.objStack));
-  EXPECT_EQ(0u, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_BARRIER, 0));
-  EXPECT_EQ(0u, QM_XPATH_CalculateHighPriorityExpr(&ctx_, expr_, QM_XPATH_EXPR_OR));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushExprTypeToStack(&ctx_, QM_XPATH_EXPR_BARRIER, 0));
+  EXPECT_EQ(QM_OK, QM_XPATH_CalculateHighPriorityExpr(&ctx_, expr_, QM_XPATH_EXPR_OR));
   EXPECT_EQ(3u, RTK_GetSize(ctx_.opStack));
 }
 
 TEST_F(Steps, TheResultIsExactlyOneOperand) {
   Start("a");
   EXPECT_EQ(QM_INVALID, QM_XPATH_GetEvalResult(&ctx_));
-  EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(ctx_.objStack, 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushBooleanToObjStack(ctx_.objStack, 1));
   EXPECT_EQ(QM_OK, QM_XPATH_GetEvalResult(&ctx_));
-  EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(ctx_.objStack, 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushBooleanToObjStack(ctx_.objStack, 1));
   EXPECT_EQ(QM_INVALID, QM_XPATH_GetEvalResult(&ctx_));
 }
 
@@ -560,7 +560,7 @@ TEST(EvalCondition, FailsOrIsRightForEachRefusedAllocation) {
         g_tree->Document(), g_tree->Element(""),
         "(a = 'x' and not(missing)) and n > 4 and sub/l[k='1']/v != '' and id = 'c:dog' and "
         "derived-from(did, 'c:mammal') and not(a) = 0");
-    EXPECT_TRUE(ret == 0 || (refusing && (ret == QM_NO_MEMORY || ret == QM_XPATH_BAD_TOKEN)))
+    EXPECT_TRUE(ret == QM_OK || (refusing && (ret == QM_NO_MEMORY || ret == QM_XPATH_BAD_TOKEN)))
         << ret;
   });
   EXPECT_GT(injected, 60u);

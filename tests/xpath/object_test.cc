@@ -24,8 +24,8 @@ using Object = QmOwn<QM_XPATH_FreeObject>;
 TEST(ObjectStack, GivesBackWhatWasPushed) {
   Stack stack(RTK_CreateStack());
   xmlNode node = {};
-  EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), &node));
-  EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), "abcd", 3));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushNodeToObjStack(stack.Get(), &node));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushStringToObjStack(stack.Get(), "abcd", 3));
   EXPECT_EQ(nullptr, QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_NODE));
   EXPECT_EQ(2u, RTK_GetSize(stack.Get()));
   Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
@@ -39,7 +39,7 @@ TEST(ObjectStack, GivesBackWhatWasPushed) {
 
 TEST(ObjectStack, AnEmptyStringIsAString) {
   Stack stack(RTK_CreateStack());
-  EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), "abc", 0));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushStringToObjStack(stack.Get(), "abc", 0));
   Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
   ASSERT_TRUE(text);
   EXPECT_STREQ("", text->value.string);
@@ -49,11 +49,11 @@ TEST(ObjectStack, OnlyANodeOnTopIsReplaced) {
   Stack stack(RTK_CreateStack());
   xmlNode node = {};
   EXPECT_EQ(QM_INVALID, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), &node));
-  EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), nullptr));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushNodeToObjStack(stack.Get(), nullptr));
   EXPECT_EQ(nullptr, QM_XPATH_GetStackTopObjNode(stack.Get()));
   EXPECT_EQ(QM_OK, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), &node));
   EXPECT_EQ(&node, QM_XPATH_GetStackTopObjNode(stack.Get()));
-  EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(stack.Get(), 1));
+  EXPECT_EQ(QM_OK, QM_XPATH_PushBooleanToObjStack(stack.Get(), 1));
   EXPECT_EQ(nullptr, QM_XPATH_GetStackTopObjNode(stack.Get()));
   EXPECT_EQ(QM_INVALID, QM_XPATH_ReplaceNodeToTopElemInObjStack(stack.Get(), nullptr));
   Object boolean(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_BOOLEAN));
@@ -67,8 +67,8 @@ TEST(ObjectStack, AFailedPushLeavesNothing) {
     if (!stack) return;
     const uint32_t ret = QM_XPATH_PushStringToObjStack(stack.Get(), "abc", 3);
     Object text(QM_XPATH_GetArgumentByType(stack.Get(), QM_XPATH_OBJECT_STRING));
-    EXPECT_EQ(ret == 0, static_cast<bool>(text));
-    EXPECT_TRUE(ret == 0 || (refusing && ret == QM_NO_MEMORY)) << ret;
+    EXPECT_EQ(ret == QM_OK, static_cast<bool>(text));
+    EXPECT_TRUE(ret == QM_OK || (refusing && ret == QM_NO_MEMORY)) << ret;
   });
   EXPECT_EQ(8u, injected);  // stack, text, object and slots, in both modes
 }
@@ -80,17 +80,17 @@ TEST(FreeObject, NullIsAccepted) {
 // An operand of each type.
 struct Operand {
   explicit Operand(double number) : Operand() {
-    EXPECT_EQ(0u, QM_XPATH_PushNumberToObjStack(stack.Get(), number));
+    EXPECT_EQ(QM_OK, QM_XPATH_PushNumberToObjStack(stack.Get(), number));
   }
   explicit Operand(bool boolean) : Operand() {
-    EXPECT_EQ(0u, QM_XPATH_PushBooleanToObjStack(stack.Get(), boolean ? 1 : 0));
+    EXPECT_EQ(QM_OK, QM_XPATH_PushBooleanToObjStack(stack.Get(), boolean ? 1 : 0));
   }
   explicit Operand(const std::string& text) : Operand() {
-    EXPECT_EQ(0u, QM_XPATH_PushStringToObjStack(stack.Get(), text.c_str(),
-                                                static_cast<uint32_t>(text.size())));
+    EXPECT_EQ(QM_OK, QM_XPATH_PushStringToObjStack(stack.Get(), text.c_str(),
+                                                   static_cast<uint32_t>(text.size())));
   }
   explicit Operand(xmlNode* node) : Operand() {
-    EXPECT_EQ(0u, QM_XPATH_PushNodeToObjStack(stack.Get(), node));
+    EXPECT_EQ(QM_OK, QM_XPATH_PushNodeToObjStack(stack.Get(), node));
   }
   ~Operand() { QM_XPATH_FreeObject(static_cast<QmXpathObject*>(RTK_Pop(stack.Get()))); }
   QmXpathObject* Get() { return static_cast<QmXpathObject*>(RTK_Peep(stack.Get())); }
@@ -101,20 +101,20 @@ struct Operand {
 };
 
 double NumberOf(Operand&& operand) {
-  EXPECT_EQ(0u, QM_XPATH_FuncNumberInner(operand.Get()));
+  EXPECT_EQ(QM_OK, QM_XPATH_FuncNumberInner(operand.Get()));
   EXPECT_EQ(QM_XPATH_OBJECT_NUMBER, operand.Get()->type);
   return operand.Get()->value.number;
 }
 
 uint32_t BooleanOf(Operand&& operand) {
-  EXPECT_EQ(0u, QM_XPATH_FuncBooleanInner(operand.Get()));
+  EXPECT_EQ(QM_OK, QM_XPATH_FuncBooleanInner(operand.Get()));
   EXPECT_EQ(QM_XPATH_OBJECT_BOOLEAN, operand.Get()->type);
   return operand.Get()->value.boolean;
 }
 
 std::string StringOf(Operand&& operand) {
   const uint32_t ret = QM_XPATH_FuncStringInner(operand.Get());
-  if (ret != 0) return StatusName(ret);
+  if (ret != QM_OK) return StatusName(ret);
   EXPECT_EQ(QM_XPATH_OBJECT_STRING, operand.Get()->type);
   return operand.Get()->value.string;
 }
@@ -172,7 +172,7 @@ TEST(ProcessArgumentsWithNodeSet, LeavesANodeWithATextOf1024CharactersANode) {
     const uint32_t kept = length < 1024 ? QM_XPATH_OBJECT_STRING : QM_XPATH_OBJECT_NODE;
     Operand left(tree.Element("a"));
     Operand right(text);
-    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(left.Get(), right.Get()));
+    EXPECT_EQ(QM_OK, QM_XPATH_ProcessArgumentsWithNodeSet(left.Get(), right.Get()));
     EXPECT_EQ(kept, left.Get()->type);
     uint32_t equal = 0;
     EXPECT_EQ(QM_OK,
@@ -180,14 +180,14 @@ TEST(ProcessArgumentsWithNodeSet, LeavesANodeWithATextOf1024CharactersANode) {
     EXPECT_EQ(1u, equal);
     Operand other(text);
     Operand node(tree.Element("a"));
-    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(other.Get(), node.Get()));
+    EXPECT_EQ(QM_OK, QM_XPATH_ProcessArgumentsWithNodeSet(other.Get(), node.Get()));
     EXPECT_EQ(kept, node.Get()->type) << "on the right too";
     Operand identity(tree.Element("id"));
-    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(identity.Get(), other.Get()));
+    EXPECT_EQ(QM_OK, QM_XPATH_ProcessArgumentsWithNodeSet(identity.Get(), other.Get()));
     EXPECT_EQ(QM_XPATH_OBJECT_STRING, identity.Get()->type) << "its prefix is rewritten";
     tree.Element("a")->_private = nullptr;
     Operand unbound(tree.Element("a"));
-    EXPECT_EQ(0u, QM_XPATH_ProcessArgumentsWithNodeSet(unbound.Get(), other.Get()));
+    EXPECT_EQ(QM_OK, QM_XPATH_ProcessArgumentsWithNodeSet(unbound.Get(), other.Get()));
     EXPECT_EQ(QM_XPATH_OBJECT_STRING, unbound.Get()->type);
   }
 }
@@ -195,11 +195,11 @@ TEST(ProcessArgumentsWithNodeSet, LeavesANodeWithATextOf1024CharactersANode) {
 TEST(FuncNotInner, NegatesEachType) {
   for (bool value : {true, false}) {
     Operand operand(value);
-    EXPECT_EQ(0u, QM_XPATH_FuncNotInner(operand.Get()));
+    EXPECT_EQ(QM_OK, QM_XPATH_FuncNotInner(operand.Get()));
     EXPECT_EQ(value ? 0u : 1u, operand.Get()->value.boolean);
   }
   Operand text(std::string("x"));
-  EXPECT_EQ(0u, QM_XPATH_FuncNotInner(text.Get()));
+  EXPECT_EQ(QM_OK, QM_XPATH_FuncNotInner(text.Get()));
   EXPECT_EQ(QM_XPATH_OBJECT_BOOLEAN, text.Get()->type);
   EXPECT_EQ(0u, text.Get()->value.boolean);
 }
@@ -231,10 +231,10 @@ TEST(EqualityCompare, TheTypeOfEitherSideDecides) {
   for (auto& row : rows) {
     uint32_t equal = 9;
     uint32_t different = 9;
-    EXPECT_EQ(0u, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
-                                                    QM_XPATH_OP_EQUAL, &equal));
-    EXPECT_EQ(0u, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
-                                                    QM_XPATH_OP_NOT_EQUAL, &different));
+    EXPECT_EQ(QM_OK, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
+                                                       QM_XPATH_OP_EQUAL, &equal));
+    EXPECT_EQ(QM_OK, QM_XPATH_EqualityCompareTwoObject(row.left.Get(), row.right.Get(),
+                                                       QM_XPATH_OP_NOT_EQUAL, &different));
     EXPECT_EQ(row.equal ? 1u : 0u, equal);
     EXPECT_EQ(row.equal ? 0u : 1u, different);
   }
@@ -245,7 +245,7 @@ TEST(RelationalCompare, NanIsNeitherBelowNorAbove) {
     Operand nan(std::string("x"));
     Operand one(1.0);
     uint32_t result = 9;
-    EXPECT_EQ(0u, QM_XPATH_RelationalCompareTwoObject(nan.Get(), one.Get(), operation, &result));
+    EXPECT_EQ(QM_OK, QM_XPATH_RelationalCompareTwoObject(nan.Get(), one.Get(), operation, &result));
     EXPECT_EQ(0u, result);
   }
 }

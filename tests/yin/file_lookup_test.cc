@@ -166,7 +166,11 @@ TEST(FillFullNameWithRevision, Statuses) {
     const char* name;
     uint32_t status;
     uint32_t count;
-  } const rows[] = {{"m", 22, 2}, {"n", 0, 1}, {"k", 0, 1}, {"l", QM_INVALID, 0}, {"none", 0, 0}};
+  } const rows[] = {{"m", QM_INVALID, 2},
+                    {"n", QM_OK, 1},
+                    {"k", QM_OK, 1},
+                    {"l", QM_INVALID, 0},
+                    {"none", QM_OK, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     QmsPathCollection list = {};
@@ -180,11 +184,11 @@ TEST(FillFullNameWithNoRevision, TwoWithoutThePlainFile) {
   yin::Folder a;
   a.Write("m.yin", "");
   QmsPathCollection list = {};
-  EXPECT_EQ(2u, QMS_LOADER_FillFullNameWithNoRevision(&list, a.Dir(), "n"));
-  EXPECT_EQ(2u,
+  EXPECT_EQ(QM_NOT_FOUND, QMS_LOADER_FillFullNameWithNoRevision(&list, a.Dir(), "n"));
+  EXPECT_EQ(QM_NOT_FOUND,
             QMS_LOADER_FillFullNameWithNoRevision(&list, a.Dir(), std::string(300, 'n').c_str()));
   EXPECT_EQ(0u, list.count);
-  EXPECT_EQ(0u, QMS_LOADER_FillFullNameWithNoRevision(&list, a.Dir(), "m"));
+  EXPECT_EQ(QM_OK, QMS_LOADER_FillFullNameWithNoRevision(&list, a.Dir(), "m"));
   EXPECT_EQ(1u, list.count);
   g_qmMemFreeFunc(list.objs);
 }
@@ -194,16 +198,16 @@ TEST(AppendOnePathObj, TheSuffixIsReadFromTheBaseName) {
     const char* path;
     uint32_t status;
     const char* suffix;  // NULL: not added
-  } const rows[] = {{"/d/m.yin", 0, ""},
-                    {"/d/m@2020.yin", 0, ""},
-                    {"/d/m@@a.yin", 0, "a"},
-                    {"/d/m@@123456789.yin", 0, "123456789"},
+  } const rows[] = {{"/d/m.yin", QM_OK, ""},
+                    {"/d/m@2020.yin", QM_OK, ""},
+                    {"/d/m@@a.yin", QM_OK, "a"},
+                    {"/d/m@@123456789.yin", QM_OK, "123456789"},
                     {"/d/m@@1234567890.yin", QM_INVALID, nullptr},
-                    {"/d/m@@a.b.yin", 0, "a"},
-                    {"/d/m@@.yin", 0, ""},
+                    {"/d/m@@a.b.yin", QM_OK, "a"},
+                    {"/d/m@@.yin", QM_OK, ""},
                     {"/d/m@@a", QM_INVALID, nullptr},
-                    {"/d@@x.y/m.yin", 0, ""},
-                    {"m@@a.yin", 0, "a"}};
+                    {"/d@@x.y/m.yin", QM_OK, ""},
+                    {"m@@a.yin", QM_OK, "a"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
     QmsPathCollection list = {};
@@ -241,7 +245,7 @@ TEST(GetNextPathObjToProc, WithoutSuffixesTheFirstCandidateOnce) {
 
 TEST(GetNextPathObjToProc, EachSuffixOnceInTheOrderOfAppearance) {
   Lookup lookup({"/a/m@@y.yin", "/a/m@@x.yin", "/b/m@@y.yin"});
-  EXPECT_EQ(0u, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
   EXPECT_EQ("y- x- ", lookup.Suffixes());
   EXPECT_EQ("/a/m@@y.yin", lookup.Next());
   EXPECT_EQ(0, lookup.Assister()->current);
@@ -254,14 +258,14 @@ TEST(GetNextPathObjToProc, EachSuffixOnceInTheOrderOfAppearance) {
 
 TEST(GetNextPathObjToProc, ACandidateWithoutSuffixServesAnySuffix) {
   Lookup lookup({"/a/m.yin", "/a/m@@x.yin"});
-  EXPECT_EQ(0u, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
   EXPECT_EQ("/a/m.yin", lookup.Next());
   EXPECT_EQ(0, lookup.Assister()->current);
 }
 
 TEST(GetNextPathObjToProc, ASuffixWithoutCandidateEndsTheSearch) {
   Lookup submodule({"/a/s@@z.yin", "/a/s@@x.yin"});
-  EXPECT_EQ(0u, QMS_LOADER_AddPathObjToLoadAssister(submodule.Assister(), submodule.List()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddPathObjToLoadAssister(submodule.Assister(), submodule.List()));
   Lookup lookup({"/a/m@@x.yin"});
   std::swap(*lookup.Assister(), *submodule.Assister());
   EXPECT_EQ("(none)", lookup.Next());
@@ -270,7 +274,7 @@ TEST(GetNextPathObjToProc, ASuffixWithoutCandidateEndsTheSearch) {
 TEST(GetNextPathObjToProc, TriesAreLimited) {
   Lookup lookup({"/a/m@@x.yin"});
   lookup.List()->maxTries = 2;
-  EXPECT_EQ(0u, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddPathObjToLoadAssister(lookup.Assister(), lookup.List()));
   EXPECT_EQ("/a/m@@x.yin", lookup.Next());
   EXPECT_EQ("/a/m@@x.yin", lookup.Next());
   EXPECT_EQ("(none)", lookup.Next());

@@ -166,23 +166,23 @@ TEST(ParseTypeStmt, AFailedMemberIsRecordedBeforeItsUnion) {
 TEST(ParseTypeStmt, ASecondTypeReplacesOneWithoutRestrictions) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(0u, type.Parse("<type name='int8'/>"));
-  EXPECT_EQ(0u, type.Parse("<type name='string'><pattern value='a'/></type>"));
+  EXPECT_EQ(QM_OK, type.Parse("<type name='int8'/>"));
+  EXPECT_EQ(QM_OK, type.Parse("<type name='string'><pattern value='a'/></type>"));
   EXPECT_EQ("string pattern{a}", type.Dump());
 }
 
 TEST(ParseTypeStmt, ASecondTypeWithoutRestrictionsDropsThoseOfTheFirst) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(0u, type.Parse("<type name='int8'><range value='1..2'/></type>"));
-  EXPECT_EQ(0u, type.Parse("<type name='string'/>"));
+  EXPECT_EQ(QM_OK, type.Parse("<type name='int8'><range value='1..2'/></type>"));
+  EXPECT_EQ(QM_OK, type.Parse("<type name='string'/>"));
   EXPECT_EQ("string", type.Dump());
 }
 
 TEST(ParseTypeStmt, ASecondTypeWithRestrictionsIsRefusedWithoutAMessage) {
   Module module;
   Type type(&module);
-  EXPECT_EQ(0u, type.Parse("<type name='int8'><range value='1..2'/></type>"));
+  EXPECT_EQ(QM_OK, type.Parse("<type name='int8'><range value='1..2'/></type>"));
   EXPECT_EQ(QM_INVALID, type.Parse("<type name='string'><pattern value='a'/></type>"));
   EXPECT_TRUE(module.Messages().empty());
 }
@@ -193,7 +193,7 @@ TEST(ParseTypeStmt, TheCounterOfAKindDoesNotWrap) {
   {
     Module module;
     Type type(&module);
-    EXPECT_EQ(0u, type.Parse(xml + "</type>"));
+    EXPECT_EQ(QM_OK, type.Parse(xml + "</type>"));
     const auto* body = static_cast<QmtConsBit*>(QMT_TYPE_GetTypeConsDataByConsType(type.Get(), 2));
     ASSERT_NE(nullptr, body);
     EXPECT_EQ(65535u, body->count);
@@ -208,7 +208,7 @@ TEST(CountAndMark, MarksEachRecognisedChildWithTheBitOfItsKind) {
       "<bit/><units/><require-instance/></type>";
   xmlDoc* doc = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
   QmtTypeCounters counters = {};
-  EXPECT_EQ(0u, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
+  EXPECT_EQ(QM_OK, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
   constexpr uintptr_t kMarks[] = {0x1, 0x2, 0x4, 0x8, 0x10, 0x20, 0x40, 0x80, 0x200, 0x2, 0, 0};
   const xmlNode* child = xmlDocGetRootElement(doc)->children;
   for (uintptr_t mark : kMarks) {
@@ -248,7 +248,7 @@ TEST(FillAllTypeConstraint, MoreKindsThanSlotsAreRefused) {
   const std::string xml = "<type name='t'><pattern value='a'/></type>";
   xmlDoc* doc = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
   QmtTypeCounters counters = {};
-  EXPECT_EQ(0u, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
+  EXPECT_EQ(QM_OK, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
   counters.perKind[QMT_CONS_DERIVED] = 1;  // counted, but not as a distinct kind
   EXPECT_EQ(QM_INVALID, QMT_LOADER_FillAllTypeConstraint(module.Get(), xmlDocGetRootElement(doc),
                                                          type.Get(), &counters));
@@ -464,7 +464,7 @@ TEST(FillTypeConstraintSeg, MoreMarkedChildrenThanItemsAreRefused) {
   const std::string xml = "<type><pattern value='a'/><pattern value='b'/></type>";
   xmlDoc* doc = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));
   QmtTypeCounters counters = {};
-  EXPECT_EQ(0u, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
+  EXPECT_EQ(QM_OK, QMT_LOADER_CountAndMarkTypeSubElem(xmlDocGetRootElement(doc), &counters));
   uint32_t items[2] = {0, 0};
   QmtSegFiller filler = {1, sizeof(uint32_t), 0x40,
                          [](QmsModule*, xmlNode*, void* item, uint8_t*) {
@@ -505,7 +505,7 @@ TEST(ParseTypeStmt, LeavesADestroyableRecordForEachRefusedAllocation) {
   const uint64_t injected = counting_memory::FailEachAllocation([](bool refusing) {
     Type type(g_module);
     const uint32_t ret = type.Parse(kEverything);
-    if (ret == 0) {
+    if (ret == QM_OK) {
       EXPECT_EQ(kEverythingDump, type.Dump());
     } else {
       EXPECT_TRUE(refusing);

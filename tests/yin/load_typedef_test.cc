@@ -49,11 +49,11 @@ void ExpectZero(const QmsTypedef& td) {
 TEST(ParseTypeDefStmt, KeepsNameTypeDefaultAndUnits) {
   Module module(QM_LOAD_UNITS);
   QmsTypedef td = {};
-  EXPECT_EQ(0u, Parse(&module,
-                      Typedef("name='percent'",
-                              "<units name='%'/><default value='5'/><reference/>"
-                              "<type name='uint8'><range value='0..100'/></type>"),
-                      &td));
+  EXPECT_EQ(QM_OK, Parse(&module,
+                         Typedef("name='percent'",
+                                 "<units name='%'/><default value='5'/><reference/>"
+                                 "<type name='uint8'><range value='0..100'/></type>"),
+                         &td));
   EXPECT_STREQ("percent", td.name);
   EXPECT_STREQ("5", td.defaultValue);
   EXPECT_STREQ("%", td.units);
@@ -64,7 +64,7 @@ TEST(ParseTypeDefStmt, KeepsNameTypeDefaultAndUnits) {
 TEST(ParseTypeDefStmt, ABaseThatDoesNotExistYetIsFine) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(0u, Parse(&module, Typedef("name='t'", "<type name='later'/>"), &td));
+  EXPECT_EQ(QM_OK, Parse(&module, Typedef("name='t'", "<type name='later'/>"), &td));
   EXPECT_EQ("typedef derived{m:later}", DumpType(&td.type));
   EXPECT_EQ(nullptr, td.defaultValue);
   Destroy(&module, &td);
@@ -106,11 +106,11 @@ TEST(ParseTypeDefStmt, AFailedTypeIsRecordedWithTheTypedefsName) {
 TEST(ParseTypeDefStmt, TheDefaultOfAnIdentityrefTakesTheModulesName) {
   Module module;
   QmsTypedef td = {};
-  EXPECT_EQ(0u, Parse(&module,
-                      Typedef("name='t'",
-                              "<type name='identityref'><base name='b'/></type>"
-                              "<default value='o:x'/>"),
-                      &td));
+  EXPECT_EQ(QM_OK, Parse(&module,
+                         Typedef("name='t'",
+                                 "<type name='identityref'><base name='b'/></type>"
+                                 "<default value='o:x'/>"),
+                         &td));
   EXPECT_STREQ("other:x", td.defaultValue);
   Destroy(&module, &td);
 }
@@ -145,7 +145,7 @@ TEST(ParseTypeDefStmt, LeavesNothingForEachRefusedAllocation) {
                                        "<type name='identityref'><base name='o:b'/></type>"
                                        "<default value='x'/>"),
                                &td);
-    if (ret == 0) {
+    if (ret == QM_OK) {
       EXPECT_STREQ("m:x", td.defaultValue);
       Destroy(g_module, &td);
     } else {

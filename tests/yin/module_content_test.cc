@@ -104,8 +104,8 @@ TEST(ParseYangVersion, Values) {
     const char* value;
     uint32_t status;
     uint32_t stored;
-  } const rows[] = {{"1", 0, 0},
-                    {"1.1", 0, 1},
+  } const rows[] = {{"1", QM_OK, 0},
+                    {"1.1", QM_OK, 1},
                     {"1.0", UINT32_MAX, 7},
                     {"2", UINT32_MAX, 7},
                     {"", UINT32_MAX, 7}};

@@ -85,8 +85,8 @@ TEST(AddModuleNameIntoCondition, AppendsAtTheUsedLength) {
   yin::Parsed module(ctx, yin::Module("m", kImports));
   char out[32] = "a=";
   uint32_t used = 2;
-  EXPECT_EQ(0u, QMS_LOADER_AddModuleNameIntoCondition(module.Get(), "'o:x' rest", 5, out,
-                                                      sizeof(out), &used));
+  EXPECT_EQ(QM_OK, QMS_LOADER_AddModuleNameIntoCondition(module.Get(), "'o:x' rest", 5, out,
+                                                         sizeof(out), &used));
   EXPECT_STREQ("a='other:x'", out);
   EXPECT_EQ(11u, used);
 }

@@ -87,7 +87,7 @@ TEST(Definitions, AFailedOneIsClearedAndItsCodePassedOn) {
   } const rows[] = {
       {QMS_LOADER_ParseFeature, "<feature/>", QM_INVALID},
       {QMS_LOADER_ParseFeature,
-       "<feature name='a'><if-feature name='b'/><if-feature name=''/></feature>", 1},
+       "<feature name='a'><if-feature name='b'/><if-feature name=''/></feature>", QM_FAILED},
       {QMS_LOADER_ParseIdentity, "<identity/>", QM_INVALID},
       {QMS_LOADER_ParseIdentity,
        "<identity name='i'><if-feature name='f'/><base name='x'/><base name='p:x'/></identity>",
@@ -138,12 +138,12 @@ TEST(Definitions, AFailedInternIs22AndOfAReferenceOrAnInstance12) {
       {QMS_LOADER_ParseIdentBase,
        "<base name='new'/>",
        1,
-       12,
+       QM_NO_MEMORY,
        {"m -: Failed to parse value \"new\" of statement \"base\"."}},
       {QMS_LOADER_ParseExtInst,
        "<m:new/>",
        1,
-       12,
+       QM_NO_MEMORY,
        {"m -: Failed to parse extension instance \"m:new\""}},
   };
   for (const auto& row : rows) {
@@ -229,13 +229,13 @@ TEST(ParseIdentBase, StatusesAndMessages) {
     uint32_t status;
     std::string error;
   } const rows[] = {
-      {"x", 0, ""},
-      {"o:x", 0, ""},
-      {"", 1, "Failed to parse xpath \"\"."},
-      {"a b", 22, "Failed to parse xpath \"a b\"."},
-      {tooLong, 126, "Failed to parse xpath \"" + tooLong + "\"."},
-      {tooLong + ":x", 126, "Failed to parse xpath \"" + tooLong + ":x\"."},
-      {"p:x", 22, "Failed to find module by prefix \"p\"."},
+      {"x", QM_OK, ""},
+      {"o:x", QM_OK, ""},
+      {"", QM_FAILED, "Failed to parse xpath \"\"."},
+      {"a b", QM_INVALID, "Failed to parse xpath \"a b\"."},
+      {tooLong, QM_NAME_TOO_LONG, "Failed to parse xpath \"" + tooLong + "\"."},
+      {tooLong + ":x", QM_NAME_TOO_LONG, "Failed to parse xpath \"" + tooLong + ":x\"."},
+      {"p:x", QM_INVALID, "Failed to find module by prefix \"p\"."},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.argument);
@@ -243,7 +243,7 @@ TEST(ParseIdentBase, StatusesAndMessages) {
     QmsIdentBase base = {};
     EXPECT_EQ(row.status, ParseOne(ctx, QMS_LOADER_ParseIdentBase,
                                    "<base name='" + row.argument + "'/>", 25, &base));
-    if (row.status == 0)
+    if (row.status == QM_OK)
       EXPECT_THAT(ctx.Errors(), ElementsAre());
     else
       EXPECT_THAT(ctx.Errors(), ElementsAre("m -: " + row.error));
@@ -254,9 +254,9 @@ TEST(ParseIdentBase, StatusesAndMessages) {
 TEST(ParseYinElement, OnlyTwoWordsAreKnown) {
   yin::Context ctx;
   uint32_t value = 7;
-  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='true'/>", 4, &value));
+  EXPECT_EQ(QM_OK, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='true'/>", 4, &value));
   EXPECT_EQ(1u, value);
-  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='false'/>", 4, &value));
+  EXPECT_EQ(QM_OK, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='false'/>", 4, &value));
   EXPECT_EQ(0u, value);
   value = 7;
   EXPECT_EQ(QM_INVALID, ParseOne(ctx, QMS_LOADER_ParseYinElement, "<y value='1'/>", 4, &value));
@@ -520,8 +520,8 @@ TEST(ParseExtInst, AFailureSetsTheCounterOfItsNodeToZero) {
   QmsNode* node = QMS_NODE_New(QMS_NODE_CONTAINER);
   ASSERT_NE(nullptr, node);
   node->module = module.Get();
-  ASSERT_EQ(0u, NewArrayOf(&node->extInsts, 2));
-  EXPECT_EQ(0u, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:a><m:n/></m:a>", 13, node));
+  ASSERT_EQ(QM_OK, NewArrayOf(&node->extInsts, 2));
+  EXPECT_EQ(QM_OK, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:a><m:n/></m:a>", 13, node));
   EXPECT_EQ(1u, node->extInstCount);
   EXPECT_EQ(QM_NO_MEMORY, ParseOne(ctx, QMS_LOADER_ParseExtInst, "<m:b/>", 13, node, 1));
   EXPECT_EQ(0u, node->extInstCount);

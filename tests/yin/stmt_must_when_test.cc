@@ -17,8 +17,8 @@ using yin::ParseElement;
 TEST(ParseWhen, ASecondConditionReplacesTheFirst) {
   yin::Context ctx;
   const char* when = nullptr;
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseWhen, "<when condition='a'/>", 13, &when));
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseWhen, "<when condition='a'/>", 13, &when));
+  EXPECT_EQ(QM_OK,
             ParseElement(ctx, QMS_LOADER_ParseWhen, "<when condition=\"b = 'o:x'\"/>", 13, &when));
   EXPECT_STREQ("b = 'other:x'", when);
   ReleaseText(&ctx.Get()->dict, &when);
@@ -27,7 +27,7 @@ TEST(ParseWhen, ASecondConditionReplacesTheFirst) {
 TEST(ParseWhen, AConditionThatCannotBeRewrittenIsKeptAsWritten) {
   yin::Context ctx;
   const char* when = nullptr;
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseWhen, "<when condition='$x'/>", 13, &when));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseWhen, "<when condition='$x'/>", 13, &when));
   EXPECT_STREQ("$x", when);
   ReleaseText(&ctx.Get()->dict, &when);
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to transfer prefix to module name in "
@@ -38,8 +38,8 @@ TEST(ParseMust, AConditionThatIsTooLongIsKeptAsWritten) {
   yin::Context ctx;
   QmsMust must = {};
   const std::string condition(3097, 'a');
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseMust, "<must condition='" + condition + "'/>", 13,
-                             &must));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseMust, "<must condition='" + condition + "'/>",
+                                13, &must));
   EXPECT_EQ(condition, must.condition);
   QMS_NODE_ClearMust(&ctx.Get()->dict, &must);
   EXPECT_THAT(ctx.Errors(), ElementsAre("m -: Failed to transfer prefix to module name in "
@@ -49,11 +49,11 @@ TEST(ParseMust, AConditionThatIsTooLongIsKeptAsWritten) {
 TEST(ParseMust, ErrorTextsGoIntoTheSameRecord) {
   yin::Context ctx;
   QmsMust must = {};
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseMust,
-                             "<must condition=\"derived-from(../t, 'm:base')\">"
-                             "<error-message><value>no</value></error-message>"
-                             "<error-app-tag value='tag'/><description/></must>",
-                             13, &must));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseMust,
+                                "<must condition=\"derived-from(../t, 'm:base')\">"
+                                "<error-message><value>no</value></error-message>"
+                                "<error-app-tag value='tag'/><description/></must>",
+                                13, &must));
   EXPECT_STREQ("derived-from(../t, 'm:base')", must.condition);
   EXPECT_STREQ("no", must.errorMessage);
   EXPECT_STREQ("tag", must.errorAppTag);

@@ -469,9 +469,9 @@ TEST(ParseAugment, OneThatFailsIsNotLinkedAndOneThatIsLinkedIsWhole) {
     const uint32_t ret =
         QMS_LOADER_ParseAugment(module.Get(), xmlDocGetRootElement(doc), 39, module.Get());
     refused = counting_memory::StopRefusing();
-    EXPECT_EQ(refused == 0, ret == 0);
+    EXPECT_EQ(refused == 0, ret == QM_OK);
     QmsNode* augment = module.Get()->augmentNodes;
-    ASSERT_EQ(ret == 0, augment != nullptr);
+    ASSERT_EQ(ret == QM_OK, augment != nullptr);
   }
   EXPECT_EQ(1u, module.Get()->augmentNodes->firstChild->ifFeatureCount);
   xmlFreeDoc(doc);

@@ -29,22 +29,22 @@ struct FlagRow {
 };
 
 static const FlagRow kFlagRows[] = {
-    {QMS_LOADER_ParseConfig, "config", "true", 0, 0x2 | 0x8},
-    {QMS_LOADER_ParseConfig, "config", "false", 0, 0x4 | 0x8},
+    {QMS_LOADER_ParseConfig, "config", "true", QM_OK, 0x2 | 0x8},
+    {QMS_LOADER_ParseConfig, "config", "false", QM_OK, 0x4 | 0x8},
     {QMS_LOADER_ParseConfig, "config", "False", QM_INVALID, 0},
     {QMS_LOADER_ParseConfig, "config", "", QM_INVALID, 0},
-    {QMS_LOADER_ParseMandatory, "mandatory", "true", 0, 0x10},
-    {QMS_LOADER_ParseMandatory, "mandatory", "false", 0, 0x20},
+    {QMS_LOADER_ParseMandatory, "mandatory", "true", QM_OK, 0x10},
+    {QMS_LOADER_ParseMandatory, "mandatory", "false", QM_OK, 0x20},
     {QMS_LOADER_ParseMandatory, "mandatory", "yes", QM_INVALID, 0},
-    {QMS_LOADER_ParseOrderedBy, "ordered-by", "user", 0, 0x80},
-    {QMS_LOADER_ParseOrderedBy, "ordered-by", "system", 0, 0},
+    {QMS_LOADER_ParseOrderedBy, "ordered-by", "user", QM_OK, 0x80},
+    {QMS_LOADER_ParseOrderedBy, "ordered-by", "system", QM_OK, 0},
     {QMS_LOADER_ParseOrderedBy, "ordered-by", "User", QM_INVALID, 0},
-    {QMS_LOADER_ParseStatus, "status", "current", 0, 0},
-    {QMS_LOADER_ParseStatus, "status", "deprecated", 0, 0x200},
-    {QMS_LOADER_ParseStatus, "status", "obsolete", 0, 0x400},
+    {QMS_LOADER_ParseStatus, "status", "current", QM_OK, 0},
+    {QMS_LOADER_ParseStatus, "status", "deprecated", QM_OK, 0x200},
+    {QMS_LOADER_ParseStatus, "status", "obsolete", QM_OK, 0x400},
     {QMS_LOADER_ParseStatus, "status", "old", QM_INVALID, 0},
-    {QMS_LOADER_ParsePresence, "presence", "", 0, 0x800},
-    {QMS_LOADER_ParsePresence, "presence", "any text", 0, 0x800},
+    {QMS_LOADER_ParsePresence, "presence", "", QM_OK, 0x800},
+    {QMS_LOADER_ParsePresence, "presence", "any text", QM_OK, 0x800},
 };
 
 TEST(FlagStatements, EachWordSetsItsBitsAndKeepsTheOthers) {
@@ -55,7 +55,7 @@ TEST(FlagStatements, EachWordSetsItsBitsAndKeepsTheOthers) {
     const std::string element = std::string("<") + row.keyword + " value='" + row.value + "'/>";
     EXPECT_EQ(row.status, ParseElement(ctx, row.parse, element, QMS_STMT_LEAF, &flags));
     EXPECT_EQ(0x1000 | row.bits, flags);
-    if (row.status == 0)
+    if (row.status == QM_OK)
       EXPECT_THAT(ctx.Errors(), ElementsAre());
     else
       EXPECT_THAT(ctx.Errors(),
@@ -70,10 +70,10 @@ TEST(FlagStatements, UnderADeviateOnlySixteenBitsAreWritten) {
     uint16_t flags;
     uint16_t behind;
   } words = {0, 0xABCD};
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseConfig, "<config value='false'/>",
-                             QMS_STMT_DEVIATE, &words.flags));
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseMandatory, "<mandatory value='true'/>",
-                             QMS_STMT_DEVIATE, &words.flags));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseConfig, "<config value='false'/>",
+                                QMS_STMT_DEVIATE, &words.flags));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseMandatory, "<mandatory value='true'/>",
+                                QMS_STMT_DEVIATE, &words.flags));
   EXPECT_EQ(0x4 | 0x8 | 0x10, words.flags);
   EXPECT_EQ(0xABCD, words.behind);
 }
@@ -81,9 +81,9 @@ TEST(FlagStatements, UnderADeviateOnlySixteenBitsAreWritten) {
 TEST(FlagStatements, StatusGivenTwiceSetsBothBits) {
   yin::Context ctx;
   uint32_t flags = 0;
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             ParseElement(ctx, QMS_LOADER_ParseStatus, "<status value='deprecated'/>", 31, &flags));
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             ParseElement(ctx, QMS_LOADER_ParseStatus, "<status value='obsolete'/>", 31, &flags));
   EXPECT_EQ(0x600u, flags);
 }
@@ -122,7 +122,7 @@ TEST(ParseKey, BorrowsTheArgumentFromTheDocument) {
   ASSERT_NE(nullptr, doc);
   xmlNode* root = xmlDocGetRootElement(doc);
   const char* key = nullptr;
-  EXPECT_EQ(0u, QMS_LOADER_ParseKey(module.Get(), root, QMS_STMT_LIST, &key));
+  EXPECT_EQ(QM_OK, QMS_LOADER_ParseKey(module.Get(), root, QMS_STMT_LIST, &key));
   EXPECT_STREQ("a b", key);
   EXPECT_EQ(XmlText(root->properties->children->content), key);
   xmlFreeDoc(doc);
@@ -131,9 +131,9 @@ TEST(ParseKey, BorrowsTheArgumentFromTheDocument) {
 TEST(ParseDefault, AnEmptyValueIsAValueAndTheAttributesNameDoesNotMatter) {
   yin::Context ctx;
   const char* value = nullptr;
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default value=''/>", 31, &value));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default value=''/>", 31, &value));
   EXPECT_STREQ("", value);
-  EXPECT_EQ(0u, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default other='x'/>", 31, &value));
+  EXPECT_EQ(QM_OK, ParseElement(ctx, QMS_LOADER_ParseDefault, "<default other='x'/>", 31, &value));
   EXPECT_STREQ("x", value);
   ReleaseText(&ctx.Get()->dict, &value);
 }
@@ -142,10 +142,10 @@ TEST(ParseUnits, AreKeptOnlyWithTheirLoadFlag) {
   yin::Context without(QM_LOAD_DESCRIPTIONS);
   yin::Context with(QM_LOAD_UNITS);
   const char* units = nullptr;
-  EXPECT_EQ(0u, ParseElement(without, QMS_LOADER_ParseUnits, "<units/>", 31, &units))
+  EXPECT_EQ(QM_OK, ParseElement(without, QMS_LOADER_ParseUnits, "<units/>", 31, &units))
       << "without the flag a malformed one is not looked at";
   EXPECT_EQ(nullptr, units);
-  EXPECT_EQ(0u, ParseElement(with, QMS_LOADER_ParseUnits, "<units name='s'/>", 31, &units));
+  EXPECT_EQ(QM_OK, ParseElement(with, QMS_LOADER_ParseUnits, "<units name='s'/>", 31, &units));
   EXPECT_STREQ("s", units);
   ReleaseText(&with.Get()->dict, &units);
 }
@@ -211,15 +211,15 @@ struct IfFeatureRow {
 };
 
 static const IfFeatureRow kIfFeatureRows[] = {
-    {"f", 0, "m|f", nullptr},
-    {"m:f", 0, "m|f", nullptr},
-    {"o:f", 0, "other|f", nullptr},
-    {"f/rest", 0, "m|f", nullptr},
-    {"a and b", 22, "", "Failed to parse xpath \"a and b\"."},
-    {"not a", 22, "", "Failed to parse xpath \"not a\"."},
-    {"(a)", 1, "", "Failed to parse xpath \"(a)\"."},
-    {"", 1, "", "Failed to parse xpath \"\"."},
-    {"p:a", 22, "", "Failed to find module by prefix \"p\"."},
+    {"f", QM_OK, "m|f", nullptr},
+    {"m:f", QM_OK, "m|f", nullptr},
+    {"o:f", QM_OK, "other|f", nullptr},
+    {"f/rest", QM_OK, "m|f", nullptr},
+    {"a and b", QM_INVALID, "", "Failed to parse xpath \"a and b\"."},
+    {"not a", QM_INVALID, "", "Failed to parse xpath \"not a\"."},
+    {"(a)", QM_FAILED, "", "Failed to parse xpath \"(a)\"."},
+    {"", QM_FAILED, "", "Failed to parse xpath \"\"."},
+    {"p:a", QM_INVALID, "", "Failed to find module by prefix \"p\"."},
 };
 
 TEST(ParseIfFeature, TakesOneReferenceAndNoExpression) {
@@ -247,7 +247,7 @@ TEST(ParseIfFeature, NamesOfMoreThan64CharactersDoNotFit) {
   yin::Context ctx;
   QmsIfFeature ref = {};
   const std::string longest(64, 'f');
-  EXPECT_EQ(0u,
+  EXPECT_EQ(QM_OK,
             ParseElement(ctx, QMS_LOADER_ParseIfFeature, "<i name='" + longest + "'/>", 31, &ref));
   EXPECT_EQ(longest, ref.feature);
   QMS_NODE_ClearIfFeature(&ctx.Get()->dict, &ref);

@@ -35,20 +35,20 @@ class Loading : public Compiling {
     for (const JobModule& module : Run(names, std::move(options)).modules)
       std::ofstream(folder + "/" + module.name + ".yin") << module.yin;
     ctx_ = QM_CTX_Create(QM_LOAD_IMPORTS);
-    ASSERT_EQ(0u, QM_CTX_SetSearchDir(ctx_, folder.c_str()));
+    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder.c_str()));
     for (const std::string& name : names)
-      EXPECT_EQ(0u, QM_CTX_LoadModule(ctx_, name.c_str())) << name;
+      EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, name.c_str())) << name;
   }
 
   std::string Errors() const {
     std::string errors;
-    EXPECT_EQ(0u, QM_CTX_ScanAllSchemaLoadFail(ctx_, AddLoadError, &errors));
+    EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, AddLoadError, &errors));
     return errors;
   }
 
   std::string Tree(const char* name) const {
     std::string text;
-    EXPECT_EQ(0u, QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx_, name), AddText, &text));
+    EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx_, name), AddText, &text));
     return text;
   }
 
