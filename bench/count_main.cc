@@ -21,6 +21,12 @@
 
 namespace {
 
+#ifdef __clang__
+constexpr const char* kCompiler = "clang++";
+#else
+constexpr const char* kCompiler = "g++";
+#endif
+
 void Count(const std::string& name, const std::function<void()>& run) {
   CALLGRIND_START_INSTRUMENTATION;
   CALLGRIND_ZERO_STATS;
@@ -121,7 +127,7 @@ int main(int argc, char** argv) {
   const int next = isSmall ? 3 : 2;
   const char* word = argc > next ? argv[next] : "";
   if (mode == "about") {
-    std::printf("compiler\tg++ or clang %s\nlibxml2\t%s\n", __VERSION__, LIBXML_DOTTED_VERSION);
+    std::printf("compiler\t%s %s\nlibxml2\t%s\n", kCompiler, __VERSION__, LIBXML_DOTTED_VERSION);
     return 0;
   }
   if (mode == "memory") {

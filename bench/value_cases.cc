@@ -9,7 +9,11 @@ static std::function<Work(int64_t)> Check(const std::string& type, const std::st
     const std::string body =
         "<identity name='base'/><identity name='middle'><base name='m:base'/></identity>"
         "<identity name='leaf'><base name='m:middle'/></identity><container name='c'>" +
-        Leaf("name", Type("string", "<length value='1..64'/>")) + Leaf("x", type) + "</container>";
+        Leaf("name", Type("string", "<length value='1..64'/>")) + Leaf("x", type) +
+        "</container><container name='far'>" + StringLeaf("other") +
+        "<list name='list'><key value='id'/>" + StringLeaf("id") +
+        "<container name='inner'><container name='most'>" + StringLeaf("other") +
+        StringLeaf("name") + "</container></container></list></container>";
     const Context ctx = LoadedContext({Module("m", "m", body)});
     if (keepsPatterns) KeepPatterns(ctx.get());
     Work work = ValueWork(ctx, "/m:c/x", value, checks);
@@ -32,6 +36,8 @@ std::vector<Case> ValueCases() {
       value("value of an identityref",
             Check(Type("identityref", "<base name='m:base'/>"), "m:leaf")),
       value("value of a leafref", Check(Type("leafref", "<path value='../name'/>"), "eth0")),
+      value("value of a leafref with a long path",
+            Check(Type("leafref", "<path value='/m:far/m:list/m:inner/m:most/m:name'/>"), "eth0")),
       value("value of a decimal64",
             Check(Type("decimal64", "<fraction-digits value='2'/>"), "2.75")),
       value("value of bits",

@@ -43,6 +43,11 @@ for message in restart ping install-image; do
     "examples/messages/$message.xml" >/dev/null
 done
 
+# Instructions do not jitter, times do: see bench/README.md.
+step "instructions of the library within their budgets"
+cmake --build build/release --target bench_count
+python3 bench/check_budgets.py build/release
+
 step 'reference without a gap, man pages'
 cmake -S . -B build/docs -G Ninja -DQMODEL_BUILD_DOCS=ON -DQMODEL_BUILD_TESTS=OFF >/dev/null
 cmake --build build/docs --target reference man
