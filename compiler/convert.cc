@@ -2,7 +2,9 @@
 #include "compiler/convert.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
+#include <string_view>
 
 #include "compiler/build.h"
 #include "compiler/reader.h"
@@ -93,8 +95,17 @@ void CheckDeclaration(Report* report, const xmlNode* at, const std::string& pref
 
 void CheckDeclarations(Module* module, Report* report) {
   CheckDeclaration(report, module->root, module->prefix, MainModuleOf(module));
-  for (const Import& import : module->imports)
+  std::map<std::string_view, std::string_view> meanings = {{module->prefix, module->name}};
+  if (!module->belongsTo.empty()) meanings[module->prefix] = module->belongsTo;
+  for (const Import& import : module->imports) {
     CheckDeclaration(report, import.statement, import.prefix, import.target);
+    const auto entered = meanings.emplace(import.prefix, import.module);
+    if (import.prefix.empty() || entered.second || entered.first->second == import.module) continue;
+    AddFinding(report, Severity::kFatal, "name", import.statement,
+               "the prefix \"" + import.prefix + "\" stands for module \"" +
+                   std::string(entered.first->second) + "\" already",
+               "take another prefix");
+  }
 }
 
 JobState StateOf(const Report& report) {

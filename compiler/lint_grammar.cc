@@ -83,6 +83,25 @@ void JudgeNumber(Lint* lint, const Module* file, const xmlNode* parent) {
   }
 }
 
+// What must hold one statement of several kinds (RFC 7950, section 14).
+bool IsContentOf(Keyword parent, Keyword child) noexcept {
+  if (IsDataDefinition(child)) return true;
+  return parent == Keyword::kAugment &&
+         (child == Keyword::kCase || child == Keyword::kAction || child == Keyword::kNotification);
+}
+
+void JudgeContent(Lint* lint, const Module* file, const xmlNode* parent) {
+  const Keyword keyword = KeywordOf(parent);
+  const bool mustHold = keyword == Keyword::kInput || keyword == Keyword::kOutput ||
+                        keyword == Keyword::kList || keyword == Keyword::kAugment;
+  if (!mustHold || file->broken) return;
+  for (const xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s))
+    if (IsContentOf(keyword, KeywordOf(s))) return;
+  const bool implied = keyword == Keyword::kInput || keyword == Keyword::kOutput;
+  Error(lint, cls::kStatement, parent, Describe(parent) + " defines no node",
+        implied ? "leave it out; the operation has it all the same" : "define one in it");
+}
+
 void JudgeArgumentOf(Lint* lint, const Module* file, const xmlNode* statement,
                      const xmlNode* parent) {
   const Keyword keyword = KeywordOf(statement);
@@ -134,6 +153,7 @@ void LintGrammar(Lint* lint, const Module* file) {
     }
     JudgePosition(lint, file, s, parent);
     JudgeNumber(lint, file, s);
+    JudgeContent(lint, file, s);
     JudgeArgumentOf(lint, file, s, parent);
   }
 }

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "compiler/argument.h"
+#include "compiler/build.h"
 #include "compiler/lint_pass.h"
 
 namespace compiler {
@@ -12,6 +13,29 @@ namespace {
 
 const xmlNode* PrefixStatement(const xmlNode* holder) {
   return FirstChild(holder, Keyword::kPrefix);
+}
+
+// YIN declares each prefix in XML, which has some of its own (RFC 7950, section 13.1).
+// In version 1 no name begins with "xml" at all.
+void JudgeForXml(Lint* lint, const Module* file, const xmlNode* holder, std::string_view prefix) {
+  const xmlNode* at = PrefixStatement(holder);
+  if (at == nullptr || !IsIdentifier(prefix, file->version11) || IsXmlPrefix(prefix)) return;
+  Error(lint, cls::kLinkage, at, "the prefix " + Quote(prefix) + " is one of XML itself",
+        "take another prefix");
+}
+
+void JudgeNamesOfXml(Lint* lint, const Module* file) {
+  const bool isModule = file->belongsTo.empty();
+  const xmlNode* belongsTo = FirstChild(file->root, Keyword::kBelongsTo);
+  if (isModule || belongsTo != nullptr)
+    JudgeForXml(lint, file, isModule ? file->root : belongsTo, file->prefix);
+  for (const Import& import : file->imports)
+    JudgeForXml(lint, file, import.statement, import.prefix);
+  const xmlNode* space = FirstChild(file->root, Keyword::kNamespace);
+  if (space != nullptr && !IsXmlNamespace(file->nameSpace))
+    Fatal(lint, cls::kLinkage, space,
+          "the namespace " + Quote(file->nameSpace) + " is one of XML itself",
+          "take a namespace of your own");
 }
 
 void JudgePrefixes(Lint* lint, const Module* file) {
@@ -88,6 +112,7 @@ void JudgeRevisions(Lint* lint, const Module* file) {
 
 void LintLinkage(Lint* lint, const Module* file) {
   JudgePrefixes(lint, file);
+  JudgeNamesOfXml(lint, file);
   JudgeImports(lint, file);
   JudgeIncludes(lint, file);
   JudgeRevisions(lint, file);

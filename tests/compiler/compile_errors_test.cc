@@ -123,6 +123,26 @@ TEST_F(Errors, ANamespaceThatXmlReservesStopsTheModule) {
   }
 }
 
+TEST_F(Errors, OfAPrefixWithTwoMeaningsStopAConversion) {
+  Module("n", "typedef t { type string; }");
+  Module("o", "typedef t { type string; }");
+  for (const char* second : {"o { prefix n; }", "o { prefix m; }"}) {
+    SCOPED_TRACE(second);
+    Module("m", std::string("import n { prefix n; }\nimport ") + second + "\nleaf a { type n:t; }");
+    ConvertRequest request;
+    request.file = Path("m.yang");
+    const JobResult result = ConvertFile(request);
+    EXPECT_EQ(JobState::kStopped, result.state);
+    EXPECT_TRUE(result.modules.empty());
+    ASSERT_EQ(1u, result.findings.size());
+    EXPECT_NE(std::string::npos, result.findings[0].find("m.yang:3: the prefix \""));
+  }
+  Module("m", "import n { prefix n; } import n { prefix n; } leaf a { type n:t; }");
+  ConvertRequest request;
+  request.file = Path("m.yang");
+  EXPECT_EQ(1u, ConvertFile(request).modules.size());
+}
+
 TEST_F(Errors, OfNamesThatXmlReservesStopAConversion) {
   Module("n", "");
   Write("x.yang", "module x { namespace 'http://www.w3.org/2000/xmlns/'; prefix x; }");
