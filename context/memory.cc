@@ -12,7 +12,7 @@ constinit uint32_t g_qmMemRegistered = 0;
 constinit pthread_mutex_t g_qmMemMutex = PTHREAD_MUTEX_INITIALIZER;
 
 void* AllocZeroed(size_t size) {
-  void* block = g_qmMemMallocFunc(size);
+  void* block = TakeBlock(size);
   if (block != nullptr) std::memset(block, 0, size);
   return block;
 }

@@ -104,6 +104,8 @@ struct QmCtx {
   QmBeforeDeviateExtInstFunc beforeDeviateExtInstFunc;
   QmReloadModuleCbFunc reloadModuleCbFunc;
   QmExtInstFilterCbFunc extInstFilterCbFunc;
+  QmAgentEventFunc eventFunc;
+  void* eventArg;
   RtkAvl3Tree modRelTree;        // QmCtxModRelTbl by target-module name
   uint32_t loadFlags;            // QmLoadFlag bits
   uint32_t keepPatterns;         // 1: compiled forms are kept

@@ -66,7 +66,7 @@ uint32_t QM_CTX_AllocSearchDirBufferIfNeed(QmCtx* ctx) {
   }
   if (ctx->searchDirCount < ctx->searchDirCap) return QM_OK;
   const size_t capacity = size_t{ctx->searchDirCap} + 1;
-  void* block = g_qmMemReAllocFunc(ctx->searchDirs, capacity * sizeof(const char*));
+  void* block = ResizeBlock(ctx->searchDirs, capacity * sizeof(const char*));
   if (block == nullptr) return QM_NO_MEMORY;
   ctx->searchDirs = static_cast<const char**>(block);
   ctx->searchDirs[ctx->searchDirCap++] = nullptr;

@@ -23,16 +23,25 @@
 
 #include "context/guard.h"
 
-static void DropError(void* /*context*/, xmlErrorPtr /*error*/) {}
+// Nothing is reported, but what libxml2 is refused counts as the library's refusals do.
+static void DropError(void* /*context*/, xmlErrorPtr error) {
+  if (error != nullptr && error->code == XML_ERR_NO_MEMORY) NoteRefusedAllocation();
+}
 
 constexpr uint32_t kMaxAttributeDefaults = 16;
 
 namespace {
 // What came up during one parse.
 struct ParseNotes {
+  XmlOutcome refusal;  // why the parser was stopped at what is not allowed
   bool lostMemory;
-  bool refused;  // the parser was stopped at what is not allowed
   uint32_t attributeDefaults;
+  // Of a bounded message: where the parser is, and the declarations of namespaces of
+  // each open element and of all of them.
+  const XmlBounds* bounds;
+  uint32_t depth;
+  uint32_t namespaces;
+  uint32_t declared[kXmlMaxDepth + 1];
 };
 }  // namespace
 
@@ -40,10 +49,15 @@ struct ParseNotes {
 static void NoteLostMemory(void* notes, xmlErrorPtr error) {
   if (error == nullptr || error->code != XML_ERR_NO_MEMORY) return;
   static_cast<ParseNotes*>(notes)->lostMemory = true;
+  NoteRefusedAllocation();
 }
 
-static void Refuse(xmlParserCtxt* context) {
-  static_cast<ParseNotes*>(context->_private)->refused = true;
+static ParseNotes* NotesOf(xmlParserCtxt* context) {
+  return static_cast<ParseNotes*>(context->_private);
+}
+
+static void Refuse(xmlParserCtxt* context, XmlOutcome refusal) {
+  NotesOf(context)->refusal = refusal;
   xmlStopParser(context);
 }
 
@@ -51,7 +65,7 @@ static void Refuse(xmlParserCtxt* context) {
 // name and the address have been read, and before what stands in brackets is.
 static void RefuseDocumentType(void* parser, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                                const xmlChar* /*systemId*/) {
-  Refuse(static_cast<xmlParserCtxt*>(parser));
+  Refuse(static_cast<xmlParserCtxt*>(parser), XML_OUTCOME_DOCUMENT_TYPE);
 }
 
 // In place of libxml2's handler of attribute declarations, which it calls.
@@ -59,10 +73,51 @@ static void CountAttributeDefault(void* parser, const xmlChar* element, const xm
                                   int type, int use, const xmlChar* value,
                                   xmlEnumerationPtr choices) {
   auto* context = static_cast<xmlParserCtxt*>(parser);
-  auto* notes = static_cast<ParseNotes*>(context->_private);
   xmlSAX2AttributeDecl(parser, element, name, type, use, value, choices);
   if (value == nullptr) return;
-  if (++notes->attributeDefaults > kMaxAttributeDefaults) Refuse(context);
+  if (++NotesOf(context)->attributeDefaults > kMaxAttributeDefaults) {
+    Refuse(context, XML_OUTCOME_NOT_XML);
+  }
+}
+
+// In place of libxml2's handlers of the start and the end of an element, which they call.
+// The name of every element is looked up among the namespaces of all that are open.
+static void StartBounded(void* parser, const xmlChar* name, const xmlChar* prefix,
+                         const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
+                         int attributeCount, int defaultedCount, const xmlChar** attributes) {
+  auto* context = static_cast<xmlParserCtxt*>(parser);
+  ParseNotes* notes = NotesOf(context);
+  if (notes->depth >= notes->bounds->depth) return Refuse(context, XML_OUTCOME_TOO_DEEP);
+  const auto declared = static_cast<uint32_t>(namespaceCount);
+  notes->declared[++notes->depth] = declared;
+  notes->namespaces += declared;
+  if (notes->namespaces > notes->bounds->namespaces) {
+    return Refuse(context, XML_OUTCOME_TOO_MANY);
+  }
+  xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount,
+                        defaultedCount, attributes);
+}
+
+static void EndBounded(void* parser, const xmlChar* name, const xmlChar* prefix,
+                       const xmlChar* uri) {
+  ParseNotes* notes = NotesOf(static_cast<xmlParserCtxt*>(parser));
+  xmlSAX2EndElementNs(parser, name, prefix, uri);
+  if (notes->depth > 0) notes->namespaces -= notes->declared[notes->depth--];
+}
+
+// Without a handler nothing is made of comments and instructions, and libxml2 joins the
+// texts around them; CDATA sections go to the handler of texts. The encoding is known.
+static void TakePlain(xmlParserCtxt* context) {
+  xmlSAXHandler* sax = context->sax;
+  sax->comment = nullptr;
+  sax->processingInstruction = nullptr;
+  sax->cdataBlock = nullptr;
+  sax->ignorableWhitespace = sax->characters;
+  sax->startElementNs = StartBounded;
+  sax->endElementNs = EndBounded;
+  context->keepBlanks = 1;
+  context->linenumbers = 0;
+  context->options |= XML_PARSE_IGNORE_ENC | XML_PARSE_NONET;
 }
 
 XmlSilence::XmlSilence()
@@ -137,30 +192,57 @@ static xmlDoc* TakeDocument(xmlParserCtxt* context) {
   return nullptr;
 }
 
-static xmlDoc* Parse(const char* text, size_t size, bool isMessage) {
+namespace {
+enum class Content { kModel, kMessage, kBounded };
+}  // namespace
+
+static void SetHandlers(xmlParserCtxt* context, Content content) {
+  context->sax->attributeDecl = CountAttributeDefault;
+  if (content != Content::kModel) context->sax->internalSubset = RefuseDocumentType;
+  if (content == Content::kBounded) TakePlain(context);
+}
+
+static xmlDoc* Parse(const char* text, size_t size, Content content, ParseNotes* notes) {
   if (text == nullptr || size == 0 || size > INT_MAX) return nullptr;
   const XmlSilence silence;
   const ParserDefaults defaults;
-  ParseNotes notes = {};
-  xmlSetStructuredErrorFunc(&notes, NoteLostMemory);
+  xmlSetStructuredErrorFunc(notes, NoteLostMemory);
   const QmOwn<xmlFreeParserCtxt> context(xmlCreateMemoryParserCtxt(text, static_cast<int>(size)));
-  if (!context) return nullptr;
-  context->_private = &notes;
-  context->sax->attributeDecl = CountAttributeDefault;
-  if (isMessage) context->sax->internalSubset = RefuseDocumentType;
+  if (!context) {
+    notes->lostMemory = true;
+    return nullptr;
+  }
+  context->_private = notes;
+  SetHandlers(context.Get(), content);
   static_cast<void>(xmlParseDocument(context.Get()));
   xmlDoc* doc = TakeDocument(context.Get());
-  if (!notes.lostMemory && !notes.refused) return doc;
+  if (!notes->lostMemory && notes->refusal == XML_OUTCOME_PARSED) return doc;
   xmlFreeDoc(doc);
   return nullptr;
 }
 
 xmlDoc* ParseXmlText(const char* text, size_t size) {
-  return Parse(text, size, false);
+  ParseNotes notes = {};
+  return Parse(text, size, Content::kModel, &notes);
 }
 
 xmlDoc* ParseXmlMessage(const char* text, size_t size) {
-  return Parse(text, size, true);
+  ParseNotes notes = {};
+  return Parse(text, size, Content::kMessage, &notes);
+}
+
+xmlDoc* ParseBoundedMessage(const char* text, size_t size, const XmlBounds& bounds,
+                            XmlOutcome* outcome) {
+  ParseNotes notes = {};
+  notes.bounds = &bounds;
+  xmlDoc* doc = Parse(text, size, Content::kBounded, &notes);
+  *outcome = notes.refusal;
+  if (notes.lostMemory) {
+    *outcome = XML_OUTCOME_NO_MEMORY;
+  } else if (doc == nullptr && notes.refusal == XML_OUTCOME_PARSED) {
+    *outcome = XML_OUTCOME_NOT_XML;
+  }
+  return doc;
 }
 
 void FreeParsedDocument(xmlDoc* doc) {

@@ -141,6 +141,7 @@ static uint32_t ReportUnknownNamespace(QmCheckAux* aux, xmlNode* root, const cha
   QmErrNode* err = RunError(aux, QM_ERR_TAG_UNKNOWN_NAMESPACE, root);
   QMD_ERR_SetErrorMsg(err, "%s has invalid namespace: %s.", ElementName(root), ns);
   QMD_ERR_SetBadElement(err, ElementName(root));
+  SetBadNamespace(err, ns);
   return QM_INVALID;
 }
 

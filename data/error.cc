@@ -57,6 +57,14 @@ void QMD_ERR_SetBadElement(QmErrNode* err, const char* text) {
   if (err != nullptr) SetTextOnce(&err->badElement, text);
 }
 
+void SetBadNamespace(QmErrNode* err, const char* ns) {
+  if (err != nullptr) SetTextOnce(&err->badNamespace, ns);
+}
+
+void SetMissingChoice(QmErrNode* err, const char* name) {
+  if (err != nullptr) SetTextOnce(&err->missingChoice, name);
+}
+
 QmErrNode* RunError(QmCheckAux* aux, uint32_t tag, xmlNode* dataNode) {
   if (aux->err == nullptr) {
     aux->err =
@@ -116,5 +124,8 @@ void QM_FreeErrNode(QmErrNode* err) noexcept {
   g_qmMemFreeFunc(err->errorMessage);
   g_qmMemFreeFunc(err->badElement);
   g_qmMemFreeFunc(err->badAttribute);
+  g_qmMemFreeFunc(err->badNamespace);
+  g_qmMemFreeFunc(err->missingChoice);
+  g_qmMemFreeFunc(err->sessionId);
   g_qmMemFreeFunc(err);
 }

@@ -18,6 +18,10 @@ void ReportUnexpectedElement(QmCheckAux* aux, xmlNode* element);
 // A condition of the element could not be evaluated; `format` takes its name.
 void ReportConditionFailure(QmCheckAux* aux, xmlNode* element, const char* format) QM_PRINTF(3, 0);
 
+// Set a field that is still NULL, as the setters below do.
+void SetBadNamespace(QmErrNode* err, const char* ns);
+void SetMissingChoice(QmErrNode* err, const char* name);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // A new record with those numbers and the path of `dataNode`, "/" for NULL; its other

@@ -75,6 +75,7 @@ static void ReportMissingChoice(QmCheckAux* aux, xmlNode* dataParent, const QmsN
   QMD_ERR_SetErrorMsg(err, "Mandatory choice %s missing element.", choice->name);
   QMD_ERR_SetErrorAppTag(err, "missing-choice");
   QMD_ERR_SetBadElement(err, ElementName(dataParent));
+  SetMissingChoice(err, choice->name);
 }
 
 static uint32_t OpenChoice(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,

@@ -19,7 +19,11 @@ struct QmErrNode {
   char* errorPath;
   char* errorMessage;
   char* badElement;
-  char* badAttribute;  // nothing in the library sets it
+  char* badAttribute;  // no check of a message against its schema sets it
+  // What the record's XML has beyond these.
+  char* badNamespace;
+  char* missingChoice;
+  char* sessionId;  // clients alone set it
 };
 
 // An element that was added as a default. The entries form a ring around a

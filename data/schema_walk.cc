@@ -33,7 +33,7 @@ static void FreeLevels(QmdWalk* walk) {
 static bool HasRoom(QmdWalk* walk) {
   if (walk->count < walk->capacity) return true;
   const size_t size = walk->capacity * sizeof(QmdLevel);
-  auto* levels = static_cast<QmdLevel*>(g_qmMemMallocFunc(size * 2));
+  auto* levels = static_cast<QmdLevel*>(TakeBlock(size * 2));
   if (levels == nullptr) return false;
   std::memcpy(levels, walk->levels, size);
   FreeLevels(walk);

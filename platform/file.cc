@@ -45,7 +45,7 @@ static std::FILE* OpenRegularFile(const char* path) {
 
 RtkVfsFile* RTK_VFS_FOpen(const char* path, const char* mode) {
   if (path == nullptr || mode == nullptr || std::strcmp(mode, "r") != 0) return nullptr;
-  auto* file = static_cast<RtkVfsFile*>(g_qmMemMallocFunc(sizeof(RtkVfsFile)));
+  auto* file = static_cast<RtkVfsFile*>(TakeBlock(sizeof(RtkVfsFile)));
   if (file == nullptr) return nullptr;
   file->stream = OpenRegularFile(path);
   if (file->stream != nullptr) return file;
@@ -109,7 +109,7 @@ static DIR* OpenDirOfPattern(const char* pattern, const char* lastSlash) {
 }
 
 static RtkVfsFind* OpenFind(const char* pattern) {
-  auto* find = static_cast<RtkVfsFind*>(g_qmMemMallocFunc(sizeof(RtkVfsFind)));
+  auto* find = static_cast<RtkVfsFind*>(TakeBlock(sizeof(RtkVfsFind)));
   if (find == nullptr) return nullptr;
   const char* lastSlash = std::strrchr(pattern, '/');
   const char* glob = lastSlash != nullptr ? lastSlash + 1 : pattern;

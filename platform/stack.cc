@@ -21,8 +21,7 @@ static bool GrowSlots(RtkStack* stack) {
   if (stack->capacity > UINT32_MAX / 2) return false;
   const uint32_t capacity = stack->capacity == 0 ? kFirstCapacity : stack->capacity * 2;
   const size_t size = size_t{capacity} * sizeof(void*);
-  void* slots =
-      stack->slots == nullptr ? g_qmMemMallocFunc(size) : g_qmMemReAllocFunc(stack->slots, size);
+  void* slots = stack->slots == nullptr ? TakeBlock(size) : ResizeBlock(stack->slots, size);
   if (slots == nullptr) return false;
   stack->slots = static_cast<void**>(slots);
   stack->capacity = capacity;
@@ -30,7 +29,7 @@ static bool GrowSlots(RtkStack* stack) {
 }
 
 RtkStack* RTK_CreateStack() {
-  auto* stack = static_cast<RtkStack*>(g_qmMemMallocFunc(sizeof(RtkStack)));
+  auto* stack = static_cast<RtkStack*>(TakeBlock(sizeof(RtkStack)));
   if (stack != nullptr) *stack = RtkStack{nullptr, 0, 0};
   return stack;
 }

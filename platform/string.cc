@@ -15,7 +15,7 @@
 #include "platform/hooks.h"
 
 char* CopyText(const char* text, size_t length) {
-  auto* copy = static_cast<char*>(g_qmMemMallocFunc(length + 1));
+  auto* copy = static_cast<char*>(TakeBlock(length + 1));
   if (copy == nullptr) return nullptr;
   std::memcpy(copy, text, length);
   copy[length] = '\0';

@@ -7,6 +7,7 @@
  * @brief All public headers of libqmodel.
  */
 
+#include <qmodel/agent.h>
 #include <qmodel/context.h>
 #include <qmodel/data.h>
 #include <qmodel/error.h>

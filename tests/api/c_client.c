@@ -8,6 +8,7 @@
 
 /* Each alone too: none may lean on what another one brings. */
 #include <libxml/parser.h>
+#include <qmodel/agent.h>
 #include <qmodel/context.h>
 #include <qmodel/data.h>
 #include <qmodel/error.h>
