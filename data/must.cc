@@ -12,6 +12,7 @@
 #include "data/schema_query.h"
 #include "data/when.h"
 #include "xpath/child_lookup.h"
+#include "xpath/kept_conditions.h"
 
 // An empty error-message stays no message: the general one does not stand in.
 static void ReportMustViolation(QmCheckAux* aux, xmlNode* node, const QmsMust* must) {
@@ -27,7 +28,7 @@ static void ReportMustViolation(QmCheckAux* aux, xmlNode* node, const QmsMust* m
 
 static uint32_t EvalOneMust(QmCheckAux* aux, xmlNode* node, const QmsMust* must) {
   if (must->condition == nullptr) return QM_INVALID;
-  const uint32_t ret = QM_XPATH_EvalCondition(aux->topNode, node, must->condition);
+  const uint32_t ret = EvalKeptCondition(aux->conditions, aux->topNode, node, must->condition);
   if (ret == QM_OK) return QM_OK;
   if (ret != QM_XPATH_FALSE) {
     ReportConditionFailure(aux, node, "Failed to check must condition of %s.");

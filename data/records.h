@@ -73,7 +73,7 @@ struct QmCheckAux {
   QmDefaultNodeFunc defaultNodeCallback;
   void* callbackArg;
   uint32_t nesting;              // schema levels that completion or the mandatory check is in
-  QmKeptConditions* conditions;  // tokens of the conditions met so far; NULL: none are kept
+  QmKeptConditions* conditions;  // those met so far; NULL: none are kept
 };
 
 // Completion and the mandatory check make elements for missing containers, so their

@@ -19,6 +19,7 @@
 #include "data/node_check.h"
 #include "platform/string.h"
 #include "xpath/child_lookup.h"
+#include "xpath/kept_conditions.h"
 
 void QMD_PAS_InitCheckAux(QmCheckAux* aux, QmCtx* ctx, uint32_t flags, QmDefaultNodeFunc callback,
                           void* callbackArg) {
@@ -33,8 +34,13 @@ static uint32_t CheckBoundTree(QmCheckAux* aux, xmlNode* startNode) {
   uint32_t ret = QMD_PAS_CompleteTree(aux, startNode, aux->flags);
   if (ret != QM_OK) return ret;
   ChildLookup lookup;
+  QmKeptConditions conditions = {};
+  aux->conditions = &conditions;
   ret = QMD_PAS_EvalDataTreeWhenMust(aux, startNode);
-  return ret == QM_OK ? QM_PAS_CheckTreeMandatory(aux, startNode) : ret;
+  if (ret == QM_OK) ret = QM_PAS_CheckTreeMandatory(aux, startNode);
+  aux->conditions = nullptr;
+  FreeKeptConditions(&conditions);
+  return ret;
 }
 
 uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root) {

@@ -13,6 +13,7 @@
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "xpath/child_lookup.h"
+#include "xpath/kept_conditions.h"
 
 uint32_t QMD_MDL_IsNeedCheckWhenCond(uint32_t kind) {
   switch (kind) {
@@ -31,7 +32,7 @@ uint32_t QMD_PAS_EvalDataNodeOneWhenCond(QmCheckAux* aux, xmlNode* node, xmlNode
                                          const char* when, uint32_t* outPass) {
   *outPass = 1;
   if (when == nullptr) return QM_OK;
-  const uint32_t ret = QM_XPATH_EvalCondition(aux->topNode, contextNode, when);
+  const uint32_t ret = EvalKeptCondition(aux->conditions, aux->topNode, contextNode, when);
   if (ret == QM_OK) return QM_OK;
   *outPass = 0;
   if (ret == QM_XPATH_FALSE) return QM_OK;

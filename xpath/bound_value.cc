@@ -39,6 +39,12 @@ static const char* ResolvePrefix(const xmlNode* element, QmCtx* ctx, const char*
   return ns == nullptr ? nullptr : QM_MOD_GetModuleName(QM_CTX_GetModuleByModNs(ctx, ns));
 }
 
+static const char* ModuleNameOfValue(const xmlNode* element, const QmsNode* schemaNode,
+                                     const char* text, const char* colon) {
+  if (colon == nullptr) return QM_MOD_GetModuleName(schemaNode->module);
+  return ResolvePrefix(element, schemaNode->module->ctx, text, static_cast<size_t>(colon - text));
+}
+
 char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNode,
                                             const char* text) {
   if (!IsElement(element) || schemaNode == nullptr || schemaNode->module == nullptr ||
@@ -46,9 +52,7 @@ char* QMD_NODE_ConvertPrefixValueToModValue(xmlNode* element, QmsNode* schemaNod
     return nullptr;
   }
   const char* colon = RTK_StrChr(text, ':');
-  const char* modName = colon == nullptr ? QM_MOD_GetModuleName(schemaNode->module)
-                                         : ResolvePrefix(element, schemaNode->module->ctx, text,
-                                                         static_cast<size_t>(colon - text));
+  const char* modName = ModuleNameOfValue(element, schemaNode, text, colon);
   if (modName == nullptr) return nullptr;
   return JoinModuleAndName(modName, colon == nullptr ? text : colon + 1);
 }
@@ -80,4 +84,40 @@ static uint32_t StatusOfMissingContent(const xmlNode* node, QmsNode* schemaNode)
 uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out) {
   *out = QMD_NODE_GetValueContent(node, schemaNode);
   return *out != nullptr ? uint32_t{QM_OK} : StatusOfMissingContent(node, schemaNode);
+}
+
+uint32_t ReadBoundText(const xmlNode* node, const QmsNode* schemaNode, bool isIdentityref,
+                       QmBoundText* out) {
+  const char* text = RawText(node);
+  *out = {nullptr, text == nullptr ? "" : text};
+  if (text == nullptr || !isIdentityref) return QM_OK;
+  *out = {nullptr, ""};
+  if (schemaNode->module == nullptr) return QM_OK;
+  const char* colon = RTK_StrChr(text, ':');
+  const char* modName = ModuleNameOfValue(node, schemaNode, text, colon);
+  if (modName == nullptr) return colon == nullptr ? QM_NO_MEMORY : QM_OK;
+  *out = {modName, colon == nullptr ? text : colon + 1};
+  return QM_OK;
+}
+
+// The next character of "name:text".
+static char NextChar(QmBoundText* rest) {
+  if (rest->moduleName == nullptr) return *rest->text == '\0' ? '\0' : *rest->text++;
+  if (*rest->moduleName != '\0') return *rest->moduleName++;
+  rest->moduleName = nullptr;
+  return ':';
+}
+
+bool BoundTextsAreEqual(const QmBoundText* left, const QmBoundText* right) {
+  if (left->moduleName == nullptr && right->moduleName == nullptr) {
+    return RTK_StrCmp(left->text, right->text) == 0;
+  }
+  QmBoundText a = *left;
+  QmBoundText b = *right;
+  char next = '\0';
+  do {
+    next = NextChar(&a);
+    if (next != NextChar(&b)) return false;
+  } while (next != '\0');
+  return true;
 }

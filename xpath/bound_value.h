@@ -16,6 +16,19 @@ const char* RawText(const xmlNode* node);
 // whose prefix leads nowhere. 12 without memory.
 uint32_t CopyBoundValue(xmlNode* node, QmsNode* schemaNode, char** out);
 
+// A value in its two parts: the module's name of an identity, or NULL, and a text.
+struct QmBoundText {
+  const char* moduleName;
+  const char* text;  // never NULL
+};
+
+// The same value without a copy, with the text "" where there would be none. 12 where
+// nothing could be copied either.
+uint32_t ReadBoundText(const xmlNode* node, const QmsNode* schemaNode, bool isIdentityref,
+                       QmBoundText* out);
+// Whether the copies, names and texts joined by ":", would be equal.
+bool BoundTextsAreEqual(const QmBoundText* left, const QmBoundText* right);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The value of a bound element as a new text, an identity with its module's name in front.

@@ -115,6 +115,11 @@ static uint32_t EqualityResult(bool equal, uint32_t operation) {
   return equal == (operation == QM_XPATH_OP_EQUAL) ? 1 : 0;
 }
 
+// A NaN on either side makes the difference NaN, which is below nothing.
+bool NumbersAreEqual(double left, double right) {
+  return std::fabs(left - right) < DBL_EPSILON;
+}
+
 uint32_t QM_XPATH_EqualityCompareAsBoolean(QmXpathObject* left, QmXpathObject* right,
                                            uint32_t operation, uint32_t* result) {
   const uint32_t ret = ConvertBoth(left, right, QM_XPATH_FuncBooleanInner);
@@ -127,9 +132,7 @@ uint32_t QM_XPATH_EqualityCompareAsNumber(QmXpathObject* left, QmXpathObject* ri
                                           uint32_t operation, uint32_t* result) {
   const uint32_t ret = ConvertBoth(left, right, QM_XPATH_FuncNumberInner);
   if (ret != QM_OK) return ret;
-  // A NaN on either side makes the difference NaN, which is below nothing.
-  const double difference = std::fabs(left->value.number - right->value.number);
-  *result = EqualityResult(difference < DBL_EPSILON, operation);
+  *result = EqualityResult(NumbersAreEqual(left->value.number, right->value.number), operation);
   return QM_OK;
 }
 
@@ -150,7 +153,7 @@ uint32_t QM_XPATH_EqualityCompareAsString(QmXpathObject* left, QmXpathObject* ri
 }
 
 // Comparisons with NaN are false by themselves.
-static bool CompareNumbers(double left, double right, uint32_t operation) {
+bool CompareNumbers(double left, double right, uint32_t operation) {
   switch (operation) {
     case QM_XPATH_OP_GREATER:
       return left > right;

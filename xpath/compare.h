@@ -8,6 +8,10 @@
 using QmXpathEvalFunc = uint32_t (*)(QmXpathEvalCtx* ctx, uint32_t operation, QmXpathObject* left,
                                      QmXpathObject* right);
 
+// "=" of two numbers, and the four relational operations.
+bool NumbersAreEqual(double left, double right);
+bool CompareNumbers(double left, double right, uint32_t operation);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The operations. Each may convert its two operands in place, which stay the

@@ -88,20 +88,18 @@ uint32_t QM_XPATH_EvalDot(QmXpathEvalCtx* /*ctx*/, QmXpathExpr* /*expr*/, uint32
 
 // Deliberate: a node below the root stays where it is, so that ".." never reaches
 // the root. Above the root there is nothing.
-static xmlNode* ParentWithin(const QmXpathEvalCtx* ctx, xmlNode* node) {
-  if (node == nullptr || node == ctx->rootNode) return nullptr;
-  return node->parent == ctx->rootNode ? node : node->parent;
+xmlNode* ParentWithin(const xmlNode* rootNode, xmlNode* node) {
+  if (node == nullptr || node == rootNode) return nullptr;
+  return node->parent == rootNode ? node : node->parent;
 }
 
 uint32_t QM_XPATH_EvalDDot(QmXpathEvalCtx* ctx, QmXpathExpr* /*expr*/, uint32_t* index) {
   ++*index;
   xmlNode* node = QM_XPATH_GetStackTopObjNode(ctx->objStack);
-  return QM_XPATH_ReplaceNodeToTopElemInObjStack(ctx->objStack, ParentWithin(ctx, node));
+  return QM_XPATH_ReplaceNodeToTopElemInObjStack(ctx->objStack, ParentWithin(ctx->rootNode, node));
 }
 
-// The local name of a name test. False when there is none that a child could have:
-// a name that is too long, or none after the prefix. A wildcard stands for itself.
-static bool LocalNameOf(const QmXpathExpr* expr, const QmXpathToken* token, char* name) {
+bool LocalNameOf(const QmXpathExpr* expr, const QmXpathToken* token, char* name) {
   char text[kMaxNameTest + 1] = "";
   char prefix[kQmsNameSize] = "";
   if (token->length > kMaxNameTest) return false;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <libxml/tree.h>
+
 #include <cstdint>
 
 #include "context/internal.h"
@@ -12,6 +14,13 @@
 uint32_t BeginCall(const QmXpathExpr* expr, uint32_t* index, QmXpathFunc* function);
 QmXpathFunc FunctionAt(const QmXpathExpr* expr, uint32_t index);
 uint32_t ConsumeClosingParen(const QmXpathExpr* expr, uint32_t* index);
+
+// The local name of a name test, in a buffer of kQmsNameSize bytes. False when there is
+// none that a child could have: a name that is too long, or none after the prefix. A
+// wildcard stands for itself.
+bool LocalNameOf(const QmXpathExpr* expr, const QmXpathToken* token, char* name);
+// What ".." selects.
+xmlNode* ParentWithin(const xmlNode* rootNode, xmlNode* node);
 
 // Each begins at the token *index and moves past what it consumed; 0 when it pushed its
 // operand or replaced the one on top. 12 without memory, 22 for an operand that is not

@@ -105,18 +105,15 @@ static uint32_t IsDerived(const QmsNode* schemaNode, const char* value, const ch
   return QM_OK;
 }
 
-static uint32_t TestIdentity(QmXpathEvalCtx* ctx, xmlNode* node, const char* argument,
-                             bool orSelf) {
+uint32_t TestIdentity(xmlNode* node, const char* argument, bool orSelf, uint32_t* result) {
   QmsNode* schemaNode = BoundSchema(node);
   if (schemaNode == nullptr) return QM_XPATH_UNBOUND_NODE;
   if (QMD_MDL_IsIdentityref(schemaNode) == 0) return QM_INVALID;
   char* content = nullptr;
-  uint32_t ret = CopyBoundValue(node, schemaNode, &content);
+  const uint32_t ret = CopyBoundValue(node, schemaNode, &content);
   if (ret != QM_OK) return ret;
   const QmHeld<char> value(content);
-  uint32_t result = 0;
-  ret = IsDerived(schemaNode, value.Get(), argument, orSelf, &result);
-  return ret != QM_OK ? ret : QM_XPATH_PushBooleanToObjStack(ctx->objStack, result);
+  return IsDerived(schemaNode, value.Get(), argument, orSelf, result);
 }
 
 static uint32_t EvalDerivedFrom(QmXpathEvalCtx* ctx, bool orSelf) {
@@ -126,7 +123,9 @@ static uint32_t EvalDerivedFrom(QmXpathEvalCtx* ctx, bool orSelf) {
   const QmOwn<QM_XPATH_FreeObject> object(
       QM_XPATH_GetArgumentByType(ctx->objStack, QM_XPATH_OBJECT_NODE));
   if (!object || object->value.node == nullptr) return QM_XPATH_BAD_ARGUMENTS;
-  return TestIdentity(ctx, object->value.node, text->value.string, orSelf);
+  uint32_t result = 0;
+  const uint32_t ret = TestIdentity(object->value.node, text->value.string, orSelf, &result);
+  return ret != QM_OK ? ret : QM_XPATH_PushBooleanToObjStack(ctx->objStack, result);
 }
 
 uint32_t QM_XPATH_FuncDerivedFrom(QmXpathEvalCtx* ctx) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <libxml/tree.h>
+
 #include <cstdint>
 
 #include "context/internal.h"
@@ -11,6 +13,10 @@ using QmXpathFunc = uint32_t (*)(QmXpathEvalCtx* ctx);
 
 // The function of that name, or NULL.
 QmXpathFunc FindXpathFunction(const char* name, uint32_t length);
+
+// Whether the identity that a bound element holds has the named one among its bases, or,
+// with `orSelf`, is it. The statuses of the two functions below.
+uint32_t TestIdentity(xmlNode* node, const char* argument, bool orSelf, uint32_t* result);
 
 QM_BEGIN_INTERNAL_DECLS
 
