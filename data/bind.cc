@@ -8,6 +8,7 @@
 #include "data/bind.h"
 
 #include "context/xml_tree.h"
+#include "data/bind_indexed.h"
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/node_check.h"
@@ -92,19 +93,60 @@ static xmlNode* NextToBind(QmCheckAux* aux, const xmlNode* root, const QmsNode* 
   return nullptr;
 }
 
+// Most elements are leaves that hold nothing but one text.
+static bool IsLeafOfText(const xmlNode* element) {
+  const QmsNode* schemaNode = BoundSchema(element);
+  const xmlNode* child = element->children;
+  return IsValueNode(schemaNode) &&
+         (child == nullptr || (child->type == XML_TEXT_NODE && child->next == nullptr));
+}
+
+namespace {
+// Where binding is. `parent` is what the index knows of the parent's schema node, NULL
+// where it is to be done without.
+struct BindWalk {
+  QmCheckAux* aux;
+  xmlNode* root;
+  QmsNode* rootSchema;
+  QmdParent* parent;
+};
+}  // namespace
+
+static QmsNode* SchemaOfParent(const BindWalk* walk, const xmlNode* element) {
+  return element->parent == walk->root ? walk->rootSchema : BoundSchema(element->parent);
+}
+
+// Binds one element and stores the first one below it, NULL when nothing below it is bound.
+static uint32_t BindAndEnter(BindWalk* walk, xmlNode* element, xmlNode** firstChild) {
+  QmCheckAux* aux = walk->aux;
+  if (element->_private != nullptr) return QM_OK;
+  uint32_t ret = walk->parent != nullptr ? BindIndexedElement(aux, walk->parent, element)
+                                         : BindElement(aux, element, SchemaOfParent(walk, element));
+  if (ret != QM_OK || IsLeafOfText(element)) return ret;
+  ret = EnterElement(aux, element, BoundSchema(element), firstChild);
+  if (*firstChild != nullptr) walk->parent = OpenToBind(aux, BoundSchema(element), element);
+  return ret;
+}
+
+static xmlNode* StepToNext(BindWalk* walk, xmlNode* done) {
+  xmlNode* next = NextToBind(walk->aux, walk->root, walk->rootSchema, done);
+  if (next != nullptr && next->parent != done->parent) {
+    walk->parent = BackToBind(walk->aux, SchemaOfParent(walk, next), next->parent);
+  }
+  return next;
+}
+
 static uint32_t BindBelow(QmCheckAux* aux, xmlNode* root, QmsNode* rootSchema) {
+  BindWalk walk = {aux, root, rootSchema, nullptr};
   xmlNode* next = nullptr;
   uint32_t ret = EnterElement(aux, root, rootSchema, &next);
   if (ret == QM_OK && next == nullptr) LeaveElement(aux, rootSchema);
+  if (next != nullptr) walk.parent = OpenToBind(aux, rootSchema, root);
   while (ret == QM_OK && next != nullptr) {
     xmlNode* element = next;
     next = nullptr;
-    if (element->_private == nullptr) {
-      ret = BindElement(aux, element,
-                        element->parent == root ? rootSchema : BoundSchema(element->parent));
-      if (ret == QM_OK) ret = EnterElement(aux, element, BoundSchema(element), &next);
-    }
-    if (ret == QM_OK && next == nullptr) next = NextToBind(aux, root, rootSchema, element);
+    ret = BindAndEnter(&walk, element, &next);
+    if (ret == QM_OK && next == nullptr) next = StepToNext(&walk, element);
   }
   if (ret != QM_OK) aux->flags &= ~uint32_t{QMD_MODE_IN_ACTION};
   return ret;

@@ -58,6 +58,7 @@ enum QmdModeFlag : uint32_t {
 
 // What a run keeps of the conditions that it evaluates; xpath/ fills it.
 struct QmKeptConditions;
+struct QmdRunIndex;
 
 // One validation run; lives on the caller's stack. What it keeps for its own speed is
 // made by and by while the tree is checked, and gone when QMD_PAS_ValidateDataTree()
@@ -73,6 +74,7 @@ struct QmCheckAux {
   QmDefaultNodeFunc defaultNodeCallback;
   void* callbackArg;
   uint32_t nesting;              // schema levels that completion or the mandatory check is in
+  QmdRunIndex* index;            // NULL: the checks look for themselves
   QmKeptConditions* conditions;  // those met so far; NULL: none are kept
 };
 

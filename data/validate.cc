@@ -17,6 +17,7 @@
 #include "data/error.h"
 #include "data/must.h"
 #include "data/node_check.h"
+#include "data/run_index.h"
 #include "platform/string.h"
 #include "xpath/child_lookup.h"
 #include "xpath/kept_conditions.h"
@@ -57,6 +58,17 @@ uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root) {
   return startNode == nullptr ? QM_INVALID : CheckBoundTree(aux, startNode);
 }
 
+// The trees of the entry points carry no binding yet, which the index relies on.
+static uint32_t RunWithIndex(QmCheckAux* aux, xmlNode* root) {
+  QmdRunIndex index;
+  InitRunIndex(&index);
+  aux->index = &index;
+  const uint32_t ret = QMD_PAS_ValidateDataTree(aux, root);
+  aux->index = nullptr;
+  FreeRunIndex(&index);
+  return ret;
+}
+
 // Requests. Every failure has a record: where no check made one, a general one stands
 // in. Added defaults belong to the document of the input, so they are settled before
 // a parsed document is freed, in success and in failure.
@@ -87,8 +99,7 @@ static bool HasDocumentType(const xmlNode* root) {
 // The caller's tree carries no bindings from an earlier run, and none afterwards.
 static QmErrNode* ValidateElement(QmCheckAux* aux, xmlNode* root) {
   QMD_PAS_ClearXmlTreePrivate(root);
-  const uint32_t ret =
-      HasDocumentType(root) ? uint32_t{QM_INVALID} : QMD_PAS_ValidateDataTree(aux, root);
+  const uint32_t ret = HasDocumentType(root) ? uint32_t{QM_INVALID} : RunWithIndex(aux, root);
   QMD_PAS_ClearXmlTreePrivate(root);
   return SettleRun(aux, ret);
 }
@@ -96,7 +107,7 @@ static QmErrNode* ValidateElement(QmCheckAux* aux, xmlNode* root) {
 static QmErrNode* ValidateText(QmCheckAux* aux, const char* text) {
   const QmOwn<FreeParsedDocument> doc(ParseXmlMessage(text, RTK_StrLen(text)));
   if (!doc) return SettleRun(aux, QM_INVALID);
-  const uint32_t ret = QMD_PAS_ValidateDataTree(aux, xmlDocGetRootElement(doc.Get()));
+  const uint32_t ret = RunWithIndex(aux, xmlDocGetRootElement(doc.Get()));
   return SettleRun(aux, ret);
 }
 
@@ -117,7 +128,7 @@ QmErrNode* QM_CTX_ValidateRpcDataTree(QmCtx* ctx, uint32_t inputKind, void* data
 static uint32_t RunOnDocument(QmCtx* ctx, xmlDoc* doc) {
   QmCheckAux aux = {};
   QMD_PAS_InitCheckAux(&aux, ctx, QMD_MODE_NOTIF, nullptr, nullptr);
-  const uint32_t ret = QMD_PAS_ValidateDataTree(&aux, xmlDocGetRootElement(doc));
+  const uint32_t ret = RunWithIndex(&aux, xmlDocGetRootElement(doc));
   QM_FreeErrNode(aux.err);
   return ret;
 }

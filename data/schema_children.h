@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+#include <cstdint>
+
+#include "data/run_index.h"
+
+// The data children of one schema parent, as the index of a run keeps them.
+
+// Fills the children of a parent that has none yet. Without memory, and for a schema that
+// no loader made (nodes without module or name, cases outside of choices), it is left
+// without, the second for good.
+void IndexChildren(QmdRunIndex* index, QmdParent* parent);
+
+// The child of that module and name, or NULL; and the one of a schema node, NULL also for
+// a node that another one of its module and name stands before.
+QmdChild* FindChild(const QmdParent* parent, const char* moduleName, const char* name);
+QmdChild* FindChildOfNode(const QmdParent* parent, const QmsNode* node);

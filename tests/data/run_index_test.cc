@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The index of a run changes no result: models and messages drawn from seeds, valid and
+// broken, are validated with it, without it, and with its memory refused at each step,
+// before and after features are switched and modules leave. What is compared is the
+// record, the tree afterwards, and what the callback was told of, in its order.
+#include "data/run_index.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "context/xml_tree.h"
+#include "data/default_list.h"
+#include "data/validate.h"
+#include "tests/support/message_fixture.h"
+#include "tests/support/random_message.h"
+
+namespace {
+
+using message_fixture::Describe;
+using message_fixture::Document;
+using random_message::DrawMessage;
+using random_message::DrawModel;
+using random_message::Message;
+using random_message::Model;
+using random_message::Source;
+
+struct Outcome {
+  std::string text;
+  bool isOff = true;  // the index was refused memory
+};
+
+void NoteDefault(xmlNode* node, void* arg) {
+  auto* text = static_cast<std::string*>(arg);
+  *text += "+" + std::string(XmlText(node->name)) + "<" + XmlText(node->parent->name) + " ";
+}
+
+// What an index may take: nothing at all, so many bytes, or what it wants.
+constexpr size_t kNoIndex = SIZE_MAX;
+constexpr size_t kEverything = SIZE_MAX - 1;
+
+// One run over the tree of a message.
+Outcome Run(QmCtx* ctx, const Message& message, size_t indexBytes) {
+  const Document doc(message.text);
+  Outcome outcome;
+  QmCheckAux aux = {};
+  QMD_PAS_InitCheckAux(&aux, ctx, message.isNotification ? QMD_MODE_NOTIF : QMD_MODE_RPC,
+                       NoteDefault, &outcome.text);
+  QmdRunIndex index;
+  InitRunIndex(&index);
+  if (indexBytes < sizeof index.firstBytes) {
+    index.freeBytes = indexBytes;
+    index.allowance = 0;
+  }
+  if (indexBytes != kNoIndex) aux.index = &index;
+  const uint32_t ret = QMD_PAS_ValidateDataTree(&aux, doc.root());
+  outcome.isOff = index.isOff;
+  FreeRunIndex(&index);
+  QMD_PAS_ClearDefaultNodeList(&aux, ret == QM_OK ? 1 : 0);
+  outcome.text += std::to_string(ret) + " " + Describe(aux.err) + " " + doc.Dump();
+  return outcome;
+}
+
+// The entry points give the same records.
+void ExpectSameRecord(QmCtx* ctx, const Message& message, const std::string& expected) {
+  if (message.isNotification) return;
+  const Document doc(message.text);
+  const std::string record = message_fixture::ValidateRpc(ctx, doc);
+  if (expected.find(" valid ") != std::string::npos) {
+    EXPECT_EQ("valid", record);
+    EXPECT_NE(std::string::npos, expected.find(doc.Dump()));
+  } else if (record.find("18|/|-|-|-") == std::string::npos) {  // no check made a record
+    EXPECT_NE(std::string::npos, expected.find(" " + record + " ")) << record;
+  }
+}
+
+// Gives the number of runs that had less memory for the index than they wanted.
+uint32_t ExpectSameEverywhere(QmCtx* ctx, const Message& message) {
+  SCOPED_TRACE(message.text);
+  const Outcome plain = Run(ctx, message, kNoIndex);
+  EXPECT_EQ(plain.text, Run(ctx, message, kEverything).text);
+  ExpectSameRecord(ctx, message, plain.text);
+  uint32_t refused = 0;
+  for (size_t bytes = 0; bytes < sizeof(QmdRunIndex::firstBytes); bytes += 400) {
+    const Outcome outcome = Run(ctx, message, bytes);
+    EXPECT_EQ(plain.text, outcome.text) << "with " << bytes << " bytes";
+    if (!outcome.isOff) break;
+    ++refused;
+  }
+  return refused;
+}
+
+class SameResults : public testing::TestWithParam<uint64_t> {};
+
+void ChangeModel(QmCtx* ctx, int step) {
+  if (step == 1) {
+    EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(QM_CTX_GetModuleByModName(ctx, "m"), "on"));
+  }
+  if (step == 2) {
+    EXPECT_EQ(QM_OK, QM_MOD_DisableFeature(QM_CTX_GetModuleByModName(ctx, "m"), "on"));
+  }
+  if (step == 3) {
+    EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, "a"));
+  }
+}
+
+// Draws a model and messages for it; gives the number of runs without enough memory.
+uint32_t ExpectSameOfSeed(uint64_t seed) {
+  SCOPED_TRACE(testing::Message() << "seed " << seed);
+  Source source(seed);
+  const Model model = DrawModel(&source);
+  uint32_t refused = 0;
+  QmCtx* ctx = QM_CTX_Create(0);
+  for (const std::string& text : model.modules) {
+    EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, text.c_str())) << text;
+    refused += ExpectSameEverywhere(ctx, DrawMessage(&source, model));
+  }
+  for (int step = 0; step < 4; ++step) {
+    ChangeModel(ctx, step);
+    for (int k = 0; k < 3; ++k) refused += ExpectSameEverywhere(ctx, DrawMessage(&source, model));
+  }
+  QM_CTX_Delete(ctx);
+  return refused;
+}
+
+TEST_P(SameResults, WithAndWithoutTheIndex) {
+  constexpr uint64_t kModels = 30;
+  uint32_t refused = 0;
+  for (uint64_t i = 0; i < kModels && !HasFailure(); ++i) {
+    refused += ExpectSameOfSeed(GetParam() * kModels + i);
+  }
+  EXPECT_GT(refused, kModels);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SameResults, testing::Range(uint64_t{0}, uint64_t{8}));
+
+}  // namespace
