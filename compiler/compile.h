@@ -74,17 +74,24 @@ struct WrittenAugment {
   bool looked = false;
 };
 
+// Nodes by name.
+using NamedNodes = std::unordered_map<std::string_view, xmlNode*>;
+
 // A module that is being written.
 struct Output {
   Compilation* all = nullptr;
-  Module* module = nullptr;              // as it was read
-  Module written;                        // the tree to be written
-  std::vector<WrittenPrefix> prefixes;   // its own comes first
-  xmlNode* lastImport = nullptr;         // where the next one is put
-  std::vector<WrittenAugment> augments;  // into other modules, in order
+  Module* module = nullptr;                          // as it was read
+  Module written;                                    // the tree to be written
+  std::vector<WrittenPrefix> prefixes;               // its own comes first
+  xmlNode* lastImport = nullptr;                     // where the next one is put
+  std::vector<WrittenAugment> augments;              // into other modules, in order
+  std::unordered_map<std::string, NamedNodes> hung;  // what these bring, by their target
+  bool hungFilled = false;
+  bool casesWrapped = false;  // of these augments
   // Typedefs that moved to the level of the module, by their definition.
   std::unordered_map<const xmlNode*, std::string> hoisted;
   std::unordered_set<std::string> typedefNames;
+  std::unordered_map<std::string, unsigned> typedefNumbers;  // the last that made a name free
   // Nodes that have left the tree. Paths of other modules may have led to them.
   std::vector<LooseStatement> removed;
   // The inputs and outputs that operations do not write, as far as a path led to them.
@@ -116,6 +123,12 @@ struct DataIndex {
   std::unordered_map<const Output*, AugmentIndex> augments;
 };
 
+// The conditions of one node, the first of each kind.
+struct MustIndex {
+  std::unordered_map<std::string, const xmlNode*> byMeaning;
+  std::unordered_map<std::string_view, const xmlNode*> byText;  // as it was written
+};
+
 // One call of the compiler.
 struct Compilation {
   Session* session = nullptr;
@@ -125,7 +138,9 @@ struct Compilation {
   std::map<Module*, std::unique_ptr<Output>> outputs;
   std::unordered_map<const xmlNode*, Size> groupingSizes;
   std::unordered_map<Module*, bool> sound;  // whether it and what it needs can be compiled
+  std::unordered_map<const Statement*, NamedNodes> children;  // of nodes that have many
   DataIndex data;
+  std::unordered_map<const xmlNode*, MustIndex> musts;  // of nodes that deviations delete from
 };
 
 // The tree of a module with all of its nodes, made when it is first asked for; enough

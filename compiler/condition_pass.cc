@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "compiler/data_lookup.h"
 #include "compiler/handed_down.h"
 #include "compiler/node_kind.h"
 #include "compiler/statement.h"
@@ -59,6 +60,7 @@ bool IsOfDeletion(const xmlNode* statement) {
 
 // The operation is what has an element, where its input or output is not written.
 DataNode* NodeOfTarget(const Pass& pass, const FoundNode& target) {
+  if (target.node == nullptr) return nullptr;
   return pass.schema->Find(IsImplied(target) ? ParentOf(target.node) : target.node);
 }
 
@@ -66,10 +68,7 @@ DataNode* NodeOfStatement(const Pass& pass, const xmlNode* parent) {
   if (Is(parent, Keyword::kDeviate))
     return NodeOfTarget(pass, FindTarget(pass.out->all, TargetSteps(ParentOf(parent))));
   if (!Is(parent, Keyword::kAugment)) return pass.schema->Find(parent);
-  for (WrittenAugment& augment : pass.out->augments) {
-    if (augment.node == parent) return NodeOfTarget(pass, TargetOf(pass.out->all, &augment));
-  }
-  return nullptr;
+  return NodeOfTarget(pass, AugmentTarget(pass.out->all, pass.out, parent));
 }
 
 // False: where it is evaluated is not known.

@@ -31,12 +31,7 @@ bool IsIdentityref(const FoundNode& node) {
 FoundNode ContextOf(Output* out, const xmlNode* statement) {
   xmlNode* parent = ParentOf(statement);
   if (Is(parent, Keyword::kDeviate)) return FindTarget(out->all, TargetSteps(ParentOf(parent)));
-  if (Is(parent, Keyword::kAugment)) {
-    for (WrittenAugment& augment : out->augments) {
-      if (augment.node == parent) return TargetOf(out->all, &augment);
-    }
-    return {};
-  }
+  if (Is(parent, Keyword::kAugment)) return AugmentTarget(out->all, out, parent);
   const FoundNode node{parent, out};
   return StatementOf(statement)->handedDown ? DataParent(out->all, node) : node;
 }

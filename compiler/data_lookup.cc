@@ -31,10 +31,8 @@ FoundNode Settle(Compilation* all, FoundNode at) {
   while (at.node != nullptr) {
     if (Is(at.node, Keyword::kModule)) return {nullptr, at.output};
     if (Is(at.node, Keyword::kAugment)) {
-      const AugmentIndex& index = TargetsOf(all, at.output);
-      const auto target = index.targets.find(at.node);
-      if (target == index.targets.end() || target->second.node == nullptr) return {};
-      at = target->second;
+      at = AugmentTarget(all, at.output, at.node);
+      if (at.node == nullptr) return {};
     }
     if (!IsTransparent(KeywordOf(at.node))) return at;
     at.node = ParentOf(at.node);
@@ -129,6 +127,12 @@ FoundNode DataChild(Compilation* all, const FoundNode& parent, Module* module,
     if (found != nullptr) return {found, other};
   }
   return InAugments(all, parent, other, name);
+}
+
+FoundNode AugmentTarget(Compilation* all, Output* out, const xmlNode* augment) {
+  const AugmentIndex& index = TargetsOf(all, out);
+  const auto target = index.targets.find(augment);
+  return target == index.targets.end() ? FoundNode{} : target->second;
 }
 
 FoundNode LeafrefTarget(Compilation* all, const FoundNode& leaf, const xmlNode* type) {

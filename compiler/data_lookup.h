@@ -18,6 +18,9 @@ FoundNode DataParent(Compilation* all, const FoundNode& node);
 FoundNode DataChild(Compilation* all, const FoundNode& parent, Module* module,
                     std::string_view name);
 
+// The target of an augment of the top level, in the tree as it is now.
+FoundNode AugmentTarget(Compilation* all, Output* out, const xmlNode* augment);
+
 // The leaf that a leafref points to. `type` is its statement, as it was read or a copy,
 // `leaf` the node that has it (without node: an absolute path only).
 FoundNode LeafrefTarget(Compilation* all, const FoundNode& leaf, const xmlNode* type);

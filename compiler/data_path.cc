@@ -21,6 +21,15 @@ bool HoldsExtension(const SchemaNode* node) {
   return false;
 }
 
+// True when data may have nodes there that no statement tells of.
+bool IsOpen(const SchemaView& view, const SchemaNode* holder) {
+  const auto entered = view.open.try_emplace(holder, false);
+  if (entered.second)
+    entered.first->second = holder->keyword == Keyword::kGrouping || IsAnything(holder) ||
+                            HoldsExtension(holder) || HasHole(view, holder);
+  return entered.first->second;
+}
+
 // The node whose children a step from `from` looks at; NULL: that tree was not read.
 const SchemaNode* HolderOf(const DataCursor& from, const Module* space) {
   if (from.node->keyword != Keyword::kModule) return from.node;
@@ -42,9 +51,7 @@ DataCursor StepDown(const DataCursor& from, const Module* space, std::string_vie
   if (holder == nullptr) return {from.view, nullptr, true};
   const SchemaNode* child = FindDataChild(*from.view, holder, space, name);
   if (child != nullptr) return {from.view, child, false};
-  const bool open = holder->keyword == Keyword::kGrouping || IsAnything(holder) ||
-                    HoldsExtension(holder) || HasHole(*from.view, holder);
-  return {from.view, nullptr, open};
+  return {from.view, nullptr, IsOpen(*from.view, holder)};
 }
 
 DataCursor StepUp(const DataCursor& from) {
@@ -55,9 +62,9 @@ DataCursor StepUp(const DataCursor& from) {
 }
 
 std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,
-                        std::string_view otherwise) {
+                        std::string_view otherwise, uint64_t* left) {
   const SchemaNode* holder = HolderOf(from, space);
-  Suggestion near(name);
+  Suggestion near(name, left);
   if (holder == nullptr) return std::string(otherwise);
   for (const SchemaNode* node = NextSeen(holder, holder); node != nullptr;
        node = NextSeen(holder, node)) {
@@ -65,7 +72,7 @@ std::string NearestData(const DataCursor& from, const Module* space, std::string
     if (name == node->name)
       return "the " + Quote(name) + " there is of module " + Quote(node->space->name) +
              "; write that module's prefix";
-    near.Consider(node->name);
+    if (!near.Consider(node->name)) break;
   }
   return near.Advice(otherwise);
 }

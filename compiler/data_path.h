@@ -23,8 +23,8 @@ DataCursor RootOf(const SchemaView* view, const Module* module);
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name);
 DataCursor StepUp(const DataCursor& from);
 
-// What could have been meant with a step that leads nowhere.
+// What could have been meant with a step that leads nowhere; `left` as of Suggestion.
 std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,
-                        std::string_view otherwise);
+                        std::string_view otherwise, uint64_t* left);
 
 }  // namespace compiler

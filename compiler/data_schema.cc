@@ -54,15 +54,8 @@ bool IsConditional(const xmlNode* statement) {
          YinChild(statement, Keyword::kIfFeature) != nullptr;
 }
 
-bool IsKeyOf(const DataNode* list, std::string_view name) {
-  if (list == nullptr || list->keyword != Keyword::kList) return false;
-  const xmlNode* key = YinChild(list->statement, Keyword::kKey);
-  if (key == nullptr) return false;
-  for (std::string_view one : SplitNames(YinArgument(key))) {
-    if (one.substr(one.find(':') + 1) == name) return true;
-  }
-  return false;
-}
+// So many are looked through one by one.
+constexpr size_t kFewChildren = 16;
 
 }  // namespace
 
@@ -120,6 +113,18 @@ DataModule* DataSchema::OfPrefix(DataModule* module, std::string_view prefix) {
   if (prefix.empty() || prefix == module->prefix) return module;
   const auto import = module->imports.find(prefix);
   return import == module->imports.end() ? nullptr : FindModule(import->second);
+}
+
+bool DataSchema::IsKeyOf(const DataNode* list, std::string_view name) {
+  if (list == nullptr || list->keyword != Keyword::kList) return false;
+  const auto entered = keys_.try_emplace(list);
+  std::unordered_set<std::string_view>& names = entered.first->second;
+  const xmlNode* key = entered.second ? YinChild(list->statement, Keyword::kKey) : nullptr;
+  if (key != nullptr) {
+    for (const std::string_view one : SplitNames(YinArgument(key)))
+      names.insert(one.substr(one.find(':') + 1));
+  }
+  return names.count(name) != 0;
 }
 
 DataNode* DataSchema::AddNode(const xmlNode* statement, DataNode* parent, DataModule* module) {
@@ -181,21 +186,27 @@ const std::vector<DataNode*>& DataSchema::OwnChildren(DataNode* node) {
 // One step of a schema node identifier that `words` wrote.
 DataNode* DataSchema::Step(DataNode* node, DataModule* module, std::string_view name,
                            DataModule* words) {
-  if (node == nullptr) {
-    for (DataNode* one : TopOf(module)) {
-      if (one->name == name) return one;
-    }
-    return nullptr;
-  }
-  if (node->module != module && module != words) Link(module);
-  const auto isWanted = [&](const DataNode* one) {
-    return one->name == name && one->module == module;
+  if (node != nullptr && node->module != module && module != words) Link(module);
+  const std::vector<DataNode*> none;
+  const std::vector<DataNode*>& own = node == nullptr ? TopOf(module) : OwnChildren(node);
+  const std::vector<DataNode*>& augmented = node == nullptr ? none : node->augmented;
+  const auto wanted = [&](const std::vector<DataNode*>& nodes) -> DataNode* {
+    const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const DataNode* one) {
+      return one->name == name && one->module == module;
+    });
+    return found == nodes.end() ? nullptr : *found;
   };
-  const std::vector<DataNode*>& own = OwnChildren(node);
-  const auto found = std::find_if(own.begin(), own.end(), isWanted);
-  if (found != own.end()) return *found;
-  const auto hung = std::find_if(node->augmented.begin(), node->augmented.end(), isWanted);
-  return hung == node->augmented.end() ? nullptr : *hung;
+  if (own.size() + augmented.size() <= kFewChildren) {
+    DataNode* found = wanted(own);
+    return found != nullptr ? found : wanted(augmented);
+  }
+  StepNames& names = steps_[node == nullptr ? static_cast<const void*>(module) : node];
+  for (; names.own < own.size(); ++names.own)
+    names.named[own[names.own]->name].push_back(own[names.own]);
+  for (; names.augmented < augmented.size(); ++names.augmented)
+    names.named[augmented[names.augmented]->name].push_back(augmented[names.augmented]);
+  const auto named = names.named.find(name);
+  return named == names.named.end() ? nullptr : wanted(named->second);
 }
 
 DataNode* DataSchema::FindTarget(DataModule* module, std::string_view path) {

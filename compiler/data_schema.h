@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "compiler/keyword.h"
@@ -47,6 +48,13 @@ struct DataNames {
   std::unordered_map<std::string_view, std::vector<DataNode*>> named;
   bool filled = false;
   size_t links = 0;  // how many modules were linked when it was filled
+};
+
+// The children that steps of schema node identifiers name, as far as they were put in.
+struct StepNames {
+  std::unordered_map<std::string_view, std::vector<DataNode*>> named;
+  size_t own = 0;
+  size_t augmented = 0;
 };
 
 // What is known of the texts of a leaf.
@@ -101,6 +109,7 @@ class DataSchema {
  private:
   void Link(DataModule* module);
   DataNode* Step(DataNode* node, DataModule* module, std::string_view name, DataModule* words);
+  bool IsKeyOf(const DataNode* list, std::string_view name);
   DataNode* AddNode(const xmlNode* statement, DataNode* parent, DataModule* module);
   void AddImplied(DataNode* operation, Keyword keyword);
   const std::vector<DataNode*>& TopOf(DataModule* module);
@@ -122,7 +131,9 @@ class DataSchema {
   std::unordered_map<const xmlNode*, std::unordered_map<std::string_view, const xmlNode*>> inner_;
   std::unordered_map<const void*, DataNames> ownNames_;  // by parent
   std::unordered_map<const void*, DataNames> allNames_;  // with augments; by parent or module
-  size_t links_ = 0;                                     // modules that are linked
+  std::unordered_map<const void*, StepNames> steps_;     // by parent or module, of many children
+  std::unordered_map<const DataNode*, std::unordered_set<std::string_view>> keys_;  // by list
+  size_t links_ = 0;  // modules that are linked
 };
 
 // Whether a leaf is there in every message that has its parent, and the same for the tree

@@ -63,14 +63,35 @@ bool IsWanted(Compilation* all, const xmlNode* must, const xmlNode* there, const
   return !wanted.empty() && wanted == CanonicalCondition(all, there, target, nullptr);
 }
 
-const xmlNode* FindMust(Compilation* all, const xmlNode* must, const FoundNode& target) {
-  for (unsigned round = 0; round < 3; ++round) {
-    for (const xmlNode* s = FirstChild(target.node, Keyword::kMust); s != nullptr;
-         s = NextSibling(s, Keyword::kMust)) {
-      if (IsWanted(all, must, s, target, round)) return s;
-    }
+// Those of a target stay as they are while deletions are settled.
+const MustIndex& MustsOf(Compilation* all, const FoundNode& target) {
+  const auto entered = all->musts.try_emplace(target.node);
+  MustIndex& index = entered.first->second;
+  const xmlNode* s = entered.second ? FirstChild(target.node, Keyword::kMust) : nullptr;
+  for (; s != nullptr; s = NextSibling(s, Keyword::kMust)) {
+    const char* text = ArgumentOf(OriginOf(s));
+    if (text != nullptr) index.byText.emplace(text, s);
+    index.byMeaning.emplace(CanonicalCondition(all, s, target, nullptr), s);
   }
-  return nullptr;
+  return index;
+}
+
+template <typename Names, typename Name>
+const xmlNode* FindIn(const Names& names, const Name& name) {
+  const auto found = names.find(name);
+  return found == names.end() ? nullptr : found->second;
+}
+
+// As IsWanted().
+const xmlNode* FindMust(Compilation* all, const xmlNode* must, const FoundNode& target) {
+  const MustIndex& index = MustsOf(all, target);
+  for (const Module* bare : {static_cast<Module*>(nullptr), target.output->module}) {
+    const std::string wanted = CanonicalCondition(all, must, target, bare);
+    const xmlNode* found = wanted.empty() ? nullptr : FindIn(index.byMeaning, wanted);
+    if (found != nullptr) return found;
+  }
+  const char* text = ArgumentOf(OriginOf(must));
+  return text == nullptr ? nullptr : FindIn(index.byText, std::string_view(text));
 }
 
 // True for a must of the target that was left out since it fails every request.

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "compiler/child_index.h"
 #include "compiler/node_kind.h"
 #include "compiler/path.h"
 #include "compiler/refine.h"
@@ -56,7 +57,7 @@ bool IsOwnProperty(const xmlNode* statement) {
 
 // The contents of a grouping, or of an augment, become contents of `to`. Gives the
 // nodes that came.
-std::vector<xmlNode*> Bring(Output* out, const xmlNode* from, xmlNode* to, const Place* usedAt) {
+BroughtNodes Bring(Output* out, const xmlNode* from, xmlNode* to, const Place* usedAt) {
   if (!MayGoDown(out, from)) return {};
   const xmlNode* last = to->last;
   ++out->depth;
@@ -69,21 +70,22 @@ std::vector<xmlNode*> Bring(Output* out, const xmlNode* from, xmlNode* to, const
     }
   }
   --out->depth;
-  std::vector<xmlNode*> nodes;
+  BroughtNodes brought;
   for (xmlNode* s = last == nullptr ? FirstChild(to) : NextSibling(last); s != nullptr;
        s = NextSibling(s))
-    nodes.push_back(s);
-  return nodes;
+    brought.nodes.push_back(s);
+  return brought;
 }
 
-void AugmentBelow(Output* out, const xmlNode* augment, const std::vector<xmlNode*>& roots,
-                  const Place* usedAt) {
+void AugmentBelow(Output* out, const xmlNode* augment, BroughtNodes* roots, const Place* usedAt) {
   xmlNode* target = FindBelow(out, roots, augment);
   if (target == nullptr) {
     Stop(out, "target", augment, "the target of the augment is not in the grouping");
     return;
   }
-  for (xmlNode* node : Bring(out, augment, target, usedAt)) Inherit(out, augment, node, usedAt);
+  const BroughtNodes brought = Bring(out, augment, target, usedAt);
+  const std::vector<const xmlNode*> inherited = Inherited(augment);
+  for (xmlNode* node : brought.nodes) Inherit(out, inherited, node, usedAt);
 }
 
 void ExpandUses(Output* out, const xmlNode* uses, xmlNode* to, const Place* usedAt) {
@@ -96,15 +98,16 @@ void ExpandUses(Output* out, const xmlNode* uses, xmlNode* to, const Place* used
     return;
   }
   const Place* place = usedAt == nullptr ? &StatementOf(uses)->place : usedAt;
-  const std::vector<xmlNode*> roots = Bring(out, grouping, to, place);
+  BroughtNodes roots = Bring(out, grouping, to, place);
   for (const xmlNode* s = FirstChild(uses); s != nullptr; s = NextSibling(s)) {
-    if (Is(s, Keyword::kRefine)) Refine(out, s, roots, usedAt);
+    if (Is(s, Keyword::kRefine)) Refine(out, s, &roots, usedAt);
     if (Is(s, Keyword::kNone)) Lose(out, s, "an extension in uses has no place in the output");
   }
   for (const xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
        s = NextSibling(s, Keyword::kAugment))
-    AugmentBelow(out, s, roots, usedAt);
-  for (xmlNode* node : roots) Inherit(out, uses, node, usedAt);
+    AugmentBelow(out, s, &roots, usedAt);
+  const std::vector<const xmlNode*> inherited = Inherited(uses);
+  for (xmlNode* node : roots.nodes) Inherit(out, inherited, node, usedAt);
 }
 
 // True for what can hold a `uses`, at any depth.
@@ -208,6 +211,25 @@ xmlNode* PutFirst(Output* out, const xmlNode* statement, xmlNode* node, const Pl
   return copy;
 }
 
+// So many are looked through one by one.
+constexpr size_t kFewRoots = 16;
+
+xmlNode* FindRoot(BroughtNodes* roots, std::string_view name) {
+  const bool areMany = roots->nodes.size() > kFewRoots;
+  if (areMany && !roots->named.empty()) {
+    const auto found = roots->named.find(name);
+    return found == roots->named.end() ? nullptr : found->second;
+  }
+  xmlNode* first = nullptr;
+  for (xmlNode* root : roots->nodes) {
+    const char* own = SchemaName(root);
+    if (own == nullptr) continue;
+    if (areMany) roots->named.emplace(own, root);
+    if (first == nullptr && name == own) first = root;
+  }
+  return first;
+}
+
 xmlNode* Walk(Output* out, xmlNode* node, const NodePath& path, size_t first) {
   for (size_t i = first; node != nullptr && i < path.steps.size(); ++i)
     node = SchemaChild(out, node, path.Of(path.steps[i].name));
@@ -223,6 +245,7 @@ void ExpandModule(Output* out) {
 xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
   if (!Is(target, Keyword::kChoice) || !IsShorthandCase(KeywordOf(node))) {
     AppendChild(target, node);
+    NoteChild(out->all, target, node);
     return node;
   }
   LooseStatement guard(node);
@@ -231,41 +254,28 @@ xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
       MakeStatement(out->all->session, node, Keyword::kCase, name == nullptr ? "" : name);
   AppendChild(wrapping, guard.release());
   AppendChild(target, wrapping);
+  NoteChild(out->all, target, wrapping);
   return wrapping;
 }
 
-xmlNode* FindSchemaChild(const xmlNode* parent, std::string_view name) noexcept {
-  for (xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s)) {
-    if (!IsSchemaNode(KeywordOf(s))) continue;
-    const bool isUnnamed = Is(s, Keyword::kInput) || Is(s, Keyword::kOutput);
-    const char* own = isUnnamed ? NameOf(s) : ArgumentOf(s);
-    if (own != nullptr && name == own) return s;
-  }
-  return nullptr;
-}
-
 xmlNode* SchemaChild(Output* out, xmlNode* parent, std::string_view name) {
-  xmlNode* found = FindSchemaChild(parent, name);
+  xmlNode* found = FindSchemaChild(out->all, parent, name);
   if (found != nullptr) return found;
   if (!IsOperation(KeywordOf(parent)) || (name != "input" && name != "output")) return nullptr;
   xmlNode* made = MakeStatement(out->all->session, parent, FindKeyword(name), std::string_view());
   AppendChild(parent, made);
+  NoteChild(out->all, parent, made);
   return made;
 }
 
-xmlNode* FindBelow(Output* out, const std::vector<xmlNode*>& roots, const xmlNode* identifier) {
+xmlNode* FindBelow(Output* out, BroughtNodes* roots, const xmlNode* identifier) {
   const char* text = ArgumentOf(identifier);
   NodePath path;
   XpathError error;
   if (text == nullptr || !ParseSchemaNodeId(text, false, &path, &error) || path.steps.empty())
     return nullptr;
-  const std::string_view first = path.Of(path.steps[0].name);
-  for (xmlNode* root : roots) {
-    const char* name = ArgumentOf(root);
-    if (IsSchemaNode(KeywordOf(root)) && name != nullptr && first == name)
-      return Walk(out, root, path, 1);
-  }
-  return nullptr;
+  xmlNode* root = FindRoot(roots, path.Of(path.steps[0].name));
+  return root == nullptr ? nullptr : Walk(out, root, path, 1);
 }
 
 void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt) {
@@ -278,14 +288,23 @@ void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* u
   StatementOf(PutFirst(out, when, node, usedAt))->handedDown = true;
 }
 
-void Inherit(Output* out, const xmlNode* from, xmlNode* node, const Place* usedAt) {
+std::vector<const xmlNode*> Inherited(const xmlNode* from) {
+  std::vector<const xmlNode*> statements;
+  for (const xmlNode* s = FirstChild(from); s != nullptr; s = NextSibling(s)) {
+    if (Is(s, Keyword::kWhen) || Is(s, Keyword::kIfFeature) || Is(s, Keyword::kStatus))
+      statements.push_back(s);
+  }
+  return statements;
+}
+
+void Inherit(Output* out, const std::vector<const xmlNode*>& from, xmlNode* node,
+             const Place* usedAt) {
   if (!IsSchemaNode(KeywordOf(node))) return;
   // The last is put in front first, so that they keep their order.
-  for (const xmlNode* s = from->last; s != nullptr; s = s->prev) {
-    if (!IsStatement(s)) continue;
-    if (Is(s, Keyword::kWhen)) InheritWhen(out, s, node, usedAt);
-    if (Is(s, Keyword::kIfFeature)) PutFirst(out, s, node, usedAt);
-    if (Is(s, Keyword::kStatus)) InheritStatus(out, s, node, usedAt);
+  for (auto s = from.rbegin(); s != from.rend(); ++s) {
+    if (Is(*s, Keyword::kWhen)) InheritWhen(out, *s, node, usedAt);
+    if (Is(*s, Keyword::kIfFeature)) PutFirst(out, *s, node, usedAt);
+    if (Is(*s, Keyword::kStatus)) InheritStatus(out, *s, node, usedAt);
   }
 }
 

@@ -11,14 +11,18 @@ namespace compiler {
 // in out->augments.
 void ExpandModule(Output* out);
 
+// The nodes that a `uses` or an augment has brought.
+struct BroughtNodes {
+  std::vector<xmlNode*> nodes;
+  NamedNodes named;  // of many, once one was asked for
+};
+
 // The statement of the module's tree that a relative schema node identifier names, from
 // one of `roots` on; a missing input or output of an operation is made. NULL: none.
-xmlNode* FindBelow(Output* out, const std::vector<xmlNode*>& roots, const xmlNode* identifier);
+xmlNode* FindBelow(Output* out, BroughtNodes* roots, const xmlNode* identifier);
 
-// The child of that name that is a schema node. NULL: there is none.
-xmlNode* FindSchemaChild(const xmlNode* parent, std::string_view name) noexcept;
-
-// The same, but a missing input or output of an operation is made.
+// The child of that name that is a schema node; a missing input or output of an operation
+// is made. NULL: there is none.
 xmlNode* SchemaChild(Output* out, xmlNode* parent, std::string_view name);
 
 // Links a node as the last child of `target`; in a choice, a shorthand case becomes
@@ -29,8 +33,11 @@ xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node);
 // takes none.
 void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt);
 
-// Hands the `when`, `if-feature` and `status` of a `uses` or augment to a node that it
-// brought in.
-void Inherit(Output* out, const xmlNode* from, xmlNode* node, const Place* usedAt);
+// The `when`, `if-feature` and `status` statements of a `uses` or augment.
+std::vector<const xmlNode*> Inherited(const xmlNode* from);
+
+// Hands them to a node that it brought in.
+void Inherit(Output* out, const std::vector<const xmlNode*>& from, xmlNode* node,
+             const Place* usedAt);
 
 }  // namespace compiler

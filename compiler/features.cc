@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "compiler/child_index.h"
 #include "compiler/if_feature.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
@@ -153,7 +154,7 @@ bool Stays(Output* out, xmlNode* node) {
 }
 
 // A choice does not keep the name of a default case that has gone.
-void Leave(Output* out, xmlNode* node) {
+void Leave(Output* out, xmlNode* node, std::unordered_set<const xmlNode*>* gone) {
   xmlNode* parent = ParentOf(node);
   xmlNode* byDefault = parent != nullptr && Is(parent, Keyword::kChoice)
                            ? FirstChild(parent, Keyword::kDefault)
@@ -161,7 +162,8 @@ void Leave(Output* out, xmlNode* node) {
   if (byDefault != nullptr && ArgumentOf(node) != nullptr && ArgumentOf(byDefault) != nullptr &&
       SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
     RemoveStatement(byDefault);
-  ForgetAugment(out, node);
+  if (Is(node, Keyword::kAugment)) gone->insert(node);
+  if (parent != nullptr) ForgetChildren(out->all, parent);
   TakeOut(node);
   out->removed.emplace_back(node);
 }
@@ -170,15 +172,17 @@ void Leave(Output* out, xmlNode* node) {
 
 void ApplyFeatures(Output* out) {
   xmlNode* root = out->written.root;
+  std::unordered_set<const xmlNode*> gone;
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     if (Stays(out, s)) {
       s = NextInTree(root, s);
       continue;
     }
     xmlNode* next = NextOutside(root, s);
-    Leave(out, s);
+    Leave(out, s, &gone);
     s = next;
   }
+  ForgetAugments(out, gone);
 }
 
 }  // namespace compiler

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "compiler/child_index.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
@@ -159,11 +160,12 @@ const char* Excess(const Output& out, const xmlNode* s) {
 
 // A leafref without its path would be any value at all; as a string it is that too, but
 // loads.
-void LeaveOut(Output* out, xmlNode* s) {
+void LeaveOut(Output* out, xmlNode* s, std::unordered_set<const xmlNode*>* gone) {
   xmlNode* type = ParentOf(s);
   const bool isPath = Is(s, Keyword::kPath);
   const bool isBase = Is(s, Keyword::kBase);
-  ForgetAugment(out, s);
+  if (Is(s, Keyword::kAugment)) gone->insert(s);
+  ForgetChildren(out->all, type);
   RemoveStatement(s);
   if (isPath) {
     while (xmlNode* require = FirstChild(type, Keyword::kRequireInstance)) RemoveStatement(require);
@@ -229,6 +231,7 @@ void KeepLimits(Output* out) {
     Stop(out, "name", root, "the loader takes no module whose name is longer than 64 characters");
   if (!IsIdentifier(out->module->name)) Stop(out, "name", root, "this is no name of a module");
   KeepCounts(out, root);
+  std::unordered_set<const xmlNode*> gone;
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     // What stands beside a path goes with it.
     xmlNode* outside = NextOutside(root, Is(s, Keyword::kPath) ? ParentOf(s) : s);
@@ -236,13 +239,14 @@ void KeepLimits(Output* out) {
     if (excess == nullptr && DepthOf(s) > kMaxDepth) excess = "it stands deeper than 256 levels";
     if (excess != nullptr) {
       Lose(out, s, std::string(excess) + "; it is left out");
-      LeaveOut(out, s);
+      LeaveOut(out, s, &gone);
       s = outside;
       continue;
     }
     if (FirstChild(s) != nullptr) KeepCounts(out, s);
     s = NextInTree(root, s);
   }
+  ForgetAugments(out, gone);
 }
 
 }  // namespace compiler

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/circle.h"
@@ -40,21 +41,18 @@ void CollectFile(Module* file, void* arg) {
   static_cast<std::vector<Module*>*>(arg)->push_back(file);
 }
 
-void AddTop(Lint* lint, const SchemaNode* top) {
-  if (top == nullptr) return;
-  if (std::find(lint->tops.begin(), lint->tops.end(), top) == lint->tops.end())
-    lint->tops.push_back(top);
-}
-
 void CollectTops(Lint* lint) {
+  std::unordered_set<const SchemaNode*> known;
+  const auto add = [&](const SchemaNode* top) {
+    if (top != nullptr && known.insert(top).second) lint->tops.push_back(top);
+  };
   for (const Module* file : lint->files)
-    for (xmlNode* s = NextInTree(file->root, file->root); s != nullptr;
-         s = NextInTree(file->root, s))
-      if (Is(s, Keyword::kGrouping)) AddTop(lint, ViewGrouping(lint->view, s));
-  AddTop(lint, lint->view->trees[lint->module]);
+    ForEachStatement(file, Keyword::kGrouping,
+                     [&](xmlNode* s) { add(ViewGrouping(lint->view, s)); });
+  add(lint->view->trees[lint->module]);
   for (const TargetView& augment : lint->view->augments) {
     const Module* words = MainModuleOf(StatementOf(augment.statement)->words);
-    if (augment.target != nullptr && words == lint->module) AddTop(lint, TopOf(augment.target));
+    if (augment.target != nullptr && words == lint->module) add(TopOf(augment.target));
   }
 }
 

@@ -64,7 +64,7 @@ DataCursor FollowName(const Condition& condition, const XpathStep& step, const D
           (top ? "module " + Quote(space->name) + " has no top-level node "
                : Quote(at.node->name) + " has no child ") +
           Quote(name),
-      NearestData(at, space, name, "correct the path"));
+      NearestData(at, space, name, "correct the path", &condition.lint->namesToCompare));
   return Unknown(condition);
 }
 

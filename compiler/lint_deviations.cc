@@ -3,6 +3,7 @@
 // section 7.20.3).
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "compiler/grammar.h"
 #include "compiler/lint_nodes.h"
@@ -63,16 +64,19 @@ bool MayBeSeveral(const SchemaNode* target, Keyword keyword) {
 }
 
 // The statement of the target, or of a refine of it, with the same argument.
-bool HasEqual(const SchemaNode* target, const xmlNode* property) {
+bool HasEqual(Lint* lint, const SchemaNode* target, const xmlNode* property) {
+  const auto entered = lint->held.try_emplace({target, KeywordOf(property)});
+  auto& arguments = entered.first->second;
+  if (entered.second) {
+    std::vector<const xmlNode*> holders(target->changes.begin(), target->changes.end());
+    if (target->written) holders.push_back(target->statement);
+    for (const xmlNode* holder : holders)
+      for (const xmlNode* s = FirstChild(holder, KeywordOf(property)); s != nullptr;
+           s = NextSibling(s, KeywordOf(property)))
+        if (ArgumentOf(s) != nullptr) arguments.insert(ArgumentOf(s));
+  }
   const char* wanted = ArgumentOf(property);
-  std::vector<const xmlNode*> holders(target->changes.begin(), target->changes.end());
-  if (target->written) holders.push_back(target->statement);
-  for (const xmlNode* holder : holders)
-    for (const xmlNode* s = FirstChild(holder, KeywordOf(property)); s != nullptr;
-         s = NextSibling(s, KeywordOf(property)))
-      if (wanted != nullptr && ArgumentOf(s) != nullptr && std::strcmp(wanted, ArgumentOf(s)) == 0)
-        return true;
-  return false;
+  return wanted != nullptr && arguments.count(wanted) != 0;
 }
 
 void JudgeProperty(Lint* lint, const SchemaNode* target, Deviate kind, const xmlNode* property) {
@@ -92,7 +96,7 @@ void JudgeProperty(Lint* lint, const SchemaNode* target, Deviate kind, const xml
   } else if (kind == Deviate::kReplace && present == nullptr && keyword != Keyword::kConfig) {
     Error(lint, cls::kTarget, property, "the " + node + " has no " + word + " to replace",
           "write \"deviate add\"");
-  } else if (kind == Deviate::kDelete && !HasEqual(target, property)) {
+  } else if (kind == Deviate::kDelete && !HasEqual(lint, target, property)) {
     Error(lint, cls::kTarget, property,
           "the " + node + " has no " + Describe(property) + " to delete",
           "write the argument as it stands in the target");

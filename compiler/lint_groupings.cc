@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Groupings: that a `uses` names one, and where refine and augment inside a `uses` lead
 // (RFC 7950, sections 7.12 and 7.13).
-// sections 7.12 and 7.13).
 #include <algorithm>
 
 #include "compiler/lint_pass.h"
@@ -59,9 +58,10 @@ void JudgeTarget(Lint* lint, const TargetView& target) {
     if (Is(target.statement, Keyword::kRefine)) JudgeRefine(lint, target);
     return;
   }
-  Suggestion near(SplitReference(target.failed).name);
-  for (const SchemaNode* child = target.reached->firstChild; child != nullptr; child = child->next)
-    near.Consider(child->name);
+  Suggestion near(SplitReference(target.failed).name, &lint->namesToCompare);
+  for (const SchemaNode* child = target.reached->firstChild;
+       child != nullptr && near.Consider(child->name);)
+    child = child->next;
   const bool refine = Is(target.statement, Keyword::kRefine);
   (refine ? Error : Fatal)(lint, cls::kGrouping, target.statement,
                            Describe(target.statement) + " leads nowhere: there is no " +

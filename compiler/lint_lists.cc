@@ -20,11 +20,12 @@ const Module* SpaceOf(Lint* lint, const SchemaNode* node, const xmlNode* at,
   return meant == MainModuleOf(StatementOf(at)->words) ? node->space : meant;
 }
 
-std::string NearestChild(const SchemaNode* parent, std::string_view name,
+std::string NearestChild(Lint* lint, const SchemaNode* parent, std::string_view name,
                          const std::string& otherwise) {
-  Suggestion near(name);
-  for (const SchemaNode* child = parent->firstChild; child != nullptr; child = child->next)
-    near.Consider(child->name);
+  Suggestion near(name, &lint->namesToCompare);
+  for (const SchemaNode* child = parent->firstChild;
+       child != nullptr && near.Consider(child->name);)
+    child = child->next;
   return near.Advice(otherwise);
 }
 
@@ -69,7 +70,7 @@ void JudgeKey(Lint* lint, const SchemaNode* list, const xmlNode* at) {
     } else if (lint->view->holes.count(list) == 0) {
       ErrorOn(lint, cls::kList, list, at,
               "list " + Quote(list->name) + " has no leaf " + Quote(word) + " for its key",
-              NearestChild(list, name.name, "define it directly in the list"));
+              NearestChild(lint, list, name.name, "define it directly in the list"));
     }
   }
 }
@@ -89,7 +90,7 @@ const SchemaNode* FollowUnique(Lint* lint, const SchemaNode* list, const xmlNode
         ErrorOn(lint, cls::kList, list, at,
                 "the path " + Quote(path) + " in unique of list " + Quote(list->name) +
                     " leads nowhere: " + Quote(node->name) + " has no " + Quote(step),
-                NearestChild(node, name.name, "name a leaf below the list"));
+                NearestChild(lint, node, name.name, "name a leaf below the list"));
       return nullptr;
     }
     node = child;

@@ -83,7 +83,7 @@ void JudgeDefaultCase(Lint* lint, const SchemaNode* choice) {
   if (name == nullptr || !IsIdentifierRef(name, true)) return;
   const Reference wanted = SplitReference(name);
   const SchemaNode* found = nullptr;
-  Suggestion near(wanted.name);
+  Suggestion near(wanted.name, &lint->namesToCompare);
   for (const SchemaNode* node = choice->firstChild; node != nullptr; node = node->next) {
     near.Consider(node->name);
     if (wanted.name == node->name) found = node;

@@ -30,7 +30,9 @@ void ConsiderNames(Suggestion* near, const Module* module, SymbolKind kind, bool
   if (local && kind == SymbolKind::kTypedef)
     for (const std::string_view name : BuiltInNames()) names.push_back(name);
   std::sort(names.begin(), names.end());
-  for (const std::string_view name : names) near->Consider(name);
+  for (const std::string_view name : names) {
+    if (!near->Consider(name)) break;
+  }
 }
 
 }  // namespace
@@ -88,7 +90,7 @@ void WarnOn(Lint* lint, const char* group, const SchemaNode* node, const xmlNode
 Module* ResolvePrefix(Lint* lint, const char* group, const xmlNode* at, std::string_view prefix) {
   Module* file = StatementOf(at)->words;
   if (KnowsPrefix(file, prefix) || prefix.empty()) return ModuleOfPrefix(file, prefix);
-  Suggestion near(prefix);
+  Suggestion near(prefix, &lint->namesToCompare);
   near.Consider(file->prefix);
   for (const Import& import : file->imports) near.Consider(import.prefix);
   Error(lint, group, at, "no import declares the prefix " + Quote(prefix),
@@ -108,8 +110,8 @@ xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind ki
       module->broken || std::any_of(module->includes.begin(), module->includes.end(),
                                     [](const Include& i) { return i.target == nullptr; });
   if (incomplete) return nullptr;
-  Suggestion near(parts.name);
-  ConsiderNames(&near, module, kind, local);
+  Suggestion near(parts.name, &lint->namesToCompare);
+  if (lint->namesToCompare != 0) ConsiderNames(&near, module, kind, local);
   std::string message = std::string("there is no ") + kSymbolWords[static_cast<size_t>(kind)] +
                         " " + Quote(parts.name);
   if (!local) message += " in module " + Quote(module->name);

@@ -2,9 +2,13 @@
 #pragma once
 // What the checks of lint share: the module that is looked at, its definitions, and the
 // few lines that make a finding. Private to compiler/lint*.
+#include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "compiler/lint.h"
@@ -39,6 +43,9 @@ inline constexpr char kUnused[] = "unused";
 inline constexpr char kStyle[] = "style";
 }  // namespace cls
 
+// How many names are held against wrong ones in one run: some tenths of a second.
+inline constexpr uint64_t kMostComparedNames = uint64_t{1} << 22;
+
 // One run over a module.
 struct Lint {
   Session* session = nullptr;
@@ -50,6 +57,11 @@ struct Lint {
   // The trees to look at: the groupings of the module by themselves, its own tree, and
   // those into which it hangs nodes. Only nodes of the module are judged there.
   std::vector<const SchemaNode*> tops;
+  uint64_t namesToCompare = kMostComparedNames;  // for "did you mean"
+  // The numbers of enums or bits by the type that has them, once others restrict it.
+  std::unordered_map<const xmlNode*, std::map<std::string_view, int64_t>> numbers;
+  // The arguments of the properties that deviations delete from a node.
+  std::map<std::pair<const SchemaNode*, Keyword>, std::unordered_set<std::string_view>> held;
 };
 
 // `"text"`, shortened when it is very long.

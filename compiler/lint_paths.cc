@@ -44,7 +44,7 @@ const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath
                    ? "leads nowhere: module " + Quote(space->name) + " has no top-level node " +
                          Quote(name)
                    : "leads nowhere: " + Quote(cursor.node->name) + " has no child " + Quote(name);
-      *advice = NearestData(cursor, space, name, "correct the path");
+      *advice = NearestData(cursor, space, name, "correct the path", &lint->namesToCompare);
       return nullptr;
     }
     cursor = next;

@@ -55,7 +55,8 @@ void JudgeMandatoryNodes(Lint* lint, const TargetView& augment) {
   if (augment.target->space == own || ConfigOf(augment.target) != Config::kTrue) return;
   const bool version11 = StatementOf(augment.statement)->words->version11;
   if (version11 && FirstChild(augment.statement, Keyword::kWhen) != nullptr) return;
-  for (const SchemaNode* node = augment.target->firstChild; node != nullptr; node = node->next) {
+  const SchemaNode* end = augment.last == nullptr ? nullptr : augment.last->next;
+  for (const SchemaNode* node = augment.first; node != end; node = node->next) {
     const bool ours = node->space == own && ParentOf(node->statement) == augment.statement;
     if (!ours || ConfigOf(node) != Config::kTrue || !IsMandatory(node)) continue;
     Error(
@@ -81,10 +82,10 @@ void JudgePathPrefixes(Lint* lint, const xmlNode* statement) {
 void ReportLost(Lint* lint, const char* group, const TargetView& target) {
   const Reference failed = SplitReference(target.failed);
   Module* meant = ModuleOfPrefix(StatementOf(target.statement)->words, failed.prefix);
-  Suggestion near(failed.name);
+  Suggestion near(failed.name, &lint->namesToCompare);
   const SchemaNode* elsewhere = nullptr;  // the name exists, in another module
   for (const SchemaNode* node = target.reached->firstChild; node != nullptr; node = node->next) {
-    near.Consider(node->name);
+    if (!near.Consider(node->name)) break;
     if (failed.name == node->name && node->space != meant) elsewhere = node;
   }
   std::string advice = near.Advice("name each node on the way, choices and cases included");

@@ -183,10 +183,13 @@ void JudgeItemNames(Lint* lint, const NumberedKind& kind, const xmlNode* type) {
 
 void JudgeItems(Lint* lint, const NumberedKind& kind, const TypeChain& chain) {
   const xmlNode* type = chain.types[0];
+  if (FirstChild(type, kind.item) == nullptr) return;
   JudgeItemNames(lint, kind, type);
   for (size_t i = 1; i < chain.types.size(); ++i) {
     if (FirstChild(chain.types[i], kind.item) == nullptr) continue;
-    JudgeRestricted(lint, kind, type, NumbersOf(kind, chain.types[i]));
+    const auto entered = lint->numbers.try_emplace(chain.types[i]);
+    if (entered.second) entered.first->second = NumbersOf(kind, chain.types[i]);
+    JudgeRestricted(lint, kind, type, entered.first->second);
     return;
   }
   JudgeOwnNumbers(lint, kind, type);

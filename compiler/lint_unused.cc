@@ -3,6 +3,8 @@
 // its own is made for others to use, so what it has at its level is not judged.
 #include <algorithm>
 #include <cstring>
+#include <string_view>
+#include <unordered_set>
 
 #include "compiler/grammar.h"
 #include "compiler/lint_pass.h"
@@ -25,31 +27,38 @@ bool IsProse(Keyword keyword) {
   return std::find(std::begin(kProse), std::end(kProse), keyword) != std::end(kProse);
 }
 
-// Whether "prefix:" stands in the text as a name of its own.
-bool Names(std::string_view text, std::string_view prefix) {
-  for (size_t at = text.find(prefix); at != std::string_view::npos;
-       at = text.find(prefix, at + 1)) {
-    const size_t end = at + prefix.size();
-    const bool begins = at == 0 || !IsNameCharacter(text[at - 1]);
-    if (begins && end + 1 < text.size() && text[end] == ':' && text[end + 1] != ':') return true;
+// Each name that stands before a single colon in the text.
+void CollectPrefixes(std::string_view text, std::unordered_set<std::string_view>* prefixes) {
+  for (size_t colon = text.find(':'); colon != std::string_view::npos;
+       colon = text.find(':', colon + 1)) {
+    size_t begin = colon;
+    while (begin > 0 && IsNameCharacter(text[begin - 1])) --begin;
+    if (begin != colon && colon + 1 < text.size() && text[colon + 1] != ':')
+      prefixes->insert(text.substr(begin, colon - begin));
   }
-  return false;
 }
 
-bool IsOfModule(const xmlNode* instance, const Module* module) {
-  const xmlNs* ns = instance->ns;
-  return module != nullptr && ns != nullptr &&
-         module->nameSpace == reinterpret_cast<const char*>(ns->href);
-}
+// What the statements of a file use of others.
+struct Uses {
+  std::unordered_set<std::string_view> prefixes;    // in arguments
+  std::unordered_set<std::string_view> nameSpaces;  // of extensions
+};
 
-bool IsUsed(const Module* file, const Import& import) {
+Uses UsesOf(const Module* file) {
+  Uses uses;
   for (const xmlNode* s = NextInTree(file->root, file->root); s != nullptr;
        s = NextInTree(file->root, s)) {
-    if (Is(s, Keyword::kNone) && IsOfModule(s, import.target)) return true;
+    if (Is(s, Keyword::kNone) && s->ns != nullptr)
+      uses.nameSpaces.insert(reinterpret_cast<const char*>(s->ns->href));
     const char* argument = IsProse(KeywordOf(s)) ? nullptr : ArgumentOf(s);
-    if (argument != nullptr && Names(argument, import.prefix)) return true;
+    if (argument != nullptr) CollectPrefixes(argument, &uses.prefixes);
   }
-  return false;
+  return uses;
+}
+
+bool IsUsed(const Uses& uses, const Import& import) {
+  return uses.prefixes.count(import.prefix) != 0 ||
+         (import.target != nullptr && uses.nameSpaces.count(import.target->nameSpace) != 0);
 }
 
 // An instance of an extension that is not known has left the tree, with its prefix.
@@ -62,8 +71,9 @@ bool HasLostInstances(const Lint& lint, const Module* file) {
 
 void JudgeImports(Lint* lint, const Module* file) {
   if (HasLostInstances(*lint, file)) return;
+  const Uses uses = UsesOf(file);
   for (const Import& import : file->imports)
-    if (!import.prefix.empty() && import.prefix != file->prefix && !IsUsed(file, import))
+    if (!import.prefix.empty() && import.prefix != file->prefix && !IsUsed(uses, import))
       Warn(lint, cls::kUnused, import.statement,
            "nothing uses the import of " + Quote(import.module), "remove it");
 }

@@ -28,6 +28,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "compiler/keyword.h"
@@ -129,6 +130,8 @@ struct Module {
   std::vector<Include> includes;
   SymbolTable symbols;                        // of a module, filled by FindGlobal()
   std::vector<ExtensionInstance> extensions;  // in order of the file; none once bound
+  // The names of enums and bits of types that have many, by the first of them.
+  std::unordered_map<const xmlNode*, std::unordered_set<std::string_view>> items;
 };
 
 struct FreeDictionary {

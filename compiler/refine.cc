@@ -42,8 +42,7 @@ void Replace(Output* out, xmlNode* node, const xmlNode* property, const Place* u
 
 }  // namespace
 
-void Refine(Output* out, const xmlNode* refine, const std::vector<xmlNode*>& roots,
-            const Place* usedAt) {
+void Refine(Output* out, const xmlNode* refine, BroughtNodes* roots, const Place* usedAt) {
   xmlNode* node = FindBelow(out, roots, refine);
   if (node == nullptr) {
     Stop(out, "target", refine, "the node to be refined is not in the grouping");

@@ -223,7 +223,10 @@ bool TryAugment(SchemaView* view, TargetView* augment) {
   builder.view = view;
   builder.space = MainModuleOf(StatementOf(augment->statement)->words);
   builder.augmented = true;
+  SchemaNode* before = augment->target->lastChild;
   Expand(&builder, augment->statement, augment->target);
+  augment->first = before == nullptr ? augment->target->firstChild : before->next;
+  if (augment->first != nullptr) augment->last = augment->target->lastChild;
   return true;
 }
 
@@ -278,6 +281,7 @@ void AddToView(SchemaView* view, Module* module) {
   std::vector<Module*> queue = {module};
   bool added = false;
   view->dataChildren.clear();
+  view->open.clear();
   for (size_t i = 0; i < queue.size(); ++i) {
     ForEachFile(queue[i], QueueImports, &queue);
     if (view->trees.count(queue[i]) != 0) continue;
@@ -379,6 +383,7 @@ bool IsDataNode(const SchemaNode* node) noexcept {
 }
 
 bool HasHole(const SchemaView& view, const SchemaNode* node) {
+  if (view.holes.empty()) return false;
   for (const SchemaNode* seen = node; seen != nullptr; seen = NextSeen(node, seen))
     if ((seen == node || IsTransparent(seen)) && view.holes.count(seen) != 0) return true;
   return false;

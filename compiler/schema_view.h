@@ -44,7 +44,9 @@ struct TargetView {
   SchemaNode* start = nullptr;    // where its path begins
   SchemaNode* target = nullptr;   // NULL: the path leads nowhere
   SchemaNode* reached = nullptr;  // the last node on the way
-  std::string_view failed;        // the step that was not found
+  SchemaNode* first = nullptr;    // what an augment has brought there, up to `last`
+  SchemaNode* last = nullptr;
+  std::string_view failed;  // the step that was not found
   const Place* usedAt = nullptr;
   bool unknown = false;  // the path leads into what could not be read: nothing to say
 };
@@ -62,6 +64,7 @@ struct SchemaView {
   mutable std::unordered_map<const SchemaNode*,
                              std::unordered_multimap<std::string_view, SchemaNode*>>
       dataChildren;
+  mutable std::unordered_map<const SchemaNode*, bool> open;  // kept by StepDown()
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 

@@ -35,18 +35,24 @@ unsigned EditDistance(std::string_view a, std::string_view b, unsigned limit) {
   return std::min(last[b.size()], limit + 1);
 }
 
-Suggestion::Suggestion(std::string_view wanted)
+Suggestion::Suggestion(std::string_view wanted, uint64_t* left)
     : wanted_(wanted.substr(0, kLongestName)),
+      left_(left),
       limit_(std::clamp<unsigned>(static_cast<unsigned>(wanted.size()) / 3, 1, 3)) {}
 
-void Suggestion::Consider(std::string_view candidate) {
-  if (candidate.empty() || candidate == wanted_ || candidate.size() > kLongestName) return;
-  if (!best_.empty() && limit_ == 0) return;
+bool Suggestion::Consider(std::string_view candidate) {
+  if (left_ != nullptr) {
+    if (*left_ == 0) return false;
+    --*left_;
+  }
+  if (candidate.empty() || candidate == wanted_ || candidate.size() > kLongestName) return true;
+  if (!best_.empty() && limit_ == 0) return true;
   const unsigned limit = best_.empty() ? limit_ : limit_ - 1;
   const unsigned distance = EditDistance(wanted_, candidate, limit);
-  if (distance > limit) return;
+  if (distance > limit) return true;
   best_ = candidate;
   limit_ = distance;
+  return true;
 }
 
 std::string Suggestion::Advice(std::string_view otherwise) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 // "did you mean": the nearest of the names that could have been meant.
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,8 +15,11 @@ unsigned EditDistance(std::string_view a, std::string_view b, unsigned limit);
 // first.
 class Suggestion {
  public:
-  explicit Suggestion(std::string_view wanted);
-  void Consider(std::string_view candidate);
+  // `left` counts down the names that may still be compared in all, so that thousands of
+  // mistakes among thousands of names end; NULL: any number.
+  explicit Suggestion(std::string_view wanted, uint64_t* left = nullptr);
+  // False: no more are compared.
+  bool Consider(std::string_view candidate);
 
   // `did you mean "x"?`, or `otherwise` when nothing is near enough.
   std::string Advice(std::string_view otherwise) const;
@@ -23,6 +27,7 @@ class Suggestion {
  private:
   std::string wanted_;
   std::string best_;
+  uint64_t* left_;
   unsigned limit_;  // what is at most allowed; one less than the best so far
 };
 

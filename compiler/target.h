@@ -23,14 +23,15 @@ bool IsImplied(const FoundNode& node);
 // The target of an augment of another module's nodes, looked up once.
 FoundNode TargetOf(Compilation* all, WrittenAugment* augment);
 
-// Takes an augment that is about to leave the tree off the list.
-void ForgetAugment(Output* out, const xmlNode* augment);
+// Takes augments that have left the tree off the list; nodes may have left others, too.
+void ForgetAugments(Output* out, const std::unordered_set<const xmlNode*>& gone);
 
 // Moves the children of augments into the module's own nodes there, in an order in which
 // each target stands before it is augmented. What finds no target stops the module.
 void FoldOwnAugments(Output* out);
 
-// Makes `case` of shorthand cases that augments bring to choices of other modules.
+// Makes `case` of shorthand cases that augments bring to choices of other modules, once:
+// paths of others may lead through them.
 void WrapForeignCases(Output* out);
 
 }  // namespace compiler

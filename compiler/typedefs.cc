@@ -123,8 +123,10 @@ bool StaysThere(Output* out, const xmlNode* definition) {
 
 std::string FreeName(Output* out, const std::string& wanted) {
   std::string name = wanted.substr(0, kMaxName);
-  for (unsigned i = 2; !out->typedefNames.insert(name).second; ++i) {
-    const std::string number = "-" + std::to_string(i);
+  if (out->typedefNames.insert(name).second) return name;
+  unsigned& last = out->typedefNumbers.try_emplace(name, 1).first->second;
+  while (!out->typedefNames.insert(name).second) {
+    const std::string number = "-" + std::to_string(++last);
     name = wanted.substr(0, kMaxName - number.size()) + number;
   }
   return name;

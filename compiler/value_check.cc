@@ -114,11 +114,20 @@ std::string FaultOfBoolean(const TypeChain&, const Value& value) {
   return "is neither \"true\" nor \"false\"";
 }
 
+// So many are looked through one by one.
+constexpr unsigned kFewItems = 16;
+
 bool HasItem(const TypeChain& chain, Keyword item, std::string_view name) {
-  const xmlNode* s = InChain(chain, item);
-  for (; s != nullptr; s = NextSibling(s, item))
+  const xmlNode* first = InChain(chain, item);
+  unsigned looked = 0;
+  const xmlNode* s = first;
+  for (; s != nullptr && looked < kFewItems; s = NextSibling(s, item), ++looked)
     if (ArgumentOf(s) != nullptr && name == ArgumentOf(s)) return true;
-  return false;
+  if (s == nullptr) return false;
+  const auto entered = StatementOf(first)->words->items.try_emplace(first);
+  for (; entered.second && s != nullptr; s = NextSibling(s, item))
+    if (ArgumentOf(s) != nullptr) entered.first->second.insert(ArgumentOf(s));
+  return entered.first->second.count(name) != 0;
 }
 
 std::string FaultOfEnum(const TypeChain& chain, const Value& value) {

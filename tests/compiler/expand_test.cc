@@ -292,6 +292,28 @@ TEST_F(Augments, BringCasesToChoicesOfOtherModules) {
       Body("m"));
 }
 
+TEST_F(Augments, LeadThroughTheCasesThatAnotherModuleBrings) {
+  Module("a", "container h { choice ch; }");
+  Module("b", "import a { prefix a; } augment /a:h/a:ch { container x; }");
+  Module("c",
+         "import a { prefix a; } import b { prefix b; }"
+         " augment /a:h/a:ch/b:x/b:x { leaf l { type string; } }");
+  EXPECT_EQ("augment /a:h/a:ch/b:x/b:x { leaf l { type string; } }", Body("c"));
+}
+
+TEST_F(Augments, OfOneNodeThatIsNotThereYetComeBehindThoseThatStandAfterIt) {
+  Module("m",
+         "container c;"
+         " augment /c/d { leaf first { type string; } }"
+         " augment /c { container d; }"
+         " augment /c/d { leaf second { type string; } }"
+         " augment /c/d { leaf third { type string; } }");
+  EXPECT_EQ(
+      "container c { container d { leaf second { type string; } leaf third { type string; }"
+      " leaf first { type string; } } }",
+      Body("m"));
+}
+
 TEST_F(Augments, KeepAConditionThatTheLibraryHandsDownRightly) {
   Module("n", "container c { leaf type { type string; } }");
   Module("m",
