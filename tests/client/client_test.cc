@@ -156,9 +156,8 @@ TEST(ClientLoad, PrintsNameRevisionNamespaceInOperandOrder) {
 
 TEST(ClientLoad, DashStandsForAMissingField) {
   ModelDir dir;
-  dir.Write(
-      "m.yin",
-      "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><prefix value='m'/></module>");
+  dir.Write("m.yin", std::string("<module name='m'") + yin_text::kNamespace +
+                         "><prefix value='m'/></module>");
   const ClientRun run = Qmodel({"load", "-p", dir.Path(), "m"});
   EXPECT_EQ(0, run.status);
   EXPECT_EQ("m - -\n", run.out);

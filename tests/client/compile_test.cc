@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "tests/client/run_client.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -231,14 +232,13 @@ TEST_F(ClientCompile, LoadErrorsNameTheOriginalFile) {
 
 TEST_F(ClientCompile, PlainLoadsSayHowMuchTheySkip) {
   Write("m.yin",
-        "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
-        "<prefix value='m'/><include module='s'/><typedef name='t'><type name='string'/></typedef>"
-        "<grouping name='g'><typedef name='u'><type name='string'/></typedef></grouping>"
-        "<container name='c'><typedef name='u'><type name='string'/></typedef><uses name='g'/>"
-        "</container></module>");
-  Write("s.yin",
-        "<submodule name='s' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><belongs-to module='m'>"
-        "<prefix value='m'/></belongs-to><grouping name='h'/></submodule>");
+        yin_text::Module(
+            "m",
+            "<include module='s'/><typedef name='t'><type name='string'/></typedef>"
+            "<grouping name='g'><typedef name='u'><type name='string'/></typedef></grouping>"
+            "<container name='c'><typedef name='u'><type name='string'/></typedef><uses name='g'/>"
+            "</container>"));
+  Write("s.yin", yin_text::Submodule("s", yin_text::BelongsTo("m") + "<grouping name='h'/>"));
   const std::string expected = "qmodel: m: 4 statements were skipped that -c spells out\n";
   EXPECT_EQ(expected, Run({"load", "m"}).err);
   EXPECT_EQ(expected, Run({"tree", "m"}).err);
@@ -249,19 +249,16 @@ TEST_F(ClientCompile, PlainLoadsSayHowMuchTheySkip) {
 // nothing outside the search directories is looked at, and a model that the library
 // refuses for the attributes it declares is not read for minutes.
 TEST_F(ClientCompile, WhatTheLibraryDoesNotReadIsNotCounted) {
-  const std::string head =
-      "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
-      "<prefix value='m'/>";
-  const std::string skipped = "<grouping name='g'/></module>";
+  const std::string skipped = yin_text::Module("m", "<grouping name='g'/>");
   Fifo("fifo.yin");
   EXPECT_EQ("fifo: Failed to find \"fifo\" from search directories.\n", Run({"load", "fifo"}).err);
-  Write("in/m.yin", head + "<include module='../s'/></module>");
-  Write("s.yin", head + skipped);
+  Write("in/m.yin", yin_text::Module("m", "<include module='../s'/>"));
+  Write("s.yin", skipped);
   EXPECT_EQ(std::string::npos, Run({"load", "-p", "in", "m"}).err.find("were skipped"));
   for (const size_t count : {16u, 17u}) {
     std::string attributes;
     for (size_t i = 0; i < count; ++i) attributes += " a" + std::to_string(i) + " CDATA 'x'";
-    Write("m.yin", "<!DOCTYPE module [<!ATTLIST module" + attributes + ">]>" + head + skipped);
+    Write("m.yin", "<!DOCTYPE module [<!ATTLIST module" + attributes + ">]>" + skipped);
     const ClientRun run = Run({"load", "m"});
     EXPECT_EQ(count == 16, run.err.find("were skipped") != std::string::npos) << run.err;
   }

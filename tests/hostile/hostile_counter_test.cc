@@ -10,6 +10,7 @@
 #include "tests/hostile/hostile_text.h"
 #include "tests/support/listing.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -121,10 +122,10 @@ std::string ErrorsOfLoading(const std::vector<std::string>& texts) {
 }
 
 std::string DeviatingModule(const std::string& added) {
-  return "<module name='d' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:d'/>"
-         "<prefix value='d'/><import module='m'><prefix value='m'/></import>"
-         "<deviation target-node='/m:n'><deviate value='add'>" +
-         added + "</deviate></deviation></module>";
+  return yin_text::Module("d",
+                          "<import module='m'><prefix value='m'/></import>"
+                          "<deviation target-node='/m:n'><deviate value='add'>" +
+                              added + "</deviate></deviation>");
 }
 
 TEST(HostileCounter, DeviationsDoNotOverfillANode) {

@@ -62,10 +62,9 @@ TEST(HostileModel, NamesOf64CharactersFitAndOf65DoNot) {
 
 // A module `name` that is imported with the prefix `prefix`, and what others say of it.
 std::string NamedModule(const std::string& name, const std::string& body) {
-  return "<module name='" + name +
-         "' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:n'/><prefix value='n'/>"
-         "<extension name='" +
-         name + "'/><typedef name='t'><type name='int8'/></typedef><identity name='i'/>" +
+  return "<module name='" + name + "'" + yin_text::kNamespace +
+         "><namespace uri='urn:n'/><prefix value='n'/><extension name='" + name +
+         "'/><typedef name='t'><type name='int8'/></typedef><identity name='i'/>" +
          "<feature name='f'/><container name='" + name + "'/><rpc name='" + name + "'/>" + body +
          "</module>";
 }

@@ -30,10 +30,9 @@ std::string LoadErrorLines(QmCtx* ctx) {
 
 uint32_t LoadBesideOther(const std::string& text, std::string* errors) {
   QmCtx* ctx = QM_CTX_Create(QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS);
-  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx,
-                                     "<module name='ok' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                                     "<namespace uri='urn:ok'/><prefix value='ok'/>"
-                                     "<leaf name='x'><type name='int8'/></leaf></module>"));
+  EXPECT_EQ(QM_OK,
+            QM_CTX_LoadMemory(
+                ctx, yin_text::Module("ok", "<leaf name='x'><type name='int8'/></leaf>").c_str()));
   const uint32_t status = QM_CTX_LoadMemory(ctx, text.c_str());
   if (errors != nullptr) *errors = LoadErrorLines(ctx);
   QmsNode* leaf = QM_CTX_GetTargetNode(ctx, "/ok:x", nullptr);

@@ -9,6 +9,7 @@
 #include <array>
 
 #include "tests/hostile/hostile_text.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -209,10 +210,9 @@ TEST(HostileTree, TextsInOtherEncodingsEndAtTheirFirstNul) {
 TEST(HostileTree, OperationsInAnotherModulesNamespaceAreNotFound) {
   QmCtx* ctx = QM_CTX_Create(0);
   ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, ModuleText(kTreeBody).c_str()));
-  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx,
-                                     "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                                     "<namespace uri='urn:n'/><prefix value='n'/>"
-                                     "<container name='a'/><rpc name='other'/></module>"));
+  ASSERT_EQ(QM_OK,
+            QM_CTX_LoadMemory(
+                ctx, yin_text::Module("n", "<container name='a'/><rpc name='other'/>").c_str()));
   const std::array<const char*, 3> rows[] = {
       {"<op xmlns='urn:n'/>", "Unexpected element: op.", "/n:op"},
       {"<other xmlns='urn:m'/>", "Unexpected element: other.", "/m:other"},

@@ -22,6 +22,7 @@
 #include "tests/support/every_walk.h"
 #include "tests/support/listing.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -414,12 +415,12 @@ class Operator {
 
   void WriteSubmodule(uint32_t i) {
     const std::string name = "s" + std::to_string(i);
-    folder_.Write(name + ".yin", "<submodule name='" + name +
-                                     "' xmlns='urn:ietf:params:xml:ns:yang:yin:1'"
-                                     " xmlns:m0='urn:m0' xmlns:m1='urn:m1' xmlns:m2='urn:m2'"
-                                     " xmlns:m3='urn:m3' xmlns:m4='urn:m4'>" +
-                                     (Below(3) == 0 ? "<include module='s0'/>" : "") +
-                                     Writer(&random_, kModules).Part() + "</submodule>");
+    const std::string include = Below(3) == 0 ? "<include module='s0'/>" : "";
+    folder_.Write(name + ".yin",
+                  yin_text::Submodule(name, include + Writer(&random_, kModules).Part(),
+                                      " xmlns:m0='urn:m0' xmlns:m1='urn:m1'"
+                                      " xmlns:m2='urn:m2' xmlns:m3='urn:m3'"
+                                      " xmlns:m4='urn:m4'"));
   }
 
   // The last module is split into files that share its beginning, as they must.

@@ -176,8 +176,7 @@ TEST_F(LoadMemory, SecondModuleOfANameGives0AndTheFirstStays) {
 
 TEST_F(LoadMemory, SameNamespaceIsRefusedAndNothingStaysRecorded) {
   ASSERT_EQ(QM_OK, LoadText(yin_text::Module("m")));
-  EXPECT_EQ(QM_FAILED, LoadText("<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                                "<namespace uri='urn:m'/><prefix value='n'/></module>"));
+  EXPECT_EQ(QM_FAILED, LoadText(yin_text::ModuleOf("urn:m", "n")));
   EXPECT_EQ(nullptr, Module("n"));
   EXPECT_EQ(Module("m"), QM_CTX_GetModuleByModNs(ctx_, "urn:m"));
   EXPECT_EQ(Texts{}, Errors());

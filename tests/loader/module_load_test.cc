@@ -96,7 +96,7 @@ TEST(LoadModuleByModName, ALoadFromMemoryWithoutFileIs2ThoughTheModuleIsThere) {
 }
 
 struct BrokenRow {
-  const char* text;
+  std::string text;
   std::vector<std::string> errors;
 };
 
@@ -108,8 +108,7 @@ TEST(LoadModuleByModName, BrokenFilesAre22) {
       {"<module name='n'/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
       {"<submodule name='m'/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
       {"<module/>", {"m m.yin: Failed to parse module \"m\" from the yin file."}},
-      {"<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><yang-version value='2'/>"
-       "</module>",
+      {yin_text::Module("m", "", "<yang-version value='2'/>"),
        {"m m.yin: Failed to parse value \"2\" of statement \"yang-version\".",
         "m m.yin: Failed to parse statement \"yang-version\"."}},
   };
@@ -169,9 +168,7 @@ TEST(LoadModuleByModName, ANewLoadForgetsTheOldMessages) {
 TEST(LoadModuleByModName, ATakenNamespaceIs1AndTheModuleIsNotRegistered) {
   Loader loader;
   loader.Write("m.yin", yin::Module("m", ""));
-  loader.Write("n.yin",
-               "<module name='n' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-               "<namespace uri='urn:m'/><prefix value='n'/></module>");
+  loader.Write("n.yin", yin_text::ModuleOf("urn:m", "n"));
   EXPECT_EQ(QM_OK, loader.Load("m"));
   EXPECT_EQ(QM_FAILED, loader.Load("n"));
   EXPECT_EQ(nullptr, loader.Module("n"));

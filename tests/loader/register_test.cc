@@ -14,6 +14,7 @@
 #include "schema/module_registry.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/coupling.h"
+#include "tests/support/yin_text.h"
 #include "types/type.h"
 #include "yin/reader.h"
 
@@ -64,9 +65,7 @@ TEST(AppendModuleToCtx, EntersTheModuleByNameAndNamespace) {
 TEST(AppendModuleToCtx, ANamespaceThatIsTakenGives1AndTheModuleStaysTheCallers) {
   yin::Context ctx;
   ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, yin::Module("m", "").c_str()));
-  yin::Parsed other(ctx,
-                    "<module name='o' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                    "<namespace uri='urn:m'/><prefix value='o'/></module>");
+  yin::Parsed other(ctx, yin_text::ModuleOf("urn:m", "o"));
   ASSERT_TRUE(other);
   EXPECT_EQ(QM_FAILED, QMS_LOADER_AppendModuleToCtx(ctx, other.Get(), nullptr));
   EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(ctx, "o"));

@@ -12,6 +12,7 @@
 
 #include "schema/node.h"
 #include "schema/node_copy.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -80,11 +81,11 @@ void LoadAndLook(bool refusing) {
 
 void LoadText(bool refusing) {
   QmCtx* ctx = Open(QM_LOAD_IMPORTS);
-  const std::string text =
-      "<module name='t' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:t'/>"
-      "<prefix value='t'/><import module='router-types'><prefix value='rt'/></import>"
+  const std::string text = yin_text::Module(
+      "t",
+      "<import module='router-types'><prefix value='rt'/></import>"
       "<container name='c'><must condition='t:l'/><leaf name='l'><type name='rt:percent'/></leaf>"
-      "<leaf name='a'><type name='rt:ip-address'/></leaf></container></module>";
+      "<leaf name='a'><type name='rt:ip-address'/></leaf></container>");
   static_cast<void>(QM_CTX_LoadMemory(ctx, text.c_str()));
   LookAround(ctx, "t");
   static_cast<void>(QM_CTX_UnloadModule(ctx, "t"));

@@ -10,12 +10,12 @@
 #include "context/xml_tree.h"
 #include "schema/module_nodes.h"
 #include "schema/node_walk.h"
+#include "tests/support/yin_text.h"
 
 namespace condition_tree {
 namespace {
 
-constexpr const char* kModuleC = R"(<module name="c" xmlns="urn:ietf:params:xml:ns:yang:yin:1">
-  <namespace uri="urn:c"/><prefix value="c"/>
+constexpr const char* kBodyC = R"(
   <identity name="animal"/>
   <identity name="mammal"><base name="animal"/></identity>
   <identity name="dog"><base name="mammal"/></identity>
@@ -31,14 +31,11 @@ constexpr const char* kModuleC = R"(<module name="c" xmlns="urn:ietf:params:xml:
       <list name="l"><key value="k m"/><leaf name="k"><type name="string"/></leaf>
         <leaf name="m"><type name="string"/></leaf><leaf name="v"><type name="string"/></leaf></list>
     </container>
-  </container>
-</module>)";
+  </container>)";
 
-constexpr const char* kModuleD = R"(<module name="d" xmlns="urn:ietf:params:xml:ns:yang:yin:1">
-  <namespace uri="urn:d"/><prefix value="d"/>
+constexpr const char* kBodyD = R"(
   <import module="c"><prefix value="c"/></import>
-  <identity name="cat"><base name="c:mammal"/></identity>
-</module>)";
+  <identity name="cat"><base name="c:mammal"/></identity>)";
 
 xmlNode* Child(xmlNode* parent, const std::string& name) {
   for (xmlNode* child = parent->children; child != nullptr; child = child->next) {
@@ -59,8 +56,8 @@ void BindChildren(xmlNode* element) {
 }  // namespace
 
 Tree::Tree(const std::string& children, const std::string& prologue) : ctx_(QM_CTX_Create(0)) {
-  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, kModuleC));
-  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, kModuleD));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("c", kBodyC).c_str()));
+  EXPECT_EQ(QM_OK, QM_CTX_LoadMemory(ctx_, yin_text::Module("d", kBodyD).c_str()));
   const std::string xml =
       prologue + "<top xmlns='urn:c' xmlns:c='urn:c' xmlns:dd='urn:d'>" + children + "</top>";
   doc_ = xmlParseMemory(xml.c_str(), static_cast<int>(xml.size()));

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <qmodel/error.h>
 
+#include "tests/support/yin_text.h"
+
 namespace deviation_case {
 namespace {
 
@@ -173,7 +175,7 @@ std::vector<std::string> Refused(const std::string& target, const std::string& d
 }
 
 std::string Leaf(const std::string& body) {
-  return "<leaf name='n'><type name='string'/>" + body + "</leaf>";
+  return yin_text::Leaf("n", body);
 }
 
 std::string LeafList(const std::string& body) {

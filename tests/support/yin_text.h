@@ -16,18 +16,25 @@ inline std::string Root(const std::string& statements) {
   return std::string("<r") + kNamespace + " xmlns:m='urn:m'>" + statements + "</r>";
 }
 
-// A module with namespace "urn:<name>" and its name as prefix, which is also declared as
-// XML prefix. `head` stands before the namespace, `attributes` in the start tag.
-inline std::string Module(const std::string& name, const std::string& body = "",
-                          const std::string& head = "", const std::string& attributes = "") {
-  return "<module name='" + name + "'" + kNamespace + " xmlns:" + name + "='urn:" + name + "' " +
-         attributes + ">" + head + "<namespace uri='urn:" + name + "'/><prefix value='" + name +
-         "'/>" + body + "</module>";
+// A module with its name as prefix, which is also declared as XML prefix. `head` stands
+// before the namespace, `attributes` in the start tag.
+inline std::string ModuleOf(const std::string& uri, const std::string& name,
+                            const std::string& body = "", const std::string& head = "",
+                            const std::string& attributes = "") {
+  return "<module name='" + name + "'" + kNamespace + " xmlns:" + name + "='" + uri + "' " +
+         attributes + ">" + head + "<namespace uri='" + uri + "'/><prefix value='" + name + "'/>" +
+         body + "</module>";
 }
 
-inline std::string Submodule(const std::string& name, const std::string& body) {
-  return "<submodule name='" + name + "'" + kNamespace + " xmlns:m='urn:m'>" + body +
-         "</submodule>";
+// The same with namespace "urn:<name>".
+inline std::string Module(const std::string& name, const std::string& body = "",
+                          const std::string& head = "", const std::string& attributes = "") {
+  return ModuleOf("urn:" + name, name, body, head, attributes);
+}
+
+inline std::string Submodule(const std::string& name, const std::string& body,
+                             const std::string& attributes = " xmlns:m='urn:m'") {
+  return "<submodule name='" + name + "'" + kNamespace + attributes + ">" + body + "</submodule>";
 }
 
 inline std::string BelongsTo(const std::string& module) {

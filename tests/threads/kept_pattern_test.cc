@@ -12,6 +12,8 @@
 
 #include <qmodel/qmodel.h>
 
+#include "tests/support/yin_text.h"
+
 namespace {
 
 constexpr int kThreads = 8;
@@ -28,9 +30,7 @@ std::string Module() {
     leaves += "<leaf name='l" + number + "'><type name='string'><pattern value='" + own +
               "'/><pattern value='([a-z]+[0-9]*|x)+'/></type></leaf>";
   }
-  return "<module name='m' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:m'/>"
-         "<prefix value='m'/>" +
-         leaves + "<rpc name='op'><input>" + leaves + "</input></rpc></module>";
+  return yin_text::Module("m", leaves + yin_text::Rpc(leaves, "op"));
 }
 
 // Which values of which leaves are valid, and how requests with them are answered;

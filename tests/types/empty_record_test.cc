@@ -16,6 +16,7 @@
 #include "tests/support/leaf_module.h"
 #include "tests/support/null_arguments.h"
 #include "tests/support/type_builder.h"
+#include "tests/support/yin_text.h"
 #include "types/constraint.h"
 #include "types/type.h"
 #include "values/indirect.h"
@@ -159,9 +160,8 @@ TEST(EmptyRecords, AUnionIsNotLoadedWithAMemberThatWasNotFilled) {
     SCOPED_TRACE(member);
     LeafModule module("");
     const std::string text =
-        "<module name='k' xmlns='urn:ietf:params:xml:ns:yang:yin:1'><namespace uri='urn:k'/>"
-        "<prefix value='k'/><leaf name='l'><type name='union'><type name='boolean'/>" +
-        std::string(member) + "</type></leaf></module>";
+        yin_text::Module("k", "<leaf name='l'><type name='union'><type name='boolean'/>" +
+                                  std::string(member) + "</type></leaf>");
     EXPECT_NE(QM_OK, QM_CTX_LoadMemory(module.ctx(), text.c_str()));
     EXPECT_EQ(nullptr, QM_CTX_GetModuleByModName(module.ctx(), "k"));
   }

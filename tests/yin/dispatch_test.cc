@@ -17,6 +17,7 @@
 #include "schema/node_array.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/load_type.h"
 #include "yin/stmt_definition.h"
 #include "yin/stmt_ext_inst.h"
@@ -33,10 +34,8 @@ class Element {
  public:
   Element(QmCtx* ctx, const std::string& name, const std::string& children)
       : parsed_(ctx, yin::Module("m", "")) {
-    const std::string text = "<" + name +
-                             " xmlns='urn:ietf:params:xml:ns:yang:yin:1' xmlns:m='urn:m'"
-                             " xmlns:z='urn:z'>" +
-                             children + "</" + name + ">";
+    const std::string text = "<" + name + yin_text::kNamespace +
+                             " xmlns:m='urn:m' xmlns:z='urn:z'>" + children + "</" + name + ">";
     doc_ = ParseXmlText(text.data(), text.size());
     EXPECT_NE(nullptr, doc_);
   }

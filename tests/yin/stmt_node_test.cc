@@ -12,6 +12,7 @@
 #include "schema/node.h"
 #include "tests/support/counting_memory.h"
 #include "tests/support/yin.h"
+#include "tests/support/yin_text.h"
 #include "yin/stmt_kinds.h"
 
 using testing::ElementsAre;
@@ -345,8 +346,8 @@ TEST(ParseList, KeyStatuses) {
   yin::Context ctx;
   yin::Parsed module(ctx, Model(""));
   xmlDoc* doc = yin::Xml(
-      "<r xmlns='urn:ietf:params:xml:ns:yang:yin:1'><list name='l'><key value='a'/></list>"
-      "<list name='l'><key value='z'/><leaf name='a'><type name='string'/></leaf></list></r>");
+      yin_text::Root("<list name='l'><key value='a'/></list><list name='l'><key value='z'/>" +
+                     yin_text::Leaf("a") + "</list>"));
   xmlNode* first = xmlDocGetRootElement(doc)->children;
   EXPECT_EQ(QM_INVALID, QMS_LOADER_ParseList(module.Get(), first, 39, module.Get()));
   EXPECT_EQ(UINT32_MAX, QMS_LOADER_ParseList(module.Get(), first->next, 39, module.Get()));
@@ -459,9 +460,8 @@ TEST(ParseAugmentTargetNode, APathThatCannotBeInternedIsMinusOne) {
 TEST(ParseAugment, OneThatFailsIsNotLinkedAndOneThatIsLinkedIsWhole) {
   yin::Context ctx;
   yin::Parsed module(ctx, Model(""));
-  xmlDoc* doc = yin::Xml(
-      "<augment target-node='/o:a' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-      "<if-feature name='f'/><leaf name='x'><type name='string'/></leaf></augment>");
+  xmlDoc* doc = yin::Xml(std::string("<augment target-node='/o:a'") + yin_text::kNamespace +
+                         "><if-feature name='f'/>" + yin_text::Leaf("x") + "</augment>");
   uint64_t refused = 1;
   for (uint64_t n = 1; refused > 0; ++n) {
     SCOPED_TRACE(n);
@@ -509,9 +509,8 @@ TEST(NodeDefaults, AnUnknownPrefixRefusesTheNodeAndTakesItOutOfTheTree) {
     SCOPED_TRACE(keyword);
     yin::Context ctx;
     yin::Parsed module(ctx, Model(""));
-    xmlDoc* doc = yin::Xml(std::string("<") + keyword +
-                           " name='a' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                           "<type name='identityref'><base name='b'/></type>"
+    xmlDoc* doc = yin::Xml(std::string("<") + keyword + " name='a'" + yin_text::kNamespace +
+                           "><type name='identityref'><base name='b'/></type>"
                            "<default value='p:i'/></" +
                            keyword + ">");
     auto* parse = std::string(keyword) == "leaf" ? QMS_LOADER_ParseLeaf : QMS_LOADER_ParseLeafList;

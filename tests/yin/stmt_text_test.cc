@@ -59,8 +59,8 @@ TEST(ParseDescription, IsKeptOnlyWithItsLoadFlag) {
 TEST(ParseDescription, WithoutItsLoadFlagTheChildrenAreNotLookedAt) {
   yin::Context without;
   yin::Context with(QM_LOAD_DESCRIPTIONS);
-  xmlDoc* doc = yin::Xml(
-      "<description xmlns='urn:ietf:params:xml:ns:yang:yin:1'><text><b/></text></description>");
+  xmlDoc* doc = yin::Xml(std::string("<description") + yin_text::kNamespace +
+                         "><text><b/></text></description>");
   xmlNode* description = xmlDocGetRootElement(doc);
   const char* stored = nullptr;
   yin::Parsed dropping(without, yin::Module("m", ""));
@@ -105,7 +105,7 @@ TEST(ParseDescription, AFailedInternIs22AndTold) {
   yin::Context ctx(QM_LOAD_DESCRIPTIONS);
   yin::Parsed module(ctx, yin::Module("m", ""));
   const std::string text =
-      "<description xmlns='urn:ietf:params:xml:ns:yang:yin:1'><text>t</text></description>";
+      std::string("<description") + yin_text::kNamespace + "><text>t</text></description>";
   xmlDoc* doc = ParseXmlText(text.data(), text.size());
   ASSERT_NE(nullptr, doc);
   const char* stored = nullptr;
