@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -12,16 +11,12 @@
 
 #include "compiler/convert.h"
 #include "compiler/records.h"
+#include "tests/support/real_models.h"
 
 namespace compiler {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ModelsDir() {
-  const char* fromEnvironment = std::getenv("QMODEL_MODELS_DIR");
-  return fromEnvironment != nullptr ? fromEnvironment : QMODEL_MODELS_DIR;
-}
 
 // The folders that a folder of originals is closed with.
 std::vector<std::string> FoldersBelow(const std::string& folder) {
@@ -107,9 +102,8 @@ void Compare(const xmlNode* a, const xmlNode* b, Comparison* result) {
 }
 
 TEST(ConvertCorpus, EqualsTheYinOfAnotherTool) {
-  if (ModelsDir().empty())
-    GTEST_SKIP() << "no real-world models: set QMODEL_MODELS_DIR to run these tests";
-  const fs::path originals = fs::path(ModelsDir()) / "yang-originals";
+  if (RealModelsFolder().empty()) GTEST_SKIP() << kNoRealModels;
+  const fs::path originals = fs::path(RealModelsFolder()) / "yang-originals";
   std::set<std::string> compared;
   std::set<std::string> exceptBlanks;
   for (const auto& entry : fs::recursive_directory_iterator(originals)) {
@@ -119,7 +113,8 @@ TEST(ConvertCorpus, EqualsTheYinOfAnotherTool) {
     std::string name = path.stem();
     fs::path yin = originals / "yin" / folder / (name + ".yin");
     if (!fs::exists(yin))
-      yin = fs::path(ModelsDir()) / "standard-models" / (name.substr(0, name.find('@')) + ".yin");
+      yin = fs::path(RealModelsFolder()) / "standard-models" /
+            (name.substr(0, name.find('@')) + ".yin");
     SCOPED_TRACE(path.string());
     ConvertRequest request;
     request.file = path;

@@ -9,13 +9,14 @@
 #include <set>
 
 #include "tests/compiler/lint_files.h"
+#include "tests/support/real_models.h"
 
 namespace compiler {
 namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kModels = QMODEL_MODELS_DIR;
+const std::string kModels = RealModelsFolder();
 
 struct RealFault {
   const char* file;
@@ -80,7 +81,7 @@ class OriginalsLint : public testing::TestWithParam<Folder> {};
 
 TEST_P(OriginalsLint, FindsRealFaultsOnly) {
   const std::string root = kModels + "/yang-originals/";
-  if (kModels.empty() || !fs::is_directory(root)) GTEST_SKIP() << "QMODEL_MODELS_DIR is not set";
+  if (kModels.empty() || !fs::is_directory(root)) GTEST_SKIP() << kNoRealModels;
   std::vector<std::string> folders;
   for (const char* folder : GetParam().path) folders.push_back(root + folder);
   const std::vector<std::string> modules = ModulesOf(root + GetParam().name, ".yang");
@@ -103,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, OriginalsLint,
 
 TEST(StandardModelsLint, FindsRealFaultsOnly) {
   const std::string folder = kModels + "/standard-models";
-  if (kModels.empty() || !fs::is_directory(folder)) GTEST_SKIP() << "QMODEL_MODELS_DIR is not set";
+  if (kModels.empty() || !fs::is_directory(folder)) GTEST_SKIP() << kNoRealModels;
   const std::vector<std::string> modules = ModulesOf(folder, ".yin");
   ASSERT_FALSE(modules.empty());
   const LintRun run = LintFiles(modules, {folder});

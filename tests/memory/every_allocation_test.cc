@@ -3,11 +3,11 @@
 // later ones. Nothing may leak or crash, and the context goes on working.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <iostream>
 
 #include "tests/memory/scenarios.h"
 #include "tests/support/counting_memory.h"
+#include "tests/support/real_models.h"
 
 namespace {
 
@@ -69,9 +69,8 @@ std::string g_dir;
 class EveryAllocationOfModule : public testing::TestWithParam<RealModule> {};
 
 TEST_P(EveryAllocationOfModule, IsSurvived) {
-  const char* folder = std::getenv("QMODEL_MODELS_DIR");
-  g_dir = std::string(folder != nullptr ? folder : QMODEL_MODELS_DIR) + "/models";
-  if (g_dir == "/models") GTEST_SKIP() << "no real-world models: set QMODEL_MODELS_DIR";
+  if (RealModelsFolder().empty()) GTEST_SKIP() << kNoRealModels;
+  g_dir = RealModelsFolder() + "/models";
   const RealModule& module = GetParam();
   g_module = module.name;
   const uint64_t injected = counting_memory::FailEachAllocation(

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -18,6 +17,7 @@
 
 #include "compiler/job.h"
 #include "tests/real/printed_tree.h"
+#include "tests/support/real_models.h"
 #include "tests/support/temp_folder.h"
 
 namespace {
@@ -58,15 +58,10 @@ const std::vector<Corpus> kOriginals = {
 class CompiledModels : public testing::Test {
  protected:
   void SetUp() override {
-    if (Root().empty()) {
-      GTEST_SKIP() << "no real-world models: set QMODEL_MODELS_DIR to run these tests";
-    }
+    if (Root().empty()) GTEST_SKIP() << kNoRealModels;
   }
 
-  static std::string Root() {
-    const char* fromEnvironment = std::getenv("QMODEL_MODELS_DIR");
-    return fromEnvironment != nullptr ? fromEnvironment : QMODEL_MODELS_DIR;
-  }
+  static std::string Root() { return RealModelsFolder(); }
 
   // The modules that lie in the corpus's first folder.
   static std::vector<std::string> ModulesOf(const Corpus& corpus) {

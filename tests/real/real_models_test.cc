@@ -6,7 +6,6 @@
 #include <libxml/parser.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <random>
@@ -15,6 +14,8 @@
 #include <vector>
 
 #include <qmodel/qmodel.h>
+
+#include "tests/support/real_models.h"
 
 namespace {
 
@@ -33,15 +34,10 @@ std::vector<std::string> Split(const std::string& line, char separator) {
 class RealModels : public testing::Test {
  protected:
   void SetUp() override {
-    if (Folder().empty()) {
-      GTEST_SKIP() << "no real-world models: set QMODEL_MODELS_DIR to run these tests";
-    }
+    if (Folder().empty()) GTEST_SKIP() << kNoRealModels;
   }
 
-  static std::string Folder() {
-    const char* fromEnvironment = std::getenv("QMODEL_MODELS_DIR");
-    return fromEnvironment != nullptr ? fromEnvironment : QMODEL_MODELS_DIR;
-  }
+  static std::string Folder() { return RealModelsFolder(); }
   static std::string Models() { return Folder() + "/models"; }
 
   // Names of the files whose root is a module: a submodule is loaded by its module.
