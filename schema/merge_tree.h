@@ -65,7 +65,7 @@ uint32_t QMS_NODE_MoveExtraNodeList(QmsNode** dstList, QmsNode* first, QmsNode* 
                                     QmsModule* dstModule);
 
 // Gives a subtree to `module`, where its types look for their typedefs from then
-// on. The links of `root` stay as they are.
+// on. The links of `root` stay as they are. 0; 22 for NULL.
 uint32_t QMS_NODE_RefreshNodeTreeToQmMod(QmsNode* root, QmsModule* module);
 
 // Record for `dstModule` that a node, or the nodes from `first` on, could not be

@@ -15,7 +15,8 @@ uint32_t QMS_NODE_AddSibling(QmsNode* node, QmsNode* newNode);
 // `how`: 0 as last child of `a`, 1 as last sibling of `a`.
 uint32_t QMS_NODE_LinkTreeNode(QmsNode* a, QmsNode* node, uint32_t how);
 
-// Takes a node with its subtree out of its list; the node is the caller's then.
+// Takes a node with its subtree out of its list; the node is the caller's then. 0; 22 for
+// NULL.
 uint32_t QMS_NODE_Unlink(QmsNode* node);
 // Where `node` heads a top-level list of its module, `next` becomes the head; where
 // a list is appended to from `node` on, that begins with the node before it.

@@ -60,7 +60,7 @@ uint32_t PrintAll(QmsPrintPara* para, const char* const (&pieces)[N]) {
 uint32_t LongestName(const QmsModule* module, const QmsNode* first, const QmsNode* last);
 
 // The line of a node, and the line of the case around a node that stands
-// directly in a choice.
+// directly in a choice. 0 or 22 as above.
 uint32_t PrintNodeLine(const QmsNode* node, QmsPrintPara* para);
 uint32_t PrintCaseLine(const QmsNode* node, QmsPrintPara* para);
 

@@ -41,7 +41,8 @@ void RecordBadValue(QmsModule* module, const char* value, uint32_t stmt);
 void RecordBadStatement(QmsModule* module, uint32_t stmt);
 
 // Splits `text` and resolves its prefix; without one the module being parsed is
-// meant. Records what is wrong and gives 22 or the splitter's code.
+// meant. 0; what is wrong is recorded: 1 without a name, 126 for one that is too long, 22
+// for another form or an unknown prefix.
 uint32_t ReadReference(QmsModule* module, const char* text, QmsReference* reference);
 
 // The target path of an augment or a deviation in module-name form, a block of the

@@ -18,9 +18,12 @@
 //   records                  one zero-filled array element
 //   argument, yin-element    the QmsExtension, its uint32_t
 //   extension instances      the QmsNode, or one QmsExtInst elsewhere
-// 0 on success. On failure what lies at the place can still be cleared by its
-// owner, array elements of a module are zero-filled, and a message is recorded
-// for the module as a rule.
+// 0 on success. 22 for what is refused, 12 without memory, which many report as 22; 1 for
+// a reference without a name and 126 for one with a name that is too long, in if-feature
+// and base; -1 as the parsers of list, augment and deviate tell. A statement gives on what
+// failed inside it. On failure what lies at the place can still be cleared by its
+// owner, array elements of a module are zero-filled, and a message is recorded for the
+// module as a rule.
 
 // One row of the dispatch table; its index is the id.
 struct QmsStmtParse {
@@ -53,7 +56,8 @@ inline uint32_t MarkedStmt(const xmlNode* child) {
 }
 
 // Parses one marked child into the place that its descriptor names, and records when that
-// fails. 22 when the array has no element left; else the parser's code. 0 without parser.
+// fails. 0, also without parser; 22 when the array has no element left; else the parser's
+// code.
 uint32_t ParseMarkedChild(QmsModule* module, xmlNode* child, uint32_t parentStmt,
                           QmsSubStmtDesc* desc);
 
@@ -62,14 +66,15 @@ QM_BEGIN_INTERNAL_DECLS
 // The parser of a statement, NULL when it has none or the id is past the last.
 QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt);
 
-// Parses the children of a statement that `table` accepts, in the three passes below. The
-// code of the first that fails; 12 when an array cannot be made.
+// Parses the children of a statement that `table` accepts, in the three passes below. 0, or
+// the code of the pass that fails.
 uint32_t QMS_LOADER_ParseSubStatements(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                        QmsSubStmtDesc* table, uint32_t count);
 
-// The passes: classify, mark and count, 22 for more children of a kind than a counter
-// holds; make the arrays at their exact size; parse each marked child into its place. The
-// message of a child that fails is recorded unless the module has one.
+// The passes, 0 when done: classify, mark and count, 22 for more children of a kind than a
+// counter holds; make the arrays at their exact size, 12 when one cannot be made; parse each
+// marked child into its place, else the code of ParseMarkedChild(). The message of a child
+// that fails is recorded unless the module has one.
 uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* element,
                                                  QmsSubStmtDesc* table, uint32_t count);
 uint32_t QMS_LOADER_NewSubStatementsArray(uint32_t parentStmt, QmsSubStmtDesc* table,

@@ -10,18 +10,20 @@
 QM_BEGIN_INTERNAL_DECLS
 
 // The steps of a module: header, linkage, counting of the body, body. A submodule has the
-// last three, into the record of the module that includes it. The code of the step that
-// failed, after which the record holds what was read until then.
+// last three, into the record of the module that includes it. 0; 2 for an include without
+// a file, 12 or 22 from counting, 12 for memory that the linkage lacked; else the code of
+// the statement that failed (dispatch.h). After a failure the record holds what was read
+// until then.
 uint32_t QMS_LOADER_ParseModuleContent(QmsModule* module, xmlNode* root, QmsLoadAssister* assister);
 uint32_t QMS_LOADER_ParseSubmoduleContent(QmsModule* module, xmlNode* root,
                                           QmsLoadAssister* assister);
 
-// The header: the marked children of `root` that are yang-version, namespace and prefix.
-// The code of the first that fails, which is recorded.
+// The header: the marked children of `root` that are yang-version, namespace and prefix. 0,
+// or 22 or -1 of the first that fails, which is recorded.
 uint32_t QMS_LOADER_ParseModuleHeadStmts(QmsModule* module, xmlNode* root);
 
-// One statement of the header each. 22 without an argument or when it cannot be interned;
-// -1 for a version that is unknown.
+// One statement of the header each. 0; 22 without an argument or when it cannot be
+// interned; -1 for a version that is unknown.
 uint32_t QMS_LOADER_ParseYangVersion(QmsModule* module, xmlNode* element);
 uint32_t QMS_LOADER_ParseNamespace(QmsModule* module, xmlNode* element);
 

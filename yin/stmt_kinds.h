@@ -10,9 +10,10 @@
 QM_BEGIN_INTERNAL_DECLS
 
 // Entries of the dispatch table (dispatch.h). Each makes one node, with all that lies
-// below it, under the parent in `dest`. 22 when the node cannot be made or named, lacks a
-// type, or cannot be linked; 12 for a list that cannot be made or named, -1 for an
-// augment whose target path cannot be interned; else the code of what failed inside.
+// below it, under the parent in `dest`. 0; 22 when the node cannot be made or named, lacks
+// a type, or cannot be linked; 12 for a list that cannot be made or named, -1 for one with
+// a key that is no leaf of it, and for an augment whose target path cannot be interned;
+// else the code of what failed inside.
 uint32_t QMS_LOADER_ParseContainer(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                    void* dest);
 uint32_t QMS_LOADER_ParseLeaf(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest);

@@ -25,8 +25,8 @@ uint32_t QMS_LOADER_ParseStatus(QmsModule* module, xmlNode* element, uint32_t pa
 uint32_t QMS_LOADER_ParsePresence(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest);
 
-// Fills the QmsIfFeature at `dest` from a single feature. 22 for anything else and for an
-// unknown prefix, or the splitter's code; 12 without memory.
+// Fills the QmsIfFeature at `dest` from a single feature. What is none is refused as
+// ReadReference() of argument.h tells; 12 without memory.
 uint32_t QMS_LOADER_ParseIfFeature(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                    void* dest);
 
