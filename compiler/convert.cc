@@ -132,7 +132,7 @@ void Convert(const ConvertRequest& request, JobResult* result) {
   }
   Module* module = request.text != nullptr
                        ? ReadModuleText(session.get(), request.file, *request.text, &report)
-                       : ReadModuleFile(session.get(), request.file, &report);
+                       : ReadModuleFile(session.get(), request.file, FileOrigin::kNamed, &report);
   if (module != nullptr) {
     FindImports(&repository, module);
     FindOwner(&repository, module);

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/module_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -67,10 +71,29 @@ void TakeStatement(Module* module, xmlNode* statement) {
 struct CloseFile {
   void operator()(FILE* file) const noexcept { static_cast<void>(std::fclose(file)); }
 };
+using File = std::unique_ptr<FILE, CloseFile>;
+
+// What a directory was listed with may have become something else since. A FIFO without a
+// writer would hold up the caller for ever, so nothing is waited for, and what was opened
+// is asked once more.
+File OpenRegularFile(const std::string& path) {
+  const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+  if (fd < 0) return nullptr;
+  struct stat info {};
+  const bool isRegular = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+  File file(isRegular ? fdopen(fd, "rb") : nullptr);
+  if (file == nullptr) {
+    const int why = isRegular ? errno : EINVAL;
+    static_cast<void>(close(fd));
+    errno = why;
+  }
+  return file;
+}
 
 // The content of a file; false: it cannot be read, and errno says why.
-bool ReadContent(const std::string& path, std::string* content) {
-  const std::unique_ptr<FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+bool ReadContent(const std::string& path, FileOrigin origin, std::string* content) {
+  const File file =
+      origin == FileOrigin::kFound ? OpenRegularFile(path) : File(std::fopen(path.c_str(), "rbe"));
   if (file == nullptr) return false;
   constexpr size_t kChunk = 1U << 16;
   for (size_t length = kChunk; length == kChunk && content->size() <= INT_MAX;) {
@@ -98,13 +121,15 @@ void ReportTooLarge(const Module* module, Report* report) {
                "the file is larger than 2 GiB");
 }
 
-Module* ReadModuleFile(Session* session, const std::string& path, Report* report) {
+Module* ReadModuleFile(Session* session, const std::string& path, FileOrigin origin,
+                       Report* report) {
   std::string content;
-  if (!ReadContent(path, &content)) {
+  if (!ReadContent(path, origin, &content)) {
     session->files.push_back({path, false});
     const Place place{&session->files.back(), 0, 0};
     AddFindingAt(report, Severity::kFatal, kSyntaxClass, place,
-                 std::string("cannot be read: ") + std::strerror(errno));
+                 std::string("cannot be read: ") +
+                     (errno == EINVAL ? "no regular file" : std::strerror(errno)));
     return nullptr;
   }
   const bool isYin = std::string_view(path).ends_with(".yin");

@@ -27,9 +27,13 @@ inline constexpr char kSyntaxClass[] = "syntax";
 // That of BindPrefixes().
 inline constexpr char kExtensionClass[] = "extension";
 
+// What a person names may be a pipe; what is found in a folder may not.
+enum class FileOrigin : uint8_t { kNamed, kFound };
+
 // Reads the file by its ending: `.yin` is YIN, all else YANG text. NULL, with a finding:
 // it cannot be read (that finding has line 0), or is not a module or submodule.
-Module* ReadModuleFile(Session* session, const std::string& path, Report* report);
+Module* ReadModuleFile(Session* session, const std::string& path, FileOrigin origin,
+                       Report* report);
 
 // Read from memory; `path` is what findings name.
 Module* ReadModuleText(Session* session, const std::string& path, const std::string& text,

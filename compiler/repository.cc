@@ -46,12 +46,12 @@ bool MakeFolder(const std::string& path, bool recursive, SearchFolder* folder) {
   return true;
 }
 
-ReadFile* Read(Repository* repository, const std::string& path) {
+ReadFile* Read(Repository* repository, const std::string& path, FileOrigin origin) {
   const auto [entry, isNew] = repository->files.try_emplace(path);
   ReadFile* file = &entry->second;
   if (isNew) {
     file->path = path;
-    file->module = ReadModuleFile(repository->session, path, &file->report);
+    file->module = ReadModuleFile(repository->session, path, origin, &file->report);
   }
   return file;
 }
@@ -80,7 +80,7 @@ ReadFile* BestOf(Repository* repository, const std::vector<std::string>& paths,
                  const std::string& name, const std::string& revision, ReadFile** unread) {
   ReadFile* best = nullptr;
   for (const std::string& path : paths) {
-    ReadFile* file = Read(repository, path);
+    ReadFile* file = Read(repository, path, FileOrigin::kFound);
     if (file->module == nullptr) {
       *unread = file;
     } else if (file->module->name == name &&
@@ -137,7 +137,7 @@ void ResolveImport(Repository* repository, Import* import) {
 // Of a submodule that already belongs to another revision of its module, a second copy.
 Module* OwnCopy(Repository* repository, Module* submodule) {
   Report again;
-  return ReadModuleFile(repository->session, submodule->file->path, &again);
+  return ReadModuleFile(repository->session, submodule->file->path, FileOrigin::kFound, &again);
 }
 
 void ResolveInclude(Repository* repository, Module* file, Include* include) {
@@ -194,7 +194,7 @@ void Refuse(Repository* repository, const std::string& operand, std::string mess
 Module* OpenOperand(Repository* repository, const std::string& operand) {
   Module* module = nullptr;
   if (IsFileOperand(operand)) {
-    module = Choose(repository, Read(repository, operand));
+    module = Choose(repository, Read(repository, operand, FileOrigin::kNamed));
     if (module == nullptr) return nullptr;
   } else {
     module = FindModuleFile(repository, operand, {});

@@ -2,6 +2,9 @@
 // Which file a module is taken from.
 #include "compiler/repository.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "compiler/session.h"
 #include "tests/compiler/compile_helper.h"
 
@@ -43,6 +46,27 @@ TEST_F(Lookup, TakesTheFirstDirectoryThatHasTheModule) {
   EXPECT_EQ("b/m.yang", Find({"a", "b", "c"}));
   EXPECT_EQ("c/m.yang", Find({"a", "c", "b"}));
   EXPECT_EQ("none", Find({"a"}));
+}
+
+// A reader of a FIFO would wait for a writer, and there is none.
+TEST_F(Lookup, DoesNotWaitForAFileThatBecameAFifoAfterTheListing) {
+  WriteM("a/m.yang", "2020-01-01");
+  const std::unique_ptr<Session> session = OpenSession();
+  Report report;
+  Repository repository;
+  repository.session = session.get();
+  repository.report = &report;
+  ASSERT_TRUE(AddSearchFolder(&repository, Path("a"), false));
+  ASSERT_EQ(0, unlink(Path("a/m.yang").c_str()));
+  ASSERT_EQ(0, mkfifo(Path("a/m.yang").c_str(), 0600));
+  EXPECT_EQ(nullptr, FindModuleFile(&repository, "m", ""));
+  ASSERT_EQ(1U, report.findings.size());
+  EXPECT_EQ("cannot be read: no regular file", report.findings[0].message);
+}
+
+TEST_F(Lookup, DoesNotSeeAFifo) {
+  ASSERT_EQ(0, mkfifo(Path("m.yang").c_str(), 0600));
+  EXPECT_EQ("none", Find({""}));
 }
 
 TEST_F(Lookup, TakesTheNewestByItsOwnRevisionStatement) {
