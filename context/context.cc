@@ -22,6 +22,10 @@ const char* QM_CTX_GetCurYinFile(QmCtx* ctx) {
   return ctx != nullptr ? ctx->curYinFile : nullptr;
 }
 
+void RaiseEvent(QmCtx* ctx, const QmAgentEvent& event) {
+  if (ctx->eventFunc != nullptr) ctx->eventFunc(ctx, &event, ctx->eventArg);
+}
+
 void QM_CTX_SetPridataFreeFunc(QmCtx* ctx, QmPridataFreeFunc func) noexcept {
   if (ctx != nullptr) ctx->pridataFreeFunc = func;
 }

@@ -5,6 +5,9 @@
 #include "context/internal.h"
 #include "context/records.h"
 
+// Tells the client's event function, if there is one.
+void RaiseEvent(QmCtx* ctx, const QmAgentEvent& event);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The base name of the file being read, which load errors carry. Set keeps what

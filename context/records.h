@@ -88,6 +88,9 @@ constexpr size_t kQmCurYinFileSize = 256;
 // Compiled forms of patterns; context/kept_pattern.cc knows them.
 struct QmKeptPatterns;
 
+// Modules on their way; loader/ knows them.
+struct QmsModPendTbl;
+
 // The schema context. Zero-filled at creation; never moved.
 struct QmCtx {
   RtkAvl3Tree modByName;    // QmsModule by name
@@ -106,10 +109,11 @@ struct QmCtx {
   QmExtInstFilterCbFunc extInstFilterCbFunc;
   QmAgentEventFunc eventFunc;
   void* eventArg;
-  RtkAvl3Tree modRelTree;        // QmCtxModRelTbl by target-module name
-  uint32_t loadFlags;            // QmLoadFlag bits
-  uint32_t keepPatterns;         // 1: compiled forms are kept
-  QmKeptPatterns* keptPatterns;  // owned; NULL: none yet. Published by checks, atomically
+  const QmsModPendTbl* reloading;  // what an unload loads again at the moment, else NULL
+  RtkAvl3Tree modRelTree;          // QmCtxModRelTbl by target-module name
+  uint32_t loadFlags;              // QmLoadFlag bits
+  uint32_t keepPatterns;           // 1: compiled forms are kept
+  QmKeptPatterns* keptPatterns;    // owned; NULL: none yet. Published by checks, atomically
 };
 
 static_assert(std::is_standard_layout_v<QmCtx> && std::is_trivially_copyable_v<QmCtx>);

@@ -11,6 +11,7 @@
 
 #include <qmodel/error.h>
 
+#include "context/context.h"
 #include "context/dict.h"
 #include "context/guard.h"
 #include "context/relation.h"
@@ -85,6 +86,28 @@ void QMS_NODE_NotifyAugmentFirstChildNodeRelink(QmsNode* firstChild) {
   }
 }
 
+// An augment of a module into itself is a part of the module, and is never detached.
+static bool IsOfItsOwnModule(const QmsNode* augment) {
+  char target[kQmsNameSize] = "";
+  return GetTargetModuleName(augment->name, target) &&
+         RTK_StrCmp(target, augment->module->name) == 0;
+}
+
+void TellOfRun(QmsNode* augment, uint32_t eventKind) {
+  QmsNode* first = augment->firstChild;
+  QMS_NODE_NotifyAugmentFirstChildNodeRelink(first);
+  QmCtx* ctx = NodeCtx(augment);
+  if (ctx == nullptr || ctx->eventFunc == nullptr || IsOfItsOwnModule(augment)) return;
+  QmAgentEvent event = {};
+  event.kind = eventKind;
+  event.module = augment->module;
+  event.moduleName = augment->module->name;
+  event.node = first;
+  event.target = first->parent;
+  event.path = augment->name;
+  RaiseEvent(ctx, event);
+}
+
 QmsNode* QMS_NODE_GetAugRpcParentNodeAndChildType(QmCtx* ctx, const char* parentPath,
                                                   const char* lastStep, uint32_t* kind) {
   if (ctx == nullptr || parentPath == nullptr || lastStep == nullptr || kind == nullptr) {
@@ -140,7 +163,7 @@ uint32_t QMS_NODE_CoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* targ
     next = child != last ? child->next : nullptr;
     MoveChildToTarget(child, target);
   }
-  QMS_NODE_NotifyAugmentFirstChildNodeRelink(first);
+  TellOfRun(augment, QM_AGENT_EVENT_AUGMENT_ATTACHED);
   return QM_OK;
 }
 
@@ -161,7 +184,7 @@ uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* ta
   if (first == nullptr) return last == nullptr ? QM_OK : QM_INVALID;
   // The links are cleared only now: with them the run could not be found again.
   if (QMS_NODE_IsChildNode(target, first) != 1) return QM_INVALID;
-  QMS_NODE_NotifyAugmentFirstChildNodeRelink(first);
+  TellOfRun(augment, QM_AGENT_EVENT_AUGMENT_DETACHING);
   const uint32_t coupled = augment->flags & QMS_NODE_COUPLED;
   augment->flags &= ~QMS_NODE_COUPLED;  // a coupled augment takes no children
   ForgetRun(augment);

@@ -8,6 +8,10 @@
 // Attaching an augment's children to its target, and detaching them with
 // QMS_NODE_UnCoupleAugmentNode. Statuses: 0 and 22.
 
+// Tells the client that the run of an augment was attached, or is about to be detached:
+// by the hook, and by an event of that kind.
+void TellOfRun(QmsNode* augment, uint32_t eventKind);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Looks the target up and moves the children there. 0 at once for a coupled
@@ -20,7 +24,7 @@ uint32_t QMS_NODE_CoupleAugmentNode(QmsNode* augment);
 uint32_t QMS_NODE_CoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* target);
 uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* target);
 
-// Tells the client that a run was attached, or is about to be detached.
+// The hook alone, with the first node of the run.
 void QMS_NODE_NotifyAugmentFirstChildNodeRelink(QmsNode* firstChild);
 
 // Makes the input or output that an rpc or action does not declare, when that

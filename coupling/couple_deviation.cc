@@ -13,6 +13,7 @@
 
 #include <qmodel/error.h>
 
+#include "context/context.h"
 #include "context/guard.h"
 #include "context/relation.h"
 #include "coupling/couple_augment.h"
@@ -98,6 +99,18 @@ uint32_t QMS_NODE_NotifyBeforeDeviateNotSupport(QmsNode* target, QmsNode* /*augm
   return ctx->beforeDeviateNotSupportFunc(ctx, target, deviatingModName, deviationPath);
 }
 
+static void TellOfRemoval(QmsNode* target, const char* deviatingModName,
+                          const char* deviationPath) {
+  QmAgentEvent event = {};
+  event.kind = QM_AGENT_EVENT_NODE_GOING;
+  event.module = target->module;
+  event.moduleName = target->module->name;
+  event.node = target;
+  event.path = deviationPath;
+  event.deviatingModule = deviatingModName;
+  RaiseEvent(NodeCtx(target), event);
+}
+
 uint32_t QMS_MOD_RemoveOneModAugmentStartsWithDeviationPath(QmsModule* module,
                                                             const char* deviatingModName,
                                                             const char* deviationPath) {
@@ -142,6 +155,7 @@ uint32_t QMS_MOD_CoupleDevNotSup(QmsNode* target, QmsNode* augment, const char* 
   // The client's answer changes nothing: it is told, not asked.
   static_cast<void>(
       QMS_NODE_NotifyBeforeDeviateNotSupport(target, augment, deviatingModName, deviationPath));
+  TellOfRemoval(target, deviatingModName, deviationPath);
   TakeOutOfRuns(target, augment);
   ForgetRunsBelow(targetModule->ctx, target);
   static_cast<void>(QMS_NODE_Unlink(target));

@@ -65,7 +65,7 @@ void ForceDetach(QmsNode* augment) {
   augment->flags &= ~(kRunForgotten | QMS_NODE_COUPLED);
   // After a regular way out that broke off, the children are back already.
   if (first == nullptr || first->parent == augment) return;
-  QMS_NODE_NotifyAugmentFirstChildNodeRelink(first);
+  TellOfRun(augment, QM_AGENT_EVENT_AUGMENT_DETACHING);
   ForgetRun(augment);
   static_cast<void>(MoveRunBack(augment, first, last));
 }

@@ -19,6 +19,7 @@
 #include "context/search_dir.h"
 #include "coupling/couple_augment.h"
 #include "coupling/detach.h"
+#include "loader/register.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
 
@@ -79,6 +80,9 @@ static void UnCoupleAllAugments(QmCtx* ctx) {
 void QM_CTX_DeInitModuleTree(QmCtx* ctx) {
   if (ctx == nullptr) return;
   UnCoupleAllAugments(ctx);
+  for (QmsModule* module = FirstModule(ctx); module != nullptr; module = NextModule(ctx, module)) {
+    RaiseModuleEvent(ctx, module, QM_AGENT_EVENT_MODULE_GOING);
+  }
   while (QmsModule* module = FirstModule(ctx)) QM_CTX_DestroyModuleNode(ctx, module);
 }
 

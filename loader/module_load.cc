@@ -72,19 +72,22 @@ uint32_t QMS_LOADER_LoadModuleByPath(QmCtx* ctx, const char* path, const char* m
   return ret;
 }
 
-static void ReadAllParts(QmCtx* ctx, QmsPathCollection* files, QmsLoadAssister* assister,
-                         QmsModule** module) {
+// Gives the number of files that were read.
+static uint32_t ReadAllParts(QmCtx* ctx, QmsPathCollection* files, QmsLoadAssister* assister,
+                             QmsModule** module) {
+  uint32_t count = 0;
   // The first candidate is for a module that is not loaded; one that is loaded
   // and has all its parts would get the same deviations a second time.
-  if (*module != nullptr && !HasUnloadedSuffix(assister)) return;
+  if (*module != nullptr && !HasUnloadedSuffix(assister)) return count;
   files->maxTries = kFilesPerLoad;
   for (;;) {
     const QmsPathObj* file = QMS_LOADER_GetNextPathObjToProc(files, assister);
-    if (file == nullptr) return;
+    if (file == nullptr) return count;
     if (QMS_LOADER_LoadModuleByPath(ctx, file->path, assister->modName, assister, module) !=
         QM_OK) {
-      return;
+      return count;
     }
+    ++count;
     QMS_LOADER_ResetCurrentLoadingSuffix(assister);
   }
 }
@@ -94,9 +97,12 @@ static uint32_t ReadAndRegister(QmCtx* ctx, QmsModule* existing, QmsPathCollecti
   uint32_t ret = QMS_LOADER_PreFillLoadAssisterFromExisting(assister, existing, files);
   if (ret != QM_OK) return ret;
   QmsModule* module = existing;
-  ReadAllParts(ctx, files, assister, &module);
+  const uint32_t count = ReadAllParts(ctx, files, assister, &module);
   ret = QMS_LOADER_AppendModuleToCtx(ctx, module, assister);
   if (ret != QM_OK && module != existing) QMS_MOD_Free(module);
+  if (ret == QM_OK && existing != nullptr && count != 0) {
+    RaiseModuleEvent(ctx, module, QM_AGENT_EVENT_MODULE_EXTENDED);
+  }
   return ret;
 }
 

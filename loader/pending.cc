@@ -36,6 +36,14 @@ QmsModPendNode* NextModPendNode(const QmsModPendTbl* tbl, const QmsModPendNode* 
   return NodeOrEnd(tbl, node->link.next);
 }
 
+bool IsToReload(const QmsModPendTbl* tbl, const char* name) {
+  for (const QmsModPendNode* node = FirstModPendNode(tbl); node != nullptr;
+       node = NextModPendNode(tbl, node)) {
+    if (RTK_StrCmp(node->modName, name) == 0) return node->noReload == 0;
+  }
+  return false;
+}
+
 void QMS_LOADER_InitModPendTbl(QmsModPendTbl* tbl) {
   ListInit(&tbl->nodes);
 }

@@ -29,6 +29,9 @@ struct QmsModFeatPend {
 QmsModPendNode* FirstModPendNode(const QmsModPendTbl* tbl);
 QmsModPendNode* NextModPendNode(const QmsModPendTbl* tbl, const QmsModPendNode* node);
 
+// Whether the unload of this table loads the module again.
+bool IsToReload(const QmsModPendTbl* tbl, const char* name);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Makes an empty table; removes every node of a table.

@@ -13,21 +13,18 @@
 #include <qmodel/schema.h>
 
 #include "context/array.h"
+#include "context/context.h"
 #include "context/dict.h"
 #include "context/load_error.h"
 #include "coupling/couple_augment.h"
 #include "coupling/couple_deviation.h"
+#include "loader/pending.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/module_registry.h"
 #include "schema/node_value.h"
 #include "schema/typedef.h"
 #include "types/type.h"
-
-static uint32_t RegisterModule(QmCtx* ctx, QmsModule* module) {
-  if (QM_CTX_GetModuleByModName(ctx, module->name) == module) return QM_OK;
-  return QM_CTX_AddModuleNode(ctx, module);
-}
 
 static void RecordIfFailed(QmsModule* module, uint32_t status, const char* message) {
   if (status != QM_OK) QM_CTX_AddModError(module->ctx, module->name, "%s", message);
@@ -84,9 +81,25 @@ uint32_t QMS_LOADER_SaveSuccLoadingSuffix(QmsModule* module, const QmsLoadAssist
   return QM_OK;
 }
 
+void RaiseModuleEvent(QmCtx* ctx, QmsModule* module, uint32_t kind) {
+  QmAgentEvent event = {};
+  event.kind = kind;
+  event.module = module;
+  event.moduleName = module->name;
+  RaiseEvent(ctx, event);
+}
+
+// A module that an unload brings back is told of by the unload, once its features are
+// enabled.
+static void TellOfLoad(QmCtx* ctx, QmsModule* module) {
+  if (ctx->reloading != nullptr && IsToReload(ctx->reloading, module->name)) return;
+  RaiseModuleEvent(ctx, module, QM_AGENT_EVENT_MODULE_LOADED);
+}
+
 uint32_t QMS_LOADER_AppendModuleToCtx(QmCtx* ctx, QmsModule* module, QmsLoadAssister* assister) {
   if (ctx == nullptr || module == nullptr) return QM_INVALID;
-  const uint32_t ret = RegisterModule(ctx, module);
+  const bool isNew = QM_CTX_GetModuleByModName(ctx, module->name) != module;
+  const uint32_t ret = isNew ? QM_CTX_AddModuleNode(ctx, module) : uint32_t{QM_OK};
   if (ret != QM_OK) return ret;
   RecordIfFailed(module, QMS_LOADER_UpdateGlobalTypDefDerivedFrom(module),
                  "Failed to update typedef statements.");
@@ -95,5 +108,6 @@ uint32_t QMS_LOADER_AppendModuleToCtx(QmCtx* ctx, QmsModule* module, QmsLoadAssi
   RecordIfFailed(module, QMS_LOADER_CoupleDeviationAndGenRelation(ctx, module),
                  "Failed to couple deviation statements.");
   static_cast<void>(QMS_LOADER_SaveSuccLoadingSuffix(module, assister));
+  if (isNew) TellOfLoad(ctx, module);
   return QM_OK;
 }

@@ -8,6 +8,9 @@
 // The steps of QMS_LOADER_AppendModuleToCtx, which enters a
 // finished module into its context and brings the other modules in line.
 
+// Tells the client's event function of a module; `kind` is a QmAgentEventKind.
+void RaiseModuleEvent(QmCtx* ctx, QmsModule* module, uint32_t kind);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Points the types of the module that name typedefs of their own module at

@@ -23,8 +23,10 @@
 #include "context/relation.h"
 #include "coupling/change_event.h"
 #include "coupling/couple_augment.h"
+#include "coupling/detach.h"
 #include "loader/context_life.h"
 #include "loader/pending.h"
+#include "loader/register.h"
 #include "platform/string.h"
 #include "schema/module_registry.h"
 #include "schema/target_path.h"
@@ -57,6 +59,9 @@ static uint32_t RemovePendingModule(QmCtx* ctx, QmsModPendNode* node) {
   const uint32_t ret = QMS_LOADER_SaveEnabledFeatureToPendNode(module, node);
   if (ret != QM_OK) return ret;
   if (ctx->reloadModuleCbFunc != nullptr) ctx->reloadModuleCbFunc(ctx, module->name);
+  // What no path led to is detached before the module is said to go.
+  DetachModuleAugments(ctx, module);
+  RaiseModuleEvent(ctx, module, QM_AGENT_EVENT_MODULE_GOING);
   QM_CTX_DestroyModuleNode(ctx, module);
   return QM_OK;
 }
@@ -177,13 +182,17 @@ uint32_t QMS_LOADER_EnableReloadModFeature(QmCtx* ctx, QmsModPendNode* node) {
 
 uint32_t QMS_LOADER_ReloadRelatedMod(QmCtx* ctx, QmsModPendTbl* tbl) {
   uint32_t sum = 0;
+  ctx->reloading = tbl;
   for (QmsModPendNode* node = FirstModPendNode(tbl); node != nullptr;
        node = NextModPendNode(tbl, node)) {
     if (node->noReload != 0) continue;
     // One module that does not come back must not keep the others away.
     const uint32_t loaded = QM_CTX_LoadModule(ctx, node->modName);
     sum += loaded | QMS_LOADER_EnableReloadModFeature(ctx, node);
+    QmsModule* module = QM_CTX_GetModuleByModName(ctx, node->modName);
+    if (module != nullptr) RaiseModuleEvent(ctx, module, QM_AGENT_EVENT_MODULE_BACK);
   }
+  ctx->reloading = nullptr;
   return sum;
 }
 

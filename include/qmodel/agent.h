@@ -562,9 +562,10 @@ typedef void (*QmAgentEventFunc)(QmCtx *ctx, const QmAgentEvent *event, void *ar
  * deviations remove, then of the module, then of other modules' augments that found their
  * target in it. With #QM_LOAD_IMPORTS the module is told of before its imports. An unload
  * tells of the augments that it detaches, then of each module that goes, then as a load of
- * each that comes back. A context that is deleted detaches its augments first, then tells of
- * each module that goes. A load that fails before its module is registered tells of nothing;
- * one that fails later, for want of an import, has told of what stays loaded.
+ * each that comes back, of the module itself last. A context that is deleted detaches its
+ * augments first, then tells of each module that goes. A load that fails before its module is
+ * registered tells of nothing; one that fails later, for want of an import, has told of what stays
+ * loaded.
  *
  * What is balanced: each module that was loaded or is back goes once. An augment that was
  * attached is detached once, unless a deviation has removed its children or their target. An
