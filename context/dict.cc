@@ -14,12 +14,6 @@
 constexpr uint32_t kBucketCount = 1024;
 static_assert((kBucketCount & (kBucketCount - 1)) == 0, "the index is the hash under a mask");
 
-void ReleaseText(QmDict* dict, const char** field) {
-  if (*field == nullptr) return;
-  QM_DICT_Remove(dict, *field);
-  *field = nullptr;
-}
-
 bool InternText(QmDict* dict, const char** field, const char* text) {
   const char* interned = QM_DICT_Insert(dict, text);
   if (interned == nullptr) return false;
@@ -51,35 +45,45 @@ uint32_t QM_DICT_HashVal(const char* str) {
   return hash;
 }
 
-static QmDictBucket* BucketOf(QmDict* dict, const char* str) {
-  return &dict->buckets[QM_DICT_HashVal(str) & (dict->bucketCount - 1)];
+static QmDictBucket* BucketOf(QmDict* dict, uint32_t hash) {
+  return &dict->buckets[hash & (dict->bucketCount - 1)];
 }
 
-// The link that leads to the entry of `str`, or the empty one at the chain's end.
-static QmDictEntry** FindLink(QmDictBucket* bucket, const char* str) {
+// The link that leads to the entry of `str`, or the empty one at the chain's end. Chains
+// are long where a context holds many texts; a text whose hash differs is not looked at.
+static QmDictEntry** FindLink(QmDictBucket* bucket, uint32_t hash, const char* str) {
   QmDictEntry** link = &bucket->first;
-  while (*link != nullptr && RTK_StrCmp((*link)->str, str) != 0) link = &(*link)->next;
+  for (; *link != nullptr; link = &(*link)->next) {
+    if ((*link)->hash == hash && RTK_StrCmp((*link)->str, str) == 0) break;
+  }
   return link;
 }
 
+// The entry of a text, or NULL.
+static QmDictEntry* FindEntry(QmDict* dict, const char* str) {
+  const uint32_t hash = QM_DICT_HashVal(str);
+  return *FindLink(BucketOf(dict, hash), hash, str);
+}
+
 bool ShareText(QmDict* dict, const char* interned) {
-  QmDictEntry* entry = *FindLink(BucketOf(dict, interned), interned);
+  QmDictEntry* entry = FindEntry(dict, interned);
   if (entry == nullptr || entry->str != interned) return false;
   std::atomic_ref<uint32_t>(entry->refCount).fetch_add(1, std::memory_order_relaxed);
   return true;
 }
 
 void UnshareText(QmDict* dict, const char* interned) {
-  QmDictEntry* entry = *FindLink(BucketOf(dict, interned), interned);
+  QmDictEntry* entry = FindEntry(dict, interned);
   if (entry == nullptr) return;
   std::atomic_ref<uint32_t>(entry->refCount).fetch_sub(1, std::memory_order_relaxed);
 }
 
-static QmDictEntry* NewEntry(const char* str) {
+static QmDictEntry* NewEntry(uint32_t hash, const char* str) {
   auto* entry = NewRecord<QmDictEntry>();
   if (entry == nullptr) return nullptr;
   entry->str = QM_UTL_StrDup(str);
   entry->refCount = 1;
+  entry->hash = hash;
   if (entry->str != nullptr) return entry;
   g_qmMemFreeFunc(entry);
   return nullptr;
@@ -92,8 +96,9 @@ static void FreeEntry(QmDictEntry* entry) {
 
 const char* QM_DICT_Insert(QmDict* dict, const char* str) {
   if (str == nullptr || dict->buckets == nullptr) return nullptr;
-  QmDictBucket* bucket = BucketOf(dict, str);
-  QmDictEntry** link = FindLink(bucket, str);
+  const uint32_t hash = QM_DICT_HashVal(str);
+  QmDictBucket* bucket = BucketOf(dict, hash);
+  QmDictEntry** link = FindLink(bucket, hash, str);
   if (*link != nullptr) {
     ++(*link)->refCount;
     return (*link)->str;
@@ -101,7 +106,7 @@ const char* QM_DICT_Insert(QmDict* dict, const char* str) {
   // Counted before the entry exists: too high a count only makes the final
   // release look at one chain in vain.
   ++bucket->entryCount;
-  QmDictEntry* entry = NewEntry(str);
+  QmDictEntry* entry = NewEntry(hash, str);
   if (entry == nullptr) return nullptr;
   if (bucket->first == nullptr) ++dict->usedBuckets;
   *link = entry;
@@ -110,8 +115,9 @@ const char* QM_DICT_Insert(QmDict* dict, const char* str) {
 
 void QM_DICT_Remove(QmDict* dict, const char* str) {
   if (str == nullptr || dict->buckets == nullptr) return;
-  QmDictBucket* bucket = BucketOf(dict, str);
-  QmDictEntry** link = FindLink(bucket, str);
+  const uint32_t hash = QM_DICT_HashVal(str);
+  QmDictBucket* bucket = BucketOf(dict, hash);
+  QmDictEntry** link = FindLink(bucket, hash, str);
   QmDictEntry* entry = *link;
   if (entry == nullptr || --entry->refCount > 0) return;
   // Deliberate: any removed head counts, also one with followers.

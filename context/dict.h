@@ -5,10 +5,6 @@
 #include "context/internal.h"
 #include "context/records.h"
 
-// Releases the interned text in *field and sets the field to NULL. Releases go
-// by text, so a second one would take away somebody else's reference.
-void ReleaseText(QmDict* dict, const char** field);
-
 // Interns `text` into *field in place of what is there. False, with the field
 // unchanged, when `text` is NULL or memory runs out.
 bool InternText(QmDict* dict, const char** field, const char* text);
@@ -40,3 +36,11 @@ void QM_DICT_Remove(QmDict* dict, const char* str);
 void QM_DICT_Destroy(QmDict* dict);
 
 QM_END_INTERNAL_DECLS
+
+// Releases the interned text in *field and sets the field to NULL. Releases go
+// by text, so a second one would take away somebody else's reference.
+inline void ReleaseText(QmDict* dict, const char** field) {
+  if (*field == nullptr) return;
+  QM_DICT_Remove(dict, *field);
+  *field = nullptr;
+}

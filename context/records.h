@@ -16,6 +16,7 @@ constexpr uint32_t kQmsNameSize = 65;  // a name of 64 characters and its NUL
 struct QmDictEntry {
   char* str;          // private NUL-terminated copy
   uint32_t refCount;  // inserts not yet matched by a remove
+  uint32_t hash;      // of the text
   QmDictEntry* next;  // chain link
 };
 

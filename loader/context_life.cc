@@ -12,7 +12,6 @@
 #include <qmodel/schema.h>
 
 #include "context/dict.h"
-#include "context/kept_pattern.h"
 #include "context/load_error.h"
 #include "context/memory.h"
 #include "context/relation.h"
@@ -43,14 +42,18 @@ void QM_CTX_Delete(QmCtx* ctx) noexcept {
   if (ctx == nullptr) return;
   QM_CTX_DestroyErrMng(ctx->errMng);
   ctx->errMng = nullptr;
+  // Off, since the hooks that the end of the modules calls may check values.
+  static_cast<void>(QM_CTX_SetKeepPatterns(ctx, 0));
+  // All texts go together at last. A dictionary without its table takes nothing back, and
+  // so the end of the modules does not look for each of their texts.
+  QmDict texts = ctx->dict;
+  ctx->dict.buckets = nullptr;
   QM_CTX_DeInitModuleTree(ctx);
   QM_CTX_DeInitModRelationTree(ctx);
-  // The hooks that the modules' end calls may have checked a value.
-  DropKeptPatterns(ctx);
   QM_CTX_FreeSearchDirs(ctx, ctx->searchDirs, ctx->searchDirCount);
   ctx->searchDirs = nullptr;
   ctx->searchDirCount = 0;
-  QM_DICT_Destroy(&ctx->dict);
+  QM_DICT_Destroy(&texts);
   g_qmMemFreeFunc(ctx);
 }
 

@@ -22,34 +22,6 @@ char* CopyText(const char* text, size_t length) {
   return copy;
 }
 
-int32_t RTK_StrCmp(const char* a, const char* b) {
-  return std::strcmp(a, b);
-}
-
-int32_t RTK_StrNCmp(const char* a, const char* b, size_t n) {
-  return std::strncmp(a, b, n);
-}
-
-size_t RTK_StrLen(const char* str) {
-  return std::strlen(str);
-}
-
-size_t RTK_StrNLen(const char* str, size_t n) {
-  return strnlen(str, n);
-}
-
-const char* RTK_StrChr(const char* str, char c) {
-  return std::strchr(str, c);
-}
-
-const char* RTK_StrRChr(const char* str, char c) {
-  return std::strrchr(str, c);
-}
-
-const char* RTK_StrStr(const char* str, const char* sub) {
-  return std::strstr(str, sub);
-}
-
 // The exponent of a number whose form is known to be right. One that does not
 // fit counts as larger than any number of digits.
 static int64_t ReadExponent(const char* str, const char* end) {

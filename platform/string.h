@@ -2,6 +2,7 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 // Texts are NUL-terminated bytes and never NULL here; the locale plays no part.
 
@@ -25,18 +26,32 @@ char* CopyText(const char* text, size_t length);
 
 extern "C" {
 // Byte-wise compare: negative, 0 or positive. The second looks at `n` bytes at most.
-int32_t RTK_StrCmp(const char* a, const char* b);
-int32_t RTK_StrNCmp(const char* a, const char* b, size_t n);
+inline int32_t RTK_StrCmp(const char* a, const char* b) {
+  return std::strcmp(a, b);
+}
+inline int32_t RTK_StrNCmp(const char* a, const char* b, size_t n) {
+  return std::strncmp(a, b, n);
+}
 
 // The bytes before the NUL. The second looks at `n` bytes at most, and gives `n` when
 // there is no NUL among them.
-size_t RTK_StrLen(const char* str);
-size_t RTK_StrNLen(const char* str, size_t n);
+inline size_t RTK_StrLen(const char* str) {
+  return std::strlen(str);
+}
+inline size_t RTK_StrNLen(const char* str, size_t n) {
+  return strnlen(str, n);
+}
 
 // The first or last `c`, or the first `sub`, in `str`; NULL when there is none.
-const char* RTK_StrChr(const char* str, char c);
-const char* RTK_StrRChr(const char* str, char c);
-const char* RTK_StrStr(const char* str, const char* sub);
+inline const char* RTK_StrChr(const char* str, char c) {
+  return std::strchr(str, c);
+}
+inline const char* RTK_StrRChr(const char* str, char c) {
+  return std::strrchr(str, c);
+}
+inline const char* RTK_StrStr(const char* str, const char* sub) {
+  return std::strstr(str, sub);
+}
 
 // Converts the whole text: white space around a decimal number with optional
 // sign, fraction and exponent. A number too large for a double becomes an
