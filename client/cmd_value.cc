@@ -4,10 +4,10 @@
 #include <cstdio>
 
 #include <qmodel/data.h>
+#include <qmodel/inspect.h>
 #include <qmodel/schema.h>
 
 #include "client/commands.h"
-#include "client/data_path.h"
 #include "client/session.h"
 
 static int CheckValues(QmsNode* node, const Options& options) {
@@ -29,7 +29,7 @@ int RunValue(const Options& options) {
   QmCtx* ctx = OpenSession(options, false, &status);
   if (ctx == nullptr) return status;
   const char* path = options.operands[0].c_str();
-  QmsNode* node = FindDataNode(ctx, path);
+  QmsNode* node = QM_CTX_FindDataNode(ctx, path);
   if (node == nullptr) {
     PrintError("no data node '%s'", path);
     status = kExitUsage;

@@ -86,10 +86,11 @@ static bool TakeKeyName(const char** text, char (&name)[kQmsNameSize]) {
   return true;
 }
 
-static bool MarkKeyLeaf(QmsNode* list, const char* name) {
+static bool MarkKeyLeaf(QmsNode* list, const char* name, uint8_t index) {
   QmsNode* leaf = QMS_NODE_FindChildNodeByName(list, nullptr, name);
   if (leaf == nullptr || leaf->kind != QMS_NODE_LEAF) return false;
   leaf->flags |= QMS_NODE_KEY;
+  leaf->keyIndex = index;
   return true;
 }
 
@@ -100,7 +101,7 @@ uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uin
   for (const char* text = QM_UTL_ConsumeAllSpaceChar(keyText); *text != '\0';
        text = QM_UTL_ConsumeAllSpaceChar(text)) {
     if (*keyCount == kMaxKeyCount) return QM_MINUS_ONE;
-    if (!TakeKeyName(&text, name) || !MarkKeyLeaf(list, name)) return QM_MINUS_ONE;
+    if (!TakeKeyName(&text, name) || !MarkKeyLeaf(list, name, *keyCount)) return QM_MINUS_ONE;
     ++*keyCount;
   }
   return QM_OK;

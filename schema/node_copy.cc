@@ -100,6 +100,7 @@ static bool CopyPayload(QmDict* dict, QmsNode* dst, const QmsNode* src) {
 static bool FillCopy(QmsNode* dst, const QmsNode* src) {
   QmDict* dict = ModuleDict(dst->module);
   if (src->kind == QMS_NODE_LIST) dst->keyCount = src->keyCount;
+  dst->keyIndex = src->keyIndex;
   return InternOptional(dict, &dst->name, src->name) &&
          InternOptional(dict, &dst->description, src->description) &&
          CopyCounted(dict, &dst->extInsts, &dst->extInstCount, src->extInsts, src->extInstCount,

@@ -186,6 +186,7 @@ struct QmsNode {
   uint16_t mustCount;
   uint16_t extInstCount;
   uint8_t keyCount;      // lists: number of key leaves
+  uint8_t keyIndex;      // key leaves: place in the key statement
   QmsExtInst* extInsts;  // owned
   void* payload;         // owned; QmsLeaf, QmsLeafList, QmsChoice or NULL, by kind
   void* privateData;     // the client's

@@ -12,6 +12,7 @@
 #include <qmodel/data.h>
 #include <qmodel/error.h>
 #include <qmodel/export.h>
+#include <qmodel/inspect.h>
 #include <qmodel/loader.h>
 #include <qmodel/memory.h>
 #include <qmodel/schema.h>
