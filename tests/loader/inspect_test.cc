@@ -13,6 +13,7 @@
 
 #include "tests/support/counting_memory.h"
 #include "tests/support/null_arguments.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/yin_text.h"
 
 namespace {
@@ -122,22 +123,27 @@ TEST_F(Inspect, AModuleTellsItsVersionImportsAndDescription) {
 }
 
 TEST_F(Inspect, DeviatingModulesAreThoseThatAreLoaded) {
-  const QmsModule* m = Load("m", "<container name='c'/>");
-  const auto deviation = [](const char* kind) {
-    return Import("m") + "<deviation target-node='/m:c'><deviate value='" + kind + "'>" +
-           (std::string(kind) == "add" ? "<must condition='x'/>" : "") + "</deviate></deviation>";
+  const temp_folder::Folder folder;
+  const auto deviation =
+      Import("m") +
+      "<deviation target-node='/m:c'><deviate value='add'><must condition='x'/></deviate>"
+      "</deviation>";
+  folder.Write("m.yin", Module("m", "<container name='c'/>"));
+  folder.Write("d1.yin", Module("d1", deviation));
+  folder.Write("d2.yin", Module("d2", deviation));
+  folder.Write("a.yin", Module("a", Import("m") + "<augment target-node='/m:c'>" + Leaf("l") +
+                                        "</augment>"));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder.Dir()));
+  for (const char* name : {"m", "d1", "d2", "a"}) ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, name));
+  const auto deviating = [this] {
+    Texts found;
+    const QmsModule* m = QM_CTX_GetModuleByModName(ctx_, "m");
+    EXPECT_EQ(QM_OK, QM_MOD_ScanDeviatingModule(m, TakeText, &found));
+    return found;
   };
-  Load("d1", deviation("add"));
-  Load("d2", deviation("add"));
-  Load("a", Import("m") + "<augment target-node='/m:c'>" + Leaf("l") + "</augment>");
-  Texts found;
-  EXPECT_EQ(QM_OK, QM_MOD_ScanDeviatingModule(m, TakeText, &found));
-  EXPECT_THAT(found, ElementsAre("d2", "d1"));
+  EXPECT_THAT(deviating(), ElementsAre("d2", "d1"));
   EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx_, "d2"));
-  found.clear();
-  EXPECT_EQ(QM_OK,
-            QM_MOD_ScanDeviatingModule(QM_CTX_GetModuleByModName(ctx_, "m"), TakeText, &found));
-  EXPECT_THAT(found, ElementsAre("d1"));
+  EXPECT_THAT(deviating(), ElementsAre("d1"));
 }
 
 TEST_F(Inspect, FeaturesTellWhetherTheyAreOnAndWhatTheyNeed) {
