@@ -60,6 +60,10 @@ typedef uint32_t (*QmNotifOutputFunc)(const char *dumpedText, void *callbackArg)
 /**
  * @brief Checks that no mandatory node is missing below the start node of a run.
  *
+ * A step of the validation, for programs that run one step by step with functions that
+ * no public header declares; those make the run, a #QmCheckAux. A client validates with
+ * QM_CTX_ValidateRpcDataTree(), which has this step, and never calls it.
+ *
  * The element must be bound to its schema node. Action and rpc elements are
  * checked for their input; output is never checked. See
  * QM_PAS_CheckSubtreeMandatory() for the rules.
@@ -85,6 +89,8 @@ QM_API QM_NODISCARD uint32_t QM_PAS_CheckTreeMandatory(QmCheckAux *aux, xmlNode 
 
 /**
  * @brief Checks that no mandatory node of a part of the schema is missing.
+ *
+ * A step of the validation; see QM_PAS_CheckTreeMandatory() for who calls it.
  *
  * A leaf, anyxml or anydata that is mandatory must have an element below
  * @p dataParent, unless its when is false there. Containers without presence
