@@ -10,6 +10,7 @@
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "platform/string.h"
+#include "values/type_check.h"
 
 namespace {
 // Invalid values are quoted in messages up to 256 characters.
@@ -37,7 +38,7 @@ uint32_t QMD_PAS_CheckDataNodeValue(QmCheckAux* aux, xmlNode* element) {
       (schemaNode->kind != QMS_NODE_LEAF && schemaNode->kind != QMS_NODE_LEAF_LIST)) {
     return QM_OK;
   }
-  const uint32_t ret = QM_NODE_ValidateValue(schemaNode, QM_INPUT_ELEMENT, element);
+  const uint32_t ret = ValidateValue(schemaNode, QM_INPUT_ELEMENT, element, aux->targets);
   if (ret != QM_OK) QMD_PAS_SetInvalidValueErr(aux, element);
   return ret;
 }

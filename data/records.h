@@ -75,6 +75,7 @@ struct QmCheckAux {
   void* callbackArg;
   uint32_t nesting;              // schema levels that completion or the mandatory check is in
   QmdRunIndex* index;            // NULL: the checks look for themselves
+  QmPointerMap* targets;         // of the leafrefs met so far; NULL: none are kept
   QmKeptConditions* conditions;  // those met so far; NULL: none are kept
 };
 

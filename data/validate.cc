@@ -9,6 +9,7 @@
 #include "data/validate.h"
 
 #include "context/guard.h"
+#include "context/pointer_map.h"
 #include "context/xml_parse.h"
 #include "context/xml_tree.h"
 #include "data/add_defaults.h"
@@ -44,10 +45,19 @@ static uint32_t CheckBoundTree(QmCheckAux* aux, xmlNode* startNode) {
   return ret;
 }
 
+static uint32_t BindTree(QmCheckAux* aux, xmlNode* root) {
+  QmPointerMap targets = {};
+  aux->targets = &targets;
+  const uint32_t ret = QMD_PAS_FlushTreeWithSchema(aux, root);
+  aux->targets = nullptr;
+  FreePointerMap(&targets);
+  return ret;
+}
+
 uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root) {
   if (aux == nullptr || root == nullptr) return QM_INVALID;
   aux->topNode = root->parent;
-  uint32_t ret = QMD_PAS_FlushTreeWithSchema(aux, root);
+  uint32_t ret = BindTree(aux, root);
   if (ret != QM_OK) return ret;
   constexpr uint32_t kMountedAction = QMD_MODE_ACTION_TREE | QMD_MODE_MOUNT_POINT;
   // The action may be one of the mounted schema, which is not known here.

@@ -6,6 +6,8 @@
 #include <qmodel/error.h>
 #include <qmodel/types.h>
 
+#include "context/pointer_map.h"
+
 // Constraint kinds; QmtType::cons holds at most one entry of each, ascending.
 enum QmtConsKind : uint32_t {
   QMT_CONS_DERIVED = 0,
@@ -165,6 +167,7 @@ struct QmtCheckCtx {
   uint32_t unionDepth;     // nested unions; bounds the recursion through fresh contexts
   uint32_t typeLevels;     // types being checked now, fresh contexts included; bounds the stack
   uint32_t* memberBudget;  // member checks left for the whole top-level check; NULL: not yet set
+  QmPointerMap* targets;   // of leafrefs, by their nodes, kept for further checks; NULL: none
 };
 
 static_assert(std::is_standard_layout_v<QmtType> && std::is_trivially_copyable_v<QmtType>);

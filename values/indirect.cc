@@ -5,6 +5,7 @@
 
 #include <qmodel/schema.h>
 
+#include "context/pointer_map.h"
 #include "schema/module_registry.h"
 #include "schema/node_value.h"
 #include "types/type.h"
@@ -19,6 +20,7 @@ static QmtCheckCtx NestedCheckCtx(const QmtCheckCtx* outer) {
   nested.unionDepth = outer->unionDepth;
   nested.typeLevels = outer->typeLevels;
   nested.memberBudget = outer->memberBudget;
+  nested.targets = outer->targets;
   return nested;
 }
 
@@ -155,10 +157,20 @@ uint32_t QMT_CONS_ValidateValueNodeAgainstDataUnion(void* body, uint32_t inputKi
 // chain of leafrefs, so the check of its type meets no further leafref. Whether an
 // instance with the value exists is no matter of the type.
 
+static QmsNode* FindTarget(const QmtCheckCtx* checkCtx) {
+  QmsNode* node = checkCtx->schemaNode;
+  if (checkCtx->targets == nullptr) return QM_NODE_GetLeafrefTargetNode(node, 1);
+  const QmPointerEntry* known = FindPointer(checkCtx->targets, node);
+  if (known != nullptr) return static_cast<QmsNode*>(known->value);
+  QmsNode* target = QM_NODE_GetLeafrefTargetNode(node, 1);
+  static_cast<void>(AddPointer(checkCtx->targets, node, target));  // or it is looked up again
+  return target;
+}
+
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataPath(void* /*body*/, uint32_t inputKind,
                                                    const void* input, QmtCheckCtx* checkCtx) {
   if (checkCtx->schemaNode == nullptr) return QM_VALUE_BAD_LEAFREF;
-  QmsNode* target = QM_NODE_GetLeafrefTargetNode(checkCtx->schemaNode, 1);
+  QmsNode* target = FindTarget(checkCtx);
   QmtType* type = target == nullptr ? nullptr : QMS_NODE_GetLeafSchemaRealType(target);
   if (type == nullptr) return QM_VALUE_BAD_LEAFREF;
   QmtCheckCtx nested = NestedCheckCtx(checkCtx);

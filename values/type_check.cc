@@ -97,27 +97,33 @@ uint32_t QMT_TYPE_ValidateValueNodeAgainstRealType(QmtType* type, uint32_t input
 
 // The check of a leaf's value, and the type of a union that takes it.
 
-static uint32_t CheckValue(QmsNode* node, QmtType* type, uint32_t inputKind, const void* input,
-                           QmtType** matched) {
+static QmtCheckCtx CheckCtxOf(QmsNode* node) {
   QmtCheckCtx check{};
   check.ctx = NodeCtx(node);
   check.schemaNode = node;
-  const uint32_t ret = QMT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, input, &check);
-  *matched = check.matchedType != nullptr ? check.matchedType : type;
-  return ret;
+  return check;
+}
+
+uint32_t ValidateValue(QmsNode* node, uint32_t inputKind, const void* input,
+                       QmPointerMap* targets) {
+  QmtType* type = UsableType(node);
+  if (type == nullptr) return QM_INVALID;
+  QmtCheckCtx check = CheckCtxOf(node);
+  check.targets = targets;
+  return QMT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, input, &check);
 }
 
 uint32_t QM_NODE_ValidateValue(QmsNode* node, uint32_t inputKind, const void* input) noexcept {
-  QmtType* type = UsableType(node);
-  if (type == nullptr) return QM_INVALID;
-  QmtType* matched = nullptr;
-  return CheckValue(node, type, inputKind, input, &matched);
+  return ValidateValue(node, inputKind, input, nullptr);
 }
 
 QmtType* QM_NODE_FindRealTypeMatchedValue(QmsNode* node, uint32_t inputKind,
                                           const void* input) noexcept {
   QmtType* type = UsableType(node);
   if (type == nullptr) return nullptr;
-  QmtType* matched = nullptr;
-  return CheckValue(node, type, inputKind, input, &matched) == QM_OK ? matched : nullptr;
+  QmtCheckCtx check = CheckCtxOf(node);
+  if (QMT_TYPE_ValidateValueNodeAgainstRealType(type, inputKind, input, &check) != QM_OK) {
+    return nullptr;
+  }
+  return check.matchedType != nullptr ? check.matchedType : type;
 }

@@ -15,6 +15,10 @@ constexpr uint32_t kMaxMemberChecks = 65536;
 // unions meet this limit; it keeps the stack small.
 constexpr uint32_t kMaxTypeLevels = 1024;
 
+// QM_NODE_ValidateValue(), which keeps the targets of leafrefs in `targets`, unless that is
+// NULL: while the schema does not change they are the same in each check.
+uint32_t ValidateValue(QmsNode* node, uint32_t inputKind, const void* input, QmPointerMap* targets);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The value check: 0, or the code of the first check that fails; 22 without type or

@@ -236,7 +236,7 @@ static QmConditionPlan* NewPlan(const char* condition, uint32_t tokens) {
   auto* plan =
       static_cast<QmConditionPlan*>(g_qmMemMallocFunc(sizeof(QmConditionPlan) + steps + texts));
   if (plan == nullptr) return nullptr;
-  *plan = {condition, 0, 0, reinterpret_cast<QmPlanStep*>(plan + 1)};
+  *plan = {0, 0, reinterpret_cast<QmPlanStep*>(plan + 1)};
   return plan;
 }
 

@@ -34,9 +34,8 @@ struct QmPlanStep {
 // A condition whose tokens were read once. Since no operator and no step ever passes
 // another by, whatever the data is, its evaluation is always the same sequence.
 struct QmConditionPlan {
-  const char* condition;  // borrowed; what the plan is found by
-  uint32_t count;         // 0: the condition cannot be planned
-  uint32_t height;        // operands at one moment
+  uint32_t count;   // 0: the condition cannot be planned
+  uint32_t height;  // operands at one moment
   QmPlanStep* steps;
 };
 

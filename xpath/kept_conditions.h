@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "context/pointer_map.h"
 #include "schema/records.h"
 #include "xpath/condition_plan.h"
 #include "xpath/records.h"
@@ -18,9 +19,7 @@ struct QmKeptType {
 // hundred thousand entries, and its tokens are the same for all. It belongs to the run
 // and its thread. Zero-filled it is empty.
 struct QmKeptConditions {
-  QmConditionPlan** plans;  // a hash table by the condition's address; NULL: a free slot
-  uint32_t capacity;        // a power of two, or 0
-  uint32_t count;
+  QmPointerMap plans;       // of QmConditionPlan, owned, by the condition's address
   QmXpathObject* operands;  // one more than the highest plan has; none owns its string
   uint32_t height;
   QmKeptType types[16];  // what comparisons asked for last, by the node's address

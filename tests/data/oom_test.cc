@@ -138,6 +138,18 @@ TEST_F(OutOfMemory, ValidRequestFailsOrIsWhole) {
                kBenignOfRequest);
 }
 
+TEST_F(OutOfMemory, LeafrefsAreCheckedWhetherTheirTargetsAreKeptOrNot) {
+  schema_.Load("l", R"yin(<rpc name="r"><input><leaf name="a"><type name="int8"/></leaf>
+    <leaf name="b"><type name="leafref"><path value="../a"/></type></leaf>
+    <leaf-list name="c"><type name="leafref"><path value="../b"/></type></leaf-list>
+    </input></rpc>)yin");
+  constexpr uint64_t kTargets = 1;
+  const std::string valid = "<r xmlns=\"urn:l\"><a>1</a><b>2</b><c>3</c><c>4</c></r>";
+  SweepElement(valid, "valid", valid, kTargets);
+  const std::string text = "<r xmlns=\"urn:l\"><b>2</b><c>3</c><c>400</c></r>";
+  SweepElement(text, "8|/l:r/c[.='400']|c has invalid value 400.|c|-", text);
+}
+
 TEST_F(OutOfMemory, RequestWithFalseMustNeverPasses) {
   const std::string text = "<r xmlns='urn:m'><dec>1</dec><last>x</last></r>";
   SweepElement(text, "18|/m:r|Failed to check must condition of r.|r|-", Document(text).Dump());

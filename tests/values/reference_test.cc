@@ -284,3 +284,41 @@ TEST(Leafref, InsideAUnionNeverAccepts) {
   EXPECT_EQ(QM_VALUE_BAD_UNION, module.CheckText("x", "5"));
   EXPECT_EQ(QM_OK, module.CheckText("y", "5")) << "the next member is tried";
 }
+
+// The targets that a run keeps.
+
+constexpr const char* kLeafrefs =
+    "<leaf name='target'><type name='int8'/></leaf><container name='c'/>"
+    "<leaf name='x'><type name='leafref'><path value='../target'/></type></leaf>"
+    "<leaf name='y'><type name='leafref'><path value='../x'/></type></leaf>"
+    "<leaf name='absent'><type name='leafref'><path value='../none'/></type></leaf>"
+    "<leaf name='circle'><type name='leafref'><path value='../circle'/></type></leaf>"
+    "<leaf name='u'><type name='union'><type name='leafref'><path value='../target'/></type>"
+    "<type name='string'/></type></leaf>";
+
+TEST(KeptTargets, ChangeNoResult) {
+  LeafModule module(kLeafrefs);
+  QmPointerMap targets = {};
+  for (int again = 0; again < 2; ++again) {
+    for (const char* leaf : {"target", "x", "y", "absent", "circle", "u"}) {
+      for (const char* value : {"5", "500", "word"}) {
+        EXPECT_EQ(module.CheckText(leaf, value),
+                  ValidateValue(module.NodeOf(leaf), QMT_INPUT_STRING, value, &targets))
+            << leaf << " " << value;
+      }
+    }
+    EXPECT_EQ(5u, targets.count) << "one for each leaf with a leafref";
+  }
+  FreePointerMap(&targets);
+}
+
+TEST(KeptTargets, ThatThereIsNoMemoryForAreLookedUpAgain) {
+  LeafModule module(kLeafrefs);
+  QmsNode* x = module.NodeOf("x");
+  QmPointerMap targets = {};
+  counting_memory::RefuseNth(1, counting_memory::Refuse::kFromThenOn);
+  EXPECT_EQ(QM_OK, ValidateValue(x, QMT_INPUT_STRING, "5", &targets));
+  EXPECT_EQ(QM_VALUE_BAD_RANGE, ValidateValue(x, QMT_INPUT_STRING, "500", &targets));
+  EXPECT_EQ(2u, counting_memory::StopRefusing());
+  EXPECT_EQ(0u, targets.count);
+}

@@ -202,7 +202,7 @@ TEST(KeptConditions, OfAnyKindHaveTheSameResult) {
     ++statuses[tree.Eval("", condition)];
     if (HasFailure()) break;
   }
-  EXPECT_EQ(4000u, run.kept.count);
+  EXPECT_EQ(4000u, run.kept.plans.count);
   EXPECT_GT(statuses[0], 400);
   EXPECT_GT(statuses[QM_XPATH_FALSE], 400);
   EXPECT_GT(statuses.size(), 10u);
@@ -242,7 +242,7 @@ void ExpectSurvivesRefusal(Tree* tree, const std::string& condition, Refuse mode
       EXPECT_TRUE(first == QM_NO_MEMORY || first == QM_XPATH_BAD_TOKEN) << first;
       EXPECT_GT(refused, 0u);
     }
-    // The table, the record of the tokens and their array come first.
+    // The record of the tokens and their array come first, then the plan.
     EXPECT_TRUE(first == expected || mode != Refuse::kOnce || n > 3);
     if (refused == 0 || testing::Test::HasFailure()) return;
   }
