@@ -98,13 +98,34 @@ Module* ResolvePrefix(Lint* lint, const char* group, const xmlNode* at, std::str
   return nullptr;
 }
 
+// A submodule of version 1 sees what it defines and includes itself (RFC 6020, section
+// 7.2.2); of version 1.1 all that its module has (RFC 7950, section 5.1).
+static void JudgeVisibility(Lint* lint, const xmlNode* at, const xmlNode* definition) {
+  const Module* file = StatementOf(at)->words;
+  const Module* other = StatementOf(definition)->words;
+  if (file->version11 || file->belongsTo.empty() || other == file || !IsGlobal(definition)) return;
+  if (MainModuleOf(StatementOf(definition)->words) != lint->module) return;
+  const bool isIncluded = std::any_of(file->includes.begin(), file->includes.end(),
+                                      [other](const Include& i) { return i.target == other; });
+  if (isIncluded) return;
+  const bool isSubmodule = !other->belongsTo.empty();
+  Error(lint, cls::kLinkage, at,
+        Describe(definition) + " is defined in " + (isSubmodule ? "submodule " : "module ") +
+            Quote(other->name) + ", which submodule " + Quote(file->name) + " does not include",
+        isSubmodule ? "include it; version 1.1 needs no include here"
+                    : "move it into a submodule, or write \"yang-version 1.1;\" in all files");
+}
+
 xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind kind,
                  std::string_view reference, bool stops) {
   const Reference parts = SplitReference(reference);
   Module* module = ResolvePrefix(lint, cls::kLinkage, at, parts.prefix);
   if (module == nullptr) return nullptr;
   xmlNode* found = FindSymbol(at, kind, reference);
-  if (found != nullptr) return found;
+  if (found != nullptr) {
+    JudgeVisibility(lint, at, found);
+    return found;
+  }
   const bool local = module == MainModuleOf(StatementOf(at)->words);
   const bool incomplete =
       module->broken || std::any_of(module->includes.begin(), module->includes.end(),

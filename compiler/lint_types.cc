@@ -210,11 +210,10 @@ void JudgeUnion(Lint* lint, const Module* file, const TypeChain& chain) {
 void JudgeType(Lint* lint, const Module* file, const xmlNode* type) {
   const char* name = ArgumentOf(type);
   if (name == nullptr || !IsIdentifierRef(name, true)) return;
-  const TypeChain chain = ChainOf(type);
-  if (chain.missing == type) {
-    Resolve(lint, cls::kType, type, SymbolKind::kTypedef, name, true);
+  if (FindBuiltIn(name) == BuiltIn::kNone &&
+      Resolve(lint, cls::kType, type, SymbolKind::kTypedef, name, true) == nullptr)
     return;
-  }
+  const TypeChain chain = ChainOf(type);
   if (chain.base == BuiltIn::kNone) return;  // told where it is defined
   for (const xmlNode* s = FirstChild(type); s != nullptr; s = NextSibling(s))
     JudgeHeld(lint, file, chain, s);
