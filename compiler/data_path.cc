@@ -39,7 +39,12 @@ const SchemaNode* HolderOf(const DataCursor& from, const Module* space) {
 
 }  // namespace
 
-DataCursor RootOf(const SchemaView* view, const Module* module) {
+DataCursor RootOf(const SchemaView* view, const SchemaNode* context, const Module* module) {
+  const SchemaNode* top = context == nullptr ? nullptr : TopOf(context);
+  if (top != nullptr && top->keyword == Keyword::kNone) return {view, top, false};
+  // A grouping alone may be one for templates.
+  if (top != nullptr && top->keyword == Keyword::kGrouping && view->hasTemplates)
+    return {view, nullptr, true};
   const auto tree = view->trees.find(module);
   if (tree == view->trees.end()) return {view, nullptr, true};
   return {view, tree->second, false};

@@ -17,8 +17,9 @@ struct DataCursor {
                                      // path leaves a grouping that is looked at alone
 };
 
-// The root, when `module` is whose top-level nodes are asked for.
-DataCursor RootOf(const SchemaView* view, const Module* module);
+// The root for a path from `context`, when `module` is whose top-level nodes are asked for.
+// A template of data is a root of its own.
+DataCursor RootOf(const SchemaView* view, const SchemaNode* context, const Module* module);
 
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name);
 DataCursor StepUp(const DataCursor& from);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "compiler/circle.h"
+#include "compiler/data_template.h"
 #include "compiler/lint_pass.h"
 
 namespace compiler {
@@ -34,7 +35,7 @@ constexpr void (*kFileChecks[])(Lint*, const Module*) = {
 
 // Of a module with all of its files.
 constexpr void (*kModuleChecks[])(Lint*) = {
-    LintNames, LintNodes, LintTargets, LintPaths, LintConditions, LintUnused,
+    LintNames, LintNodes, LintTemplates, LintTargets, LintPaths, LintConditions, LintUnused,
 };
 
 void CollectFile(Module* file, void* arg) {
@@ -47,8 +48,11 @@ void CollectTops(Lint* lint) {
     if (top != nullptr && known.insert(top).second) lint->tops.push_back(top);
   };
   for (const Module* file : lint->files)
-    ForEachStatement(file, Keyword::kGrouping,
-                     [&](xmlNode* s) { add(ViewGrouping(lint->view, s)); });
+    for (const Keyword keyword : {Keyword::kGrouping, Keyword::kNone})
+      ForEachStatement(file, keyword, [&](xmlNode* s) {
+        if (keyword == Keyword::kGrouping || DataTemplateOf(s) != DataTemplate::kNone)
+          add(ViewAlone(lint->view, s));
+      });
   add(lint->view->trees[lint->module]);
   for (const TargetView& augment : lint->view->augments) {
     const Module* words = MainModuleOf(StatementOf(augment.statement)->words);

@@ -55,10 +55,10 @@ DataCursor FollowName(const Condition& condition, const XpathStep& step, const D
   const Module* space = SpaceOf(condition, condition.xpath->Of(step.prefix));
   if (space == nullptr || step.axis != XpathAxis::kChild || step.descendants || from.unknown)
     return Unknown(condition);
-  const DataCursor at = root ? RootOf(condition.lint->view, space) : from;
+  const DataCursor at = root ? RootOf(condition.lint->view, condition.context.node, space) : from;
   const DataCursor next = StepDown(at, space, name);
   if (next.node != nullptr || next.unknown) return next;
-  const bool top = at.node->parent == nullptr;
+  const bool top = at.node->keyword == Keyword::kModule;
   Say(condition,
       "in " + What(condition.statement) + " the path leads nowhere: " +
           (top ? "module " + Quote(space->name) + " has no top-level node "
@@ -185,11 +185,12 @@ void JudgeAll(Lint* lint, const xmlNode* holder, Keyword keyword, const SchemaNo
 // The context node of a condition on a node that data do not show is the next one above
 // that they do.
 const SchemaNode* ContextOf(const SchemaNode* node) {
-  return IsDataNode(node) ? node : DataParent(node);
+  return IsDataNode(node) || node->parent == nullptr ? node : DataParent(node);
 }
 
 void JudgeNode(Lint* lint, const SchemaNode* node) {
-  if (!node->written || node->parent == nullptr) return;
+  const bool isTop = node->parent == nullptr && node->keyword != Keyword::kNone;
+  if (!node->written || isTop) return;
   const SchemaNode* context = ContextOf(node);
   JudgeAll(lint, node->statement, Keyword::kMust, node, context);
   JudgeAll(lint, node->statement, Keyword::kWhen, node, context);

@@ -150,7 +150,8 @@ void JudgeNode(Lint* lint, const SchemaNode* node) {
 Config ConfigOf(const SchemaNode* node) {
   if (node == nullptr) return Config::kTrue;
   if (node->config != 0) return static_cast<Config>(node->config - 1);
-  Config config = IsOperation(node->keyword) ? Config::kNone : ConfigOf(node->parent);
+  const bool hasNone = IsOperation(node->keyword) || node->keyword == Keyword::kNone;
+  Config config = hasNone ? Config::kNone : ConfigOf(node->parent);
   if (config != Config::kNone) {
     const char* value = PropertyOf(node, Keyword::kConfig);
     if (value != nullptr) {

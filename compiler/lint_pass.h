@@ -133,6 +133,7 @@ void LintTypes(Lint* lint, const Module* file);
 void LintRestrictions(Lint* lint, const Module* file);
 void LintDefaults(Lint* lint, const Module* file);
 void LintNodes(Lint* lint);
+void LintTemplates(Lint* lint);
 void LintTargets(Lint* lint);
 void LintDeviations(Lint* lint, const Module* file);
 void LintPaths(Lint* lint);

@@ -69,7 +69,7 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
     Module* first = leafref.node->space;
     if (!path.steps.empty() && !path.steps[0].prefix.empty())
       first = ResolvePrefix(lint, cls::kPath, leafref.path, path.Of(path.steps[0].prefix));
-    cursor = RootOf(lint->view, first);
+    cursor = RootOf(lint->view, leafref.node, first);
     if (cursor.unknown) return nullptr;
   }
   for (uint32_t i = 0; i < path.ups; ++i) {

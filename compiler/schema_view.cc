@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "compiler/data_template.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
 
@@ -308,17 +309,21 @@ TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement) {
   return target;
 }
 
-SchemaNode* ViewGrouping(SchemaView* view, xmlNode* grouping) {
-  const auto known = view->groupings.find(grouping);
-  if (known != view->groupings.end()) return known->second;
+SchemaNode* ViewAlone(SchemaView* view, xmlNode* holder) {
+  const auto known = view->alone.find(holder);
+  if (known != view->alone.end()) return known->second;
   Builder builder;
   builder.view = view;
-  builder.space = MainModuleOf(StatementOf(grouping)->words);
-  SchemaNode* top = MakeNode(&builder, grouping, Keyword::kGrouping, nullptr);
-  view->groupings.emplace(grouping, top);
+  builder.space = MainModuleOf(StatementOf(holder)->words);
+  const DataTemplate kind = DataTemplateOf(holder);
+  const bool isRoot = kind == DataTemplate::kYangData || kind == DataTemplate::kStructure;
+  SchemaNode* top =
+      MakeNode(&builder, holder, isRoot ? Keyword::kNone : Keyword::kGrouping, nullptr);
+  view->alone.emplace(holder, top);
+  view->hasTemplates = view->hasTemplates || kind != DataTemplate::kNone;
   if (top == nullptr) return nullptr;
-  builder.open.push_back(grouping);
-  Expand(&builder, grouping, top);
+  builder.open.push_back(holder);
+  Expand(&builder, holder, top);
   return top;
 }
 
@@ -379,7 +384,7 @@ const SchemaNode* TopOf(const SchemaNode* node) noexcept {
 
 bool IsDataNode(const SchemaNode* node) noexcept {
   return !IsTransparent(node) && node->keyword != Keyword::kModule &&
-         node->keyword != Keyword::kGrouping;
+         node->keyword != Keyword::kGrouping && node->keyword != Keyword::kNone;
 }
 
 bool HasHole(const SchemaView& view, const SchemaNode* node) {

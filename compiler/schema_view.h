@@ -23,7 +23,7 @@ using ChildrenByName = std::unordered_map<std::string_view, std::vector<SchemaNo
 struct SchemaNode {
   xmlNode* statement = nullptr;      // of a case that is not written: that of its only child;
                                      // of an input or output that is not: that of the rpc
-  Keyword keyword = Keyword::kNone;  // kModule and kGrouping: the top of a tree
+  Keyword keyword = Keyword::kNone;  // kModule, kGrouping, kNone (of data): the top of a tree
   Module* space = nullptr;           // whose namespace the node has
   const char* name = "";
   SchemaNode* parent = nullptr;
@@ -54,10 +54,10 @@ struct TargetView {
 struct SchemaView {
   std::deque<SchemaNode> nodes;
   std::unordered_map<const Module*, SchemaNode*> trees;
-  std::vector<const Module*> order;                           // of the trees
-  std::unordered_map<const xmlNode*, SchemaNode*> groupings;  // those looked at alone
-  std::deque<TargetView> augments;                            // of modules
-  std::deque<TargetView> inner;                               // augments and refines of `uses`
+  std::vector<const Module*> order;                       // of the trees
+  std::unordered_map<const xmlNode*, SchemaNode*> alone;  // groupings and templates of data
+  std::deque<TargetView> augments;                        // of modules
+  std::deque<TargetView> inner;                           // augments and refines of `uses`
   std::deque<TargetView> uses;  // each `uses`, the target being the node it stands in
   std::unordered_map<const SchemaNode*, bool> holes;  // nodes with a `uses` not found
   // Data children by name of the nodes that were asked for one, once all trees stand.
@@ -65,6 +65,7 @@ struct SchemaView {
                              std::unordered_multimap<std::string_view, SchemaNode*>>
       dataChildren;
   mutable std::unordered_map<const SchemaNode*, bool> open;  // kept by StepDown()
+  bool hasTemplates = false;                                 // of data: `alone` has some
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 
@@ -79,8 +80,10 @@ void AddToView(SchemaView* view, Module* module);
 // Where the path of an augment or deviation of a module leads, as far as the trees know.
 TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement);
 
-// The tree of a grouping by itself; its top is a node of kind kGrouping.
-SchemaNode* ViewGrouping(SchemaView* view, xmlNode* grouping);
+// The tree of a grouping by itself, its top a node of kind kGrouping; or that of a template
+// of data: of kind kNone, where it is the root for its nodes, kGrouping where it augments
+// another.
+SchemaNode* ViewAlone(SchemaView* view, xmlNode* holder);
 
 // The property `keyword` of a node as the last refine left it; NULL: it has none.
 const char* PropertyOf(const SchemaNode* node, Keyword keyword) noexcept;
