@@ -21,13 +21,13 @@ static uint32_t OpenLeaflist(QmdWalk* /*walk*/, xmlNode* /*dataParent*/, QmsNode
 // added to.
 static uint32_t OpenAction(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                            QmdLevel* level) {
-  if (walk->count == 0) OpenChildren(level, schemaNode, dataParent);
+  if (walk->count == 0) OpenChildren(walk, level, schemaNode, dataParent);
   return QM_OK;
 }
 
-static uint32_t OpenChoice(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+static uint32_t OpenChoice(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                            QmdLevel* level) {
-  static_cast<void>(OpenBranch(level, schemaNode, dataParent));
+  static_cast<void>(OpenBranch(walk, level, schemaNode, dataParent));
   return QM_OK;
 }
 
@@ -66,14 +66,16 @@ uint32_t QMD_PAS_CompleteSubTree(QmCheckAux* aux, xmlNode* dataParent, QmsNode* 
     return QM_INVALID;
   }
   QmdWalk walk;
-  InitSchemaWalk(&walk, aux, g_qmdCompleteFuncTbl, CloseDefaultContainer, outAdded);
+  InitSchemaWalk(&walk, aux, QMD_PHASE_COMPLETE, g_qmdCompleteFuncTbl, CloseDefaultContainer,
+                 outAdded);
   return WalkSchemaNode(&walk, dataParent, schemaNode);
 }
 
 static uint32_t CompleteAs(QmdOpenFunc open, QmCheckAux* aux, xmlNode* dataParent,
                            QmsNode* schemaNode, uint32_t* outAdded) {
   QmdWalk walk;
-  InitSchemaWalk(&walk, aux, g_qmdCompleteFuncTbl, CloseDefaultContainer, outAdded);
+  InitSchemaWalk(&walk, aux, QMD_PHASE_COMPLETE, g_qmdCompleteFuncTbl, CloseDefaultContainer,
+                 outAdded);
   return WalkSchemaNodeAs(&walk, open, dataParent, schemaNode);
 }
 

@@ -8,6 +8,7 @@
 
 #include "context/xml_tree.h"
 #include "data/schema_children.h"
+#include "schema/node.h"
 #include "schema/node_walk.h"
 
 void OpenInstance(QmdRunIndex* index, QmdParent* parent, const xmlNode* element) {
@@ -36,12 +37,11 @@ static void NoteInTrack(const QmdParent* parent, QmdChild* child) {
   track->last = child;
 }
 
-static void NoteInChoices(const QmdParent* parent, QmdChild* child) {
+static void NoteInChoices(const QmdParent* parent, const QmdChild* child) {
   QmsNode* branch = child->branch;
   for (QmdChoice* choice = child->choice; choice != nullptr; choice = choice->outer) {
     if (choice->stamp != parent->stamp) {
       choice->stamp = parent->stamp;
-      choice->first = child;
       choice->branch = branch;
       choice->isMixed = false;
     } else if (choice->branch != branch) {
@@ -129,4 +129,11 @@ xmlNode* FirstThatFollows(const QmdParent* parent, const QmdChild* child) {
     track->ahead = track->ahead->ahead;
   }
   return track->ahead == nullptr ? nullptr : track->ahead->first;
+}
+
+bool MayHaveBelow(const QmCheckAux* aux, const QmsNode* schemaNode, uint32_t condition) {
+  if (aux->index == nullptr || aux->index->isPartial) return true;
+  if (IsLeafOrLeafList(schemaNode)) return false;
+  const QmdParent* parent = FindParent(aux->index, schemaNode);
+  return parent == nullptr || !parent->isBuilt || (parent->below & condition) != 0;
 }

@@ -51,3 +51,7 @@ bool IsInTheCase(const QmdParent* parent, const QmdChild* child);
 // The first element that follows the child in the schema; NULL when none does. To be
 // asked in the order of the schema.
 xmlNode* FirstThatFollows(const QmdParent* parent, const QmdChild* child);
+
+// Whether an element below one that is bound to the schema node can have a condition of
+// that kind, QMD_CHILD_WHEN or QMD_CHILD_MUST; true also where that is not known.
+bool MayHaveBelow(const QmCheckAux* aux, const QmsNode* schemaNode, uint32_t condition);

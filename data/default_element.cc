@@ -8,28 +8,21 @@
 
 #include "context/guard.h"
 #include "context/xml_tree.h"
+#include "data/bound_children.h"
 #include "data/data_node.h"
 #include "data/default_list.h"
 #include "data/node_check.h"
+#include "data/schema_steps.h"
 #include "platform/string.h"
 #include "xpath/bound_value.h"
 
 using NewElement = QmOwn<RemoveNode>;
 
-// The first sibling that can follow `added`: all of them, unless a default that
-// stands before it in the schema was placed under the same parent.
-static xmlNode* FirstCandidate(const QmdPlace* place, xmlNode* added, QmsNode* schemaNode) {
-  if (place->parent != added->parent || !FollowsInSchema(place->schemaNode, schemaNode)) {
-    return FirstElement(added->parent->children);
-  }
-  return place->follower != nullptr ? place->follower : added;
-}
-
 // The first sibling before `added` that follows it in the schema. Entries of one
 // list stand in runs, so what held for one entry is not asked again for the next.
-static xmlNode* FirstFollower(const QmdPlace* place, xmlNode* added, QmsNode* schemaNode) {
+static xmlNode* SearchFollower(xmlNode* added, QmsNode* schemaNode) {
   const QmsNode* asked = nullptr;
-  xmlNode* sibling = FirstCandidate(place, added, schemaNode);
+  xmlNode* sibling = FirstElement(added->parent->children);
   for (; sibling != added; sibling = FirstElement(sibling->next)) {
     const QmsNode* siblingSchema = BoundSchema(sibling);
     if (siblingSchema == nullptr || siblingSchema == asked) continue;
@@ -41,11 +34,19 @@ static xmlNode* FirstFollower(const QmdPlace* place, xmlNode* added, QmsNode* sc
 }
 
 // A new element stands last until it is placed.
-static void MarkAndPlace(QmCheckAux* aux, xmlNode* added, QmsNode* schemaNode) {
+static void MarkAndPlace(const QmdWalk* walk, xmlNode* added, QmsNode* schemaNode) {
+  const QmdChild* child = walk->step.child;
+  xmlNode* follower =
+      child != nullptr ? FirstThatFollows(walk->holder, child) : SearchFollower(added, schemaNode);
   added->line = kQmdDefaultLine;
-  xmlNode* follower = FirstFollower(&aux->place, added, schemaNode);
-  aux->place = {added->parent, schemaNode, follower};
   if (follower != nullptr) static_cast<void>(xmlAddPrevSibling(follower, added));
+}
+
+static bool HasNamesakeOf(const QmdWalk* walk, const xmlNode* dataParent,
+                          const QmsNode* schemaNode) {
+  const QmdChild* child = walk->step.child;
+  return child != nullptr ? HasNamesake(walk->holder, child)
+                          : FindChildElement(dataParent, schemaNode->name) != nullptr;
 }
 
 // The default of an identityref is kept with a module name where XML wants a
@@ -64,58 +65,74 @@ static uint32_t DeclareValuePrefix(xmlNode* added, const QmsNode* schemaNode, co
   return DeclareNamespace(added, ns, prefix.Get()) == nullptr ? QM_NO_MEMORY : QM_OK;
 }
 
-static uint32_t AddDefaultLeaf(QmCheckAux* aux, xmlNode* dataParent, QmsNode* schemaNode,
+static void NoteAddedOf(const QmCheckAux* aux, QmdParent* parent, QmdChild* child, xmlNode* added) {
+  if (child != nullptr) {
+    NoteAddedChild(aux->index, parent, child, added);
+  } else if (aux->index != nullptr) {
+    aux->index->isPartial = true;
+  }
+}
+
+static uint32_t AddDefaultLeaf(const QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                                const char* value) {
   NewElement leaf(QMD_PAS_AddNewChildNodeWithValue(dataParent, schemaNode, value));
   if (!leaf) return QM_NO_MEMORY;
-  MarkAndPlace(aux, leaf.Get(), schemaNode);
+  MarkAndPlace(walk, leaf.Get(), schemaNode);
   if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
     const uint32_t ret = DeclareValuePrefix(leaf.Get(), schemaNode, value);
     if (ret != QM_OK) return ret;
   }
-  const uint32_t ret = QMD_PAS_AddDefaultNodeToList(&aux->defaultList, leaf.Get());
-  if (ret == QM_OK) static_cast<void>(leaf.Release());
-  return ret;
+  const uint32_t ret = QMD_PAS_AddDefaultNodeToList(&walk->aux->defaultList, leaf.Get());
+  if (ret != QM_OK) return ret;
+  NoteAddedOf(walk->aux, walk->holder, walk->step.child, leaf.Release());
+  return QM_OK;
 }
 
 uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                           QmdLevel* /*level*/) {
   if (schemaNode->payload == nullptr) return QM_INVALID;
-  const char* value = QM_NODE_GetDefaultValueStr(schemaNode);
-  if (value == nullptr || FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
-  const uint32_t ret = AddDefaultLeaf(walk->aux, dataParent, schemaNode, value);
+  QmdChild* child = walk->step.child;
+  const char* value = child != nullptr ? DefaultOf(child) : QM_NODE_GetDefaultValueStr(schemaNode);
+  if (value == nullptr || HasNamesakeOf(walk, dataParent, schemaNode)) return QM_OK;
+  const uint32_t ret = AddDefaultLeaf(walk, dataParent, schemaNode, value);
   if (ret == QM_OK) NoteAdded(walk);
   return ret;
 }
 
 static uint32_t MakeContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  level->made = QMD_NODE_CreateNewChildNode(dataParent, schemaNode);
-  if (level->made == nullptr) return QM_NO_MEMORY;
-  MarkAndPlace(walk->aux, level->made, schemaNode);
-  OpenChildren(level, schemaNode, level->made);
+  xmlNode* made = QMD_NODE_CreateNewChildNode(dataParent, schemaNode);
+  if (made == nullptr) return QM_NO_MEMORY;
+  MarkAndPlace(walk, made, schemaNode);
+  OpenMade(walk, level, schemaNode, made);
+  level->made = made;
   return QM_OK;
 }
 
 uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  if (OpenExisting(level, schemaNode, dataParent)) return QM_OK;
+  if (OpenExisting(walk, level, schemaNode, dataParent)) return QM_OK;
   // A namesake of another module counts as existing, and nothing in it is ours.
-  if (FindChildElement(dataParent, schemaNode->name) != nullptr) return QM_OK;
+  if (HasNamesakeOf(walk, dataParent, schemaNode)) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0 || schemaNode->firstChild == nullptr) {
     return QM_OK;
   }
+  QmdChild* child = walk->step.child;
+  if (child != nullptr && IsIdleWhenMissing(walk->aux, walk->phase, child)) return QM_OK;
   return MakeContainer(walk, dataParent, schemaNode, level);
 }
 
 uint32_t CloseDefaultContainer(QmdWalk* walk, const QmdLevel* level, uint32_t ret) {
   NewElement container(level->made);
+  if (container) ForgetMade(level);
   if (container && ret == QM_OK && level->added) {
     ret = QMD_PAS_AddDefaultNodeToList(&walk->aux->defaultList, container.Get());
   }
   if (container && ret != QM_OK) return ret;
   if (level->added) {
-    static_cast<void>(container.Release());
+    if (container) {
+      NoteAddedOf(walk->aux, level->around, level->self.child, container.Release());
+    }
     NoteAdded(walk);
   }
   return ret;

@@ -10,9 +10,11 @@
 
 #include "context/guard.h"
 #include "context/xml_tree.h"
+#include "data/bound_children.h"
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/must.h"
+#include "data/schema_steps.h"
 #include "data/schema_walk.h"
 #include "data/when.h"
 #include "xpath/child_lookup.h"
@@ -38,7 +40,11 @@ static void ReportMissingElement(QmCheckAux* aux, xmlNode* dataParent, const Qms
 static uint32_t CheckDataNode(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* /*level*/) {
   if (QM_NODE_IsMandatory(schemaNode) == 0) return QM_OK;
-  if (QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode) != nullptr) return QM_OK;
+  const QmdChild* child = walk->step.child;
+  if (child != nullptr ? HasElement(walk->holder, child)
+                       : QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, schemaNode) != nullptr) {
+    return QM_OK;
+  }
   uint32_t wanted = 0;
   {
     TemporaryElement missing(AddTemporary(dataParent, schemaNode));
@@ -58,15 +64,17 @@ static uint32_t OpenMissingContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode
   uint32_t wanted = 0;
   const uint32_t ret = QMD_PAS_EvalDataNodeWhenCond(walk->aux, missing.Get(), &wanted);
   if (ret != QM_OK || wanted == 0) return ret;
+  OpenMade(walk, level, schemaNode, missing.Get());
   level->made = missing.Release();
-  OpenChildren(level, schemaNode, level->made);
   return QM_OK;
 }
 
 static uint32_t OpenContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  if (OpenExisting(level, schemaNode, dataParent)) return QM_OK;
+  if (OpenExisting(walk, level, schemaNode, dataParent)) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0) return QM_OK;
+  QmdChild* child = walk->step.child;
+  if (child != nullptr && IsIdleWhenMissing(walk->aux, walk->phase, child)) return QM_OK;
   return OpenMissingContainer(walk, dataParent, schemaNode, level);
 }
 
@@ -80,16 +88,16 @@ static void ReportMissingChoice(QmCheckAux* aux, xmlNode* dataParent, const QmsN
 
 static uint32_t OpenChoice(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                            QmdLevel* level) {
-  if (OpenBranch(level, schemaNode, dataParent)) return QM_OK;
+  if (OpenBranch(walk, level, schemaNode, dataParent)) return QM_OK;
   if (QM_NODE_IsMandatory(schemaNode) == 0) return QM_OK;
   ReportMissingChoice(walk->aux, dataParent, schemaNode);
   return QM_INVALID;
 }
 
-static uint32_t OpenInputOfRpc(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+static uint32_t OpenInputOfRpc(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                                QmdLevel* level) {
   QmsNode* input = QMD_PAS_GetRpcSubTreeInputMdl(schemaNode);
-  if (input != nullptr) OpenChildren(level, input, dataParent);
+  if (input != nullptr) OpenChildren(walk, level, input, dataParent);
   return QM_OK;
 }
 
@@ -112,7 +120,9 @@ constexpr QmdOpenFunc g_qmdMandatoryFuncTbl[QMS_NODE_KIND_COUNT] = {
 };
 
 static uint32_t CloseTemporary(QmdWalk* /*walk*/, const QmdLevel* level, uint32_t ret) {
-  if (level->made != nullptr) RemoveTemporary(level->made);
+  if (level->made == nullptr) return ret;
+  ForgetMade(level);
+  RemoveTemporary(level->made);
   return ret;
 }
 
@@ -121,7 +131,7 @@ uint32_t QM_PAS_CheckSubtreeMandatory(QmCheckAux* aux, xmlNode* dataParent,
   if (aux == nullptr || dataParent == nullptr || schemaNode == nullptr) return QM_INVALID;
   QmdWalk walk;
   uint32_t added = 0;
-  InitSchemaWalk(&walk, aux, g_qmdMandatoryFuncTbl, CloseTemporary, &added);
+  InitSchemaWalk(&walk, aux, QMD_PHASE_MANDATORY, g_qmdMandatoryFuncTbl, CloseTemporary, &added);
   return WalkSchemaNode(&walk, dataParent, schemaNode);
 }
 
@@ -134,7 +144,7 @@ static uint32_t CheckAs(QmdOpenFunc open, QmCheckAux* aux, xmlNode* dataParent,
                         QmsNode* schemaNode) {
   QmdWalk walk;
   uint32_t added = 0;
-  InitSchemaWalk(&walk, aux, g_qmdMandatoryFuncTbl, CloseTemporary, &added);
+  InitSchemaWalk(&walk, aux, QMD_PHASE_MANDATORY, g_qmdMandatoryFuncTbl, CloseTemporary, &added);
   return WalkSchemaNodeAs(&walk, open, dataParent, schemaNode);
 }
 

@@ -8,6 +8,7 @@
 #include "data/must.h"
 
 #include "context/xml_tree.h"
+#include "data/bound_children.h"
 #include "data/error.h"
 #include "data/schema_query.h"
 #include "data/when.h"
@@ -59,7 +60,8 @@ static uint32_t EvalAndStep(QmCheckAux* aux, const xmlNode* root, xmlNode* node,
     return QM_OK;
   }
   const bool skip =
-      schemaNode != nullptr && QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0;
+      schemaNode != nullptr && (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0 ||
+                                !MayHaveBelow(aux, schemaNode, QMD_CHILD_MUST));
   *next = skip ? NextElementBeyond(root, node) : NextElement(root, node);
   return ret;
 }
@@ -80,6 +82,8 @@ uint32_t QMD_PAS_EvalDataSubtreeMust(QmCheckAux* aux, xmlNode* node) {
 }
 
 uint32_t QMD_PAS_EvalAllChildDataNodeMust(QmCheckAux* aux, xmlNode* node) {
+  const QmsNode* schemaNode = BoundSchema(node);
+  if (schemaNode != nullptr && !MayHaveBelow(aux, schemaNode, QMD_CHILD_MUST)) return QM_OK;
   return EvalFrom(aux, node, FirstElement(node->children));
 }
 

@@ -40,14 +40,6 @@ struct QmDefaultNodeEntry {
   };
 };
 
-// Where the default before went. Defaults of one parent come in the order of the
-// schema, so what follows the next one does not stand before what followed it.
-struct QmdPlace {
-  const xmlNode* parent;  // NULL: nothing is known
-  QmsNode* schemaNode;    // of the default that was placed
-  xmlNode* follower;      // the element that it stands before; NULL when it stands last
-};
-
 enum QmdModeFlag : uint32_t {
   QMD_MODE_RPC = 1,
   QMD_MODE_NOTIF = 2,
@@ -70,7 +62,6 @@ struct QmCheckAux {
   xmlNode* actionNode;             // the action element of a data tree that holds one
   QmErrNode* err;                  // NULL until a check fails
   QmDefaultNodeEntry defaultList;  // sentinel; latest addition first
-  QmdPlace place;                  // known for the parent that is being completed
   QmDefaultNodeFunc defaultNodeCallback;
   void* callbackArg;
   uint32_t nesting;              // schema levels that completion or the mandatory check is in

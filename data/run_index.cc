@@ -55,9 +55,18 @@ static bool TakeBlock(QmdRunIndex* index, size_t size) {
   return true;
 }
 
+static size_t Aligned(size_t size) {
+  return (size + kAlignment - 1) / kAlignment * kAlignment;
+}
+
+void GiveBackBytes(QmdRunIndex* index, void* bytes, size_t size, size_t used) {
+  index->free = static_cast<char*>(bytes) + Aligned(used);
+  index->freeBytes += Aligned(size) - Aligned(used);
+}
+
 void* IndexBytes(QmdRunIndex* index, size_t size) {
   if (index->isOff) return nullptr;
-  size = (size + kAlignment - 1) / kAlignment * kAlignment;
+  size = Aligned(size);
   if (size > index->freeBytes && !TakeBlock(index, size)) {
     index->isOff = true;
     return nullptr;

@@ -27,8 +27,8 @@ enum QmdChildFlag : uint32_t {
   QMD_CHILD_MUST = 8,      // has must statements
   QMD_CHILD_PLAIN = 16,    // a leaf or leaf-list: text is all that it may hold
   QMD_CHILD_DEFAULT = 32,  // its default is known: `defaultValue`, which may be NULL
-  // What the steps of a missing container would do, once it is known: nothing, for
-  // QmdPhase 0 and 1, or something.
+  // Whether a walk has nothing to do where the container is missing, for each QmdPhase,
+  // once it is known.
   QMD_CHILD_IDLE = 64,
   QMD_CHILD_BUSY = 256
 };
@@ -50,13 +50,14 @@ struct QmdTrack {
 // A choice among the data children of a schema parent.
 struct QmdChoice {
   QmsNode* node;
-  QmdChoice* outer;      // the choice that it lies in, or NULL
-  QmsNode* outerBranch;  // and where
+  QmdChoice* outer;        // the choice that it lies in, or NULL
+  QmsNode* outerBranch;    // and where
+  QmsNode* defaultBranch;  // once it is known; may be NULL
+  bool isDefaultKnown;
   // Of the present instance.
   uint32_t stamp;
   bool isMixed;     // there are elements of several branches
-  QmdChild* first;  // the child of the first element that lies in the choice
-  QmsNode* branch;  // and its branch
+  QmsNode* branch;  // of the first element that lies in the choice
 };
 
 // A data child of a schema parent.
@@ -159,6 +160,8 @@ void FreeRunIndex(QmdRunIndex* index);
 // Zero-filled memory that lasts as long as the index; NULL when there is no more, and
 // then the index is off.
 void* IndexBytes(QmdRunIndex* index, size_t size);
+// Of the bytes that were taken last, gives back all but the first `used` ones.
+void GiveBackBytes(QmdRunIndex* index, void* bytes, size_t size, size_t used);
 
 // What is known of a schema node with children, or NULL; and the same made first if need
 // be, with its holder but without children. NULL when the index cannot hold it.

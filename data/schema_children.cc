@@ -105,7 +105,8 @@ static void FillChild(ChildWalk* walk, QmsNode* node, uint32_t order) {
 }
 
 static void VisitChild(ChildWalk* walk, QmsNode* node) {
-  if (node->module == nullptr || node->module->name == nullptr || node->name == nullptr) {
+  const QmsModule* module = node->module;
+  if (module == nullptr || module->name == nullptr || module->ns == nullptr || !node->name) {
     walk->isOdd = true;
   } else if (walk->fills) {
     FillChild(walk, node, walk->childCount);
@@ -274,14 +275,20 @@ QmdChild* FindChild(const QmdParent* parent, const char* moduleName, const char*
 
 QmdChild* FindChildOfNode(const QmdParent* parent, const QmsNode* node) {
   if (parent->table != nullptr) {
-    QmdChild* child =
-        node->module == nullptr || node->module->name == nullptr || node->name == nullptr
-            ? nullptr
-            : FindChild(parent, node->module->name, node->name);
+    if (node->module == nullptr || node->name == nullptr) return nullptr;
+    QmdChild* child = FindChild(parent, node->module->name, node->name);
     return child != nullptr && child->node == node ? child : nullptr;
   }
   for (uint32_t i = 0; i < parent->childCount; ++i) {
     if (parent->children[i].node == node) return &parent->children[i];
   }
   return nullptr;
+}
+
+QmdChoice* FindChoiceOfNode(const QmdParent* parent, QmsNode* node) {
+  const QmsNode* first = QMS_NODE_GetFirstSlibingDataTreeNode(node->firstChild, node);
+  const QmdChild* child = first == nullptr ? nullptr : FindChildOfNode(parent, first);
+  QmdChoice* choice = child == nullptr ? nullptr : child->choice;
+  while (choice != nullptr && choice->node != node) choice = choice->outer;
+  return choice;
 }

@@ -15,3 +15,6 @@ void IndexChildren(QmdRunIndex* index, QmdParent* parent);
 // a node that another one of its module and name stands before.
 QmdChild* FindChild(const QmdParent* parent, const char* moduleName, const char* name);
 QmdChild* FindChildOfNode(const QmdParent* parent, const QmsNode* node);
+// A choice among the children, by its node and the first child that lies in it; NULL when
+// that is not found.
+QmdChoice* FindChoiceOfNode(const QmdParent* parent, QmsNode* node);

@@ -10,17 +10,22 @@
 
 #include "context/memory.h"
 #include "context/xml_tree.h"
+#include "data/bound_children.h"
 #include "data/data_node.h"
 #include "data/schema_query.h"
+#include "data/schema_steps.h"
 
 static_assert(std::is_trivially_copyable_v<QmdLevel>, "the levels move when their block grows");
 
-void InitSchemaWalk(QmdWalk* walk, QmCheckAux* aux, const QmdOpenFunc* openByKind,
+void InitSchemaWalk(QmdWalk* walk, QmCheckAux* aux, uint32_t phase, const QmdOpenFunc* openByKind,
                     QmdCloseFunc close, uint32_t* outAdded) {
   walk->aux = aux;
+  walk->phase = phase;
   walk->openByKind = openByKind;
   walk->close = close;
   walk->outAdded = outAdded;
+  walk->step = QmdStep{};
+  walk->holder = nullptr;
   walk->levels = walk->inPlace;
   walk->count = 0;
   walk->capacity = kQmdLevelsInPlace;
@@ -54,42 +59,73 @@ void NoteAdded(QmdWalk* walk) {
   }
 }
 
-void OpenChildren(QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent) {
+void OpenMade(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* made) {
+  *level = QmdLevel{};
   level->schemaNode = schemaNode;
   level->next = schemaNode->firstChild;
-  level->dataParent = dataParent;
+  level->dataParent = made;
+  level->self = walk->step;
+  level->around = walk->holder;
+  level->steps = StepsBelow(walk->aux, walk->phase, schemaNode, made, &level->holder);
 }
 
-uint32_t OpenChildrenInParent(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* schemaNode,
+void OpenChildren(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent) {
+  OpenMade(walk, level, schemaNode, dataParent);
+  if (level->steps != nullptr && level->steps->count == 0) level->schemaNode = nullptr;
+}
+
+void ForgetMade(const QmdLevel* level) {
+  if (level->steps != nullptr) level->holder->instance = nullptr;
+}
+
+uint32_t OpenChildrenInParent(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  OpenChildren(level, schemaNode, dataParent);
+  OpenChildren(walk, level, schemaNode, dataParent);
   return QM_OK;
 }
 
-bool OpenExisting(QmdLevel* level, QmsNode* container, xmlNode* dataParent) {
+// The first element of the node that is being opened.
+static xmlNode* FirstElementOf(const QmdWalk* walk, xmlNode* dataParent, const QmsNode* node) {
+  if (walk->step.child != nullptr) return FirstOfChild(walk->holder, walk->step.child);
+  return QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, node);
+}
+
+bool OpenExisting(QmdWalk* walk, QmdLevel* level, QmsNode* container, xmlNode* dataParent) {
   if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(container) != 0) return true;
-  xmlNode* existing = QMD_NODE_GetChildNodeWithSpecifyMdl(dataParent, container);
-  if (existing != nullptr) OpenChildren(level, container, existing);
+  xmlNode* existing = FirstElementOf(walk, dataParent, container);
+  if (existing != nullptr) OpenChildren(walk, level, container, existing);
   return existing != nullptr;
 }
 
-bool OpenBranch(QmdLevel* level, QmsNode* choice, xmlNode* dataParent) {
+static QmsNode* FindBranch(const QmdWalk* walk, QmsNode* choice, const xmlNode* dataParent) {
+  QmdChoice* known = walk->step.choice;
+  if (known != nullptr) {
+    return known->stamp == walk->holder->stamp ? known->branch : DefaultBranchOf(known);
+  }
   QmsNode* branch = QMD_NODE_GetChoiceInstanceCaseBranch(dataParent, choice);
-  if (branch == nullptr) branch = QMD_MDL_GetChoiceDefaultChildNode(choice);
+  return branch != nullptr ? branch : QMD_MDL_GetChoiceDefaultChildNode(choice);
+}
+
+bool OpenBranch(QmdWalk* walk, QmdLevel* level, QmsNode* choice, xmlNode* dataParent) {
+  QmsNode* branch = FindBranch(walk, choice, dataParent);
   if (branch == nullptr) return false;
+  *level = QmdLevel{};
   level->schemaNode = choice;
   level->next = branch;
   level->dataParent = dataParent;
   level->isBranch = true;
+  if (walk->step.choice != nullptr) level->holder = walk->holder;
   return true;
 }
 
-uint32_t OpenEntries(QmdWalk* /*walk*/, xmlNode* dataParent, QmsNode* list, QmdLevel* level) {
+uint32_t OpenEntries(QmdWalk* walk, xmlNode* dataParent, QmsNode* list, QmdLevel* level) {
   if (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(list) != 0) return QM_OK;
-  xmlNode* entry = NextBoundSibling(dataParent->children, list);
+  const QmdChild* child = walk->step.child;
+  xmlNode* entry = FirstElementOf(walk, dataParent, list);
   if (entry == nullptr) return QM_OK;
-  OpenChildren(level, list, entry);
+  OpenChildren(walk, level, list, entry);
   level->isList = true;
+  level->entriesLeft = child == nullptr ? UINT32_MAX : child->count - 1;
   return QM_OK;
 }
 
@@ -98,10 +134,9 @@ static uint32_t OpenLevel(QmdWalk* walk, QmdOpenFunc open, xmlNode* dataParent, 
                           bool isCounted) {
   if (!HasRoom(walk)) return QM_NO_MEMORY;
   QmdLevel* level = &walk->levels[walk->count];
-  *level = QmdLevel{};
+  level->schemaNode = nullptr;
   const uint32_t ret = open(walk, dataParent, schemaNode, level);
   if (level->schemaNode == nullptr) return ret;
-  level->outer = walk->aux->place;
   level->isCounted = isCounted;
   ++walk->count;
   if (isCounted) ++walk->aux->nesting;
@@ -118,41 +153,51 @@ static uint32_t EnterNode(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNod
   return OpenLevel(walk, open, dataParent, schemaNode, true);
 }
 
-static bool StepToNextEntry(QmdLevel* level, const QmdPlace* place) {
+// The next entry may be of a form that the index does not know, as the first one was not.
+static bool StepToNextEntry(const QmdWalk* walk, QmdLevel* level) {
+  if (level->entriesLeft == 0) return false;
   xmlNode* entry = NextBoundSibling(level->dataParent->next, level->schemaNode);
   if (entry == nullptr) return false;
+  --level->entriesLeft;
   level->dataParent = entry;
   level->next = level->schemaNode->firstChild;
-  level->outer = *place;
+  level->at = 0;
+  level->steps = StepsBelow(walk->aux, walk->phase, level->schemaNode, entry, &level->holder);
   return true;
 }
 
-// How far the defaults of a parent came is of no use for those of another one. What
-// has no element, as a case, completes its caller's parent and passes it on.
 static uint32_t LeaveTopLevel(QmdWalk* walk, uint32_t ret) {
   QmdLevel* top = TopLevel(walk);
-  QmCheckAux* aux = walk->aux;
-  if (!top->isBranch && QMD_MDL_IsSchemaNodeNeedSkipInDataTree(top->schemaNode) == 0) {
-    aux->place = top->outer;
-  }
-  if (ret == QM_OK && top->isList && StepToNextEntry(top, &aux->place)) return QM_OK;
+  if (ret == QM_OK && top->isList && StepToNextEntry(walk, top)) return QM_OK;
   const QmdLevel left = *top;
   --walk->count;
-  if (left.isCounted) --aux->nesting;
+  if (left.isCounted) --walk->aux->nesting;
   return walk->close(walk, &left, ret);
+}
+
+// The next child of a level; NULL after the last one. What the index knows of it goes
+// into the walk.
+static QmsNode* TakeChild(QmdWalk* walk, QmdLevel* level) {
+  walk->holder = level->holder;
+  if (level->steps != nullptr) {
+    if (level->at == level->steps->count) return nullptr;
+    walk->step = level->steps->steps[level->at++];
+    return walk->step.node;
+  }
+  QmsNode* child = level->next;
+  if (child == nullptr) return nullptr;
+  walk->step = {child, nullptr, nullptr};
+  if (level->isBranch && level->holder != nullptr) walk->step = StepTo(level->holder, child);
+  level->next = level->isBranch ? nullptr : child->next;
+  return child;
 }
 
 // A failure leaves all levels, each of which takes back what it made.
 static uint32_t GoOn(QmdWalk* walk, uint32_t ret) {
   while (walk->count > 0) {
     QmdLevel* top = TopLevel(walk);
-    QmsNode* child = ret == QM_OK ? top->next : nullptr;
-    if (child == nullptr) {
-      ret = LeaveTopLevel(walk, ret);
-      continue;
-    }
-    top->next = top->isBranch ? nullptr : child->next;
-    ret = EnterNode(walk, top->dataParent, child);
+    QmsNode* child = ret == QM_OK ? TakeChild(walk, top) : nullptr;
+    ret = child == nullptr ? LeaveTopLevel(walk, ret) : EnterNode(walk, top->dataParent, child);
   }
   FreeLevels(walk);
   return ret;

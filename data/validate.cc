@@ -14,6 +14,7 @@
 #include "context/xml_tree.h"
 #include "data/add_defaults.h"
 #include "data/bind.h"
+#include "data/bound_children.h"
 #include "data/default_list.h"
 #include "data/error.h"
 #include "data/must.h"
@@ -39,6 +40,7 @@ static uint32_t CheckBoundTree(QmCheckAux* aux, xmlNode* startNode) {
   QmKeptConditions conditions = {};
   aux->conditions = &conditions;
   ret = QMD_PAS_EvalDataTreeWhenMust(aux, startNode);
+  if (aux->index != nullptr) ForgetInstances(aux->index);
   if (ret == QM_OK) ret = QM_PAS_CheckTreeMandatory(aux, startNode);
   aux->conditions = nullptr;
   FreeKeptConditions(&conditions);

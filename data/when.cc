@@ -9,6 +9,7 @@
 #include "data/when.h"
 
 #include "context/xml_tree.h"
+#include "data/bound_children.h"
 #include "data/default_list.h"
 #include "data/error.h"
 #include "data/schema_query.h"
@@ -106,9 +107,10 @@ uint32_t QMD_PAS_ProcDataNodeWhenCondNoPass(QmCheckAux* aux, xmlNode* startNode,
   return QMD_PAS_ProcWhenCondNoPassForRpc(aux, startNode, node, next);
 }
 
-static xmlNode* NextToEvaluate(const xmlNode* startNode, xmlNode* node) {
+static xmlNode* NextToEvaluate(const QmCheckAux* aux, const xmlNode* startNode, xmlNode* node) {
   const QmsNode* schemaNode = BoundSchema(node);
-  if (schemaNode != nullptr && QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0) {
+  if (schemaNode != nullptr && (QMD_MDL_IsSchemaNodeNeedSkipProcChildNode(schemaNode) != 0 ||
+                                !MayHaveBelow(aux, schemaNode, QMD_CHILD_WHEN))) {
     return NextElementBeyond(startNode, node);
   }
   return NextElement(startNode, node);
@@ -122,7 +124,7 @@ uint32_t QMD_PAS_EvalDataTreeWhen(QmCheckAux* aux, xmlNode* node) {
     if (ret != QM_OK) return ret;
     xmlNode* next = nullptr;
     if (pass != 0) {
-      next = NextToEvaluate(node, cur);
+      next = NextToEvaluate(aux, node, cur);
     } else {
       ret = QMD_PAS_ProcDataNodeWhenCondNoPass(aux, node, cur, &next);
       if (ret != QM_OK) return ret;
