@@ -53,6 +53,7 @@ Context LoadedContext(const std::vector<std::string>& texts) {
 
 std::function<void()> ParseOf(std::vector<std::string> texts) {
   return [texts = std::move(texts)] {
+    xmlKeepBlanksDefault(0);
     for (const std::string& text : texts) {
       xmlDoc* doc = xmlParseMemory(text.data(), static_cast<int>(text.size()));
       Require(doc != nullptr, "a text is not well-formed");

@@ -18,7 +18,8 @@ Context NewContext(uint32_t flags);
 void LoadText(QmCtx* ctx, const std::string& yin);
 Context LoadedContext(const std::vector<std::string>& texts);
 
-// libxml2's parse of all of the texts, one after the other.
+// libxml2's parse of all of the texts, one after the other, without the blanks between
+// elements, which the library drops too.
 std::function<void()> ParseOf(std::vector<std::string> texts);
 int64_t SizeOf(const std::vector<std::string>& texts);
 

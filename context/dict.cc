@@ -65,6 +65,12 @@ static QmDictEntry* FindEntry(QmDict* dict, const char* str) {
   return *FindLink(BucketOf(dict, hash), hash, str);
 }
 
+const char* FindInterned(QmDict* dict, const char* str) {
+  if (str == nullptr || dict->buckets == nullptr) return nullptr;
+  const QmDictEntry* entry = FindEntry(dict, str);
+  return entry == nullptr ? nullptr : entry->str;
+}
+
 bool ShareText(QmDict* dict, const char* interned) {
   QmDictEntry* entry = FindEntry(dict, interned);
   if (entry == nullptr || entry->str != interned) return false;

@@ -15,6 +15,9 @@ inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
   return text == nullptr || InternText(dict, field, text);
 }
 
+// The dictionary's copy of `str`, or NULL; nothing is inserted and no reference taken.
+const char* FindInterned(QmDict* dict, const char* str);
+
 // One more reference to a text that the dictionary itself gave; false for any other. Many
 // threads may do so at a time while nobody inserts or removes. The second takes it away
 // again, beside them; whoever gave the text must hold it meanwhile.

@@ -13,9 +13,26 @@
 #include "platform/bounds.h"
 #include "platform/string.h"
 
+namespace {
+// Whether a byte may stand in an identifier, by its value.
+struct IdentChars {
+  bool may[UINT8_MAX + 1];
+};
+}  // namespace
+
+static constexpr IdentChars IdentCharsByValue() {
+  IdentChars chars = {};
+  for (int c = 0; c <= INT8_MAX; ++c) {
+    chars.may[c] = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+                   c == '-' || c == '.' || c == '_';
+  }
+  return chars;
+}
+
+constexpr IdentChars kIdentChars = IdentCharsByValue();
+
 static bool IsIdentChar(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '-' || c == '.' ||
-         c == '_';
+  return kIdentChars.may[static_cast<uint8_t>(c)];
 }
 
 static bool EndsStep(char c) {

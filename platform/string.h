@@ -59,3 +59,14 @@ inline const char* RTK_StrStr(const char* str, const char* sub) {
 // "nan", hexadecimal, an empty text), with *out as it was.
 uint32_t RTK_StrToFloat(const char* str, double* out);
 }
+
+// Whether two texts are equal. Names that are not mostly differ within a few bytes: those are
+// compared here, since the call alone would cost more.
+inline bool TextsEqual(const char* a, const char* b) {
+  constexpr int kHead = 8;
+  for (int i = 0; i < kHead; ++i) {
+    if (a[i] != b[i]) return false;
+    if (a[i] == '\0') return true;
+  }
+  return RTK_StrCmp(a + kHead, b + kHead) == 0;
+}

@@ -8,6 +8,7 @@
 #include "context/table.h"
 #include "platform/string.h"
 #include "schema/module_nodes.h"
+#include "schema/node.h"
 #include "schema/node_link.h"
 
 namespace {
@@ -56,7 +57,7 @@ QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name) {
   if (mod == nullptr || name == nullptr) return nullptr;
   for (QmsNode* QmsModule::*head : kOwnLists) {
     for (QmsNode* node = mod->*head; node != nullptr; node = node->next) {
-      if (node->name != nullptr && RTK_StrCmp(node->name, name) == 0) return node;
+      if (NamesEqual(node->name, name)) return node;
     }
   }
   return nullptr;

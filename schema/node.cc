@@ -56,15 +56,6 @@ static const NodeKindRow& KindRow(uint32_t kind) {
   return kNodeKinds[kind < std::size(kNodeKinds) ? kind : 0];
 }
 
-bool NamesEqual(const char* a, const char* b) {
-  if (a == nullptr || b == nullptr) return false;
-  return a == b || RTK_StrCmp(a, b) == 0;
-}
-
-bool IsOfModule(const QmsNode* node, const char* moduleName) {
-  return node->module != nullptr && NamesEqual(node->module->name, moduleName);
-}
-
 uint32_t QMS_NODE_GetStmtByNodeType(uint32_t kind) {
   return KindRow(kind).stmt;
 }

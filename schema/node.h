@@ -4,6 +4,7 @@
 
 #include "context/internal.h"
 #include "context/records.h"
+#include "platform/string.h"
 #include "schema/records.h"
 
 // Kinds whose nodes name an element of a data tree.
@@ -41,10 +42,15 @@ inline QmCtx* NodeCtx(const QmsNode* node) {
 
 // True when both texts are given and equal. The same interned text is told by
 // its address.
-bool NamesEqual(const char* a, const char* b);
+inline bool NamesEqual(const char* a, const char* b) {
+  if (a == nullptr || b == nullptr) return false;
+  return a == b || TextsEqual(a, b);
+}
 
 // True when the node's module has this name.
-bool IsOfModule(const QmsNode* node, const char* moduleName);
+inline bool IsOfModule(const QmsNode* node, const char* moduleName) {
+  return node->module != nullptr && NamesEqual(node->module->name, moduleName);
+}
 
 // Frees `first`, its following siblings and all their subtrees, but releases
 // none of their texts, for a module that has no context and so no dictionary.

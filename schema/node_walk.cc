@@ -11,14 +11,35 @@
 
 #include <qmodel/error.h>
 
+#include "context/dict.h"
 #include "schema/node.h"
 
+static bool FitsModule(const QmsNode* node, const char* moduleName) {
+  return moduleName == nullptr || *moduleName == '\0' || IsOfModule(node, moduleName);
+}
+
+// Looks from `child` on for one whose name is the interned text.
+static QmsNode* FindByInterned(QmsNode* parent, QmsNode* child, const char* moduleName,
+                               const char* interned) {
+  if (interned == nullptr) return nullptr;
+  for (; child != nullptr; child = NextChild(parent, child)) {
+    if (child->name == interned && FitsModule(child, moduleName)) return child;
+  }
+  return nullptr;
+}
+
+// Names of loaded nodes are interned: where the children are many, the text is looked up
+// once and the rest is told by its address. Nodes made by hand may have names of their own.
 QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, const char* name) {
+  constexpr int kFew = 16;
   if (parent == nullptr || name == nullptr) return nullptr;
-  const bool anyModule = moduleName == nullptr || *moduleName == '\0';
+  int seen = 0;
   for (QmsNode* child = parent->firstChild; child != nullptr; child = NextChild(parent, child)) {
-    if (!anyModule && !IsOfModule(child, moduleName)) continue;
-    if (NamesEqual(child->name, name)) return child;
+    if (NamesEqual(child->name, name) && FitsModule(child, moduleName)) return child;
+    if (++seen != kFew || NodeCtx(parent) == nullptr) continue;
+    const char* interned = FindInterned(&NodeCtx(parent)->dict, name);
+    QmsNode* found = FindByInterned(parent, child, moduleName, interned);
+    if (found != nullptr) return found;
   }
   return nullptr;
 }

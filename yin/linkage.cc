@@ -14,9 +14,9 @@
 #include "context/context.h"
 #include "context/guard.h"
 #include "context/load_error.h"
-#include "context/string.h"
 #include "context/xml_parse.h"
 #include "context/xml_tree.h"
+#include "platform/string.h"
 #include "schema/definitions.h"
 #include "yin/argument.h"
 #include "yin/file_lookup.h"
@@ -83,12 +83,14 @@ uint32_t QMS_LOADER_LoadSubModule(QmCtx* ctx, QmsModule* module, const char* sub
   return LoadSubModuleWith(ctx, module, subName, &none);
 }
 
+static bool AreSame(const char* a, const char* b) {
+  return a == nullptr || b == nullptr ? a == b : TextsEqual(a, b);
+}
+
 static bool IsImported(const QmsModule* module, const char* name, const char* prefix) {
   for (uint32_t i = 0; i < module->importCount; ++i) {
-    if (QM_UTL_IsNulStringEqual(module->imports[i].prefix, prefix) != 0 &&
-        QM_UTL_IsNulStringEqual(module->imports[i].moduleName, name) != 0) {
-      return true;
-    }
+    const QmsImport& import = module->imports[i];
+    if (AreSame(import.prefix, prefix) && AreSame(import.moduleName, name)) return true;
   }
   return false;
 }

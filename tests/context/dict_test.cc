@@ -83,6 +83,16 @@ TEST_F(Dict, EqualTextsGiveOnePointer) {
   EXPECT_NE(nullptr, QM_DICT_Insert(&dict_, ""));
 }
 
+TEST_F(Dict, FindInternedTakesNoReferenceAndInsertsNothing) {
+  EXPECT_EQ(nullptr, FindInterned(&dict_, "alpha"));
+  EXPECT_EQ(0u, dict_.usedBuckets);
+  const char* text = QM_DICT_Insert(&dict_, "alpha");
+  EXPECT_EQ(text, FindInterned(&dict_, "alpha"));
+  EXPECT_EQ(nullptr, FindInterned(&dict_, nullptr));
+  QM_DICT_Remove(&dict_, "alpha");
+  EXPECT_EQ(nullptr, FindInterned(&dict_, "alpha"));
+}
+
 TEST_F(Dict, NullTextGivesNull) {
   EXPECT_EQ(nullptr, QM_DICT_Insert(&dict_, nullptr));
   QM_DICT_Remove(&dict_, nullptr);

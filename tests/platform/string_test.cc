@@ -16,6 +16,15 @@ TEST(StrCmp, ComparesByteWise) {
   EXPECT_LT(RTK_StrCmp("z", "\xC3\xA4"), 0) << "bytes from 0x80 on come last";
 }
 
+TEST(TextsEqual, IsWhatAByteWiseCompareSays) {
+  const std::string texts[] = {"",         "a",         "b",         "ab",          "abcdefg",
+                               "abcdefgh", "abcdefghi", "abcdefghj", "abcdefg\xC3", "Abcdefgh"};
+  for (const std::string& a : texts) {
+    for (const std::string& b : texts)
+      EXPECT_EQ(a == b, TextsEqual(a.c_str(), b.c_str())) << a << " and " << b;
+  }
+}
+
 TEST(StrNCmp, LooksAtTheFirstBytesOnly) {
   EXPECT_EQ(0, RTK_StrNCmp("abcd", "abce", 3));
   EXPECT_LT(RTK_StrNCmp("abcd", "abce", 4), 0);

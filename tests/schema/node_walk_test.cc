@@ -182,6 +182,33 @@ TEST(FindChildNodeByName, SearchesTheRunOfAnAugmentOnlyUpToItsEnd) {
   EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(tree.other, nullptr, "x"));
 }
 
+TEST(FindChildNodeByName, FindsEachOfManyWhereverItsNameIsKept) {
+  Schema schema;
+  QmsModule* m = schema.Module("m");
+  QmsModule* n = schema.Module("n");
+  QmsNode* c = Top(m, QMS_NODE_CONTAINER, "c");
+  QmsNode* children[50];
+  for (int i = 0; i < 50; ++i) {
+    children[i] = Child(c, QMS_NODE_LEAF, ("leaf" + std::to_string(i)).c_str(), i % 2 == 0 ? m : n);
+  }
+  QmsNode* foreign = Child(c, QMS_NODE_LEAF, "leaf40", n);
+  const char* interned = children[45]->name;
+  const char* nameless = children[46]->name;
+  children[45]->name = "leaf45";  // made by hand
+  children[46]->name = nullptr;
+  for (int i = 0; i < 50; ++i) {
+    const std::string name = "leaf" + std::to_string(i);
+    QmsNode* expected = i == 46 ? nullptr : children[i];
+    EXPECT_EQ(expected, QMS_NODE_FindChildNodeByName(c, nullptr, name.c_str())) << name;
+  }
+  EXPECT_EQ(children[40], QMS_NODE_FindChildNodeByName(c, "m", "leaf40"));
+  EXPECT_EQ(foreign, QMS_NODE_FindChildNodeByName(c, "n", "leaf40"));
+  EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(c, "o", "leaf40"));
+  EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(c, nullptr, "leaf50"));
+  children[45]->name = interned;
+  children[46]->name = nameless;
+}
+
 TEST(FindChildNodeByName, SeesChoicesAndDoesNotLookThroughThem) {
   Schema schema;
   QmsNode* c = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
