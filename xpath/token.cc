@@ -107,6 +107,11 @@ static bool IsNameChar(char c) {
   return IsNameStart(c) || IsDigit(c) || c == '-' || c == '.';
 }
 
+// Most differ in the first character already, which is cheaper to see than to ask.
+static bool BeginsWith(const char* text, const char* word, uint32_t length) {
+  return *text == *word && RTK_StrNCmp(text, word, length) == 0;
+}
+
 static uint32_t PreviousKind(const QmXpathExpr* expr) {
   return expr->count == 0 ? uint32_t{QM_XPATH_TOKEN_INVALID} : expr->tokens[expr->count - 1].kind;
 }
@@ -184,7 +189,7 @@ uint32_t QM_XPATH_GetTokenStartWithNameStart(QmXpathExpr* expr, uint32_t offset,
 // operator "and" before the name "x".
 uint32_t QM_XPATH_GetOperatorType(QmXpathExpr* expr, uint32_t offset, QmXpathToken* token) {
   for (const OperatorNameRow& row : kOperatorNames) {
-    if (RTK_StrNCmp(expr->text + offset, row.word, row.length) == 0) {
+    if (BeginsWith(expr->text + offset, row.word, row.length)) {
       return MakeToken(token, offset, row.kind, row.length);
     }
   }
@@ -200,7 +205,7 @@ uint32_t QM_XPATH_GetTokenStartWithOtherCh(QmXpathExpr* expr, uint32_t offset,
 uint32_t QM_XPATH_GetTgtTokenFromSymbolTbl(QmXpathExpr* expr, uint32_t offset,
                                            QmXpathToken* token) {
   for (const SymbolRow& row : g_qmXpathSymbolTbl) {
-    if (RTK_StrNCmp(expr->text + offset, row.lexeme, row.length) == 0) {
+    if (BeginsWith(expr->text + offset, row.lexeme, row.length)) {
       return MakeToken(token, offset, row.kind, row.length);
     }
   }
