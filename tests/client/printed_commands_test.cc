@@ -82,6 +82,50 @@ TEST(VendorFolder, HasANodeThatFeaturesBring) {
       OutputOf(tree + "-f acme-optics:tunable -f acme-optics:raman acme-optics").find("pump?"));
 }
 
+// The examples of the manual page are indented by a tab, and show no output.
+TEST(PrintedCommands, OfTheManualPageRun) {
+  std::ifstream page(QMODEL_MAN_PAGE);
+  bool inExamples = false;
+  size_t count = 0;
+  for (std::string line; std::getline(page, line);) {
+    if (line.rfind("# ", 0) == 0) inExamples = line == "# EXAMPLES";
+    if (!inExamples || line.rfind("\tqmodel ", 0) != 0) continue;
+    ++count;
+    SCOPED_TRACE(line);
+    const std::string output = OutputOf(line.substr(1) + "; echo \"exit $?\"");
+    EXPECT_TRUE(output.ends_with("exit 0\n")) << output;
+    EXPECT_EQ(std::string::npos, output.find("qmodel: ")) << output;
+    EXPECT_LT(std::string("exit 0\n").size(), output.size());
+  }
+  EXPECT_LE(4u, count);
+}
+
+TEST(PrintedCommands, OfThePagesOnCompilingAndLintAreTrue) {
+  ExpectPrintedAsRun(QMODEL_DOCS "/compile.md", 3);
+  ExpectPrintedAsRun(QMODEL_DOCS "/lint.md", 2);
+}
+
+// With one blank for any white space.
+std::string Folded(const std::string& text) {
+  std::istringstream words(text);
+  std::string folded;
+  for (std::string word; words >> word;) folded += (folded.empty() ? "" : " ") + word;
+  return folded;
+}
+
+// Their first lines say what the program says of itself.
+TEST(UsageLines, OfThePagesAreThoseOfTheProgram) {
+  for (const char* command : {"compile", "lint"}) {
+    std::ifstream page(std::string(QMODEL_DOCS "/") + command + ".md");
+    std::string usage;
+    for (std::string line; usage.empty() && std::getline(page, line);)
+      if (line.rfind("    qmodel ", 0) == 0) usage = line.substr(4);
+    ASSERT_FALSE(usage.empty()) << command;
+    const std::string help = OutputOf("qmodel --help");
+    EXPECT_NE(std::string::npos, Folded(help).find(Folded(usage))) << usage << "\n" << help;
+  }
+}
+
 TEST(PrintedCommands, OfDeparturesAreTrue) {
   ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 12);
 }
