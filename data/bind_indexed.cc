@@ -16,6 +16,7 @@
 // A parent with fewer elements pays for being indexed only when it is met again, unless
 // its children are compared with each other or gone through.
 constexpr uint32_t kManyElements = 8;
+constexpr uint32_t kChildrenAhead = 6;
 
 static bool HasManyElements(const xmlNode* element) {
   uint32_t count = 0;
@@ -69,7 +70,20 @@ static const char* ModuleOf(QmCheckAux* aux, const QmdParent* parent, const xmlN
   return name == nullptr || *name == '\0' ? QM_MOD_GetModuleName(parent->node->module) : name;
 }
 
-static QmdChild* FindByName(QmCheckAux* aux, QmdParent* parent, const xmlNode* element) {
+static bool IsWrittenAs(const QmdChild* child, const xmlNode* element) {
+  return child->name != nullptr && child->name == element->name && child->ns == element->ns;
+}
+
+// Where optional elements are missing, what comes is one of the next in the schema.
+static QmdChild* FindAhead(const QmdParent* parent, const xmlNode* element) {
+  const uint32_t first = parent->last == nullptr ? 0 : parent->last->order + 1;
+  for (uint32_t i = first; i < parent->childCount && i < first + kChildrenAhead; ++i) {
+    if (IsWrittenAs(&parent->children[i], element)) return &parent->children[i];
+  }
+  return nullptr;
+}
+
+static QmdChild* FindByName(QmCheckAux* aux, const QmdParent* parent, const xmlNode* element) {
   QmdChild* child = ExpectedChild(parent);
   // The names of a tree made by hand are copies.
   if (child != nullptr && child->name != nullptr && child->ns == element->ns &&
@@ -77,21 +91,20 @@ static QmdChild* FindByName(QmCheckAux* aux, QmdParent* parent, const xmlNode* e
     return child;
   }
   const char* moduleName = ModuleOf(aux, parent, element);
-  child = moduleName == nullptr ? nullptr : FindChild(parent, moduleName, ElementName(element));
-  if (child != nullptr) LearnFollower(parent, child);
-  return child;
+  return moduleName == nullptr ? nullptr : FindChild(parent, moduleName, ElementName(element));
 }
 
 static QmdChild* ChildOf(QmCheckAux* aux, QmdParent* parent, const xmlNode* element) {
   QmdChild* child = ExpectedChild(parent);
-  if (child != nullptr && child->name != nullptr && child->name == element->name &&
-      child->ns == element->ns) {
-    return child;
+  if (child != nullptr && IsWrittenAs(child, element)) return child;
+  child = FindAhead(parent, element);
+  if (child == nullptr) {
+    child = FindByName(aux, parent, element);
+    if (child == nullptr) return nullptr;
+    child->name = element->name;
+    child->ns = element->ns;
   }
-  child = FindByName(aux, parent, element);
-  if (child == nullptr) return nullptr;
-  child->name = element->name;
-  child->ns = element->ns;
+  LearnFollower(parent, child);
   return child;
 }
 

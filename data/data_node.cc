@@ -66,30 +66,40 @@ static bool SetNamespace(xmlNode* child, const xmlNode* parent, const QmsNode* s
   return true;
 }
 
-xmlNode* QMD_NODE_CreateNewChildNode(xmlNode* parentElement, QmsNode* schemaNode) {
-  if (!IsElement(parentElement) || schemaNode == nullptr || schemaNode->name == nullptr) {
-    return nullptr;
-  }
-  xmlNode* child = xmlNewDocNode(parentElement->doc, nullptr, XmlChars(schemaNode->name), nullptr);
-  if (child == nullptr) return nullptr;
-  child->_private = schemaNode;
-  static_cast<void>(xmlAddChild(parentElement, child));
+xmlNode* NewElementFor(xmlNode* parent, QmsNode* schemaNode, const xmlChar* ownName) {
+  if (!IsElement(parent) || schemaNode == nullptr || schemaNode->name == nullptr) return nullptr;
+  xmlDoc* doc = parent->doc;
+  xmlNode* element =
+      ownName != nullptr
+          ? xmlNewDocNodeEatName(doc, nullptr, const_cast<xmlChar*>(ownName), nullptr)
+          : xmlNewDocNode(doc, nullptr, XmlChars(schemaNode->name), nullptr);
+  if (element == nullptr) return nullptr;
+  element->_private = schemaNode;
   // Out of memory libxml2 may leave the name out.
-  if (child->name != nullptr && SetNamespace(child, parentElement, schemaNode)) return child;
-  RemoveNode(child);
+  if (element->name != nullptr && SetNamespace(element, parent, schemaNode)) return element;
+  xmlFreeNode(element);
   return nullptr;
 }
 
 // The text becomes a text node as it stands: functions that take the content of
 // an element read it as markup, and "a&b" would be lost.
-xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, const char* text) {
-  xmlNode* child = QMD_NODE_CreateNewChildNode(parent, schemaNode);
-  if (child == nullptr || text == nullptr) return child;
-  xmlNode* content = xmlNewDocText(child->doc, XmlChars(text));
-  if (content != nullptr) static_cast<void>(xmlAddChild(child, content));
+bool AddText(xmlNode* element, const char* text) {
+  xmlNode* content = xmlNewDocText(element->doc, XmlChars(text));
+  if (content == nullptr) return false;
+  static_cast<void>(xmlAddChild(element, content));
   // Out of memory libxml2 may make a text node without the text.
-  if (content != nullptr && content->content != nullptr) return child;
-  RemoveNode(child);
+  return content->content != nullptr;
+}
+
+xmlNode* QMD_NODE_CreateNewChildNode(xmlNode* parentElement, QmsNode* schemaNode) {
+  return QMD_PAS_AddNewChildNodeWithValue(parentElement, schemaNode, nullptr);
+}
+
+xmlNode* QMD_PAS_AddNewChildNodeWithValue(xmlNode* parent, QmsNode* schemaNode, const char* text) {
+  xmlNode* child = NewElementFor(parent, schemaNode, nullptr);
+  if (child == nullptr) return nullptr;
+  if (text == nullptr || AddText(child, text)) return xmlAddChild(parent, child);
+  xmlFreeNode(child);
   return nullptr;
 }
 

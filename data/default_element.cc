@@ -18,12 +18,12 @@
 
 using NewElement = QmOwn<RemoveNode>;
 
-// The first sibling before `added` that follows it in the schema. Entries of one
+// The first child of `parent` that follows a new one in the schema. Entries of one
 // list stand in runs, so what held for one entry is not asked again for the next.
-static xmlNode* SearchFollower(xmlNode* added, QmsNode* schemaNode) {
+static xmlNode* SearchFollower(const xmlNode* parent, QmsNode* schemaNode) {
   const QmsNode* asked = nullptr;
-  xmlNode* sibling = FirstElement(added->parent->children);
-  for (; sibling != added; sibling = FirstElement(sibling->next)) {
+  xmlNode* sibling = FirstElement(parent->children);
+  for (; sibling != nullptr; sibling = FirstElement(sibling->next)) {
     const QmsNode* siblingSchema = BoundSchema(sibling);
     if (siblingSchema == nullptr || siblingSchema == asked) continue;
     if (siblingSchema->module != schemaNode->module) continue;
@@ -33,13 +33,29 @@ static xmlNode* SearchFollower(xmlNode* added, QmsNode* schemaNode) {
   return nullptr;
 }
 
-// A new element stands last until it is placed.
-static void MarkAndPlace(const QmdWalk* walk, xmlNode* added, QmsNode* schemaNode) {
+static void MarkAndPlace(const QmdWalk* walk, xmlNode* parent, xmlNode* added,
+                         QmsNode* schemaNode) {
   const QmdChild* child = walk->step.child;
   xmlNode* follower =
-      child != nullptr ? FirstThatFollows(walk->holder, child) : SearchFollower(added, schemaNode);
+      child != nullptr ? FirstThatFollows(walk->holder, child) : SearchFollower(parent, schemaNode);
   added->line = kQmdDefaultLine;
-  if (follower != nullptr) static_cast<void>(xmlAddPrevSibling(follower, added));
+  if (follower != nullptr) {
+    static_cast<void>(xmlAddPrevSibling(follower, added));
+  } else {
+    static_cast<void>(xmlAddChild(parent, added));
+  }
+}
+
+// The dictionary of the document has the name of a child once for all of its elements.
+static const xmlChar* NameInTree(const QmdWalk* walk, const xmlNode* parent) {
+  QmdChild* child = walk->step.child;
+  xmlDoc* doc = parent->doc;
+  if (child == nullptr || doc == nullptr || doc->dict == nullptr) return nullptr;
+  if (child->madeName == nullptr || child->madeIn != doc) {
+    child->madeName = xmlDictLookup(doc->dict, XmlChars(child->node->name), -1);
+    child->madeIn = doc;
+  }
+  return child->madeName;
 }
 
 static bool HasNamesakeOf(const QmdWalk* walk, const xmlNode* dataParent,
@@ -75,9 +91,9 @@ static void NoteAddedOf(const QmCheckAux* aux, QmdParent* parent, QmdChild* chil
 
 static uint32_t AddDefaultLeaf(const QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                                const char* value) {
-  NewElement leaf(QMD_PAS_AddNewChildNodeWithValue(dataParent, schemaNode, value));
-  if (!leaf) return QM_NO_MEMORY;
-  MarkAndPlace(walk, leaf.Get(), schemaNode);
+  NewElement leaf(NewElementFor(dataParent, schemaNode, NameInTree(walk, dataParent)));
+  if (!leaf || !AddText(leaf.Get(), value)) return QM_NO_MEMORY;
+  MarkAndPlace(walk, dataParent, leaf.Get(), schemaNode);
   if (QMD_MDL_IsIdentityref(schemaNode) != 0) {
     const uint32_t ret = DeclareValuePrefix(leaf.Get(), schemaNode, value);
     if (ret != QM_OK) return ret;
@@ -101,9 +117,9 @@ uint32_t AddDefaultOfLeaf(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNod
 
 static uint32_t MakeContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schemaNode,
                               QmdLevel* level) {
-  xmlNode* made = QMD_NODE_CreateNewChildNode(dataParent, schemaNode);
+  xmlNode* made = NewElementFor(dataParent, schemaNode, NameInTree(walk, dataParent));
   if (made == nullptr) return QM_NO_MEMORY;
-  MarkAndPlace(walk, made, schemaNode);
+  MarkAndPlace(walk, dataParent, made, schemaNode);
   OpenMade(walk, level, schemaNode, made);
   level->made = made;
   return QM_OK;

@@ -26,17 +26,19 @@ struct QmErrNode {
   char* sessionId;  // clients alone set it
 };
 
+struct QmdDefaultTable;
+
 // An element that was added as a default. The entries form a ring around a
 // sentinel, whose `node` is NULL; linked to itself it is an empty list. A run may
-// add defaults to 100,000 list entries and take each away again, so they are found
-// through an index and not by a search.
+// add defaults to 100,000 list entries and take each away again, so in a long list
+// they are found through a table and not by a search.
 struct QmDefaultNodeEntry {
   QmDefaultNodeEntry* next;
   QmDefaultNodeEntry* prev;
   xmlNode* node;  // in its tree as long as the entry exists
   union {
-    RtkAvl3Link link;   // an entry's: its place in the index
-    RtkAvl3Tree index;  // the sentinel's: all entries by node; made with the first
+    QmDefaultNodeEntry* chain;  // an entry's: the next one of its place in the table
+    QmdDefaultTable* table;     // the sentinel's: all entries by node, or NULL
   };
 };
 

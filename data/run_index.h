@@ -69,10 +69,11 @@ struct QmdChild {
   QmsNode* branch;           // and where it lies in that
   QmdChild* namesake;        // the first child of that name, of whatever module
   const char* defaultValue;  // with QMD_CHILD_DEFAULT
-  const xmlChar* madeName;   // its name as the dictionary of the tree has it, or NULL
-  uint32_t order;            // among the children
-  uint32_t hash;             // of the name
-  uint32_t flags;            // QmdChildFlag
+  const xmlChar* madeName;   // its name in the dictionary of `madeIn`, or NULL
+  const xmlDoc* madeIn;
+  uint32_t order;  // among the children
+  uint32_t hash;   // of the name
+  uint32_t flags;  // QmdChildFlag
   // How its last element was written, to know the next one without reading names.
   const xmlChar* name;
   const xmlNs* ns;
