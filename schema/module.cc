@@ -157,12 +157,16 @@ static void FreeDefinitions(QmDict* dict, QmsModule* mod) {
   DropArrayOf(dict, &mod->typedefs, &mod->typedefCount, QMS_TYPE_FreeTypDefArray);
 }
 
-void QMS_MOD_DestroyNonNodeMember(QmsModule* mod) {
-  if (mod == nullptr || mod->ctx == nullptr) return;
-  // While the name is still there: the nodes outlive the typedefs for a moment.
-  ClearResolvedTypedefs(mod);
+static void ReleaseNonNodeMember(QmsModule* mod) {
   ReleaseHeaderTexts(ModuleDict(mod), mod);
   FreeDefinitions(ModuleDict(mod), mod);
+}
+
+void QMS_MOD_DestroyNonNodeMember(QmsModule* mod) {
+  if (mod == nullptr || mod->ctx == nullptr) return;
+  // While the name is still there: the nodes outlive the typedefs.
+  ClearResolvedTypedefs(mod);
+  ReleaseNonNodeMember(mod);
 }
 
 // The list is advanced before its head goes, so that it never names a freed node.
@@ -192,7 +196,9 @@ void QMS_MOD_DestroyNodeMember(QmsModule* mod) {
 void QMS_MOD_Free(QmsModule* mod) {
   if (mod == nullptr) return;
   if (mod->ctx != nullptr) {
-    QMS_MOD_DestroyNonNodeMember(mod);
+    // The nodes outlive the typedefs for a moment, in which only a hook could look at them.
+    if (mod->ctx->pridataFreeFunc != nullptr) ClearResolvedTypedefs(mod);
+    ReleaseNonNodeMember(mod);
   } else {
     // A dictionary without buckets holds nothing, so no text is released.
     QmDict noTexts = {};

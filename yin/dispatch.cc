@@ -109,22 +109,10 @@ constexpr QmsStmt kSchemaNodeStmts[] = {
     QMS_STMT_CONTAINER,    QMS_STMT_INPUT,   QMS_STMT_LEAF,   QMS_STMT_LEAF_LIST, QMS_STMT_LIST,
     QMS_STMT_NOTIFICATION, QMS_STMT_OUTPUT,  QMS_STMT_RPC};
 
-namespace {
-struct StmtSet {
-  bool has[QMS_STMT_COUNT];
-};
-}  // namespace
-
-static consteval StmtSet SetOf(const QmsStmt* stmts, size_t count) {
-  StmtSet set{};
-  for (size_t i = 0; i < count; ++i) set.has[stmts[i]] = true;
-  return set;
-}
-
-static constexpr StmtSet kIsSchemaNode = SetOf(kSchemaNodeStmts, std::size(kSchemaNodeStmts));
+static constexpr QmsStmtSet kIsSchemaNode = SetOf(kSchemaNodeStmts);
 
 bool IsSchemaNodeStmt(uint32_t stmt) {
-  return stmt < QMS_STMT_COUNT && kIsSchemaNode.has[stmt];
+  return kIsSchemaNode.Has(stmt);
 }
 
 QmsStmtParseFunc QMS_LOADER_GetStmtParseFunc(uint32_t stmt) {
@@ -139,10 +127,9 @@ QmsSubStmtDesc* QMS_LOADER_GetSubParseElem(QmsSubStmtDesc* table, uint32_t count
 }
 
 void QMS_LOADER_MarkSubNode(xmlNode* element) {
+  const xmlNs* yin = nullptr;
   for (xmlNode* child = element->children; child != nullptr; child = child->next) {
-    if (child->type == XML_ELEMENT_NODE) {
-      AddPrivateMark(child, QMS_LOADER_GetXmlNodeYangStmt(child));
-    }
+    if (child->type == XML_ELEMENT_NODE) AddPrivateMark(child, StmtOfNode(child, &yin));
   }
 }
 
@@ -150,25 +137,25 @@ static bool IsArray(const QmsSubStmtDesc* desc) {
   return (desc->flags & QMS_SUBSTMT_ARRAY) != 0;
 }
 
-// One more than a counter can hold would make an array that is too small.
-static uint32_t CountOneMore(const QmsSubStmtDesc* desc) {
-  if (!IsArray(desc)) return QM_OK;
-  if (*desc->foundCount >= kMaxArrayCount) return QM_INVALID;
-  ++*desc->foundCount;
+uint32_t CountOneMore(uint16_t* found) {
+  if (found == nullptr) return QM_OK;
+  if (*found >= kMaxArrayCount) return QM_INVALID;
+  ++*found;
   return QM_OK;
 }
 
 uint32_t QMS_LOADER_MarkSubNodeAndCountArraySize(QmsModule* module, xmlNode* element,
                                                  QmsSubStmtDesc* table, uint32_t count) {
+  const xmlNs* yin = nullptr;
   for (xmlNode* child = element->children; child != nullptr; child = child->next) {
-    const uint32_t stmt = QMS_LOADER_GetXmlNodeYangStmt(child);
+    const uint32_t stmt = StmtOfNode(child, &yin);
     const QmsSubStmtDesc* desc = QMS_LOADER_GetSubParseElem(table, count, stmt);
     if (stmt == QMS_STMT_UNKNOWN || desc == nullptr) continue;
     if (stmt == QMS_STMT_EXTENSION_INSTANCE && QMS_LOADER_IsExtInstNeedParse(module, child) != 1) {
       continue;
     }
     AddPrivateMark(child, stmt);
-    const uint32_t ret = CountOneMore(desc);
+    const uint32_t ret = CountOneMore(IsArray(desc) ? desc->foundCount : nullptr);
     if (ret != QM_OK) return ret;
   }
   return QM_OK;

@@ -55,6 +55,10 @@ inline uint32_t MarkedStmt(const xmlNode* child) {
   return static_cast<uint32_t>(PrivateMark(child));
 }
 
+// Counts one more child of an array, whose counter may be NULL for what is none. 22 at the
+// count that an array has at most: one more would make an array that is too small.
+uint32_t CountOneMore(uint16_t* found);
+
 // Parses one marked child into the place that its descriptor names, and records when that
 // fails. 0, also without parser; 22 when the array has no element left; else the parser's
 // code.

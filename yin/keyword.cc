@@ -208,6 +208,8 @@ static uint32_t FindWordOfLetter(const char* name) {
 uint32_t QMS_LOADER_GetStmtFromStmtMap(const char* name, const QmsKeyWord* map, uint32_t mapCount) {
   if (name == nullptr || name[0] == '\0') return QMS_STMT_UNKNOWN;
   for (uint32_t i = 0; i < mapCount; ++i) {
+    // Most words of a letter differ in the second character.
+    if (name[1] != map[i].name[1]) continue;
     if (RTK_StrCmp(name + 1, map[i].name + 1) == 0) return map[i].id;
   }
   return QMS_STMT_UNKNOWN;
@@ -356,10 +358,18 @@ const char* QMS_LOADER_GetKeywordByStmt(uint32_t stmt) {
 
 // The node type is looked at first: the namespace field of a text node lies in
 // memory that means something else.
+uint32_t StmtOfNode(const xmlNode* node, const xmlNs** yin) {
+  if (node->type != XML_ELEMENT_NODE || node->ns == nullptr) return QMS_STMT_UNKNOWN;
+  if (node->ns != *yin) {
+    const char* name = QM_XML_GetXmlNodeDefaultNs(node);
+    if (name == nullptr) return QMS_STMT_UNKNOWN;
+    if (RTK_StrCmp(name, kYinNamespace) != 0) return QMS_STMT_EXTENSION_INSTANCE;
+    *yin = node->ns;
+  }
+  return QMS_LOADER_GetStmtByKeyword(XmlText(node->name));
+}
+
 uint32_t QMS_LOADER_GetXmlNodeYangStmt(const xmlNode* element) {
-  if (element == nullptr || element->type != XML_ELEMENT_NODE) return QMS_STMT_UNKNOWN;
-  const char* ns = QM_XML_GetXmlNodeDefaultNs(element);
-  if (ns == nullptr) return QMS_STMT_UNKNOWN;
-  if (RTK_StrCmp(ns, kYinNamespace) != 0) return QMS_STMT_EXTENSION_INSTANCE;
-  return QMS_LOADER_GetStmtByKeyword(XmlText(element->name));
+  const xmlNs* yin = nullptr;
+  return element == nullptr ? uint32_t{QMS_STMT_UNKNOWN} : StmtOfNode(element, &yin);
 }

@@ -11,6 +11,11 @@
 // The keyword of each statement id; the index is the id.
 extern const QmsKeyWord g_qmsKeyWordTbl[QMS_STMT_COUNT];
 
+// As QMS_LOADER_GetXmlNodeYangStmt(), for one node after the other: *yin is the last
+// declaration that turned out to be of the YIN namespace, or NULL, so that its name is not
+// compared for each.
+uint32_t StmtOfNode(const xmlNode* node, const xmlNs** yin);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // The statement id of a YIN node: by its name in the YIN namespace, 70 (extension

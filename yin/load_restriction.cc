@@ -67,6 +67,9 @@ uint32_t FillQualifiedName(QmsModule* module, const char* text, const char** mod
 }
 
 uint32_t InternPart(QmsModule* module, const char* text, size_t length, const char** field) {
+  if (text[length] == '\0') {
+    return InternText(ModuleDict(module), field, text) ? QM_OK : QM_NO_MEMORY;
+  }
   QmHeld<char> part(static_cast<char*>(AllocZeroed(length + 1)));
   if (!part) return QM_NO_MEMORY;
   std::memcpy(part.Get(), text, length);

@@ -83,10 +83,30 @@ static_assert(RowsStandAtTheir<&ConsKindRow::kind>(kConsKinds));
 
 }  // namespace
 
+namespace {
+// Where the names of each letter begin; those of the letter after it begin where they end.
+struct LetterStarts {
+  uint8_t at[27];
+};
+}  // namespace
+
+static consteval LetterStarts StartsOfBuiltInNames() {
+  LetterStarts starts{};
+  for (int letter = 0; letter <= 26; ++letter) {
+    for (const BuiltInNameRow& row : kBuiltInNames) {
+      if (row.name[0] < 'a' + letter) ++starts.at[letter];
+    }
+  }
+  return starts;
+}
+
+static constexpr LetterStarts kBuiltInStarts = StartsOfBuiltInNames();
+
 uint32_t QMT_LOADER_GetBaseTypeFromTypeName(const char* name) {
-  if (name == nullptr) return QMT_BASE_TYPEDEF;
-  for (const BuiltInNameRow& row : kBuiltInNames) {
-    if (row.name[0] == name[0] && RTK_StrCmp(row.name + 1, name + 1) == 0) return row.baseType;
+  if (name == nullptr || name[0] < 'a' || name[0] > 'z') return QMT_BASE_TYPEDEF;
+  const int letter = name[0] - 'a';
+  for (uint32_t i = kBuiltInStarts.at[letter]; i < kBuiltInStarts.at[letter + 1]; ++i) {
+    if (RTK_StrCmp(kBuiltInNames[i].name + 1, name + 1) == 0) return kBuiltInNames[i].baseType;
   }
   return QMT_BASE_TYPEDEF;
 }
@@ -95,7 +115,8 @@ static const ConsKindRow* FindKindOfElement(const xmlNode* element) {
   const char* name = XmlText(element->name);
   if (name[0] < 'b' || name[0] > 't') return nullptr;
   for (const ConsKindRow& row : kConsKinds) {
-    if (row.tag != nullptr && RTK_StrCmp(row.tag, name) == 0) return &row;
+    if (row.tag == nullptr || row.tag[0] != name[0]) continue;
+    if (RTK_StrCmp(row.tag, name) == 0) return &row;
   }
   return nullptr;
 }
@@ -142,9 +163,10 @@ static uint32_t ItemsToCreate(uint32_t kind, uint32_t counted) {
 
 static uint32_t FillOneKind(QmsModule* module, xmlNode* typeElem, QmtType* type, uint32_t kind,
                             const QmtTypeCounters* counters) {
-  const QmtConsFillFunc fill = QMT_LOADER_GetConsDataFillAllSegFunc(kind);
   const uint32_t counted = counters->perKind[kind];
-  if (counted == 0 || fill == nullptr) return QM_OK;
+  if (counted == 0) return QM_OK;
+  const QmtConsFillFunc fill = QMT_LOADER_GetConsDataFillAllSegFunc(kind);
+  if (fill == nullptr) return QM_OK;
   if (type->consCount >= counters->distinct) return QM_INVALID;
   const uint32_t ret =
       QMT_LOADER_CreateConsDataInLastConstraint(module, type, kind, ItemsToCreate(kind, counted));
@@ -159,6 +181,7 @@ static_assert(QMT_CONS_UNION == QMT_CONS_COUNT - 1);
 uint32_t QMT_LOADER_FillAllTypeConstraint(QmsModule* module, xmlNode* typeElem, QmtType* type,
                                           const QmtTypeCounters* counters) {
   for (uint32_t kind = 0; kind < QMT_CONS_UNION; ++kind) {
+    if (counters->perKind[kind] == 0) continue;
     const uint32_t ret = FillOneKind(module, typeElem, type, kind, counters);
     if (ret != QM_OK) return ret;
   }

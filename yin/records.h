@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 #include "context/records.h"
@@ -9,6 +10,22 @@
 constexpr uint32_t kQmsPathSize = 256;
 constexpr uint32_t kQmsSuffixSize = 10;
 constexpr uint32_t kQmsMaxIncludeDepth = 256;
+
+// A set of statement ids.
+struct QmsStmtSet {
+  uint64_t bits[2];
+  constexpr bool Has(uint32_t stmt) const {
+    return stmt < QMS_STMT_COUNT && (bits[stmt / 64] >> (stmt % 64) & 1) != 0;
+  }
+};
+static_assert(QMS_STMT_COUNT <= 128, "a bit for each statement id");
+
+template <size_t N>
+consteval QmsStmtSet SetOf(const QmsStmt (&stmts)[N]) {
+  QmsStmtSet set{};
+  for (const QmsStmt stmt : stmts) set.bits[stmt / 64] |= uint64_t{1} << (stmt % 64);
+  return set;
+}
 
 // One row of a keyword table.
 struct QmsKeyWord {

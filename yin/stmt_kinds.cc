@@ -46,15 +46,14 @@ static_assert(std::size(kAnydataSubStmts) == 8);
 
 uint32_t QMS_LOADER_ParseContainer(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                    void* dest) {
-  static constexpr QmsNodeStmt kContainer = {QMS_NODE_CONTAINER, kContainerSubStmts,
-                                             std::size(kContainerSubStmts), nullptr, nullptr};
+  static constexpr QmsNodeStmt kContainer = {QMS_NODE_CONTAINER, SetOf(kContainerSubStmts), nullptr,
+                                             nullptr};
   return ParseNodeStmt(kContainer, module, element, parentStmt, dest);
 }
 
 uint32_t QMS_LOADER_ParseAnydataInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                       void* dest, uint32_t nodeKind) {
-  const QmsNodeStmt stmt = {nodeKind, kAnydataSubStmts, std::size(kAnydataSubStmts), nullptr,
-                            nullptr};
+  const QmsNodeStmt stmt = {nodeKind, SetOf(kAnydataSubStmts), nullptr, nullptr};
   return ParseNodeStmt(stmt, module, element, parentStmt, dest);
 }
 
@@ -110,16 +109,15 @@ static uint32_t CheckHasType(const QmsNodeParse* parse) {
 
 uint32_t QMS_LOADER_ParseLeaf(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                               void* dest) {
-  static constexpr QmsNodeStmt kLeaf = {QMS_NODE_LEAF, kLeafSubStmts, std::size(kLeafSubStmts),
-                                        CheckHasType, QMS_LOADER_RefreshLeafDefaultValue};
+  static constexpr QmsNodeStmt kLeaf = {QMS_NODE_LEAF, SetOf(kLeafSubStmts), CheckHasType,
+                                        QMS_LOADER_RefreshLeafDefaultValue};
   return ParseNodeStmt(kLeaf, module, element, parentStmt, dest);
 }
 
 uint32_t QMS_LOADER_ParseLeafList(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest) {
-  static constexpr QmsNodeStmt kLeafList = {QMS_NODE_LEAF_LIST, kLeafListSubStmts,
-                                            std::size(kLeafListSubStmts), CheckHasType,
-                                            QMS_LOADER_RefreshLeafListDefaultValue};
+  static constexpr QmsNodeStmt kLeafList = {QMS_NODE_LEAF_LIST, SetOf(kLeafListSubStmts),
+                                            CheckHasType, QMS_LOADER_RefreshLeafListDefaultValue};
   return ParseNodeStmt(kLeafList, module, element, parentStmt, dest);
 }
 
@@ -133,7 +131,7 @@ constexpr QmsStmt kListSubStmts[] = {
     QMS_STMT_LEAF,   QMS_STMT_LEAF_LIST,    QMS_STMT_LIST,
     QMS_STMT_CHOICE, QMS_STMT_ANYDATA,      QMS_STMT_ANYXML,
     QMS_STMT_ACTION, QMS_STMT_NOTIFICATION, QMS_STMT_EXTENSION_INSTANCE};
-static_assert(std::size(kListSubStmts) == 18 && std::size(kListSubStmts) <= kMaxNodeSubStmts);
+static_assert(std::size(kListSubStmts) == 18);
 
 static uint32_t MarkKeys(const QmsNodeParse* parse) {
   return QMS_NODE_MarkKeyAttrToListLeafs(parse->node, parse->keyText, &parse->node->keyCount);
@@ -141,8 +139,7 @@ static uint32_t MarkKeys(const QmsNodeParse* parse) {
 
 uint32_t QMS_LOADER_ParseListInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                    void* dest, QmsNode* list) {
-  static constexpr QmsNodeStmt kList = {QMS_NODE_LIST, kListSubStmts, std::size(kListSubStmts),
-                                        MarkKeys, nullptr};
+  static constexpr QmsNodeStmt kList = {QMS_NODE_LIST, SetOf(kListSubStmts), MarkKeys, nullptr};
   return ParseNodeBody(kList, module, element, parentStmt, dest, list);
 }
 
@@ -170,15 +167,14 @@ static_assert(std::size(kCaseSubStmts) == 12);
 
 uint32_t QMS_LOADER_ParseChoice(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                 void* dest) {
-  static constexpr QmsNodeStmt kChoice = {QMS_NODE_CHOICE, kChoiceSubStmts,
-                                          std::size(kChoiceSubStmts), nullptr, nullptr};
+  static constexpr QmsNodeStmt kChoice = {QMS_NODE_CHOICE, SetOf(kChoiceSubStmts), nullptr,
+                                          nullptr};
   return ParseNodeStmt(kChoice, module, element, parentStmt, dest);
 }
 
 uint32_t QMS_LOADER_ParseCase(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                               void* dest) {
-  static constexpr QmsNodeStmt kCase = {QMS_NODE_CASE, kCaseSubStmts, std::size(kCaseSubStmts),
-                                        nullptr, nullptr};
+  static constexpr QmsNodeStmt kCase = {QMS_NODE_CASE, SetOf(kCaseSubStmts), nullptr, nullptr};
   return ParseNodeStmt(kCase, module, element, parentStmt, dest);
 }
 
@@ -202,7 +198,7 @@ static_assert(std::size(kNotifSubStmts) == 12);
 
 uint32_t QMS_LOADER_ParseRpcInner(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                   void* dest, uint32_t nodeKind) {
-  const QmsNodeStmt stmt = {nodeKind, kRpcSubStmts, std::size(kRpcSubStmts), nullptr, nullptr};
+  const QmsNodeStmt stmt = {nodeKind, SetOf(kRpcSubStmts), nullptr, nullptr};
   return ParseNodeStmt(stmt, module, element, parentStmt, dest);
 }
 
@@ -217,7 +213,7 @@ uint32_t QMS_LOADER_ParseAction(QmsModule* module, xmlNode* element, uint32_t pa
 
 uint32_t QMS_LOADER_ParseInout(QmsModule* module, xmlNode* element, uint32_t parentStmt, void* dest,
                                uint32_t nodeKind) {
-  const QmsNodeStmt stmt = {nodeKind, kInoutSubStmts, std::size(kInoutSubStmts), nullptr, nullptr};
+  const QmsNodeStmt stmt = {nodeKind, SetOf(kInoutSubStmts), nullptr, nullptr};
   return ParseNodeStmt(stmt, module, element, parentStmt, dest);
 }
 
@@ -233,8 +229,8 @@ uint32_t QMS_LOADER_ParseOutput(QmsModule* module, xmlNode* element, uint32_t pa
 
 uint32_t QMS_LOADER_ParseNotif(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                void* dest) {
-  static constexpr QmsNodeStmt kNotif = {QMS_NODE_NOTIFICATION, kNotifSubStmts,
-                                         std::size(kNotifSubStmts), nullptr, nullptr};
+  static constexpr QmsNodeStmt kNotif = {QMS_NODE_NOTIFICATION, SetOf(kNotifSubStmts), nullptr,
+                                         nullptr};
   return ParseNodeStmt(kNotif, module, element, parentStmt, dest);
 }
 
@@ -255,7 +251,7 @@ static uint32_t InheritToChildren(const QmsNodeParse* parse) {
 
 uint32_t QMS_LOADER_ParseAugment(QmsModule* module, xmlNode* element, uint32_t parentStmt,
                                  void* dest) {
-  static constexpr QmsNodeStmt kAugment = {QMS_NODE_AUGMENT, kAugmentSubStmts,
-                                           std::size(kAugmentSubStmts), InheritToChildren, nullptr};
+  static constexpr QmsNodeStmt kAugment = {QMS_NODE_AUGMENT, SetOf(kAugmentSubStmts),
+                                           InheritToChildren, nullptr};
   return ParseNodeStmt(kAugment, module, element, parentStmt, dest);
 }

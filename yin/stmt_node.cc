@@ -19,6 +19,7 @@
 #include "yin/argument.h"
 #include "yin/dispatch.h"
 #include "yin/keyword.h"
+#include "yin/stmt_ext_inst.h"
 
 using DescribeFunc = QmsSubStmtDesc (*)(uint32_t stmt, QmsNodeParse* parse);
 
@@ -171,25 +172,50 @@ uint32_t QMS_LOADER_AddNodeToSchemaTree(QmsModule* module, QmsNode* parentNode, 
                                       : QMS_NODE_AddChild(parentNode, node);
 }
 
-// Marks and counts the sub-statements and makes their arrays. Never inlined: the table is
-// the largest part of the stack, and is gone before the parsers of the nodes below run.
-[[gnu::noinline]] static uint32_t PrepareSubStmts(const QmsNodeStmt& stmt, xmlNode* element,
-                                                  uint32_t ownStmt, QmsNodeParse* parse) {
-  QmsSubStmtDesc table[kMaxNodeSubStmts];
-  for (uint32_t i = 0; i < stmt.subStmtCount; ++i) {
-    table[i] = kDescribe.byStmt[stmt.subStmts[i]](stmt.subStmts[i], parse);
+// Where the children of an array are counted; NULL for what is none.
+static uint16_t* FoundCounter(uint32_t stmt, QmsNodeParse* parse) {
+  switch (stmt) {
+    case QMS_STMT_IF_FEATURE:
+      return &parse->ifFeatures;
+    case QMS_STMT_MUST:
+      return &parse->musts;
+    case QMS_STMT_EXTENSION_INSTANCE:
+      return &parse->extInsts;
+    case QMS_STMT_DEFAULT:
+      return parse->node->kind == QMS_NODE_LEAF_LIST ? &parse->defaults : nullptr;
+    default:
+      return nullptr;
   }
-  const uint32_t ret =
-      QMS_LOADER_MarkSubNodeAndCountArraySize(parse->module, element, table, stmt.subStmtCount);
-  if (ret != QM_OK) return ret;
-  return QMS_LOADER_NewSubStatementsArray(ownStmt, table, stmt.subStmtCount);
 }
 
-static bool Accepts(const QmsNodeStmt& stmt, uint32_t subStmt) {
-  for (uint32_t i = 0; i < stmt.subStmtCount; ++i) {
-    if (stmt.subStmts[i] == subStmt) return true;
+// Marks and counts the sub-statements, as the engine does for other statements, but
+// without a table of descriptors: most nodes have few children, and no array.
+static uint32_t MarkSubStmts(const QmsNodeStmt& stmt, xmlNode* element, QmsNodeParse* parse) {
+  const xmlNs* yin = nullptr;
+  for (xmlNode* child = element->children; child != nullptr; child = child->next) {
+    const uint32_t subStmt = StmtOfNode(child, &yin);
+    if (!stmt.subStmts.Has(subStmt)) continue;
+    if (subStmt == QMS_STMT_EXTENSION_INSTANCE &&
+        QMS_LOADER_IsExtInstNeedParse(parse->module, child) != 1) {
+      continue;
+    }
+    AddPrivateMark(child, subStmt);
+    const uint32_t ret = CountOneMore(FoundCounter(subStmt, parse));
+    if (ret != QM_OK) return ret;
   }
-  return false;
+  return QM_OK;
+}
+
+static uint32_t MakeArrays(uint32_t ownStmt, QmsNodeParse* parse) {
+  for (const QmsStmt stmt :
+       {QMS_STMT_IF_FEATURE, QMS_STMT_MUST, QMS_STMT_DEFAULT, QMS_STMT_EXTENSION_INSTANCE}) {
+    const uint16_t* found = FoundCounter(stmt, parse);
+    if (found == nullptr || *found == 0) continue;
+    QmsSubStmtDesc desc = kDescribe.byStmt[stmt](stmt, parse);
+    const uint32_t ret = QMS_LOADER_NewSubStatementsArray(ownStmt, &desc, 1);
+    if (ret != QM_OK) return ret;
+  }
+  return QM_OK;
 }
 
 // Nodes nest as deep as the document, and so does this function.
@@ -197,7 +223,7 @@ static uint32_t ParsePreparedSubStmts(const QmsNodeStmt& stmt, const xmlNode* el
                                       uint32_t ownStmt, QmsNodeParse* parse) {
   for (xmlNode* child = element->children; child != nullptr; child = child->next) {
     const uint32_t subStmt = MarkedStmt(child);
-    if (!Accepts(stmt, subStmt)) continue;
+    if (!stmt.subStmts.Has(subStmt)) continue;
     QmsSubStmtDesc desc = kDescribe.byStmt[subStmt](subStmt, parse);
     const uint32_t ret = ParseMarkedChild(parse->module, child, ownStmt, &desc);
     if (ret != QM_OK) return ret;
@@ -207,7 +233,8 @@ static uint32_t ParsePreparedSubStmts(const QmsNodeStmt& stmt, const xmlNode* el
 
 static uint32_t ParseNodeSubStmts(const QmsNodeStmt& stmt, xmlNode* element, QmsNodeParse* parse) {
   const uint32_t ownStmt = QMS_NODE_GetStmtByNodeType(stmt.kind);
-  uint32_t ret = PrepareSubStmts(stmt, element, ownStmt, parse);
+  uint32_t ret = MarkSubStmts(stmt, element, parse);
+  if (ret == QM_OK) ret = MakeArrays(ownStmt, parse);
   if (ret == QM_OK) ret = ParsePreparedSubStmts(stmt, element, ownStmt, parse);
   if (ret != QM_OK) {
     QM_CTX_AddModError(parse->module->ctx, parse->module->name,

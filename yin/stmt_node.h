@@ -22,15 +22,13 @@ struct QmsNodeParse {
 };
 
 // How one kind of schema node is parsed. The places of its sub-statements follow
-// from their ids, so that a list of ids says all.
+// from their ids, so that a set of ids says all.
 struct QmsNodeStmt {
   uint32_t kind;                                       // QmsNodeKind
-  const QmsStmt* subStmts;                             // accepted, first match wins
-  uint32_t subStmtCount;                               // at most kMaxNodeSubStmts
+  QmsStmtSet subStmts;                                 // accepted
   uint32_t (*check)(const QmsNodeParse* parse);        // after the sub-statements; may be NULL
   uint32_t (*refresh)(QmsModule* module, QmsNode* n);  // after linking; may be NULL
 };
-constexpr uint32_t kMaxNodeSubStmts = 18;
 
 // The node parser: makes the node, parses its sub-statements, checks and links it. 0,
 // or the status of the step that failed, after which nothing is left of the node.
