@@ -202,6 +202,10 @@ void ResolveUnionMember(Output* out, xmlNode* type) {
     leaf = target;
     at = bottom;
   }
+  // A relative path in a typedef gets its target where a leaf has the type.
+  const char* path = at == nullptr ? nullptr : ArgumentOfChild(at, Keyword::kPath);
+  const bool isForLeafs = leaf.node == nullptr && path != nullptr && *path != '/';
+  if (isForLeafs && holder != nullptr && Is(holder, Keyword::kTypedef)) return;
   Lose(out, type,
        "the library checks no leafref in a union, and the type of this one's target is not known");
 }

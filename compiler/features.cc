@@ -10,6 +10,7 @@
 #include "compiler/child_index.h"
 #include "compiler/if_feature.h"
 #include "compiler/prefixes.h"
+#include "compiler/repository.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
 #include "compiler/target.h"
@@ -98,6 +99,20 @@ bool AreDefined(Output* out, const xmlNode* statement, const FeatureExpr& expr) 
   return true;
 }
 
+// The first feature that only another revision of its module has; empty: all are there.
+std::string MissingFeature(Output* out, const xmlNode* statement, const FeatureExpr& expr) {
+  for (const FeatureNode& node : expr.nodes) {
+    if (node.op != FeatureOp::kFeature) continue;
+    Module* module = ModuleOfPrefix(StatementOf(statement)->words, expr.Of(node.prefix));
+    Module* written = WrittenModule(out->all->repository, module->name);
+    if (written != nullptr && written != module &&
+        FindGlobal(written, SymbolKind::kFeature, expr.Of(node.name)) == nullptr)
+      return "the revision of \"" + module->name + "\" that is written has no feature \"" +
+             std::string(expr.Of(node.name)) + "\"";
+  }
+  return {};
+}
+
 // True: the node that the condition stands on stays.
 bool ApplyOne(Output* out, xmlNode* statement) {
   Module* words = StatementOf(statement)->words;
@@ -125,6 +140,14 @@ bool ApplyOne(Output* out, xmlNode* statement) {
         return PrefixOf(out, module, prefix);
       });
   if (rest.state == FeatureState::kOff) return false;
+  const std::string missing = MissingFeature(out, statement, expr);
+  if (rest.state == FeatureState::kUnknown && !missing.empty()) {
+    // Nobody could turn it on.
+    Lose(out, statement,
+         missing + "; its " + NameOf(statement->parent) + " stays without the if-feature");
+    RemoveStatement(statement);
+    return true;
+  }
   if (rest.state == FeatureState::kUnknown && IsEnumOrBit(statement->parent)) {
     Lose(out, statement,
          std::string("the loader does not read if-feature of ") + NameOf(statement->parent) +

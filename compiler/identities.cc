@@ -57,6 +57,14 @@ std::string WrittenIdentity(Output* out, Module* module, std::string_view name,
   return PrefixOf(out, module) + ":" + std::string(name);
 }
 
+// False: another revision of its module has it.
+bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
+  Module* written = WrittenModule(out->all->repository, module->name);
+  return written == nullptr || written == module ||
+         FindGlobal(written, SymbolKind::kIdentity, name) != nullptr ||
+         FindGlobal(module, SymbolKind::kIdentity, name) == nullptr;
+}
+
 // A leaf, or a deviation that does not take its default away.
 bool GivesDefault(const xmlNode* parent) {
   if (!Is(parent, Keyword::kDeviate)) return Is(parent, Keyword::kLeaf);
@@ -75,9 +83,7 @@ void RewriteBase(Output* out, xmlNode* base) {
          "the identity \"" + std::string(text == nullptr ? "" : text) + "\" is not found");
     return;
   }
-  Module* written = WrittenModule(out->all->repository, module->name);
-  if (written != nullptr && written != module &&
-      FindGlobal(written, SymbolKind::kIdentity, reference.name) == nullptr)
+  if (!IsInWrittenRevision(out, module, reference.name))
     Lose(out, base,
          "the revision of \"" + module->name + "\" that is written has no identity \"" +
              std::string(reference.name) + "\"");
@@ -108,6 +114,13 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     AddFinding(&out->report, Severity::kError, kIdentityClass, byDefault,
                "the prefix \"" + std::string(reference.prefix) +
                    "\" is not known; the default is left out");
+    RemoveStatement(byDefault);
+    return false;
+  }
+  if (!IsInWrittenRevision(out, module, reference.name)) {
+    Lose(out, byDefault,
+         "the revision of \"" + module->name + "\" that is written has no identity \"" +
+             std::string(reference.name) + "\"; the default is left out");
     RemoveStatement(byDefault);
     return false;
   }

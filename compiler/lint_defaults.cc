@@ -2,9 +2,12 @@
 // Defaults against their types, where they are written and where a type with a default
 // is restricted further (RFC 7950, sections 7.3.4, 7.6.4 and 7.7.4). What a refine or a
 // deviation gives is judged with its node.
+#include <algorithm>
 #include <set>
+#include <vector>
 
 #include "compiler/lint_pass.h"
+#include "compiler/path.h"
 #include "compiler/type_chain.h"
 #include "compiler/value_check.h"
 
@@ -50,11 +53,38 @@ void JudgeInherited(Lint* lint, const xmlNode* holder, const xmlNode* type) {
 
 }  // namespace
 
+// The enum, bit or identity of a value that a feature may take away; NULL: there is none.
+static const xmlNode* FindConditional(const TypeChain& chain, std::string_view value,
+                                      const xmlNode* at) {
+  if (chain.base == BuiltIn::kIdentityref) {
+    const xmlNode* identity = FindSymbol(at, SymbolKind::kIdentity, value);
+    const bool hasOne = identity != nullptr && FirstChild(identity, Keyword::kIfFeature) != nullptr;
+    return hasOne ? identity : nullptr;
+  }
+  const bool isEnum = chain.base == BuiltIn::kEnumeration;
+  if (!isEnum && chain.base != BuiltIn::kBits) return nullptr;
+  const Keyword keyword = isEnum ? Keyword::kEnum : Keyword::kBit;
+  const auto names = isEnum ? std::vector<std::string_view>{value} : SplitNames(value);
+  for (const xmlNode* s = InChain(chain, keyword); s != nullptr; s = NextSibling(s, keyword)) {
+    if (ArgumentOf(s) == nullptr || FirstChild(s, Keyword::kIfFeature) == nullptr) continue;
+    if (std::find(names.begin(), names.end(), ArgumentOf(s)) != names.end()) return s;
+  }
+  return nullptr;
+}
+
 void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
   const char* value = ArgumentOf(statement);
   if (value == nullptr) return;
   const std::string fault = FaultOfValue(type, value, statement);
-  if (fault.empty()) return;
+  if (fault.empty()) {
+    const xmlNode* conditional = FindConditional(ChainOf(type), value, statement);
+    if (conditional != nullptr)
+      Error(lint, cls::kDefault, statement,
+            "the default " + Quote(value) + " depends on a feature, as " + Describe(conditional) +
+                " does",
+            "take a value that is always there (RFC 7950, section 7.6.4)");
+    return;
+  }
   Error(lint, cls::kDefault, statement, "the default " + Quote(value) + " " + fault,
         "write a value of type " + Quote(ArgumentOf(type) == nullptr ? "" : ArgumentOf(type)));
 }

@@ -63,7 +63,11 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
         "write a path such as \"../name\" or \"/p:top/p:list[p:key = current()/../key]/p:leaf\"";
     return nullptr;
   }
-  if (path.throughDeref) return nullptr;
+  if (path.throughDeref) {
+    *fault = "does not parse: a path of a leafref calls no function";
+    *advice = "write the steps that lead to the leaf";
+    return nullptr;
+  }
   DataCursor cursor = {lint->view, leafref.node, false};
   if (path.absolute) {
     Module* first = leafref.node->space;

@@ -68,6 +68,26 @@ bool DependsOnUser(const xmlNode* type, unsigned chain) {
   return false;
 }
 
+bool IsRelativeLeafref(const xmlNode* type) {
+  const char* text = ArgumentOfChild(type, Keyword::kPath);
+  return std::string_view(TypeName(type)) == "leafref" && text != nullptr && *text != '/';
+}
+
+// True for a union, by whatever name, with a path whose target depends on the leaf.
+bool IsUnionForLeaf(const xmlNode* type, unsigned chain) {
+  const BottomType bottom = FindBottomType(type);
+  if (bottom.type == nullptr || chain == kMaxChain ||
+      std::string_view(TypeName(bottom.type)) != "union")
+    return false;
+  for (const xmlNode* member = FirstChild(bottom.type, Keyword::kType); member != nullptr;
+       member = NextSibling(member, Keyword::kType)) {
+    const xmlNode* end = FindBottomType(member).type;
+    if ((end != nullptr && IsRelativeLeafref(end)) || IsUnionForLeaf(member, chain + 1))
+      return true;
+  }
+  return false;
+}
+
 bool IsText(const xmlNode* statement) {
   return Is(statement, Keyword::kDescription) || Is(statement, Keyword::kReference);
 }
@@ -157,7 +177,19 @@ void TakeOver(Output* out, xmlNode* leaf, const BottomType& bottom, const Place*
     AppendChild(leaf, CopyStatement(session, leaf->doc, bottom.units, usedAt));
 }
 
-xmlNode* InlinePath(Output* out, xmlNode* type, const BottomType& bottom) {
+bool IsLeafType(const xmlNode* type) {
+  const xmlNode* parent = ParentOf(type);
+  return Is(parent, Keyword::kLeaf) || Is(parent, Keyword::kLeafList);
+}
+
+// The type of a leaf, or a member of it.
+bool IsOfLeaf(const xmlNode* type) {
+  while (Is(ParentOf(type), Keyword::kType)) type = ParentOf(type);
+  return IsLeafType(type);
+}
+
+// Writes what the typedefs come to in the place of their name.
+xmlNode* InlineType(Output* out, xmlNode* type, const BottomType& bottom) {
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
   xmlNode* copy = CopyStatement(out->all->session, type->doc, bottom.type, usedAt);
@@ -170,14 +202,9 @@ xmlNode* InlinePath(Output* out, xmlNode* type, const BottomType& bottom) {
     TakeOut(require);
     AppendChild(copy, require);
   }
-  TakeOver(out, ParentOf(type), bottom, usedAt);
+  if (IsLeafType(type)) TakeOver(out, ParentOf(type), bottom, usedAt);
   RemoveStatement(type);
   return copy;
-}
-
-bool IsLeafType(const xmlNode* type) {
-  const xmlNode* parent = ParentOf(type);
-  return Is(parent, Keyword::kLeaf) || Is(parent, Keyword::kLeafList);
 }
 
 void NoteFile(Module* file, void* arg) {
@@ -220,9 +247,10 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   Module* module = ModuleOfDefinition(definition);
   const bool isForeign = module->name != out->module->name;
   const bool depends = isForeign && DependsOnUser(type, 0);
+  if (IsOfLeaf(type) && IsUnionForLeaf(type, 0)) return InlineType(out, type, FindBottomType(type));
   if (depends && IsLeafType(type)) {
     const BottomType bottom = FindBottomType(type);
-    if (std::string_view(TypeName(bottom.type)) == "leafref") return InlinePath(out, type, bottom);
+    if (std::string_view(TypeName(bottom.type)) == "leafref") return InlineType(out, type, bottom);
   }
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;

@@ -240,6 +240,33 @@ TEST_F(Paths, OfATypedefInAUnionBecomeTheTypeOfTheirTarget) {
       << Body("n");
 }
 
+// Where a union of a typedef begins at the leaf, each leaf has its own.
+TEST_F(Paths, OfAUnionThatATypedefHasAreThoseOfEachLeaf) {
+  Module11(
+      "n",
+      "typedef sibling { type union { type leafref { path ../x; } type empty; }\n"
+      "  default 7; units u; }\n"
+      "typedef wide { type sibling; }\n"
+      "container c { leaf x { type uint8; } leaf v { type wide; } leaf-list w { type wide; } }");
+  Module11("m",
+           "import n { prefix n; }\n"
+           "container c { leaf x { type string; }\n"
+           "  leaf v { type n:wide; mandatory true; }\n"
+           "  leaf w { type union { type n:sibling; type int8; } default a; } }");
+  EXPECT_EQ(
+      "typedef sibling { type union { type leafref { path ../n:x; } type empty; } "
+      "default 7; units u; } typedef wide { type sibling; } "
+      "container c { leaf x { type uint8; } "
+      "leaf v { type union { type uint8; type empty; } default 7; units u; } "
+      "leaf-list w { type union { type uint8; type empty; } units u; } }",
+      Body("n"));
+  EXPECT_EQ(
+      "container c { leaf x { type string; } "
+      "leaf v { type union { type string; type empty; } mandatory true; units u; } "
+      "leaf w { type union { type union { type string; type empty; } type int8; } default a; } }",
+      Body("m"));
+}
+
 using Identities = Compiling;
 
 TEST_F(Identities, OfBasesTakePrefixes) {
@@ -292,6 +319,22 @@ TEST_F(Identities, OnlyInAnotherRevisionAreReported) {
 }
 
 using Literals = Compiling;
+
+TEST_F(Identities, AndFeaturesOnlyInAnotherRevisionAreNotWritten) {
+  Write("n@2020-01-01.yang",
+        "module n { yang-version 1.1; namespace urn:n; prefix n; revision 2020-01-01;\n"
+        "  feature f; identity a; identity old { base a; }\n"
+        "  grouping g { leaf i { if-feature f; type identityref { base a; } default old; } } }");
+  Write("n@2021-01-01.yang",
+        "module n { yang-version 1.1; namespace urn:n; prefix n; revision 2021-01-01;\n"
+        "  revision 2020-01-01; identity a; leaf l { type identityref { base a; } } }");
+  Module11("m", "import n { prefix n; revision-date 2020-01-01; } uses n:g;");
+  Module11("o", "import n { prefix n; revision-date 2021-01-01; } leaf l { type string; }");
+  const JobResult result = Run({"m", "n"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf i { type identityref { base n:a; } }", BodyOf(result, "m"));
+  EXPECT_EQ(2u, result.findings.size());
+}
 
 TEST_F(Literals, ThatNameIdentitiesGetAPrefix) {
   Module11("m",
