@@ -62,11 +62,9 @@ bool PrintDocument(xmlDoc* doc) {
 }
 
 int PrintFailure(QmErrNode* record) {
-  const bool printed = PrintRpcError(record);
+  PrintRpcError(record);
   QM_FreeErrNode(record);
-  if (printed) return kExitInvalid;
-  PrintError("out of memory");
-  return kExitUnusable;
+  return kExitInvalid;
 }
 
 int ValidateOne(QmCtx* ctx, const std::string& file) {

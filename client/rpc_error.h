@@ -3,5 +3,5 @@
 #include <qmodel/error.h>
 
 // Prints an error record as one NETCONF rpc-error element (RFC 6241 section
-// 4.3), indented. False when there is no memory for it.
-bool PrintRpcError(const QmErrNode* record);
+// 4.3), indented.
+void PrintRpcError(const QmErrNode* record);

@@ -215,6 +215,8 @@ static xmlDoc* Parse(const char* text, size_t size, Content content, ParseNotes*
   context->_private = notes;
   SetHandlers(context.Get(), content);
   static_cast<void>(xmlParseDocument(context.Get()));
+  const bool strict = content == Content::kBounded && notes->refusal == XML_OUTCOME_PARSED;
+  if (strict && context->nsWellFormed == 0) notes->refusal = XML_OUTCOME_NOT_XML;
   xmlDoc* doc = TakeDocument(context.Get());
   if (!notes->lostMemory && notes->refusal == XML_OUTCOME_PARSED) return doc;
   xmlFreeDoc(doc);

@@ -37,7 +37,8 @@ enum XmlOutcome : uint32_t {
 };
 
 // A message within bounds, of UTF-8 whatever it declares: without line numbers,
-// comments, instructions and CDATA sections; texts are joined, and blanks kept.
+// comments, instructions and CDATA sections; texts are joined, and blanks kept. What is
+// not well-formed as to namespaces is not XML here.
 xmlDoc* ParseBoundedMessage(const char* text, size_t size, const XmlBounds& bounds,
                             XmlOutcome* outcome);
 

@@ -27,7 +27,7 @@ void InitRunIndex(QmdRunIndex* index) {
 static void* TakeMemory(QmdRunIndex* index, size_t bytes) {
   if (bytes > index->allowance) return nullptr;
   index->allowance -= bytes;
-  return g_qmMemMallocFunc(bytes);
+  return TakeBlock(bytes);
 }
 
 void FreeRunIndex(QmdRunIndex* index) {

@@ -21,6 +21,7 @@ C_TEXT = re.compile(r"(?<![\w:>.])(?:std::)?"
                     r"(str(?:n?len|n?(?:case)?cmp|coll|r?chr|(?:case)?str|c?spn|pbrk|tok(?:_r)?|n?dup|n?cpy|n?cat)"
                     r"|stpn?cpy)\s*\(")
 BARE_MEMORY = re.compile(r"(?<![\w:>.])(memcpy|memset|memmove|memcmp)\s*\(")
+HOOK_CALL = re.compile(r"\bg_qmMem(?:Malloc|ReAlloc)Func\s*\(")
 CONTROL = re.compile(r"\b(if|for|while)\b(?:\s+constexpr)?\s*\(|\belse\b")
 NAMELESS = re.compile(r"^(const\s+)?[\w:]+(<[^()]*>)?(\s*[*&]+)?$")
 
@@ -132,6 +133,8 @@ def text_functions(file):
         yield line_of(file.code, match.start()), f"{match.group(1)}: use the function of platform/string.h"
     for match in BARE_MEMORY.finditer(file.code):
         yield line_of(file.code, match.start()), f"{match.group(1)}: write std:: in front"
+    for match in HOOK_CALL.finditer(file.code):
+        yield line_of(file.code, match.start()), "take blocks with TakeBlock() or ResizeBlock()"
 
 
 def linkage_blocks(file):

@@ -233,8 +233,7 @@ static bool PlanTokens(Planner* p) {
 static QmConditionPlan* NewPlan(const char* condition, uint32_t tokens) {
   const size_t steps = size_t{tokens} * sizeof(QmPlanStep);
   const size_t texts = tokens == 0 ? 0 : RTK_StrLen(condition) + tokens;
-  auto* plan =
-      static_cast<QmConditionPlan*>(g_qmMemMallocFunc(sizeof(QmConditionPlan) + steps + texts));
+  auto* plan = static_cast<QmConditionPlan*>(TakeBlock(sizeof(QmConditionPlan) + steps + texts));
   if (plan == nullptr) return nullptr;
   *plan = {0, 0, reinterpret_cast<QmPlanStep*>(plan + 1)};
   return plan;

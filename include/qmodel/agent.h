@@ -75,7 +75,8 @@ typedef enum QmAgentReason {
   QM_AGENT_REASON_TOO_MANY = 5,      /**< Attributes or namespaces beyond the limit. */
   QM_AGENT_REASON_NOT_UTF8 = 6,      /**< Not UTF-8, or declared as something else. */
   QM_AGENT_REASON_DOCUMENT_TYPE = 7, /**< It has a document type declaration. */
-  QM_AGENT_REASON_NOT_XML = 8        /**< Empty, with a NUL, or otherwise not well-formed. */
+  QM_AGENT_REASON_NOT_XML =
+      8 /**< Empty, with a NUL or an unbound prefix, or otherwise not well-formed. */
 } QmAgentReason;
 
 /**

@@ -126,8 +126,40 @@ static void CallDataAndErrors(QmCtx* ctx) {
   EXPECT(taken == 1);
 }
 
+static uint32_t CountPiece(const char* text, size_t length, void* arg) {
+  (void)text;
+  *(size_t*)arg += length;
+  return QM_OK;
+}
+
+static void CountEvent(QmCtx* ctx, const QmAgentEvent* event, void* arg) {
+  EXPECT(QM_CTX_GetModuleByModName(ctx, event->moduleName) == event->module);
+  if (event->kind == QM_AGENT_EVENT_MODULE_GOING) ++*(int*)arg;
+}
+
+static void CallAgentKit(QmCtx* ctx, int* gone) {
+  static const char kBad[] = "<ping xmlns='urn:c'><count>300</count></ping>";
+  const QmAgentLimits limits = {sizeof kBad, 2};
+  uint32_t reason = QM_AGENT_REASON_NONE;
+  size_t written = 0;
+  QmErrNode* error = NULL;
+  xmlDoc* doc = QM_AGENT_ParseMessage(kBad, strlen(kBad), &limits, &reason);
+  EXPECT(doc != NULL && reason == QM_AGENT_REASON_NONE);
+  EXPECT(QM_AGENT_ValidateRequest(ctx, xmlDocGetRootElement(doc), NULL, NULL, &error) ==
+         QM_AGENT_INVALID);
+  xmlFreeDoc(doc);
+  EXPECT(QM_AGENT_WriteRecord(error, ctx, 0, CountPiece, &written) == QM_OK && written > 0);
+  EXPECT(QM_AGENT_PrintRecord(error, ctx, 0, NULL, 0) == written);
+  QM_FreeErrNode(error);
+  EXPECT(strcmp(QM_AGENT_GetVersion(), QM_VERSION_STRING) == 0);
+  EXPECT(strcmp(QM_AGENT_GetTagName(QM_ERR_TAG_TOO_BIG), "too-big") == 0);
+  QM_AGENT_Free(NULL);
+  QM_AGENT_SetEvents(ctx, CountEvent, gone);
+}
+
 int main(void) {
   QmCtx* ctx;
+  int gone = 0;
   EXPECT(QM_MemRegisterCallBack(CountingMalloc, realloc, CountingFree) == QM_OK);
   EXPECT(strlen(QM_VERSION_STRING) >= 5 && QM_VERSION_MAJOR >= 1);
   ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
@@ -136,7 +168,9 @@ int main(void) {
   CallSchemaAndTypes(ctx);
   CallXpath();
   CallDataAndErrors(ctx);
+  CallAgentKit(ctx, &gone);
   QM_CTX_Delete(ctx);
+  EXPECT(gone == 1);
   EXPECT(g_blocks == 0);
   return g_faults == 0 ? 0 : 1;
 }
