@@ -397,6 +397,45 @@ TEST_F(ClientCache, ManyProcessesMayFillItAtOnce) {
   EXPECT_EQ(2u, Entries().size());
 }
 
+// No file may become longer than some kilobytes, as on a disk that is full: what is loaded
+// fits, the entry does not.
+TEST_F(ClientCache, AnEntryThatCannotBeWrittenLeavesNothing) {
+  Write("models/large.yang",
+        "module large { namespace urn:l; prefix l; leaf old { type string; } }" +
+            std::string(100000, ' '));
+  const std::string command = "trap '' XFSZ; ulimit -f 16; " QMODEL_CLIENT " tree -c large";
+  for (int i = 0; i < 2; ++i) {
+    const ClientRun run = RunProgram("/bin/sh", Path("models"), {"-c", command});
+    EXPECT_EQ(0, run.status) << run.err;
+    EXPECT_TRUE(Names(run, "old"));
+    EXPECT_EQ("", run.err);
+    EXPECT_TRUE(Entries().empty());
+  }
+}
+
+TEST_F(ClientCache, AFolderInAnEntrysPlaceIsLeftAlone) {
+  EXPECT_TRUE(Names(Tree(), "old"));
+  const Mark mark = MarkEntry();
+  fs::remove(mark.path);
+  fs::create_directory(mark.path);
+  Write("cache/qmodel/" + fs::path(mark.path).filename().string() + "/kept", "x");
+  ExpectCompiled();
+  EXPECT_TRUE(fs::exists(mark.path + "/kept"));
+  EXPECT_EQ(1u, Entries().size());
+}
+
+// Whenever it is killed, an entry is there whole or not at all.
+TEST_F(ClientCache, AProcessThatIsKilledDoesNoHarm) {
+  fs::create_directory(Path("tmp"));
+  for (int i = 0; i < 24; ++i) {
+    const std::string command = "TMPDIR='" + Path("tmp") + "' timeout -s KILL 0.0" +
+                                std::to_string(10 + i) + " " QMODEL_CLIENT " tree -c m n";
+    static_cast<void>(RunProgram("/bin/sh", Path("models"), {"-c", command}));
+    ExpectCompiled();
+    if (i % 4 != 0) fs::remove_all(Path("cache"));
+  }
+}
+
 // Files without content, but with a size.
 TEST_F(ClientCache, TheOldestUseGoesFirstWhenItIsFull) {
   EXPECT_TRUE(Names(Tree(), "old"));

@@ -58,6 +58,9 @@ class ClientCompile : public testing::Test {
           "}\n");
     Write("n.yang", "module n { namespace urn:n; prefix n; typedef t { type string; } }\n");
   }
+  ClientRun RunShell(const std::string& command) const {
+    return RunProgram("/bin/sh", path_, {"-c", command});
+  }
 
  private:
   std::string path_;
@@ -262,6 +265,27 @@ TEST_F(ClientCompile, WhatTheLibraryDoesNotReadIsNotCounted) {
     const ClientRun run = Run({"load", "m"});
     EXPECT_EQ(count == 16, run.err.find("were skipped") != std::string::npos) << run.err;
   }
+}
+
+TEST_F(ClientCompile, AFullDeviceGivesStatus3) {
+  Write("m.yang", "module m { namespace urn:m; prefix m; leaf a { type string; } }");
+  for (const std::string words : {"compile m", "compile --convert m.yang", "lint -W style m",
+                                  "lint --json m", "tree -c --no-cache m"}) {
+    const ClientRun run = RunShell(QMODEL_CLIENT " " + words + " > /dev/full");
+    EXPECT_EQ(3, run.status) << words;
+    EXPECT_EQ("qmodel: standard output: No space left on device\n", run.err) << words;
+  }
+}
+
+// The limit holds for files, so what is said goes through a pipe.
+TEST_F(ClientCompile, AFileThatCannotBeWrittenWholeIsNotThere) {
+  Write("m.yang", "module m { namespace urn:m; prefix m; leaf a { type string; } }");
+  Write("out/m.yin", "as it was");
+  const ClientRun run = RunShell("(trap '' XFSZ; ulimit -f 0; " QMODEL_CLIENT
+                                 " compile -o out m 2>&1; echo status $?) | cat");
+  EXPECT_NE(std::string::npos, run.out.find("File too large\nstatus 3\n")) << run.out;
+  EXPECT_EQ("as it was", Read("out/m.yin"));
+  EXPECT_EQ(std::set<std::string>{"m.yin"}, List("out"));
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

@@ -37,10 +37,10 @@ std::string Times(size_t count, const std::string& part) {
   return text;
 }
 
-// libxml2 takes a second for the longest that is allowed, so one form stands at the bound.
+// With a letter between them, since libxml2 takes seconds for as many in a row.
 TEST(PatternBounds, AreTheSameNumberOfOptionalParts) {
-  EXPECT_TRUE(LibraryCompiles(Times(512, "a?")));
-  EXPECT_TRUE(CompilerCompiles(Times(512, "a?")));
+  EXPECT_TRUE(LibraryCompiles(Times(512, "xa?")));
+  EXPECT_TRUE(CompilerCompiles(Times(512, "xa?")));
   for (const std::string part : {"a?", "a*", "a{0,1}", "a{0}", "(|a)", "(a|)", "(a||b)"}) {
     EXPECT_EQ(LibraryCompiles(Times(8, part)), CompilerCompiles(Times(8, part))) << part;
     EXPECT_FALSE(LibraryCompiles(Times(513, part))) << part;
