@@ -7,7 +7,6 @@
 
 #include "context/string.h"
 #include "context/text_scan.h"
-#include "platform/avl.h"
 #include "platform/string.h"
 #include "schema/module.h"
 #include "schema/node.h"
@@ -84,9 +83,9 @@ static QmsNode* FindTopNode(QmCtx* ctx, const DataStep& step) {
     if (found != nullptr) return found;
   }
   // A module may have augmented a choice at the top of another one.
-  for (void* at = RTK_AVL3_First(&ctx->modByName); at != nullptr;
-       at = RTK_AVL3_Next(&ctx->modByName, at)) {
-    QmsNode* found = FindInList(static_cast<QmsModule*>(at)->dataNodes, step);
+  for (const QmsModule* at = QM_CTX_GetNextModule(ctx, nullptr); at != nullptr;
+       at = QM_CTX_GetNextModule(ctx, at)) {
+    QmsNode* found = FindInList(at->dataNodes, step);
     if (found != nullptr) return found;
   }
   return nullptr;

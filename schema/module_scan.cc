@@ -12,11 +12,17 @@
 #include "schema/module_registry.h"
 #include "schema/node.h"
 
+QmsModule* QM_CTX_GetNextModule(QmCtx* ctx, const QmsModule* mod) noexcept {
+  if (ctx == nullptr) return nullptr;
+  return static_cast<QmsModule*>(mod == nullptr ? RTK_AVL3_First(&ctx->modByName)
+                                                : RTK_AVL3_Next(&ctx->modByName, mod));
+}
+
 uint32_t QM_CTX_ScanAllModule(QmCtx* ctx, QmModuleScanFunc cb, void* arg) noexcept {
   if (ctx == nullptr || cb == nullptr) return QM_INVALID;
-  for (void* at = RTK_AVL3_First(&ctx->modByName); at != nullptr;
-       at = RTK_AVL3_Next(&ctx->modByName, at)) {
-    const uint32_t ret = cb(static_cast<QmsModule*>(at), arg);
+  for (QmsModule* at = QM_CTX_GetNextModule(ctx, nullptr); at != nullptr;
+       at = QM_CTX_GetNextModule(ctx, at)) {
+    const uint32_t ret = cb(at, arg);
     if (ret != QM_OK) return ret;
   }
   return QM_OK;

@@ -1,11 +1,29 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What clients list of a schema node. Scans take no NULL.
+#include <iterator>
+
 #include <qmodel/error.h>
 #include <qmodel/inspect.h>
 
 #include "schema/node.h"
 #include "schema/node_path.h"
 #include "schema/node_walk.h"
+
+QmsNode* QM_NODE_GetNextChild(const QmsNode* parent, const QmsNode* child) noexcept {
+  if (parent == nullptr) return nullptr;
+  return child == nullptr ? parent->firstChild : NextChild(parent, child);
+}
+
+QmsNode* QM_MOD_GetNextTopNode(const QmsModule* mod, const QmsNode* node) noexcept {
+  if (mod == nullptr) return nullptr;
+  if (node != nullptr && node->next != nullptr) return node->next;
+  // The list whose end was reached is told by the kind of its nodes.
+  uint32_t list = 0;
+  if (node != nullptr) list = node->kind == QMS_NODE_NOTIFICATION ? 3 : IsOperation(node) ? 2 : 1;
+  QmsNode* const heads[] = {mod->dataNodes, mod->rpcNodes, mod->notifNodes};
+  while (list < std::size(heads) && heads[list] == nullptr) ++list;
+  return list < std::size(heads) ? heads[list] : nullptr;
+}
 
 uint32_t QM_NODE_ScanMust(const QmsNode* node, QmMustScanFunc cb, void* arg) noexcept {
   if (node == nullptr || cb == nullptr) return QM_INVALID;

@@ -51,6 +51,55 @@ typedef enum QmStatementStatus {
   QM_STATUS_OBSOLETE = 2    /**< Is gone. */
 } QmStatementStatus;
 
+/* Steps. Loops without a callback: the first item with NULL, then the one after each. */
+
+/**
+ * @brief Gives the module after another one, in the order of names.
+ *
+ * @param[in] ctx  Context to read. NULL gives NULL.
+ * @param[in] mod  Module of @p ctx; NULL for the first.
+ *
+ * @return The module; NULL after the last.
+ *
+ * @par Thread safety
+ * Reads; see the top of this file.
+ */
+QM_API QmsModule *QM_CTX_GetNextModule(QmCtx *ctx, const QmsModule *mod) QM_NOEXCEPT;
+
+/**
+ * @brief Gives the top-level node of a module after another one.
+ *
+ * Data nodes come first, then rpcs, then notifications, each in schema order; choices are
+ * among them.
+ *
+ * @param[in] mod   Module to read. NULL gives NULL.
+ * @param[in] node  Top-level node of @p mod; NULL for the first.
+ *
+ * @return The node; NULL after the last.
+ *
+ * @par Thread safety
+ * Reads; see the top of this file.
+ *
+ * @see QM_MOD_IterScanTopmostNode()
+ */
+QM_API QmsNode *QM_MOD_GetNextTopNode(const QmsModule *mod, const QmsNode *node) QM_NOEXCEPT;
+
+/**
+ * @brief Gives the child of a node after another one, in schema order.
+ *
+ * @param[in] parent  Node to read. NULL gives NULL. An augment's children are those that it
+ *                    adds, also where they hang under its target.
+ * @param[in] child   Child of @p parent; NULL for the first.
+ *
+ * @return The child; NULL after the last.
+ *
+ * @par Thread safety
+ * Reads; see the top of this file.
+ *
+ * @see QM_NODE_IterScanChildrenNode()
+ */
+QM_API QmsNode *QM_NODE_GetNextChild(const QmsNode *parent, const QmsNode *child) QM_NOEXCEPT;
+
 /* Modules. */
 
 /**

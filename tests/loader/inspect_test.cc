@@ -107,6 +107,55 @@ TEST_F(Inspect, ModulesComeInTheOrderOfTheirNames) {
   EXPECT_EQ(kEnough, QM_CTX_ScanAllModule(ctx_, stop, nullptr));
 }
 
+TEST_F(Inspect, StepsGiveWhatScansGive) {
+  const auto tops = [](const QmsModule* mod) {
+    Texts found;
+    for (QmsNode* node = QM_MOD_GetNextTopNode(mod, nullptr); node != nullptr;
+         node = QM_MOD_GetNextTopNode(mod, node)) {
+      found.push_back(QM_NODE_GetNodeName(node));
+    }
+    return found;
+  };
+  const auto children = [](const QmsNode* parent) {
+    Texts found;
+    for (QmsNode* node = QM_NODE_GetNextChild(parent, nullptr); node != nullptr;
+         node = QM_NODE_GetNextChild(parent, node)) {
+      found.push_back(QM_NODE_GetNodeName(node));
+    }
+    return found;
+  };
+  EXPECT_EQ(nullptr, QM_CTX_GetNextModule(ctx_, nullptr));
+  QmsModule* m =
+      Load("m", "<rpc name='r1'/><notification name='n1'/><container name='c'>" + Leaf("x") +
+                    Leaf("y") + "</container>" + Leaf("l") + "<rpc name='r2'/>");
+  QmsModule* only = Load("only", "<notification name='n'/>");
+  QmsModule* a = Load("a", Import("m") + "<augment target-node='/m:c'>" + Leaf("p") + Leaf("q") +
+                               "</augment><augment target-node='/m:c'>" + Leaf("s") + "</augment>");
+  EXPECT_THAT(tops(m), ElementsAre("c", "l", "r1", "r2", "n1"));
+  EXPECT_THAT(tops(only), ElementsAre("n"));
+  EXPECT_THAT(tops(a), IsEmpty());
+  EXPECT_EQ(a, QM_CTX_GetNextModule(ctx_, nullptr));
+  EXPECT_EQ(m, QM_CTX_GetNextModule(ctx_, a));
+  EXPECT_EQ(only, QM_CTX_GetNextModule(ctx_, m));
+  EXPECT_EQ(nullptr, QM_CTX_GetNextModule(ctx_, only));
+  EXPECT_THAT(children(Node("/m:c")), ElementsAre("x", "y", "p", "q", "s"));
+  EXPECT_THAT(children(Node("/m:l")), IsEmpty());
+  Texts added;
+  const auto takeAdded = [](QmsNode* augment, uint32_t, void* arg) {
+    for (QmsNode* node = QM_NODE_GetNextChild(augment, nullptr); node != nullptr;
+         node = QM_NODE_GetNextChild(augment, node)) {
+      static_cast<Texts*>(arg)->push_back(QM_NODE_GetNodeName(node));
+    }
+    static_cast<Texts*>(arg)->push_back("|");
+    return uint32_t{QM_OK};
+  };
+  EXPECT_EQ(QM_OK, QM_MOD_IterScanAugmentNode(a, takeAdded, &added));
+  EXPECT_THAT(added, ElementsAre("p", "q", "|", "s", "|"));
+  EXPECT_EQ(nullptr, QM_CTX_GetNextModule(nullptr, nullptr));
+  EXPECT_EQ(nullptr, QM_MOD_GetNextTopNode(nullptr, nullptr));
+  EXPECT_EQ(nullptr, QM_NODE_GetNextChild(nullptr, nullptr));
+}
+
 TEST_F(Inspect, AModuleTellsItsVersionImportsAndDescription) {
   const QmsModule* old = Load("old", "<description><text>ancient</text></description>");
   const QmsModule* m = Load("m", Import("old") + Import("gone"), yin_text::kVersion11);
