@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Prints the modules that a folder's module needs: cxx_program DIR MODULE
+// Loads a module with what it imports and prints its name: cxx_program DIR MODULE
 #include <cstdio>
 
-#include <qmodel/qmodel.h>
+#include <qmodel/qmodel.hpp>
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
-  QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
-  if (ctx == nullptr || QM_CTX_SetSearchDir(ctx, argv[1]) != QM_OK) return 3;
-  const bool loaded = QM_CTX_LoadModule(ctx, argv[2]) == QM_OK;
-  const QmsModule* module = QM_CTX_GetModuleByModName(ctx, argv[2]);
-  if (loaded && module != nullptr) std::puts(QM_MOD_GetModuleName(module));
-  QM_CTX_Delete(ctx);
-  return loaded ? 0 : 3;
+  std::optional<qmodel::Context> ctx = qmodel::Context::Create(QM_LOAD_IMPORTS);
+  if (!ctx || !ctx->addSearchDir(argv[1]) || !ctx->load(argv[2])) return 3;
+  std::printf("%s\n", std::string(ctx->module(argv[2]).name()).c_str());
+  return 0;
 }
