@@ -94,7 +94,8 @@ uint32_t QMS_MOD_AppendOneFeature(QmsModule* mod, const char* name) {
 
 QmsFeature* QMS_MOD_FindFeatureByName(QmsModule* mod, const char* name) {
   if (mod == nullptr) return nullptr;
-  return FindByText(mod->features, mod->featureCount, &QmsFeature::name, name);
+  return FindByInterned(ModuleDictOrNull(mod), mod->features, mod->featureCount, &QmsFeature::name,
+                        name);
 }
 
 uint32_t QMS_MOD_CheckTwoFeatureSame(const QmsFeature* a, const QmsFeature* b) {
@@ -127,7 +128,8 @@ uint32_t QMS_MOD_AppendOneIdentity(QmsModule* mod, const char* name) {
 
 QmsIdentity* QMS_MOD_FindIdentityByName(QmsModule* mod, const char* name) {
   if (mod == nullptr) return nullptr;
-  return FindByText(mod->identities, mod->identityCount, &QmsIdentity::name, name);
+  return FindByInterned(ModuleDictOrNull(mod), mod->identities, mod->identityCount,
+                        &QmsIdentity::name, name);
 }
 
 uint32_t QMS_MOD_CheckTwoIdentitySame(const QmsIdentity* a, const QmsIdentity* b) {

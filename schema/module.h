@@ -11,6 +11,11 @@ inline QmDict* ModuleDict(const QmsModule* module) {
   return &module->ctx->dict;
 }
 
+// The same for any module: NULL for one without a context.
+inline QmDict* ModuleDictOrNull(const QmsModule* module) {
+  return module->ctx == nullptr ? nullptr : ModuleDict(module);
+}
+
 // How the registry reads module records; owned by the module record.
 extern const RtkAvl3TreeInfo g_qmsModuleNameTreeInfo;
 extern const RtkAvl3TreeInfo g_qmsModuleNsTreeInfo;

@@ -139,6 +139,21 @@ Elem* FindByText(Elem* array, uint32_t count, const char* Elem::*key, const char
   return nullptr;
 }
 
+// The same, for texts that the dictionary has interned: where the elements are many, the
+// text is looked up once and they are told by its address. Elements made by hand may have
+// texts of their own. `dict` may be NULL.
+template <typename Elem>
+Elem* FindByInterned(QmDict* dict, Elem* array, uint32_t count, const char* Elem::*key,
+                     const char* text) {
+  constexpr uint32_t kFew = 16;
+  const bool areMany = dict != nullptr && array != nullptr && count > kFew;
+  const char* interned = areMany ? FindInterned(dict, text) : nullptr;
+  for (uint32_t i = 0; interned != nullptr && i < count; ++i) {
+    if (array[i].*key == interned) return &array[i];
+  }
+  return FindByText(array, count, key, text);
+}
+
 // Whether two arrays are equal in length and, pair by pair, in content.
 template <typename Elem>
 bool ArraysAreSame(const Elem* a, uint32_t na, const Elem* b, uint32_t nb,

@@ -99,7 +99,8 @@ QmsTypedef* QMS_MOD_FindTypDefObjByName(QmsTypedef* typedefs, uint32_t count, co
 
 QmsTypedef* QMS_MOD_FindQmsTypDefByName(QmsModule* mod, const char* name) {
   if (mod == nullptr) return nullptr;
-  return QMS_MOD_FindTypDefObjByName(mod->typedefs, mod->typedefCount, name);
+  return FindByInterned(ModuleDictOrNull(mod), mod->typedefs, mod->typedefCount, &QmsTypedef::name,
+                        name);
 }
 
 void QMS_TYPE_FreeTypDefArray(QmDict* dict, QmsTypedef* typedefs, uint32_t count) {

@@ -189,6 +189,24 @@ TEST_F(Definitions, FailedTypeCopyGives22AndReleasesNameAndDefault) {
   QMT_TYPE_DestroyQmtRealTypeInner(dict_, &type);
 }
 
+TEST_F(Definitions, EachOfManyIsFoundWhereverItsNameIsKept) {
+  constexpr int kMany = 40;
+  for (int i = 0; i < kMany; ++i)
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(module_, ("f" + std::to_string(i)).c_str()));
+  const char* interned = module_->features[30].name;
+  const char* other = module_->features[31].name;
+  module_->features[30].name = "f30";  // made by hand
+  module_->features[31].name = nullptr;
+  for (int i = 0; i < kMany; ++i) {
+    const QmsFeature* expected = i == 31 ? nullptr : &module_->features[i];
+    EXPECT_EQ(expected, QMS_MOD_FindFeatureByName(module_, ("f" + std::to_string(i)).c_str())) << i;
+  }
+  EXPECT_EQ(nullptr, QMS_MOD_FindFeatureByName(module_, "f40"));
+  EXPECT_EQ(nullptr, QMS_MOD_FindFeatureByName(module_, nullptr));
+  module_->features[30].name = interned;
+  module_->features[31].name = other;
+}
+
 TEST_F(Definitions, FindersSkipElementsThatHaveNoNameYet) {
   ASSERT_EQ(QM_OK, NewArrayOf(&module_->features, 2));
   module_->featureCount = 2;
