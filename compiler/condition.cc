@@ -275,6 +275,11 @@ bool ConditionWriter::IsEvaluable(uint32_t index, const PlainPath& path) {
     return Remark(ConditionIssue::kOther, index,
                   "a default of " + Quoted(index) + " that is not written counts as missing");
   }
+  if (path.mayLeave) {
+    return Remark(ConditionIssue::kOther, index,
+                  "a default of " + Quoted(index) +
+                      " counts as there although its own condition takes it away afterwards");
+  }
   return true;
 }
 
@@ -354,7 +359,8 @@ std::optional<std::string> ConditionWriter::OwnIdentityPrefix() const {
 // Whether the path leads to an identityref in every message: where it does not, the
 // library refuses the request.
 bool ConditionWriter::IsIdentityAtHand(uint32_t operand, const PlainPath& path) {
-  if (!path.plain || path.namesake || path.lacksDefault) return IsEvaluable(operand, path);
+  if (!path.plain || path.namesake || path.lacksDefault || path.mayLeave)
+    return IsEvaluable(operand, path);
   if (path.outside) IsEvaluable(operand, path);
   if (path.known && path.several) {
     Remark(ConditionIssue::kSeveral, operand,

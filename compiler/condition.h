@@ -21,10 +21,12 @@ namespace compiler {
 // Where a condition stands.
 struct ConditionPlace {
   DataSchema* schema = nullptr;
-  DataNode* context = nullptr;   // the context node; NULL: the root, or not known
-  DataModule* words = nullptr;   // whose prefixes it uses, and whose names without
-  bool isWhenOfContext = false;  // a when of the context node, which then stands for
-                                 // itself without its value and children
+  DataNode* context = nullptr;        // the context node; NULL: the root, or not known
+  DataModule* words = nullptr;        // whose prefixes it uses, and whose names without
+  bool isWhenOfContext = false;       // a when of the context node, which then stands for
+                                      // itself without its value and children
+  bool isWhen = false;                // any when
+  const DataNode* decides = nullptr;  // the node that has it; NULL: not known
 };
 
 enum class ConditionIssue : uint8_t {

@@ -205,7 +205,8 @@ std::optional<Piece> ConditionWriter::CompareBoolean(uint32_t index, const Side&
 std::optional<Piece> ConditionWriter::CompareCount(uint32_t index, const Side& count,
                                                    std::string_view op, double number) {
   const PlainPath& path = count.paths[0];
-  if (!path.plain || path.outside || path.namesake || path.lacksDefault || !path.existsByFirst) {
+  if (!path.plain || path.outside || path.namesake || path.lacksDefault || path.mayLeave ||
+      !path.existsByFirst) {
     Unsupported(index);
     return std::nullopt;
   }

@@ -78,6 +78,8 @@ bool FindPlace(const Pass& pass, const xmlNode* statement, ConditionPlace* place
   place->schema = pass.schema;
   place->words = pass.schema->FindModule(pass.out->module->name);
   place->context = WithElement(NodeOfStatement(pass, parent));
+  place->isWhen = Is(statement, Keyword::kWhen);
+  if (place->isWhen && !Is(parent, Keyword::kAugment)) place->decides = pass.schema->Find(parent);
   place->isWhenOfContext = Is(statement, Keyword::kWhen) && IsDataNode(KeywordOf(parent));
   return place->words != nullptr && place->context != nullptr;
 }

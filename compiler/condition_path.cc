@@ -322,10 +322,27 @@ class Walk {
     out_.target = known_ ? current_ : nullptr;
     out_.known = known_ || nowhere_;
     out_.several = Several();
+    out_.mayLeave = known_ && MayLeave();
     if (nowhere_) certain_ = false;
     out_.certain = out_.known && certain_ && !out_.several && !out_.outside && !out_.lacksDefault;
     DropPlainContainers();
     if (!entered_.empty() && !nowhere_ && !IsSure(entered_.back())) out_.certain = false;
+  }
+
+  // The library adds a default whatever its `when` says, and takes it away in its turn, in
+  // the order of the tree; until then others see it. Conditions of `must` come afterwards.
+  bool MayLeave() const {
+    if (!place_.isWhen || !IsRequest() || entered_.empty()) return false;
+    const DataNode* last = entered_.back();
+    const bool isAdded = IsPlainContainer(last) || place_.schema->HasDefault(last);
+    if (!isAdded) return false;
+    return std::any_of(entered_.begin(), entered_.end(), [this](const DataNode* node) {
+      const DataNode* end = DataSchema::DataParent(node);
+      bool hasWhen = false;
+      for (const DataNode* one = node; one != end; one = one->parent)
+        hasWhen = hasWhen || one->hasWhen;
+      return hasWhen && (place_.decides == nullptr || !StandsBefore(node, place_.decides));
+    });
   }
 
   void DropPlainContainers() {

@@ -51,6 +51,7 @@ struct PlainPath {
   bool outside = false;       // it leads out of the message
   bool namesake = false;      // another module has a child of that name
   bool lacksDefault = false;  // the library does not add a default that counts
+  bool mayLeave = false;      // to a default whose own condition is evaluated later
 };
 
 // `index`: a path, a call of current() or deref(), or such a thing in parentheses.

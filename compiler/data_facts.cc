@@ -206,6 +206,26 @@ ValueKind DataSchema::ValueOfLeafref(const xmlNode* type, DataModule* module, co
   return kind == ValueKind::kIdentity ? ValueKind::kUnknown : kind;
 }
 
+bool StandsBefore(const DataNode* node, const DataNode* other) {
+  for (const DataNode* above = DataSchema::DataParent(other); above != nullptr;
+       above = DataSchema::DataParent(above))
+    if (above == node) return true;
+  const DataNode* top = DataSchema::DataParent(node);
+  if (top == nullptr || top != DataSchema::DataParent(other)) return false;
+  std::vector<const DataNode*> around;  // what `other` stands in
+  for (const DataNode* one = other; one != top; one = one->parent) around.push_back(one);
+  for (const DataNode* one = node; one != top; one = one->parent) {
+    const auto beside = std::find_if(around.begin(), around.end(), [one](const DataNode* at) {
+      return at->parent == one->parent;
+    });
+    if (beside == around.end()) continue;
+    const std::vector<DataNode*>& own = one->parent->own;
+    const auto first = std::find(own.begin(), own.end(), one);
+    return first != own.end() && first < std::find(own.begin(), own.end(), *beside);
+  }
+  return false;
+}
+
 Presence PresenceOf(DataSchema* schema, DataNode* node) {
   Presence presence;
   if (node->conditional || InChoice(node)) return presence;

@@ -140,6 +140,7 @@ DataNode* DataSchema::AddNode(const xmlNode* statement, DataNode* parent, DataMo
                   : YinArgument(statement);
   node.parent = parent;
   node.conditional = IsConditional(statement);
+  node.hasWhen = YinChild(statement, Keyword::kWhen) != nullptr;
   node.isKey = IsKeyOf(parent, node.name);
   return &node;
 }
@@ -232,11 +233,13 @@ void DataSchema::Link(DataModule* module) {
     if (YinKeyword(augment) != Keyword::kAugment) continue;
     DataNode* target = FindTarget(module, YinArgument(augment));
     const bool conditional = IsConditional(augment);
+    const bool hasWhen = YinChild(augment, Keyword::kWhen) != nullptr;
     for (const xmlNode* child = NextElement(augment->children); child != nullptr;
          child = NextElement(child->next)) {
       if (!IsSchemaNode(YinKeyword(child))) continue;
       DataNode* node = AddNode(child, target, module);
       if (conditional) node->conditional = true;
+      if (hasWhen) node->hasWhen = true;
       if (target != nullptr) target->augmented.push_back(node);
     }
   }

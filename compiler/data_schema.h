@@ -37,6 +37,7 @@ struct DataNode {
   Keyword keyword = Keyword::kNone;
   DataNode* parent = nullptr;  // NULL: at the top of a module, or the target is not known
   bool conditional = false;    // a when or if-feature of its own or of its augment
+  bool hasWhen = false;        // a when, likewise
   bool isKey = false;
   bool filled = false;               // `own` is
   std::vector<DataNode*> own;        // children that stand in the statement
@@ -146,6 +147,10 @@ struct Presence {
 Presence PresenceOf(DataSchema* schema, DataNode* node);
 
 bool IsPlainContainer(const DataNode* node);  // a container without presence
+
+// True when `node` stands before `other` wherever the library adds both: it adds defaults
+// in the order of the schema. Said of siblings, as data see them, and of what stands above.
+bool StandsBefore(const DataNode* node, const DataNode* other);
 
 // The argument of an element of YIN, and the first substatement of that keyword.
 std::string_view YinArgument(const xmlNode* element);
