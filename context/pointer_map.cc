@@ -27,9 +27,9 @@ static QmPointerEntry* SlotOf(QmPointerEntry* slots, uint32_t capacity, const vo
   return &slots[slot];
 }
 
-const QmPointerEntry* FindPointer(const QmPointerMap* map, const void* key) {
+QmPointerEntry* FindPointer(const QmPointerMap* map, const void* key) {
   if (map->count == 0) return nullptr;
-  const QmPointerEntry* entry = SlotOf(map->slots, map->capacity, key);
+  QmPointerEntry* entry = SlotOf(map->slots, map->capacity, key);
   return entry->key == nullptr ? nullptr : entry;
 }
 

@@ -15,8 +15,8 @@ struct QmPointerMap {
   uint32_t count;
 };
 
-// The entry of a key, or NULL.
-const QmPointerEntry* FindPointer(const QmPointerMap* map, const void* key);
+// The entry of a key, whose value may be changed; or NULL.
+QmPointerEntry* FindPointer(const QmPointerMap* map, const void* key);
 // Adds a key that has no entry; false without memory, and the map is as before.
 bool AddPointer(QmPointerMap* map, const void* key, void* value);
 // Frees the table, not what the values point to.

@@ -6,20 +6,13 @@
 #include <cstdint>
 
 #include "context/internal.h"
-#include "context/records.h"
+#include "context/pointer_map.h"
 
 // Conditions name children ("../limit"), and each lookup goes through the
 // siblings from the first one. A list whose 100,000 entries all ask their parent
-// for one leaf would make a run quadratic, so a run keeps the answers of long
-// searches, and the numbers that long texts stand for. They belong to the run and
-// its thread; nothing outlives the run.
-
-// One kept answer. A free slot has no parent.
-struct QmdChildAnswer {
-  const xmlNode* parent;
-  xmlNode* child;           // NULL: there is no such child
-  char name[kQmsNameSize];  // longer names are not kept
-};
+// for one leaf would make a run quadratic, so a run keeps the names of the children
+// that long searches went through, and the numbers that long texts stand for. They
+// belong to the run and its thread; nothing outlives the run.
 
 // The number of one element's text. A free slot has no element.
 struct QmdKeptNumber {
@@ -27,8 +20,7 @@ struct QmdKeptNumber {
   double number;
 };
 
-// The answers of one run, the oldest replaced first. Their table grows with the
-// number of children that conditions ask for; without memory it stays as it is.
+// What one run keeps. Without memory it searches.
 class ChildLookup {
  public:
   ChildLookup();
@@ -36,39 +28,35 @@ class ChildLookup {
   ChildLookup(const ChildLookup&) = delete;
   ChildLookup& operator=(const ChildLookup&) = delete;
 
-  // The kept answer, or NULL when there is none.
-  const QmdChildAnswer* Find(const xmlNode* parent, const char* name) const;
-  void Keep(const xmlNode* parent, const char* name, xmlNode* child);
-  // The same for numbers.
+  // The first child of that name, or NULL.
+  xmlNode* FindChild(const xmlNode* parent, const char* name);
+  // Whether that is answered without a search.
+  bool Knows(const xmlNode* parent) const;
+  // The number of an element's text, or NULL when none is kept.
   const QmdKeptNumber* FindNumber(const xmlNode* element) const;
   void KeepNumber(const xmlNode* element, double number);
   // `child` was added under its parent, or is about to leave it for good.
-  void ChildAdded(const xmlNode* child);
-  void ChildLeaves(const xmlNode* child);
+  void ChildAdded(xmlNode* child);
+  void ChildLeaves(xmlNode* child);
 
  private:
-  static constexpr size_t kFirstSlots = 128;
-  static constexpr size_t kMaxSlots = 1024;
   static constexpr size_t kNumberSlots = 128;
-  bool Grow();
+  xmlNode* SearchAndNote(const xmlNode* parent, const char* name);
+  void DropParents();
   void NumbersLeave(const xmlNode* child);
 
-  QmdChildAnswer firstAnswers_[kFirstSlots];
-  QmdChildAnswer* answers_;  // firstAnswers_, or a block of its own
-  size_t capacity_;
-  size_t used_;
-  size_t oldest_;  // once the table is full
+  QmPointerMap parents_ = {};  // QmdNamedChildren by parent, owned; NULL: searched once so far
   QmdKeptNumber numbers_[kNumberSlots];
-  size_t usedNumbers_;
-  size_t oldestNumber_;
-  ChildLookup* outer_;  // of a run that this one interrupts
+  size_t usedNumbers_ = 0;
+  size_t oldestNumber_ = 0;  // once there are that many
+  ChildLookup* outer_;       // of a run that this one interrupts
 };
 
 // The lookup of the run that the calling thread is in; NULL outside of one.
 ChildLookup* ActiveChildLookup();
 // Tell it, if there is one.
-void NoteChildAdded(const xmlNode* child);
-void NoteChildLeaves(const xmlNode* child);
+void NoteChildAdded(xmlNode* child);
+void NoteChildLeaves(xmlNode* child);
 
 // A run keeps the numbers that long texts stand for: a hundred thousand entries may
 // all compare themselves with one leaf of megabytes. False when none is kept; outside

@@ -236,19 +236,6 @@ TEST_F(DataArguments, AnElementIsMadeWithoutTextToo) {
   EXPECT_EQ(nullptr, QMD_PAS_AddNewChildNodeWithValue(nullptr, Node("need"), "v"));
 }
 
-TEST_F(DataArguments, KeptAnswersOfOtherNamesStayWhenAChildIsAdded) {
-  const ChildLookup active;
-  ChildLookup lookup;
-  xmlNode* a = doc_.Find("a");
-  lookup.Keep(doc_.root(), "a", a);
-  lookup.Keep(doc_.root(), "b", nullptr);
-  lookup.ChildAdded(a);
-  EXPECT_EQ(nullptr, lookup.Find(doc_.root(), "a")) << "dropped, the new one may come first";
-  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "b"));
-  lookup.ChildLeaves(a);
-  EXPECT_NE(nullptr, lookup.Find(doc_.root(), "b"));
-}
-
 // Only the mount points of RFC 8528 have content of another schema.
 TEST_F(DataArguments, OtherExtensionsLeaveTheContentOfAContainerToTheModel) {
   QmsExtInst insts[] = {{}, {}, {}, {}};
