@@ -12,7 +12,7 @@ seed=${QMODEL_FUZZ_SEED:-0} # 0: another one each time
 scripts/install-packages.sh build test check
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
-[ $# -ne 0 ] || set -- load couple rpc rpc_tree notif xpath path range value pattern lint \
+[ $# -ne 0 ] || set -- load couple rpc rpc_tree notif agent xpath path range value pattern lint \
   compile yang_text
 for target in "$@"; do
   found=build/fuzz/found/$target

@@ -110,4 +110,65 @@ TEST(ValidateRpc, SaysHowItIsCalled) {
   }
 }
 
+ClientRun KitReply(const std::string& message, const char* module = "router-system") {
+  return RunProgram(QMODEL_KIT_EXAMPLE, kExamples, {kModels, module}, message);
+}
+
+std::string Rpc(const std::string& attributes, const std::string& operation) {
+  return "<rpc xmlns='urn:ietf:params:xml:ns:netconf:base:1.0'" + attributes + ">" + operation +
+         "</rpc>";
+}
+
+constexpr char kReply[] = "<rpc-reply xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"";
+
+TEST(KitRpc, IsPrintedByItsPageToTheLetter) {
+  const std::string page = Content(QMODEL_KIT_PAGE);
+  const std::string fence = "\n```c\n";
+  const size_t start = page.find(fence);
+  ASSERT_NE(std::string::npos, start);
+  const size_t code = start + fence.size();
+  EXPECT_EQ(Content(kExamples + "/kit_rpc.c"), page.substr(code, page.find("```\n", code) - code));
+}
+
+TEST(KitRpc, AnswersAValidRequestWithItsAttributes) {
+  const ClientRun run =
+      KitReply(Rpc(" message-id='7' xmlns:e='urn:e' e:trace='x'",
+                   "<restart xmlns='urn:example:router-system'><reason>t</reason></restart>"));
+  EXPECT_EQ(0, run.status);
+  EXPECT_EQ(std::string(kReply) +
+                " xmlns:e=\"urn:e\" message-id=\"7\" e:trace=\"x\">\n  <ok/>\n</rpc-reply>\n",
+            run.out);
+  EXPECT_NE(std::string::npos, run.err.find("loaded router-system, urn:example:router-system\n"));
+  EXPECT_NE(std::string::npos, run.err.find("do restart\n"));
+}
+
+TEST(KitRpc, AnswersAnInvalidRequestWithItsError) {
+  const ClientRun run =
+      KitReply(Rpc(" message-id='8'", "<restart xmlns='urn:example:router-system'/>"));
+  EXPECT_EQ(1, run.status);
+  EXPECT_EQ(0u, run.out.find(std::string(kReply) + " message-id=\"8\">\n<rpc-error "));
+  EXPECT_NE(std::string::npos,
+            run.out.find("<error-path xmlns:router-system=\"urn:example:router-system\">"
+                         "/router-system:restart</error-path>"));
+  EXPECT_NE(std::string::npos, run.out.find("<bad-element>reason</bad-element>"));
+}
+
+TEST(KitRpc, AnswersWhatIsNoMessage) {
+  for (const char* message : {"", "garbage", "<a>", "<!DOCTYPE a><a/>"}) {
+    SCOPED_TRACE(message);
+    const ClientRun run = KitReply(message);
+    EXPECT_EQ(1, run.status);
+    EXPECT_NE(std::string::npos, run.out.find("<error-tag>malformed-message</error-tag>"));
+  }
+  EXPECT_NE(std::string::npos, KitReply(Rpc("", "<a/>")).out.find("missing-attribute"));
+}
+
+TEST(KitRpc, SaysThatAModuleIsMissing) {
+  const ClientRun run = KitReply("<a/>", "no-such-module");
+  EXPECT_EQ(3, run.status);
+  EXPECT_EQ("", run.out);
+  EXPECT_EQ("kit_rpc: no-such-module: file or module not found\n", run.err);
+  EXPECT_EQ(2, RunProgram(QMODEL_KIT_EXAMPLE, kExamples, {}).status);
+}
+
 }  // namespace
