@@ -72,6 +72,7 @@ const char* FindInterned(QmDict* dict, const char* str) {
 }
 
 bool ShareText(QmDict* dict, const char* interned) {
+  if (dict->buckets == nullptr) return false;
   QmDictEntry* entry = FindEntry(dict, interned);
   if (entry == nullptr || entry->str != interned) return false;
   std::atomic_ref<uint32_t>(entry->refCount).fetch_add(1, std::memory_order_relaxed);

@@ -9,8 +9,8 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
-#include "platform/bounds.h"
 #include "platform/string.h"
 
 namespace {
@@ -43,8 +43,15 @@ static void Empty(char* out, uint32_t outSize) {
   if (out != nullptr && outSize > 0) out[0] = '\0';
 }
 
+// What strncpy_s would do with a name that has no NUL among its characters.
 static bool CopyName(char* out, uint32_t outSize, const char* name, uint32_t length) {
-  return strncpy_s(out, outSize, name, length) == 0;
+  if (length >= outSize || out == nullptr) {
+    Empty(out, outSize);
+    return false;
+  }
+  std::memcpy(out, name, length);
+  out[length] = '\0';
+  return true;
 }
 
 uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str) {
@@ -119,14 +126,34 @@ const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefi
   return rest;
 }
 
+// Reads what most texts are, a sign and some digits, without the C library; 18 digits fit
+// both numbers. NULL, with *out untouched, for anything else.
+template <typename Int>
+static const char* ReadShortInteger(const char* text, Int* out) {
+  constexpr int kMaxDigits = 18;
+  const bool isNegative = *text == '-';
+  const char* digit = text + (isNegative || *text == '+' ? 1 : 0);
+  const char* const first = digit;
+  Int value = 0;
+  for (; IsDigit(*digit); ++digit) {
+    if (digit - first == kMaxDigits) return nullptr;
+    value = value * 10 + static_cast<Int>(*digit - '0');
+  }
+  if (digit == first) return nullptr;
+  *out = isNegative ? Int{0} - value : value;
+  return digit;
+}
+
 // One body for both: only the C library's conversion differs.
 template <auto Convert, typename Int>
 static uint32_t ReadInteger(const char* digits, char** end, Int* out) {
-  char* stop = nullptr;
-  errno = 0;
-  const Int value = Convert(digits, &stop, 10);
-  if (errno != 0 || stop == digits) return QM_INVALID;
-  *out = value;
+  char* stop = const_cast<char*>(ReadShortInteger(digits, out));
+  if (stop == nullptr) {
+    errno = 0;
+    const Int value = Convert(digits, &stop, 10);
+    if (errno != 0 || stop == digits) return QM_INVALID;
+    *out = value;
+  }
   if (end != nullptr) *end = stop;
   return QM_OK;
 }

@@ -134,7 +134,7 @@ Elem* FindByText(Elem* array, uint32_t count, const char* Elem::*key, const char
   for (uint32_t i = 0; i < count; ++i) {
     // An element that is being parsed is counted already, and has no text yet.
     const char* own = array[i].*key;
-    if (own != nullptr && TextsEqual(own, text)) return &array[i];
+    if (own == text || (own != nullptr && TextsEqual(own, text))) return &array[i];
   }
   return nullptr;
 }

@@ -20,7 +20,10 @@
 #include "context/records.h"
 #include "context/xml_tree.h"
 #include "platform/string.h"
+#include "schema/definitions.h"
+#include "schema/module.h"
 #include "schema/module_registry.h"
+#include "schema/node.h"
 #include "types/type.h"
 #include "values/type_check.h"
 
@@ -85,6 +88,7 @@ namespace {
 // The walk: identities met, in the order met; those before `next` have been expanded.
 struct BaseWalk {
   QmCtx* ctx;
+  QmsModule* module;  // the one that the last name named; NULL: none yet
   const QmtConsBase* wanted;
   QmsIdentity** met;  // inlineMet, or a block of its own
   uint32_t count;
@@ -97,9 +101,7 @@ struct BaseWalk {
 static bool IsWanted(const BaseWalk* walk, const char* moduleName, const char* identityName) {
   for (uint32_t i = 0; walk->wanted->items != nullptr && i < walk->wanted->count; ++i) {
     const QmtIdentRef* base = &walk->wanted->items[i];
-    if (base->moduleName == nullptr || base->identityName == nullptr) continue;
-    if (RTK_StrCmp(base->identityName, identityName) == 0 &&
-        RTK_StrCmp(base->moduleName, moduleName) == 0) {
+    if (NamesEqual(base->identityName, identityName) && NamesEqual(base->moduleName, moduleName)) {
       return true;
     }
   }
@@ -126,12 +128,20 @@ static bool GrowWalk(BaseWalk* walk) {
   return true;
 }
 
+// An identity by both names. Its bases lie in the same module as a rule, whose name they
+// share then.
+static QmsIdentity* FindIdentity(BaseWalk* walk, const char* moduleName, const char* identityName) {
+  if (walk->module == nullptr || walk->module->name != moduleName) {
+    walk->module = QM_CTX_GetModuleByModName(walk->ctx, moduleName);
+  }
+  return walk->module == nullptr ? nullptr : QMS_MOD_FindIdentityByName(walk->module, identityName);
+}
+
 // Looks at one identity by name, and remembers it for its bases. An identity that does
 // not exist leads nowhere.
 static uint32_t MeetIdentity(BaseWalk* walk, const char* moduleName, const char* identityName) {
   if (moduleName == nullptr || identityName == nullptr) return QM_OK;
-  QmsIdentity* identity =
-      QM_CTX_FindIdentityByModNameAndIdentName(walk->ctx, moduleName, identityName);
+  QmsIdentity* identity = FindIdentity(walk, moduleName, identityName);
   if (identity == nullptr || IsMet(walk, identity)) return QM_OK;
   walk->found = IsWanted(walk, moduleName, identityName);
   if (walk->found) return QM_OK;
@@ -170,13 +180,17 @@ static uint32_t WalkBases(BaseWalk* walk, const IdentityName* value) {
 
 uint32_t QMT_CONS_ValidateValueNodeAgainstDataBase(void* body, uint32_t inputKind,
                                                    const void* input, QmtCheckCtx* checkCtx) {
-  IdentityName value{};
+  IdentityName value;
   if (!SplitValue(inputKind, input, checkCtx->ctx, &value)) return QM_VALUE_BAD_IDENTITY;
-  BaseWalk walk{};
+  // Field by field: clearing the room for what is met would cost as much as the walk.
+  BaseWalk walk;
   walk.ctx = checkCtx->ctx;
+  walk.module = nullptr;
   walk.wanted = static_cast<const QmtConsBase*>(body);
   walk.met = walk.inlineMet;
+  walk.count = 0;
   walk.capacity = kInlineVisits;
+  walk.found = false;
   const uint32_t ret = WalkBases(&walk, &value);
   if (walk.met != walk.inlineMet) g_qmMemFreeFunc(walk.met);
   if (ret != QM_OK) return ret;

@@ -14,12 +14,11 @@
 #include "values/segment.h"
 #include "values/type_check.h"
 
-static uint32_t SignKindOf(uint32_t baseType) {
-  QmtLimits limits{};
-  // The limits of decimal64 bound the scaled number; its text is no integer.
-  if (baseType == QMT_BASE_DECIMAL64) return QMT_SIGN_NONE;
-  if (QMT_CONS_GetBasedIntegerMinMaxVal(baseType, &limits) != QM_OK) return QMT_SIGN_NONE;
-  return limits.signKind;
+// False for a type that is no integer: the limits of decimal64 bound the scaled number.
+static bool IntegerLimits(uint32_t baseType, QmtLimits* limits) {
+  return baseType != QMT_BASE_DECIMAL64 &&
+         QMT_CONS_GetBasedIntegerMinMaxVal(baseType, limits) == QM_OK &&
+         limits->signKind != QMT_SIGN_NONE;
 }
 
 static uint32_t ReadSigned(const char* text, char** end, QmtGenericSeg* out) {
@@ -38,17 +37,23 @@ static uint32_t ReadUnsigned(const char* text, char** end, QmtGenericSeg* out) {
   return ret;
 }
 
-uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t baseType,
-                                                 QmtGenericSeg* out) {
-  const uint32_t signKind = SignKindOf(baseType);
-  if (valueStr == nullptr || out == nullptr || signKind == QMT_SIGN_NONE) return QM_INVALID;
+static uint32_t ParseInteger(const char* text, uint32_t signKind, QmtGenericSeg* out) {
   char* end = nullptr;
   QmtGenericSeg value{};
-  const uint32_t ret = signKind == QMT_SIGN_SIGNED ? ReadSigned(valueStr, &end, &value)
-                                                   : ReadUnsigned(valueStr, &end, &value);
+  const uint32_t ret = signKind == QMT_SIGN_SIGNED ? ReadSigned(text, &end, &value)
+                                                   : ReadUnsigned(text, &end, &value);
   if (ret != QM_OK || *QM_UTL_ConsumeAllSpaceChar(end) != '\0') return QM_INVALID;
   *out = value;
   return QM_OK;
+}
+
+uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t baseType,
+                                                 QmtGenericSeg* out) {
+  QmtLimits limits;
+  if (valueStr == nullptr || out == nullptr || !IntegerLimits(baseType, &limits)) {
+    return QM_INVALID;
+  }
+  return ParseInteger(valueStr, limits.signKind, out);
 }
 
 static uint32_t CompareWithLimits(const QmtGenericSeg& value, const QmtLimits& limits) {
@@ -62,9 +67,9 @@ static uint32_t CompareWithLimits(const QmtGenericSeg& value, const QmtLimits& l
 uint32_t QMT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, const char* valueStr,
                                                      QmtCheckCtx* checkCtx) {
   QmtGenericSeg value{};
-  QmtLimits limits{};
-  if (QMT_CONS_ParseInputValStrToBasedInteger(valueStr, baseType, &value) != QM_OK ||
-      QMT_CONS_GetBasedIntegerMinMaxVal(baseType, &limits) != QM_OK ||
+  QmtLimits limits;
+  if (valueStr == nullptr || !IntegerLimits(baseType, &limits) ||
+      ParseInteger(valueStr, limits.signKind, &value) != QM_OK ||
       CompareWithLimits(value, limits) != QM_OK) {
     return QM_VALUE_BAD_RANGE;
   }

@@ -5,7 +5,9 @@
 #include <qmodel/error.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 
 TEST(ConsumeIdentNameBestEffort, CountsLeadingIdentifierCharacters) {
   const struct {
@@ -224,6 +226,35 @@ TEST(ReadInteger, AnErrorNumberFromBeforeDoesNotCount) {
   EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsSignedInteger("1", nullptr, 0, &number));
   errno = ERANGE;
   EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsUnsignedInteger("1", nullptr, 0, &count));
+}
+
+// Short numbers are read without the C library.
+TEST(ReadInteger, AgreesWithTheCLibraryOnAnyNumberOfDigits) {
+  for (const char* sign : {"", "-", "+", "--", "+-", "\r", "\r-", "\v+"}) {
+    for (const char digit : {'0', '1', '7', '9'}) {
+      for (size_t digits = 0; digits < 24; ++digits) {
+        const std::string text = sign + std::string(digits, digit) + "x1";
+        char* end = nullptr;
+        char* expectedEnd = nullptr;
+        int64_t number = 0;
+        errno = 0;
+        const int64_t expected = std::strtoll(text.c_str(), &expectedEnd, 10);
+        if (errno != 0 || expectedEnd == text.c_str()) {
+          EXPECT_EQ(QM_INVALID, QM_UTL_ReadInputStrAsSignedInteger(text.c_str(), &end, 0, &number));
+          continue;
+        }
+        EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsSignedInteger(text.c_str(), &end, 0, &number));
+        EXPECT_EQ(expected, number) << text;
+        EXPECT_EQ(expectedEnd, end) << text;
+      }
+    }
+  }
+  uint64_t count = 0;
+  EXPECT_EQ(QM_OK,
+            QM_UTL_ReadInputStrAsUnsignedInteger("+18446744073709551615", nullptr, 0, &count));
+  EXPECT_EQ(UINT64_MAX, count);
+  EXPECT_EQ(QM_OK, QM_UTL_ReadInputStrAsUnsignedInteger("999999999999999999", nullptr, 0, &count));
+  EXPECT_EQ(999999999999999999u, count);
 }
 
 TEST(ReadInteger, ThirdArgumentIsNotUsedAndTheEndIsOptional) {
