@@ -196,10 +196,22 @@ namespace {
 enum class Content { kModel, kMessage, kBounded };
 }  // namespace
 
+// Names are taken from the dictionary of the document, and short texts stand in their
+// nodes: for most of a tree that spares a block each. A document that goes to the client
+// has blocks of its own, which can be moved to another one.
+static void ShareTexts(xmlParserCtxt* context) {
+  context->dictNames = 1;
+  context->options |= XML_PARSE_COMPACT;
+}
+
 static void SetHandlers(xmlParserCtxt* context, Content content) {
   context->sax->attributeDecl = CountAttributeDefault;
   if (content != Content::kModel) context->sax->internalSubset = RefuseDocumentType;
-  if (content == Content::kBounded) TakePlain(context);
+  if (content == Content::kBounded) {
+    TakePlain(context);
+  } else {
+    ShareTexts(context);
+  }
 }
 
 static xmlDoc* Parse(const char* text, size_t size, Content content, ParseNotes* notes) {

@@ -74,6 +74,12 @@ static bool IsWrittenAs(const QmdChild* child, const xmlNode* element) {
   return child->name != nullptr && child->name == element->name && child->ns == element->ns;
 }
 
+// The names of a tree may be copies.
+static bool IsNamedAs(const QmdChild* child, const xmlNode* element) {
+  return child->name != nullptr && child->ns == element->ns &&
+         RTK_StrCmp(child->node->name, ElementName(element)) == 0;
+}
+
 // Where optional elements are missing, what comes is one of the next in the schema.
 static QmdChild* FindAhead(const QmdParent* parent, const xmlNode* element) {
   const uint32_t first = parent->last == nullptr ? 0 : parent->last->order + 1;
@@ -84,27 +90,21 @@ static QmdChild* FindAhead(const QmdParent* parent, const xmlNode* element) {
 }
 
 static QmdChild* FindByName(QmCheckAux* aux, const QmdParent* parent, const xmlNode* element) {
-  QmdChild* child = ExpectedChild(parent);
-  // The names of a tree made by hand are copies.
-  if (child != nullptr && child->name != nullptr && child->ns == element->ns &&
-      RTK_StrCmp(child->node->name, ElementName(element)) == 0) {
-    return child;
-  }
   const char* moduleName = ModuleOf(aux, parent, element);
-  return moduleName == nullptr ? nullptr : FindChild(parent, moduleName, ElementName(element));
+  QmdChild* child =
+      moduleName == nullptr ? nullptr : FindChild(parent, moduleName, ElementName(element));
+  if (child == nullptr) return nullptr;
+  child->name = element->name;
+  child->ns = element->ns;
+  return child;
 }
 
 static QmdChild* ChildOf(QmCheckAux* aux, QmdParent* parent, const xmlNode* element) {
   QmdChild* child = ExpectedChild(parent);
-  if (child != nullptr && IsWrittenAs(child, element)) return child;
+  if (child != nullptr && (IsWrittenAs(child, element) || IsNamedAs(child, element))) return child;
   child = FindAhead(parent, element);
-  if (child == nullptr) {
-    child = FindByName(aux, parent, element);
-    if (child == nullptr) return nullptr;
-    child->name = element->name;
-    child->ns = element->ns;
-  }
-  LearnFollower(parent, child);
+  if (child == nullptr) child = FindByName(aux, parent, element);
+  if (child != nullptr) LearnFollower(parent, child);
   return child;
 }
 
