@@ -276,11 +276,11 @@ static uint32_t Fill(const char* text, size_t length, void* arg) {
   return QM_OK;
 }
 
-size_t QM_AGENT_PrintRecord(const QmErrNode* err, QmCtx* ctx, uint32_t flags, char* text,
+size_t QM_AGENT_PrintRecord(const QmErrNode* err, QmCtx* ctx, uint32_t flags, char* buffer,
                             size_t size) noexcept {
-  Buffer buffer = {text, text == nullptr ? 0 : size, 0};
-  if (buffer.size != 0) *text = '\0';
+  Buffer filled = {buffer, buffer == nullptr ? 0 : size, 0};
+  if (filled.size != 0) *buffer = '\0';
   // A buffer takes everything, so that only a missing record is refused.
-  static_cast<void>(QM_AGENT_WriteRecord(err, ctx, flags, Fill, &buffer));
-  return buffer.length;
+  static_cast<void>(QM_AGENT_WriteRecord(err, ctx, flags, Fill, &filled));
+  return filled.length;
 }

@@ -82,6 +82,7 @@ static void CountAttributeDefault(void* parser, const xmlChar* element, const xm
 
 // In place of libxml2's handlers of the start and the end of an element, which they call.
 // The name of every element is looked up among the namespaces of all that are open.
+// NOLINTNEXTLINE(readability-function-size): libxml2 calls it with nine arguments
 static void StartBounded(void* parser, const xmlChar* name, const xmlChar* prefix,
                          const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
                          int attributeCount, int defaultedCount, const xmlChar** attributes) {

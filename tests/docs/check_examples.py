@@ -12,6 +12,8 @@ import re
 import subprocess
 import sys
 
+# In README.md and docs/agent-kit.md; tests/client/example_test.cc compares them.
+SHOWN_ELSEWHERE = {"validate_rpc.c", "kit_rpc.c"}
 BLOCK = re.compile(r"^```(c|cpp|)\n(.*?)^```$", re.M | re.S)
 
 
@@ -49,7 +51,7 @@ def main(source, programs, update):
         page.write_text(wanted)
         return 0
     files = {path.name for pattern in ("*.c", "*.cc") for path in (source / "examples").glob(pattern)}
-    missing = files - set(shown) - {"validate_rpc.c"}
+    missing = files - set(shown) - SHOWN_ELSEWHERE
     if missing:
         print("not shown:", *sorted(missing))
     if wanted != text:
