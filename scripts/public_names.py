@@ -21,6 +21,7 @@ def declared(tree):
     names = set()
     for header in sorted((tree / "include/qmodel").glob("*.h")):
         text = re.sub(r"/\*.*?\*/", "", header.read_text(), flags=re.S)
+        text = re.sub(r"^#.*", "", text, flags=re.M)
         names.update(match.group(2) for match in DECLARATION.finditer(text))
     return names
 

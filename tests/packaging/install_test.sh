@@ -27,7 +27,7 @@ export PKG_CONFIG_PATH
 [ -f "$prefix/share/bash-completion/completions/qmodel" ] || fail 'no completion for bash'
 [ -f "$prefix/share/zsh/site-functions/_qmodel" ] || fail 'no completion for zsh'
 if command -v scdoc >/dev/null; then
-  for page in man1/qmodel.1 man3/libqmodel.3; do
+  for page in man1/qmodel.1 man3/libqmodel.3 man3/libqmodel_agent.3; do
     [ -s "$prefix/share/man/$page" ] || fail "no manual page $page"
   done
 fi
