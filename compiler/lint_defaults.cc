@@ -53,8 +53,16 @@ void JudgeInherited(Lint* lint, const xmlNode* holder, const xmlNode* type) {
 
 }  // namespace
 
+// Asked for each default of a type, so it is kept.
+static bool HasConditional(Lint* lint, const xmlNode* first, Keyword keyword) {
+  const auto entered = lint->conditionalItems.try_emplace(first, false);
+  for (const xmlNode* s = first; entered.second && s != nullptr; s = NextSibling(s, keyword))
+    if (FirstChild(s, Keyword::kIfFeature) != nullptr) entered.first->second = true;
+  return entered.first->second;
+}
+
 // The enum, bit or identity of a value that a feature may take away; NULL: there is none.
-static const xmlNode* FindConditional(const TypeChain& chain, std::string_view value,
+static const xmlNode* FindConditional(Lint* lint, const TypeChain& chain, std::string_view value,
                                       const xmlNode* at) {
   if (chain.base == BuiltIn::kIdentityref) {
     const xmlNode* identity = FindSymbol(at, SymbolKind::kIdentity, value);
@@ -65,7 +73,9 @@ static const xmlNode* FindConditional(const TypeChain& chain, std::string_view v
   if (!isEnum && chain.base != BuiltIn::kBits) return nullptr;
   const Keyword keyword = isEnum ? Keyword::kEnum : Keyword::kBit;
   const auto names = isEnum ? std::vector<std::string_view>{value} : SplitNames(value);
-  for (const xmlNode* s = InChain(chain, keyword); s != nullptr; s = NextSibling(s, keyword)) {
+  const xmlNode* first = InChain(chain, keyword);
+  if (first == nullptr || !HasConditional(lint, first, keyword)) return nullptr;
+  for (const xmlNode* s = first; s != nullptr; s = NextSibling(s, keyword)) {
     if (ArgumentOf(s) == nullptr || FirstChild(s, Keyword::kIfFeature) == nullptr) continue;
     if (std::find(names.begin(), names.end(), ArgumentOf(s)) != names.end()) return s;
   }
@@ -77,7 +87,7 @@ void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
   if (value == nullptr) return;
   const std::string fault = FaultOfValue(type, value, statement);
   if (fault.empty()) {
-    const xmlNode* conditional = FindConditional(ChainOf(type), value, statement);
+    const xmlNode* conditional = FindConditional(lint, ChainOf(type), value, statement);
     if (conditional != nullptr)
       Error(lint, cls::kDefault, statement,
             "the default " + Quote(value) + " depends on a feature, as " + Describe(conditional) +

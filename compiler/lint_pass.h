@@ -54,6 +54,8 @@ struct Lint {
   std::vector<Module*> files;                                // the module and its submodules
   SchemaView* view = nullptr;                                // shared by all modules of a call
   const std::unordered_set<const xmlNode*>* used = nullptr;  // typedefs and groupings; by all
+  // Whether one of the enums or bits, told by the first, has an if-feature.
+  std::unordered_map<const xmlNode*, bool> conditionalItems;
   // The trees to look at: the groupings of the module by themselves, its own tree, and
   // those into which it hangs nodes. Only nodes of the module are judged there.
   std::vector<const SchemaNode*> tops;
