@@ -55,9 +55,10 @@ static bool CopyName(char* out, uint32_t outSize, const char* name, uint32_t len
 }
 
 uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str) {
-  uint32_t length = 0;
-  while (length < UINT32_MAX && IsIdentChar(str[length])) ++length;
-  return length;
+  const char* end = str;
+  while (IsIdentChar(*end)) ++end;
+  const auto length = static_cast<size_t>(end - str);
+  return length < UINT32_MAX ? static_cast<uint32_t>(length) : UINT32_MAX;
 }
 
 uint32_t QM_UTL_ConsumeIdentNameFromTail(const char* str, uint32_t len) {
@@ -86,7 +87,9 @@ uint32_t QM_UTL_GetXPathNextPrefixAndNode(const char* str, char* prefixOut, uint
   Empty(nodeOut, nodeSize);
   const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
   if (length == 0) return QM_FAILED;
-  if (EndsStep(str[length])) return QM_UTL_GetXPathNextNodeName(str, nodeOut, nodeSize);
+  if (EndsStep(str[length])) {
+    return CopyName(nodeOut, nodeSize, str, length) ? QM_OK : QM_NAME_TOO_LONG;
+  }
   if (str[length] != ':') return QM_INVALID;
   if (!CopyName(prefixOut, prefixSize, str, length)) return QM_NAME_TOO_LONG;
   const uint32_t ret = QM_UTL_GetXPathNextNodeName(str + length + 1, nodeOut, nodeSize);
@@ -103,9 +106,9 @@ const char* QM_UTL_SkipPredicateParis(const char* str) {
   return str;
 }
 
-// The rest after the step's node name and predicates, or NULL.
-static const char* SkipPredicatedNode(const char* str, char* nodeOut, uint32_t nodeSize) {
-  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
+// The rest after the step's node name, whose length is known, and predicates, or NULL.
+static const char* SkipPredicatedNode(const char* str, uint32_t length, char* nodeOut,
+                                      uint32_t nodeSize) {
   if (length == 0) return nullptr;
   const char* rest = QM_UTL_SkipPredicateParis(str + length);
   if (rest == nullptr || !EndsStep(*rest)) return nullptr;
@@ -119,9 +122,11 @@ const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefi
   Empty(nodeOut, nodeSize);
   const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
   if (length == 0) return nullptr;
-  if (str[length] != ':') return SkipPredicatedNode(str, nodeOut, nodeSize);
+  if (str[length] != ':') return SkipPredicatedNode(str, length, nodeOut, nodeSize);
   if (!CopyName(prefixOut, prefixSize, str, length)) return nullptr;
-  const char* rest = SkipPredicatedNode(str + length + 1, nodeOut, nodeSize);
+  const char* name = str + length + 1;
+  const char* rest =
+      SkipPredicatedNode(name, QM_UTL_ConsumeIdentNameBestEffort(name), nodeOut, nodeSize);
   if (rest == nullptr) Empty(prefixOut, prefixSize);
   return rest;
 }
