@@ -15,6 +15,7 @@ void OpenInstance(QmdRunIndex* index, QmdParent* parent, const xmlNode* element)
   parent->instance = element;
   parent->stamp = ++index->stamp;
   parent->last = nullptr;
+  parent->isMade = false;
 }
 
 void ForgetInstances(QmdRunIndex* index) {

@@ -121,7 +121,6 @@ static uint32_t MakeContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
   if (made == nullptr) return QM_NO_MEMORY;
   MarkAndPlace(walk, dataParent, made, schemaNode);
   OpenMade(walk, level, schemaNode, made);
-  level->made = made;
   return QM_OK;
 }
 
@@ -133,8 +132,7 @@ uint32_t OpenDefaultContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0 || schemaNode->firstChild == nullptr) {
     return QM_OK;
   }
-  QmdChild* child = walk->step.child;
-  if (child != nullptr && IsIdleWhenMissing(walk->aux, walk->phase, child)) return QM_OK;
+  if (IsIdleWhenMissing(walk->aux, walk->phase, walk->holder, walk->step.child)) return QM_OK;
   return MakeContainer(walk, dataParent, schemaNode, level);
 }
 

@@ -64,8 +64,7 @@ static uint32_t OpenMissingContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode
   uint32_t wanted = 0;
   const uint32_t ret = QMD_PAS_EvalDataNodeWhenCond(walk->aux, missing.Get(), &wanted);
   if (ret != QM_OK || wanted == 0) return ret;
-  OpenMade(walk, level, schemaNode, missing.Get());
-  level->made = missing.Release();
+  OpenMade(walk, level, schemaNode, missing.Release());
   return QM_OK;
 }
 
@@ -73,8 +72,7 @@ static uint32_t OpenContainer(QmdWalk* walk, xmlNode* dataParent, QmsNode* schem
                               QmdLevel* level) {
   if (OpenExisting(walk, level, schemaNode, dataParent)) return QM_OK;
   if (QM_NODE_IsPresenceContainer(schemaNode) != 0) return QM_OK;
-  QmdChild* child = walk->step.child;
-  if (child != nullptr && IsIdleWhenMissing(walk->aux, walk->phase, child)) return QM_OK;
+  if (IsIdleWhenMissing(walk->aux, walk->phase, walk->holder, walk->step.child)) return QM_OK;
   return OpenMissingContainer(walk, dataParent, schemaNode, level);
 }
 

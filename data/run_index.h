@@ -27,10 +27,11 @@ enum QmdChildFlag : uint32_t {
   QMD_CHILD_MUST = 8,      // has must statements
   QMD_CHILD_PLAIN = 16,    // a leaf or leaf-list: text is all that it may hold
   QMD_CHILD_DEFAULT = 32,  // its default is known: `defaultValue`, which may be NULL
-  // Whether a walk has nothing to do where the container is missing, for each QmdPhase,
-  // once it is known.
+  // For each QmdPhase: whether the walk has nothing to do where the container is missing,
+  // once it is known; and that it was missing in an element that the walk made.
   QMD_CHILD_IDLE = 64,
-  QMD_CHILD_BUSY = 256
+  QMD_CHILD_BUSY = 256,
+  QMD_CHILD_MISSED = 1024
 };
 
 // The walks down the schema.
@@ -119,6 +120,7 @@ struct QmdParent {
   // The present instance: an element, and what is known of its children.
   const xmlNode* instance;
   uint32_t stamp;
+  bool isMade;     // by the walk, for the time being
   QmdChild* last;  // of the child that was met last
 };
 

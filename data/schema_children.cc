@@ -191,7 +191,7 @@ static bool TakeArrays(ChildWalk* walk) {
     return bytes != nullptr;
   };
   if (!take(&parent->children, walk->childCount) || !take(&parent->choices, walk->choiceCount) ||
-      !take(&parent->tracks, walk->childCount) || !take(&parent->table, tableSize)) {
+      !take(&parent->table, tableSize) || !take(&parent->tracks, walk->childCount)) {
     return false;
   }
   parent->childCount = walk->childCount;
@@ -252,6 +252,11 @@ void IndexChildren(QmdRunIndex* index, QmdParent* parent) {
   if (!TakeArrays(&walk)) return;
   walk.fills = true;
   WalkChildren(&walk);
+  // There could have been as many tracks as children; they were taken last.
+  if (parent->tracks != nullptr) {
+    GiveBackBytes(index, parent->tracks, walk.childCount * sizeof(QmdTrack),
+                  walk.trackCount * sizeof(QmdTrack));
+  }
   IndexNames(parent);
   parent->holder = parent;
   parent->isBuilt = true;

@@ -164,11 +164,18 @@ static bool IsIdleBelow(QmsNode* container, uint32_t phase) {
   return true;
 }
 
-bool IsIdleWhenMissing(const QmCheckAux* aux, uint32_t phase, QmdChild* child) {
+// A walk that made an element goes on below it at first: a look at each level of a nest
+// of missing containers would cost the square of its depth.
+bool IsIdleWhenMissing(const QmCheckAux* aux, uint32_t phase, const QmdParent* holder,
+                       QmdChild* child) {
+  if (child == nullptr || !MaySkip(aux)) return false;
   const uint32_t idle = uint32_t{QMD_CHILD_IDLE} << phase;
   const uint32_t busy = uint32_t{QMD_CHILD_BUSY} << phase;
-  if (!MaySkip(aux)) return false;
   if ((child->flags & (idle | busy)) == 0) {
+    const uint32_t missed = uint32_t{QMD_CHILD_MISSED} << phase;
+    const bool isFirst = holder->isMade && (child->flags & missed) == 0;
+    child->flags |= missed;
+    if (isFirst) return false;
     const bool hasWhen = IsMandatoryWalk(phase) && (child->flags & QMD_CHILD_WHEN) != 0;
     child->flags |= !hasWhen && IsIdleBelow(child->node, phase) ? idle : busy;
   }

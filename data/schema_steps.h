@@ -27,5 +27,7 @@ QmdStep StepTo(const QmdParent* holder, QmsNode* node);
 const char* DefaultOf(QmdChild* child);
 // The branch that a choice names as its default, or NULL.
 QmsNode* DefaultBranchOf(QmdChoice* choice);
-// Whether a walk would have nothing to do for a container that is missing.
-bool IsIdleWhenMissing(const QmCheckAux* aux, uint32_t phase, QmdChild* child);
+// Whether a walk would have nothing to do for a container that is missing in the present
+// instance of its holder. False without a child.
+bool IsIdleWhenMissing(const QmCheckAux* aux, uint32_t phase, const QmdParent* holder,
+                       QmdChild* child);

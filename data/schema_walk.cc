@@ -59,19 +59,25 @@ void NoteAdded(QmdWalk* walk) {
   }
 }
 
-void OpenMade(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* made) {
+static void OpenIn(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent) {
   *level = QmdLevel{};
   level->schemaNode = schemaNode;
   level->next = schemaNode->firstChild;
-  level->dataParent = made;
+  level->dataParent = dataParent;
   level->self = walk->step;
   level->around = walk->holder;
-  level->steps = StepsBelow(walk->aux, walk->phase, schemaNode, made, &level->holder);
+  level->steps = StepsBelow(walk->aux, walk->phase, schemaNode, dataParent, &level->holder);
 }
 
 void OpenChildren(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent) {
-  OpenMade(walk, level, schemaNode, dataParent);
+  OpenIn(walk, level, schemaNode, dataParent);
   if (level->steps != nullptr && level->steps->count == 0) level->schemaNode = nullptr;
+}
+
+void OpenMade(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* made) {
+  OpenIn(walk, level, schemaNode, made);
+  level->made = made;
+  if (level->steps != nullptr) level->holder->isMade = true;
 }
 
 void ForgetMade(const QmdLevel* level) {

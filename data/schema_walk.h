@@ -79,7 +79,7 @@ void NoteAdded(QmdWalk* walk);
 // For the functions of the kinds: what `level` goes through. Where the walk has nothing
 // to do with any child of an element that is there, no level is opened for it.
 void OpenChildren(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* dataParent);
-// The same for an element that was made for the time being.
+// The same for an element that was made for the time being; the level has it.
 void OpenMade(QmdWalk* walk, QmdLevel* level, QmsNode* schemaNode, xmlNode* made);
 // The container among the children of `dataParent`; nothing where a schema is mounted.
 // False when the container is missing.

@@ -12,8 +12,10 @@
 #include "context/xml_tree.h"
 #include "data/default_list.h"
 #include "data/validate.h"
+#include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
 #include "tests/support/random_message.h"
+#include "tests/support/yin_text.h"
 
 namespace {
 
@@ -40,7 +42,7 @@ constexpr size_t kNoIndex = SIZE_MAX;
 constexpr size_t kEverything = SIZE_MAX - 1;
 
 // One run over the tree of a message.
-Outcome Run(QmCtx* ctx, const Message& message, size_t indexBytes) {
+Outcome RunOnce(QmCtx* ctx, const Message& message, size_t indexBytes) {
   const Document doc(message.text);
   Outcome outcome;
   QmCheckAux aux = {};
@@ -77,12 +79,12 @@ void ExpectSameRecord(QmCtx* ctx, const Message& message, const std::string& exp
 // Gives the number of runs that had less memory for the index than they wanted.
 uint32_t ExpectSameEverywhere(QmCtx* ctx, const Message& message) {
   SCOPED_TRACE(message.text);
-  const Outcome plain = Run(ctx, message, kNoIndex);
-  EXPECT_EQ(plain.text, Run(ctx, message, kEverything).text);
+  const Outcome plain = RunOnce(ctx, message, kNoIndex);
+  EXPECT_EQ(plain.text, RunOnce(ctx, message, kEverything).text);
   ExpectSameRecord(ctx, message, plain.text);
   uint32_t refused = 0;
   for (size_t bytes = 0; bytes < sizeof(QmdRunIndex::firstBytes); bytes += 400) {
-    const Outcome outcome = Run(ctx, message, bytes);
+    const Outcome outcome = RunOnce(ctx, message, bytes);
     EXPECT_EQ(plain.text, outcome.text) << "with " << bytes << " bytes";
     if (!outcome.isOff) break;
     ++refused;
@@ -133,5 +135,46 @@ TEST_P(SameResults, WithAndWithoutTheIndex) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SameResults, testing::Range(uint64_t{0}, uint64_t{8}));
+
+// A hundred leaves with defaults, of which every second one is taken away again: more than
+// the first bytes of the index hold, and more defaults than are searched.
+std::string WideModel() {
+  std::string leaves = "<leaf name='none'><type name='string'/></leaf>";
+  for (int i = 0; i < 100; ++i) {
+    leaves += "<leaf name='l" + std::to_string(i) + "'>" +
+              (i % 2 == 0 ? "<when condition='../none'/>" : "") +
+              "<type name='string'/><default value='d'/></leaf>";
+  }
+  return yin_text::Module("w", yin_text::Rpc(leaves));
+}
+
+// Refuses one block after the other; gives the number of those that a run does without.
+uint32_t CountBenignBlocks(QmCtx* ctx, const Message& message, size_t indexBytes) {
+  const std::string whole = RunOnce(ctx, message, kNoIndex).text;
+  uint32_t benign = 0;
+  for (uint64_t n = 1;; ++n) {
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    const std::string text = RunOnce(ctx, message, indexBytes).text;
+    if (counting_memory::StopRefusing() == 0) return benign;
+    if (text == whole) {
+      ++benign;
+    } else {
+      EXPECT_NE(0u, text.find("0 valid")) << text;
+    }
+  }
+}
+
+TEST(RefusedIndex, GoesWithoutResultToo) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, WideModel().c_str()));
+  const Message message = {false, "<r xmlns='urn:w'/>"};
+  const std::string whole = RunOnce(ctx, message, kNoIndex).text;
+  EXPECT_NE(std::string::npos, whole.find("0 valid <r xmlns=\"urn:w\"><l1>d</l1><l3>d</l3>"));
+  EXPECT_EQ(whole, RunOnce(ctx, message, kEverything).text);
+  constexpr uint32_t kBlocksOfIndex = 2;  // the second one for what the first has no room for
+  EXPECT_EQ(CountBenignBlocks(ctx, message, kNoIndex) + kBlocksOfIndex,
+            CountBenignBlocks(ctx, message, kEverything));
+  QM_CTX_Delete(ctx);
+}
 
 }  // namespace
