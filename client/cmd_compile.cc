@@ -15,16 +15,10 @@
 #include "client/commands.h"
 #include "client/compile_first.h"
 #include "client/file_input.h"
+#include "client/find_model.h"
 #include "compiler/convert.h"
 
 namespace {
-
-bool IsSameFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
-         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-}
 
 std::string PathIn(const std::string& dir, const compiler::JobModule& module) {
   return dir + "/" + module.name + ".yin";
@@ -162,6 +156,11 @@ int RunConvert(const Options& options) {
 
 int RunCompile(const Options& options) {
   if (options.convert) return RunConvert(options);
+  for (const FeatureRef& ref : options.features) {
+    if (!ref.module.empty()) continue;
+    PrintError("a feature is written MODULE:FEATURE, not '*'");
+    return kExitUsage;
+  }
   const bool withImports = (options.loadFlags & QM_LOAD_IMPORTS) != 0;
   if (options.outputDir.empty() && (withImports || options.operands.size() > 1)) {
     PrintError("several modules are written into a folder only; name one with '-o'");

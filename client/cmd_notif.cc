@@ -2,26 +2,46 @@
 // qmodel notif: validates notifications as texts; the library writes the valid ones.
 #include <cstdio>
 
+#include <qmodel/agent.h>
 #include <qmodel/data.h>
 
 #include "client/commands.h"
 #include "client/file_input.h"
+#include "client/hints.h"
 #include "client/session.h"
+#include "client/verdict.h"
 
-static uint32_t PrintText(const char* text, void* /*arg*/) {
-  static_cast<void>(std::fputs(text, stdout));
+static uint32_t AddText(const char* text, void* answer) {
+  *static_cast<std::string*>(answer) += text;
   return 0;
 }
 
-static int ValidateOne(QmCtx* ctx, const std::string& file) {
+// The run that gave the answer keeps no record, so another one makes it.
+static void PrintWhy(QmCtx* ctx, const Options& options, const std::string& file,
+                     const std::string& text) {
+  QmErrNode* record = nullptr;
+  const uint32_t verdict = QM_AGENT_ValidateNotificationText(ctx, text.data(), text.size(), nullptr,
+                                                             nullptr, nullptr, &record);
+  if (verdict == QM_AGENT_INVALID && record != nullptr) {
+    if (options.verdicts) PrintReason(file, record);
+    HintImportsOfRecord(ctx, options, record);
+  }
+  QM_FreeErrNode(record);
+}
+
+static int ValidateOne(QmCtx* ctx, const Options& options, const std::string& file) {
   std::string text;
   if (!ReadInput(file, &text)) return kExitUnusable;
   // The library takes a text up to its first NUL; one inside is no XML.
   const bool isText = text.find('\0') == std::string::npos;
-  if (isText && QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), PrintText, nullptr) == 0) {
-    return kExitOk;
-  }
-  PrintError("%s: not a valid notification", file.c_str());
+  std::string answer;
+  const bool valid =
+      isText && QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), AddText, &answer) == 0;
+  PrintVerdict(options, file, valid);
+  static_cast<void>(std::fwrite(answer.data(), 1, answer.size(), stdout));
+  if (valid) return kExitOk;
+  if (!options.quiet) PrintError("%s: not a valid notification", file.c_str());
+  PrintWhy(ctx, options, file, text);
   return kExitInvalid;
 }
 

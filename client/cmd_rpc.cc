@@ -13,8 +13,10 @@
 
 #include "client/commands.h"
 #include "client/file_input.h"
+#include "client/hints.h"
 #include "client/rpc_error.h"
 #include "client/session.h"
+#include "client/verdict.h"
 
 namespace {
 
@@ -61,22 +63,24 @@ bool PrintDocument(xmlDoc* doc) {
   return true;
 }
 
-int PrintFailure(QmErrNode* record) {
+int PrintFailure(QmCtx* ctx, const Options& options, QmErrNode* record) {
   PrintRpcError(record);
+  HintImportsOfRecord(ctx, options, record);
   QM_FreeErrNode(record);
   return kExitInvalid;
 }
 
-int ValidateOne(QmCtx* ctx, const std::string& file) {
+int ValidateOne(QmCtx* ctx, const Options& options, const std::string& file) {
   std::string text;
   if (!ReadInput(file, &text)) return kExitUnusable;
   xmlDoc* doc = ParseRequest(text);
   xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
   // A text that is no XML has no root; the library answers that with a record.
   QmErrNode* record = QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr);
+  PrintVerdict(options, file, record == nullptr);
   int status = kExitOk;
   if (record != nullptr) {
-    status = PrintFailure(record);
+    status = PrintFailure(ctx, options, record);
   } else if (root == nullptr || !PrintDocument(doc)) {
     PrintError("out of memory");
     status = kExitUnusable;

@@ -3,12 +3,29 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include <qmodel/agent.h>
 #include <qmodel/data.h>
 #include <qmodel/inspect.h>
 #include <qmodel/schema.h>
 
 #include "client/commands.h"
+#include "client/hints.h"
 #include "client/session.h"
+
+static void PrintInvalid(uint32_t code, bool explain) {
+  const char* text = explain ? QM_AGENT_GetStatusText(code) : nullptr;
+  std::printf("invalid %" PRIu32 "%s%s\n", code, text == nullptr ? "" : ": ",
+              text == nullptr ? "" : text);
+}
+
+// "; did you mean" for the module that a path begins with.
+static std::string SuggestModule(QmCtx* ctx, const std::string& path) {
+  const size_t colon = path.find(':');
+  if (path.empty() || path[0] != '/' || colon == std::string::npos) return {};
+  const std::string module = path.substr(1, colon - 1);
+  const bool loaded = QM_CTX_GetModuleByModName(ctx, module.c_str()) != nullptr;
+  return loaded ? std::string() : DidYouMeanModule(ctx, module);
+}
 
 static int CheckValues(QmsNode* node, const Options& options) {
   int status = kExitOk;
@@ -17,7 +34,7 @@ static int CheckValues(QmsNode* node, const Options& options) {
     if (code == 0) {
       std::puts("valid");
     } else {
-      std::printf("invalid %" PRIu32 "\n", code);
+      PrintInvalid(code, options.explain);
       status = kExitInvalid;
     }
   }
@@ -31,10 +48,12 @@ int RunValue(const Options& options) {
   const char* path = options.operands[0].c_str();
   QmsNode* node = QM_CTX_FindDataNode(ctx, path);
   if (node == nullptr) {
-    PrintError("no data node '%s'", path);
+    PrintError("no data node '%s'%s", path, SuggestModule(ctx, path).c_str());
+    HintImportsOfPath(ctx, options, path);
     status = kExitUsage;
   } else {
     status = CheckValues(node, options);
+    if (status != kExitOk) HintImportsOfType(ctx, options, node);
   }
   QM_CTX_Delete(ctx);
   return status;

@@ -3,23 +3,41 @@
 // for a new one to be run and to be helped with.
 #include "client/commands.h"
 
+#include <vector>
+
+#include "client/hints.h"
+
 namespace {
 
 constexpr Command kCommands[] = {
-    {"load", RunLoad, 1, "MODULE", true, "load [OPTION]... MODULE...",
-     "Loads the modules and prints a line for each: NAME REVISION NAMESPACE."},
-    {"tree", RunTree, 1, "MODULE", true, "tree [OPTION]... MODULE...",
-     "Loads the modules and prints their schema trees."},
-    {"rpc", RunRpc, 1, "FILE", false, "rpc [OPTION]... FILE...",
+    {"load", RunLoad, 1, "MODULE", true, true, "load [OPTION]... MODULE...",
+     "Loads the modules and prints a line for each: NAME REVISION NAMESPACE.",
+     "  qmodel load -p models router-system router-interfaces\n"
+     "  qmodel load -p models -i -f '*' router-vlans\n"
+     "  qmodel load models/router-types.yin\n"},
+    {"tree", RunTree, 1, "MODULE", true, true, "tree [OPTION]... MODULE...",
+     "Loads the modules and prints their schema trees.",
+     "  qmodel tree -p models -i router-interfaces\n"
+     "  qmodel tree -p models -i -m router-lite router-system\n"
+     "  qmodel tree -c -i -p vendor acme-optics\n"},
+    {"rpc", RunRpc, 1, "FILE", true, false, "rpc [OPTION]... FILE...",
      "Validates rpc and action requests. A valid one is printed with its defaults,\n"
-     "for another its error record is printed as an rpc-error element."},
-    {"notif", RunNotif, 1, "FILE", false, "notif [OPTION]... FILE...",
-     "Validates notifications and prints the valid ones as the library gives them back."},
-    {"value", RunValue, 2, "PATH or VALUE", false, "value [OPTION]... PATH VALUE...",
+     "for another its error record is printed as an rpc-error element.",
+     "  qmodel rpc -p models -i -m router-system messages/restart.xml\n"
+     "  qmodel rpc -p models -i -m router-system -v messages/restart.xml messages/ping.xml\n"
+     "  cat messages/ping.xml | qmodel rpc -p models -i -m router-system -q -\n"},
+    {"notif", RunNotif, 1, "FILE", true, false, "notif [OPTION]... FILE...",
+     "Validates notifications and prints the valid ones as the library gives them back.\n"
+     "With -v it is said why one is not valid.",
+     "  qmodel notif -p models -i -m router-alarms -v messages/alarm-link-down.xml\n"},
+    {"value", RunValue, 2, "PATH or VALUE", true, false, "value [OPTION]... PATH VALUE...",
      "Checks values against the type of the node that the data path names\n"
      "(/module:a/b) and prints 'valid' or 'invalid CODE' for each.\n"
-     "An identity is written module:identity."},
-    {"compile", RunCompile, 1, "MODULE or FILE", false,
+     "An identity is written module:identity. --explain adds what the code says.",
+     "  qmodel value -p models -i -m router-system /router-system:restart/delay 60 3600\n"
+     "  qmodel value -p models -i -m router-system --explain \\\n"
+     "    /router-system:ping/interface-type router-types:gigabit-ethernet\n"},
+    {"compile", RunCompile, 1, "MODULE or FILE", false, false,
      "compile [-p DIR]... [-r] [-f MODULE:FEATURE]... [-F] [-i] [--drop-failing] [-o DIR]\n"
      "                 MODULE|FILE...\n"
      "  qmodel compile --convert [-p DIR]... FILE",
@@ -29,16 +47,19 @@ constexpr Command kCommands[] = {
      "What is lost or wrong is said as FILE:LINE: what and why; exit status 1 when\n"
      "something was, 3 when a module has an error that stops it.\n"
      "With --convert one FILE of YANG text is written to standard output as YIN, nothing\n"
-     "spelled out; what it imports is looked up in its folder and the directories."},
-    {"lint", RunLint, 1, "MODULE or FILE", false,
+     "spelled out; what it imports is looked up in its folder and the directories.",
+     "  qmodel compile -p vendor acme-types\n"
+     "  qmodel compile --convert vendor/acme-optics@2026-03-02.yang\n"},
+    {"lint", RunLint, 1, "MODULE or FILE", false, false,
      "lint    [-p DIR]... [-r] [-W CLASS|-W no-CLASS]... [--json] MODULE|FILE...",
      "Says what is wrong in models, YANG text or YIN, in order of files and lines:\n"
      "  FILE:LINE:COLUMN: error|warning: what is wrong; what to do [class]\n"
      "-W shows the warnings of a class (style, which is off at first), -W no-CLASS does\n"
      "not (unused, library); errors are always shown. --json prints an array of objects.\n"
-     "Exit status 0 when there are warnings only, 1 when there are errors."},
-    {"help", RunHelp, 0, nullptr, false, "help [COMMAND]",
-     "Prints this help, or that of one command."},
+     "Exit status 0 when there are warnings only, 1 when there are errors.",
+     "  qmodel lint -p vendor acme-optics\n"},
+    {"help", RunHelp, 0, nullptr, false, false, "help [COMMAND]",
+     "Prints this help, or that of one command.", "  qmodel help rpc\n"},
 };
 
 }  // namespace
@@ -52,4 +73,10 @@ const Command* FindCommand(std::string_view name) {
     if (name == command.name) return &command;
   }
   return nullptr;
+}
+
+std::string SuggestCommand(std::string_view name) {
+  std::vector<std::string> names;
+  for (const Command& command : kCommands) names.emplace_back(command.name);
+  return DidYouMean(name, names);
 }

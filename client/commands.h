@@ -2,6 +2,7 @@
 #pragma once
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "client/options.h"
@@ -10,16 +11,20 @@ struct Command {
   const char* name;
   int (*run)(const Options& options);
   size_t minOperands;
-  const char* missing;  // what to say when there are fewer
-  bool loadsOperands;   // they are modules, to be compiled first with -c
-  const char* call;     // how it is called, without the program's name
-  const char* text;     // what it does
+  const char* missing;   // what to say when there are fewer
+  bool usesContext;      // it loads modules
+  bool loadsOperands;    // its operands are modules, loaded with the others
+  const char* call;      // how it is called, without the program's name
+  const char* text;      // what it does
+  const char* examples;  // a line each; they run in the folder examples of the sources
 };
 
 // In the order of the help.
 std::span<const Command> AllCommands();
 // NULL for a name that is no command.
 const Command* FindCommand(std::string_view name);
+// "; did you mean 'NAME'?" when a command has a similar name, else empty.
+std::string SuggestCommand(std::string_view name);
 
 // Each command does its work and gives the exit status.
 int RunLoad(const Options& options);

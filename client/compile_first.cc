@@ -40,7 +40,7 @@ int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
                             options->operands.end());
   }
   const compiler::JobResult result = options->noCache ? RunJob(request) : RunJobOnce(request);
-  PrintFindings(result);
+  if (!options->quiet || result.state > compiler::JobState::kLost) PrintFindings(result);
   if (result.state > compiler::JobState::kLost) return kExitUnusable;
   if (!folder->Make()) return kExitUnusable;
   for (const compiler::JobModule& module : result.modules) {

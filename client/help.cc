@@ -17,7 +17,7 @@ constexpr char kOptionsText[] =
     "  -m, --module NAME              load this module first; may repeat\n"
     "  -i, --imports                  also load every imported module, transitively\n"
     "  -f, --feature MODULE:FEATURE   enable this feature after all loads, MODULE:* all\n"
-    "                                 of a module; may repeat\n"
+    "                                 of a module, * all of all; may repeat\n"
     "  -u, --unload NAME              unload this module after the loads; may repeat\n"
     "  -d, --descriptions             keep descriptions and units\n"
     "  -c, --compile                  compile the models first: any vendor's go in\n"
@@ -29,10 +29,15 @@ constexpr char kOptionsText[] =
     "      --convert                  compile: only turn YANG text into YIN\n"
     "  -W, --warn CLASS|no-CLASS      lint: show or hide the warnings of a class\n"
     "      --json                     lint: print a JSON array\n"
-    "      --help                     print this help\n"
-    "      --version                  print the version\n"
+    "      --explain                  value: add what the code says\n"
+    "  -q, --quiet                    print no answers and no notes: the exit status tells\n"
+    "  -v, --verbose                  rpc, notif: say to which FILE an answer belongs, and\n"
+    "                                 why a notification is not valid\n"
+    "  -h, --help                     print this help\n"
+    "  -V, --version                  print the version\n"
     "\n"
-    "FILE '-' is standard input; '--' ends the options.\n"
+    "A MODULE or NAME may be a file of YIN, DIR/NAME.yin. FILE '-' is standard input;\n"
+    "'--' ends the options.\n"
     "\n"
     "Exit status: 0 all done and valid, 1 something was not valid, 2 wrong usage,\n"
     "3 a module, a directory or a file could not be used.\n";
@@ -55,7 +60,8 @@ bool PrintHelp(const char* command) {
   }
   const Command* help = FindCommand(command);
   if (help == nullptr) return false;
-  std::printf("Usage: qmodel %s\n\n%s\n\n%s", help->call, help->text, kOptionsText);
+  std::printf("Usage: qmodel %s\n\n%s\n\nExamples, in the folder examples of the sources:\n%s\n%s",
+              help->call, help->text, help->examples, kOptionsText);
   return true;
 }
 
@@ -70,6 +76,6 @@ int RunHelp(const Options& options) {
   }
   const char* command = options.operands.empty() ? nullptr : options.operands[0].c_str();
   if (PrintHelp(command)) return kExitOk;
-  PrintError("unknown command '%s'", command);
+  PrintError("unknown command '%s'%s", command, SuggestCommand(command).c_str());
   return kExitUsage;
 }

@@ -11,22 +11,42 @@
 #include "client/commands.h"
 #include "client/compile_first.h"
 #include "client/help.h"
+#include "client/hints.h"
+#include "client/named_files.h"
 #include "client/options.h"
 
 namespace {
 
-int RunOne(const Command& command, const Options& options) {
-  if (!options.compileFirst) return command.run(options);
+// Modules that are named by files, or compiled first, are made what a load wants.
+int RunPrepared(const Command& command, const Options& options) {
   PrivateFolder folder;
-  Options compiled = options;
-  const int status = CompileFirst(&compiled, command.loadsOperands, &folder);
-  return status == kExitOk ? command.run(compiled) : status;
+  Options prepared = options;
+  if (options.compileFirst) {
+    const int status = CompileFirst(&prepared, command.loadsOperands, &folder);
+    return status == kExitOk ? command.run(prepared) : status;
+  }
+  if (!TakeNamedFiles(&prepared, command.loadsOperands, &folder)) return kExitUnusable;
+  return command.run(prepared);
+}
+
+int RunOne(const Command& command, const Options& options) {
+  if (options.quiet && std::freopen("/dev/null", "w", stdout) == nullptr) {
+    PrintError("/dev/null: %s", std::strerror(errno));
+    return kExitUnusable;
+  }
+  const int status = command.usesContext ? RunPrepared(command, options) : command.run(options);
+  if (status != kExitUnusable) return status;
+  HintModules(options, command.loadsOperands || !command.usesContext,
+              options.compileFirst || !command.usesContext);
+  return status;
 }
 
 int RunCommand(const Options& options) {
   const Command* command = FindCommand(options.command);
   if (command == nullptr) {
-    PrintError("unknown command '%s'; see 'qmodel --help'", options.command.c_str());
+    const std::string hint = SuggestCommand(options.command);
+    PrintError("unknown command '%s'%s", options.command.c_str(),
+               hint.empty() ? "; see 'qmodel --help'" : hint.c_str());
     return kExitUsage;
   }
   // Help is given whatever the options are.

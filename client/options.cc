@@ -6,21 +6,22 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include <qmodel/context.h>
 
 namespace {
 
 enum LongOnly : int {
-  kHelp = 256,
-  kVersion = 257,
-  kDropFailing = 258,
-  kConvert = 259,
-  kJson = 260,
-  kNoCache = 261
+  kDropFailing = 256,
+  kConvert = 257,
+  kJson = 258,
+  kNoCache = 259,
+  kExplain = 260
 };
 
 constexpr option kLongOptions[] = {
@@ -39,34 +40,79 @@ constexpr option kLongOptions[] = {
     {"convert", no_argument, nullptr, kConvert},
     {"warn", required_argument, nullptr, 'W'},
     {"json", no_argument, nullptr, kJson},
-    {"help", no_argument, nullptr, kHelp},
-    {"version", no_argument, nullptr, kVersion},
+    {"quiet", no_argument, nullptr, 'q'},
+    {"verbose", no_argument, nullptr, 'v'},
+    {"explain", no_argument, nullptr, kExplain},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'V'},
+    // Beginnings that named one option before another one began with them, too.
+    {"v", no_argument, nullptr, 'V'},
+    {"ve", no_argument, nullptr, 'V'},
+    {"ver", no_argument, nullptr, 'V'},
     {nullptr, 0, nullptr, 0},
 };
 
-// Options that only some commands take: those that load, `compile`, `lint`; `-r` and
-// `--no-cache` go with loading only after compiling.
+// Commands that work on a context, which all options of loading go with.
+#define QMODEL_LOADING "load tree rpc notif value"
+
+// Options that only some commands take; `-r` and `--no-cache` go with loading only after
+// compiling.
 struct OptionUse {
   const char* option;
-  bool load;
-  bool compile;
-  bool lint;
+  std::string_view commands;
 };
 
 constexpr OptionUse kUses[] = {
-    {"-m", true, false, false},        {"-u", true, false, false},
-    {"-d", true, false, false},        {"-c", true, false, false},
-    {"-r", true, true, true},          {"-F", false, true, false},
-    {"-o", false, true, false},        {"--drop-failing", false, true, false},
-    {"--convert", false, true, false}, {"-W", false, false, true},
-    {"--json", false, false, true},    {"--no-cache", true, false, false},
+    {"-m", QMODEL_LOADING},
+    {"-u", QMODEL_LOADING},
+    {"-d", QMODEL_LOADING},
+    {"-c", QMODEL_LOADING},
+    {"-r", QMODEL_LOADING " compile lint"},
+    {"-F", "compile"},
+    {"-o", "compile"},
+    {"--drop-failing", "compile"},
+    {"--convert", "compile"},
+    {"-W", "lint"},
+    {"--json", "lint"},
+    {"--no-cache", QMODEL_LOADING},
+    {"-q", QMODEL_LOADING " lint"},
+    {"-v", QMODEL_LOADING},
+    {"--explain", "value"},
+};
+
+#undef QMODEL_LOADING
+
+// Options without an argument.
+struct Switch {
+  int code;
+  const char* option;  // as in kUses; NULL: every command takes it
+  bool Options::*field;
+};
+
+constexpr Switch kSwitches[] = {
+    {'c', "-c", &Options::compileFirst},
+    {kNoCache, "--no-cache", &Options::noCache},
+    {'r', "-r", &Options::recursive},
+    {'F', "-F", &Options::featuresComplete},
+    {kDropFailing, "--drop-failing", &Options::dropFailing},
+    {kConvert, "--convert", &Options::convert},
+    {kJson, "--json", &Options::json},
+    {'q', "-q", &Options::quiet},
+    {'v', "-v", &Options::verdicts},
+    {kExplain, "--explain", &Options::explain},
+    {'h', nullptr, &Options::help},
+    {'V', nullptr, &Options::version},
 };
 
 // "-": operands are reported in place; ":": a missing argument is told apart.
-constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:W:";
+constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:W:qvhV";
 constexpr int kOperand = 1;
 
 bool AddFeature(const char* text, Options* options) {
+  if (std::strcmp(text, "*") == 0) {
+    options->features.push_back({"", "*"});
+    return true;
+  }
   const char* colon = std::strchr(text, ':');
   if (colon == nullptr || colon == text || colon[1] == '\0') {
     PrintError("a feature is written MODULE:FEATURE, not '%s'", text);
@@ -85,7 +131,7 @@ void AddOperand(const char* text, Options* options) {
 }
 
 void PrintOptionError(int code, char** argv) {
-  if (optopt > 0 && optopt < kHelp) {
+  if (optopt > 0 && optopt < kDropFailing) {
     PrintError(code == ':' ? "option '-%c' needs an argument" : "unknown option '-%c'", optopt);
     return;
   }
@@ -93,48 +139,15 @@ void PrintOptionError(int code, char** argv) {
              argv[optind - 1]);
 }
 
-bool TakeCompileOption(int code, char** argv, Options* options) {
-  switch (code) {
-    case 'c':
-      options->used.emplace_back("-c");
-      options->compileFirst = true;
-      return true;
-    case kNoCache:
-      options->used.emplace_back("--no-cache");
-      options->noCache = true;
-      return true;
-    case 'r':
-      options->used.emplace_back("-r");
-      options->recursive = true;
-      return true;
-    case 'F':
-      options->used.emplace_back("-F");
-      options->featuresComplete = true;
-      return true;
-    case 'o':
-      options->used.emplace_back("-o");
-      options->outputDir = optarg;
-      return true;
-    case kDropFailing:
-      options->used.emplace_back("--drop-failing");
-      options->dropFailing = true;
-      return true;
-    case kConvert:
-      options->used.emplace_back("--convert");
-      options->convert = true;
-      return true;
-    case 'W':
-      options->used.emplace_back("-W");
-      options->lintClasses.emplace_back(optarg);
-      return true;
-    case kJson:
-      options->used.emplace_back("--json");
-      options->json = true;
-      return true;
-    default:
-      PrintOptionError(code, argv);
-      return false;
+bool TakeSwitch(int code, char** argv, Options* options) {
+  for (const Switch& row : kSwitches) {
+    if (row.code != code) continue;
+    if (row.option != nullptr) options->used.emplace_back(row.option);
+    options->*row.field = true;
+    return true;
   }
+  PrintOptionError(code, argv);
+  return false;
 }
 
 bool TakeOption(int code, char** argv, Options* options) {
@@ -162,22 +175,31 @@ bool TakeOption(int code, char** argv, Options* options) {
       return true;
     case 'f':
       return AddFeature(optarg, options);
-    case kHelp:
-      options->help = true;
+    case 'o':
+      options->used.emplace_back("-o");
+      options->outputDir = optarg;
       return true;
-    case kVersion:
-      options->version = true;
+    case 'W':
+      options->used.emplace_back("-W");
+      options->lintClasses.emplace_back(optarg);
       return true;
     default:
-      return TakeCompileOption(code, argv, options);
+      return TakeSwitch(code, argv, options);
   }
+}
+
+bool HasWord(std::string_view words, std::string_view word) {
+  for (size_t at = 0; at < words.size(); at = words.find_first_not_of(' ', at)) {
+    const size_t end = std::min(words.find(' ', at), words.size());
+    if (words.substr(at, end - at) == word) return true;
+    at = end;
+  }
+  return false;
 }
 
 bool IsTaken(const Options& options, const std::string& used) {
   for (const OptionUse& use : kUses) {
-    if (used != use.option) continue;
-    if (options.command == "lint") return use.lint;
-    return options.command == "compile" ? use.compile : use.load;
+    if (used == use.option) return HasWord(use.commands, options.command);
   }
   return true;
 }

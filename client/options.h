@@ -8,7 +8,7 @@
 // Exit statuses; when several apply, the greatest is given.
 enum ExitStatus : int { kExitOk = 0, kExitInvalid = 1, kExitUsage = 2, kExitUnusable = 3 };
 
-// A feature to enable; "*" stands for all of the module.
+// A feature to enable; "*" stands for all of the module, without one for all of all.
 struct FeatureRef {
   std::string module;
   std::string feature;
@@ -32,6 +32,9 @@ struct Options {
   bool dropFailing = false;
   bool convert = false;
   bool json = false;
+  bool quiet = false;     // -q
+  bool verdicts = false;  // -v
+  bool explain = false;
   std::vector<std::string> lintClasses;  // -W, as written
   std::string outputDir;                 // -o; empty: none
   std::vector<std::string> used;         // the options that not every command takes, as written

@@ -12,9 +12,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include <qmodel/inspect.h>
 #include <qmodel/loader.h>
 #include <qmodel/schema.h>
 
+#include "client/hints.h"
 #include "client/skipped.h"
 
 namespace {
@@ -86,6 +88,11 @@ bool AddSearchDirs(QmCtx* ctx, const Options& options) {
   return true;
 }
 
+// Errors that alone fail nothing.
+void NoteLoadErrors(QmCtx* ctx, const Options& options) {
+  if (!options.quiet) PrintLoadErrors(ctx, options);
+}
+
 // Runs one load or unload for each name; the first that fails ends it.
 bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::string>& names,
                    uint32_t (*step)(QmCtx*, const char*), const char* verb) {
@@ -103,33 +110,50 @@ bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::st
 uint32_t Load(QmCtx* ctx, const char* name) {
   return QM_CTX_LoadModule(ctx, name);
 }
+// Unloading what is not loaded is no error of the library's, but most likely a mistake.
 uint32_t Unload(QmCtx* ctx, const char* name) {
+  if (QM_CTX_GetModuleByModName(ctx, name) == nullptr) {
+    PrintError("module '%s' is not loaded%s", name, DidYouMeanModule(ctx, name).c_str());
+  }
   return QM_CTX_UnloadModule(ctx, name);
 }
 
 bool LoadNamed(QmCtx* ctx, const Options& options, bool loadOperands) {
   if (!ForEachModule(ctx, options, options.modules, Load, "loaded")) return false;
   if (loadOperands && !ForEachModule(ctx, options, options.operands, Load, "loaded")) return false;
-  PrintLoadErrors(ctx, options);
+  NoteLoadErrors(ctx, options);
   return true;
 }
 
 bool LoadAll(QmCtx* ctx, const Options& options, bool loadOperands) {
   const bool loaded = LoadNamed(ctx, options, loadOperands);
   // What the compiler would spell out is often why a load fails.
-  if (loadOperands && !options.compileFirst) PrintSkipped(options);
+  if (loadOperands && !options.compileFirst && !options.quiet) PrintSkipped(options);
   if (!loaded) return false;
   if (options.unloads.empty()) return true;
   if (!ForEachModule(ctx, options, options.unloads, Unload, "unloaded")) return false;
-  PrintLoadErrors(ctx, options);
+  NoteLoadErrors(ctx, options);
   return true;
+}
+
+// A module without a feature refuses "*".
+uint32_t EnableAllOf(QmsModule* module, void* /*arg*/) {
+  static_cast<void>(QM_MOD_EnableFeature(module, "*"));
+  return 0;
 }
 
 bool EnableFeatures(QmCtx* ctx, const Options& options) {
   for (const FeatureRef& ref : options.features) {
+    if (ref.module.empty()) {
+      static_cast<void>(QM_CTX_ScanAllModule(ctx, EnableAllOf, nullptr));
+      continue;
+    }
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, ref.module.c_str());
     if (module != nullptr && QM_MOD_EnableFeature(module, ref.feature.c_str()) == 0) continue;
-    PrintError("no feature '%s' in a loaded module '%s'", ref.feature.c_str(), ref.module.c_str());
+    const std::string hint = module == nullptr ? DidYouMeanModule(ctx, ref.module) : std::string();
+    PrintError("no feature '%s' in a loaded module '%s'%s", ref.feature.c_str(), ref.module.c_str(),
+               hint.c_str());
+    if (module == nullptr) HintImport(ctx, options, ref.module);
     return false;
   }
   return true;
@@ -158,11 +182,13 @@ QmCtx* OpenSession(const Options& options, bool loadOperands, int* status) {
   return nullptr;
 }
 
-int ValidateFiles(const Options& options, int (*validate)(QmCtx* ctx, const std::string& file)) {
+int ValidateFiles(const Options& options, ValidateFunc validate) {
   int status = kExitOk;
   QmCtx* ctx = OpenSession(options, false, &status);
   if (ctx == nullptr) return status;
-  for (const std::string& file : options.operands) status = std::max(status, validate(ctx, file));
+  for (const std::string& file : options.operands) {
+    status = std::max(status, validate(ctx, options, file));
+  }
   QM_CTX_Delete(ctx);
   return status;
 }

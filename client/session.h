@@ -9,6 +9,9 @@
 // NULL, with *status set and the reason on standard error, when it cannot be used.
 QmCtx* OpenSession(const Options& options, bool loadOperands, int* status);
 
+// Validates one file and gives the exit status.
+using ValidateFunc = int (*)(QmCtx* ctx, const Options& options, const std::string& file);
+
 // Makes a context without loading the operands and calls `validate` with each of them as a
 // file. The greatest status.
-int ValidateFiles(const Options& options, int (*validate)(QmCtx* ctx, const std::string& file));
+int ValidateFiles(const Options& options, ValidateFunc validate);

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The library does not tell which file it has read, so the file is looked up in the way
-// in which the library does: in each directory the plain file, else the first that the
-// listing gives with a revision. It is read with the same care, too.
+// Counts in the files that a load has read, which are read with the library's own care.
 #include "client/skipped.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
-#include <sys/stat.h>
 
 #include <climits>
 #include <cstring>
@@ -15,43 +12,12 @@
 #include <string>
 
 #include "client/file_input.h"
-#include "compiler/folder_list.h"
+#include "client/find_model.h"
 
 namespace {
 
 constexpr char kYinNamespace[] = "urn:ietf:params:xml:ns:yang:yin:1";
 constexpr size_t kMaxAttributeDefaults = 16;  // of a model that the library reads
-
-std::string FindWithRevision(const std::string& dir, const std::string& name) {
-  std::vector<std::string> files;
-  if (!compiler::ListFiles(dir, false, &files)) return {};
-  std::string start = dir;
-  if (!dir.ends_with('/')) start += '/';
-  start.append(name).append("@");
-  for (const std::string& file : files) {
-    if (file.starts_with(start) && file.ends_with(".yin")) return file;
-  }
-  return {};
-}
-
-bool IsThere(const std::string& file) {
-  struct stat status {};
-  return stat(file.c_str(), &status) == 0;
-}
-
-// A name with a slash is no identifier and could lead elsewhere.
-std::string FindFile(const Options& options, const std::string& name) {
-  if (name.find('/') != std::string::npos) return {};
-  static const std::vector<std::string> kHere = {"."};
-  std::string withRevision;
-  for (const std::string& dir : options.searchDirs.empty() ? kHere : options.searchDirs) {
-    std::string plain = dir;
-    plain.append("/").append(name).append(".yin");
-    if (withRevision.empty() && IsThere(plain)) return plain;
-    if (withRevision.empty()) withRevision = FindWithRevision(dir, name);
-  }
-  return withRevision;
-}
 
 bool IsNamed(const xmlNode* node, const char* name) {
   return std::strcmp(reinterpret_cast<const char*>(node->name), name) == 0;
@@ -79,7 +45,7 @@ void NoteInclude(Counting* counting, const xmlNode* include) {
   const xmlAttr* name = include->properties;
   if (name == nullptr || name->children == nullptr || name->children->content == nullptr) return;
   const std::string file =
-      FindFile(counting->options, reinterpret_cast<const char*>(name->children->content));
+      FindModelFile(counting->options, reinterpret_cast<const char*>(name->children->content));
   if (!file.empty() && counting->files.insert(file).second) counting->open.push_back(file);
 }
 
@@ -134,7 +100,7 @@ xmlDoc* ParseModel(const std::string& file) {
 
 size_t CountSkipped(const Options& options, const std::string& module) {
   Counting counting{options, {}, {}, 0};
-  counting.open.push_back(FindFile(options, module));
+  counting.open.push_back(FindModelFile(options, module));
   while (!counting.open.empty()) {
     const std::string file = counting.open.back();
     counting.open.pop_back();

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <regex>
 #include <set>
 
+#include "tests/client/model_dir.h"
 #include "tests/client/run_client.h"
 #include "tests/support/yin_text.h"
 
@@ -22,23 +22,6 @@ const std::string kExamples = QMODEL_EXAMPLES;
 ClientRun Qmodel(const Args& args, const std::string& input = "") {
   return RunClient(kExamples, args, input);
 }
-
-// A folder of YIN files that lives as long as the test.
-class ModelDir {
- public:
-  ModelDir() {
-    path_ = testing::TempDir() + "qmodel-test-XXXXXX";
-    EXPECT_NE(nullptr, mkdtemp(path_.data()));
-  }
-  ~ModelDir() { std::filesystem::remove_all(path_); }
-  void Write(const std::string& file, const std::string& text) const {
-    std::ofstream(path_ + "/" + file) << text;
-  }
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 bool StartsWith(const std::string& text, const std::string& head) {
   return text.compare(0, head.size(), head) == 0;
@@ -76,6 +59,11 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
       {"load", "-f", "router-types:", "-p", "models", "router-types"},
       {"load", "-f", "router-types:nothing", "-p", "models", "router-types"},
       {"load", "-f", "router-system:*", "-p", "models", "router-types"},
+      {"load", "-f", "*:*", "-p", "models", "router-types"},
+      {"compile", "-f", "*", "-p", "models", "router-types"},
+      {"load", "--explain", "-p", "models", "router-types"},
+      {"compile", "-q", "-p", "models", "router-types"},
+      {"lint", "-v", "-p", "models", "router-types"},
       {"value", "-p", "models", "-m", "router-types", "/router-types:nothing", "1"},
       {"value", "-p", "models", "-m", "router-types", "relative", "1"},
       {"tree", "-p", "models", "-u", "router-types", "router-types"},
@@ -102,8 +90,9 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
 }
 
 TEST(ClientUsage, HelpAndVersionGoToStandardOutput) {
-  for (const Args& call : {Args{"--help"}, Args{"help"}, Args{"help", "rpc"}, Args{"rpc", "--help"},
-                           Args{"--version"}}) {
+  for (const Args& call :
+       {Args{"--help"}, Args{"help"}, Args{"help", "rpc"}, Args{"rpc", "--help"}, Args{"--version"},
+        Args{"-h"}, Args{"-V"}, Args{"rpc", "-h"}, Args{"-qh"}}) {
     SCOPED_TRACE(testing::PrintToString(call));
     const ClientRun run = Qmodel(call);
     EXPECT_EQ(0, run.status);
@@ -130,7 +119,8 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
                                           "compile", "recursive",    "features-complete",
                                           "output",  "drop-failing", "convert",
                                           "warn",    "json",         "help",
-                                          "version", "no-cache"};
+                                          "version", "no-cache",     "quiet",
+                                          "verbose", "explain"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }
