@@ -1,0 +1,183 @@
+/* SPDX-License-Identifier: BSD-3-Clause */
+#include "schema.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "text.h"
+
+enum { SCAN_FOUND = 1 };
+
+typedef struct Search {
+  const char *name;
+  const QmsModule *module;
+  QmsNode *found;
+} Search;
+
+/* Looks at one child; choices and cases have no elements, so it looks into them. */
+static uint32_t SearchNode(QmsNode *node, uint32_t travType, void *arg) {
+  Search *search = arg;
+  (void)travType;
+  if (QM_NODE_IsEnabled(node) == 0) return 0;
+  switch (QM_NODE_GetNodeType(node)) {
+    case QMS_NODE_CHOICE:
+    case QMS_NODE_CASE:
+      return QM_NODE_IterScanChildrenNode(node, SearchNode, search);
+    case QMS_NODE_RPC:
+    case QMS_NODE_NOTIFICATION:
+    case QMS_NODE_ACTION:
+      return 0;
+    default:
+      break;
+  }
+  if (QM_NODE_GetModule(node) != search->module ||
+      strcmp(QM_NODE_GetNodeName(node), search->name) != 0)
+    return 0;
+  search->found = node;
+  return SCAN_FOUND;
+}
+
+QmsNode *SchemaChild(QmCtx *ctx, QmsNode *parent, const xmlNode *element) {
+  QmsModule *module = QM_CTX_GetModuleByModNs(ctx, NamespaceOf(element));
+  if (module == NULL) return NULL;
+  Search search = {C(element->name), module, NULL};
+  uint32_t end = parent == NULL ? QM_MOD_IterScanTopmostNode(module, SearchNode, &search)
+                                : QM_NODE_IterScanChildrenNode(parent, SearchNode, &search);
+  return end == SCAN_FOUND ? search.found : NULL;
+}
+
+void SchemaBind(QmCtx *ctx, xmlNode *element, QmsNode *node) {
+  element->_private = node;
+  uint32_t kind = QM_NODE_GetNodeType(node);
+  if (kind == QMS_NODE_ANYXML || kind == QMS_NODE_ANYDATA) return;
+  for (xmlNode *child = FirstElement(element); child != NULL; child = NextElement(child)) {
+    QmsNode *below = SchemaChild(ctx, node, child);
+    if (below != NULL) SchemaBind(ctx, child, below);
+  }
+}
+
+QmsNode *SchemaOf(const xmlNode *element) {
+  return element->_private;
+}
+
+uint32_t SchemaKind(const xmlNode *element) {
+  return QM_NODE_GetNodeType(element->_private);
+}
+
+xmlNode *FirstElement(const xmlNode *parent) {
+  xmlNode *child = parent->children;
+  while (child != NULL && child->type != XML_ELEMENT_NODE) child = child->next;
+  return child;
+}
+
+xmlNode *NextElement(const xmlNode *element) {
+  xmlNode *next = element->next;
+  while (next != NULL && next->type != XML_ELEMENT_NODE) next = next->next;
+  return next;
+}
+
+const char *NamespaceOf(const xmlNode *element) {
+  return element->ns == NULL || element->ns->href == NULL ? "" : C(element->ns->href);
+}
+
+int SameName(const xmlNode *a, const xmlNode *b) {
+  return xmlStrEqual(a->name, b->name) && strcmp(NamespaceOf(a), NamespaceOf(b)) == 0;
+}
+
+xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name) {
+  const char *wanted = ns == NULL ? NamespaceOf(parent) : ns;
+  xmlNode *child = FirstElement(parent);
+  while (child != NULL &&
+         (!xmlStrEqual(child->name, X(name)) || strcmp(NamespaceOf(child), wanted) != 0))
+    child = NextElement(child);
+  return child;
+}
+
+char *SchemaValue(QmCtx *ctx, QmsNode *node, xmlNode *element) {
+  xmlChar *content = Need(xmlNodeGetContent(element));
+  char *value = CopyText(C(content));
+  xmlFree(content);
+  QmtType *type = QM_NODE_FindRealTypeMatchedValue(node, QM_INPUT_ELEMENT, element);
+  if (QM_TYPE_GetBuiltInBaseType(type) != QMT_BASE_IDENTITYREF) return value;
+  char *colon = strchr(value, ':');
+  if (colon != NULL) *colon = '\0';
+  xmlNs *ns = xmlSearchNs(element->doc, element, colon == NULL ? NULL : X(value));
+  const QmsModule *module = ns == NULL ? NULL : QM_CTX_GetModuleByModNs(ctx, C(ns->href));
+  if (colon != NULL) *colon = ':';
+  if (module == NULL) return value;
+  char *made = PrintText("%s:%s", QM_MOD_GetModuleName(module), colon == NULL ? value : colon + 1);
+  free(value);
+  return made;
+}
+
+/* What the scan of a list's keys needs. */
+typedef struct KeyScan {
+  QmCtx *ctx;
+  xmlNode *entry;
+  Text *text;
+  const char *missing;
+  int quoted; /* As predicates of a path. */
+} KeyScan;
+
+static uint32_t AddKey(QmsNode *key, uint32_t travType, void *arg) {
+  KeyScan *scan = arg;
+  (void)travType;
+  const char *name = QM_NODE_GetNodeName(key);
+  xmlNode *leaf = ChildNamed(scan->entry, QM_MOD_GetModuleNs(QM_NODE_GetModule(key)), name);
+  if (leaf == NULL) {
+    scan->missing = name;
+    return SCAN_FOUND;
+  }
+  if (!scan->quoted) {
+    char *value = SchemaValue(scan->ctx, key, leaf);
+    TextPrint(scan->text, "\n%zu %s", strlen(value), value);
+    free(value);
+    return 0;
+  }
+  xmlChar *value = Need(xmlNodeGetContent(leaf));
+  const char *quote = xmlStrchr(value, '\'') == NULL ? "'" : "\"";
+  TextPrint(scan->text, "[%s=%s%s%s]", name, quote, C(value), quote);
+  xmlFree(value);
+  return 0;
+}
+
+char *SchemaInstance(QmCtx *ctx, xmlNode *element, QmsNode *node, const char **missing) {
+  Text text = {NULL, 0, 0};
+  TextPrint(&text, "%s %s", C(element->name), NamespaceOf(element));
+  uint32_t kind = QM_NODE_GetNodeType(node);
+  KeyScan scan = {ctx, element, &text, NULL, 0};
+  if (kind == QMS_NODE_LIST && QM_NODE_ScanKey(node, AddKey, &scan) != 0) {
+    *missing = scan.missing;
+    TextFree(&text);
+    return NULL;
+  }
+  if (kind == QMS_NODE_LEAF_LIST) {
+    char *value = SchemaValue(ctx, node, element);
+    TextPrint(&text, "\n%s", value);
+    free(value);
+  }
+  return text.data;
+}
+
+static void AddStep(Text *text, xmlNode *element) {
+  QmsNode *node = SchemaOf(element);
+  xmlNode *parent = element->parent;
+  QmsNode *above = parent != NULL && parent->type == XML_ELEMENT_NODE ? SchemaOf(parent) : NULL;
+  if (above != NULL) AddStep(text, parent);
+  TextAdd(text, "/");
+  const QmsModule *module = node == NULL ? NULL : QM_NODE_GetModule(node);
+  if (module != NULL && (above == NULL || QM_NODE_GetModule(above) != module))
+    TextPrint(text, "%s:", QM_MOD_GetModuleName(module));
+  TextAdd(text, C(element->name));
+  KeyScan scan = {NULL, element, text, NULL, 1};
+  /* An entry without a key has no predicate for it. */
+  if (QM_NODE_GetNodeType(node) == QMS_NODE_LIST &&
+      QM_NODE_ScanKey(node, AddKey, &scan) == SCAN_FOUND)
+    return;
+}
+
+char *SchemaPath(xmlNode *element) {
+  Text text = {NULL, 0, 0};
+  AddStep(&text, element);
+  return text.data;
+}
