@@ -2,11 +2,13 @@
 // Real models and messages, from the folder that QMODEL_MODELS_DIR names: models/ with YIN
 // files, messages/ with index.tsv, which says which modules and features each needs.
 #include <libxml/parser.h>
+#include <libxml/xmlregexp.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "bench/schema_paths.h"
@@ -115,6 +117,48 @@ Work WarmMessage(int64_t /*size*/) {
   return work;
 }
 
+// The patterns of all types, each once.
+std::set<std::string> RealPatterns() {
+  std::set<std::string> patterns;
+  for (const RealModel& model : RealModels()) {
+    xmlDoc* doc = xmlParseMemory(model.text.data(), static_cast<int>(model.text.size()));
+    xmlNode* const root = xmlDocGetRootElement(doc);
+    for (xmlNode* node = root; node != nullptr;) {
+      if (reinterpret_cast<const char*>(node->name) == std::string("pattern") &&
+          node->properties != nullptr) {
+        patterns.insert(reinterpret_cast<const char*>(node->properties->children->content));
+      }
+      xmlNode* next = node->children;
+      while (next == nullptr && node != root && node != nullptr) {
+        next = node->next;
+        if (next == nullptr) node = node->parent;
+      }
+      node = next;
+    }
+    xmlFreeDoc(doc);
+  }
+  return patterns;
+}
+
+// What a context that keeps patterns has in libxml2's memory when it has met all of them.
+Work CompilePatterns(int64_t /*size*/) {
+  const std::set<std::string> patterns = RealPatterns();
+  const auto forms = std::make_shared<std::vector<xmlRegexp*>>();
+  forms->reserve(patterns.size());
+  Work work;
+  work.units = static_cast<int64_t>(patterns.size());
+  work.run = [forms, patterns] {
+    for (const std::string& pattern : patterns) {
+      forms->push_back(xmlRegexpCompile(reinterpret_cast<const xmlChar*>(pattern.c_str())));
+    }
+  };
+  work.after = [forms] {
+    for (xmlRegexp* form : *forms) xmlRegFreeRegexp(form);
+    forms->clear();
+  };
+  return work;
+}
+
 }  // namespace
 
 std::vector<Case> RealCases() {
@@ -126,5 +170,6 @@ std::vector<Case> RealCases() {
       {"paths of the real models", "path", 1, 1, 1, RealPaths},
       {"first message after the load of the real models", "run", 1, 1, 1, ColdMessage},
       {"a later message for the real models", "run", 1, 1, 1, WarmMessage},
+      {"compile the patterns of the real models", "pattern", 1, 1, 1, CompilePatterns},
   };
 }
