@@ -56,7 +56,11 @@ class Session:
         self.chunked = False
         self.number = 0
         self.notifications = []
-        self.hello = Reply(self.receive())
+        try:
+            self.hello = Reply(self.receive())
+        except Ended:
+            self.leave()
+            raise
         self.id = int(self.hello.values(BASE, "session-id")[0])
         self.capabilities = self.hello.values(BASE, "capability")
         if hello:

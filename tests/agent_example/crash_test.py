@@ -1,0 +1,91 @@
+# SPDX-License-Identifier: BSD-3-Clause
+"""Kills the agent before, in the middle of and after each call by which an edit changes files,
+starts it again, and looks whether the datastore is whole: crash_test.py AGENT PRELOADED"""
+import os
+import pathlib
+import shutil
+import sys
+import tempfile
+import unittest
+
+from client import INTERFACES, Ended, Session, command, interface, source_folder
+
+AGENT = PRELOADED = ""
+OLD = interface("ge0", "<description>old</description>")
+# Takes the interface down, so that the edit also raises an alarm.
+NEW = interface("ge0", "<description>new</description><enabled>false</enabled>")
+
+
+class CrashTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="qmodel-crash-"))
+        self.state = self.folder / "state"
+        self.base = self.folder / "base"
+        self.state.mkdir()
+        session = self.open()
+        self.assertTrue(session.edit(OLD).ok())
+        self.assertEqual(session.end(), (0, ""))
+        self.state.rename(self.base)
+
+    def tearDown(self):
+        shutil.rmtree(self.folder)
+
+    def open(self, **variables):
+        environment = dict(os.environ, **variables)
+        if variables:
+            environment["LD_PRELOAD"] = PRELOADED
+            environment["ASAN_OPTIONS"] = "verify_asan_link_order=0:detect_leaks=0"
+        return Session(command(AGENT, source_folder(), str(self.state)), environment=environment)
+
+    def edit(self, **variables):
+        """Makes the new edit in a fresh copy of the folder; tells whether it was answered."""
+        if self.state.exists():
+            shutil.rmtree(self.state)
+        shutil.copytree(self.base, self.state)
+        session = None
+        try:
+            session = self.open(**variables)
+            return session.edit(NEW).ok()
+        except (Ended, BrokenPipeError):
+            return False
+        finally:
+            if session is not None:
+                session.leave()
+
+    def check(self, answered):
+        """Starts the agent on what was left; tells whether the edit is there."""
+        session = self.open()
+        reply = session.get_config()
+        there = reply.values(INTERFACES, "description")
+        self.assertIn((there, reply.values(INTERFACES, "enabled")),
+                      ((["old"], []), (["new"], ["false"])))
+        if answered:
+            self.assertEqual(there, ["new"])
+        self.assertTrue(session.rpc("<lock><target><running/></target></lock>").ok())
+        self.assertTrue(session.edit(interface("ge1")).ok())
+        self.assertEqual(session.get_config().values(INTERFACES, "name"), ["ge0", "ge1"])
+        self.assertEqual(session.end(), (0, ""))
+        return there == ["new"]
+
+    def test_the_datastore_is_whole_wherever_the_agent_is_killed(self):
+        count_file = self.folder / "count"
+        self.assertTrue(self.edit(CRASH_COUNT=str(count_file)))
+        count = int(count_file.read_text())
+        # The table, the hello, the datastore, the events and the answer.
+        self.assertGreaterEqual(count, 11)
+        outcomes = {}
+        for number in range(1, count + 1):
+            for when in ("before", "half", "after"):
+                with self.subTest(call=number, when=when):
+                    answered = self.edit(CRASH_AT=str(number), CRASH_WHEN=when)
+                    outcomes[number, when] = self.check(answered)
+        # The rename is the moment; from then on the edit is there.
+        kept = list(outcomes.values())
+        self.assertFalse(kept[0])
+        self.assertTrue(kept[-1])
+        self.assertEqual(kept, sorted(kept))
+
+
+if __name__ == "__main__":
+    AGENT, PRELOADED = sys.argv.pop(1), sys.argv.pop(1)
+    unittest.main(verbosity=1)
