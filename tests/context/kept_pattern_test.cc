@@ -193,11 +193,11 @@ TEST_F(KeptPattern, ResultsAreTheSameWithoutMemoryToKeep) {
   }
 }
 
-// Exit statuses of a child in the test below.
-constexpr int kSpoilt = 1;
-constexpr int kRefused = 2;
-constexpr int kServedOnce = 3;
-constexpr int kNothingRefused = 4;
+// Exit statuses of a child in the test below; none is that of a sanitizer.
+constexpr int kSpoilt = 10;
+constexpr int kRefused = 11;
+constexpr int kServedOnce = 12;
+constexpr int kNothingRefused = 13;
 
 // libxml2 may hand out a form with parts missing when it is refused memory. It serves that
 // check, as it does where nothing is kept, but no other. Each refusal has a process of its
