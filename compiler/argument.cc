@@ -8,23 +8,13 @@
 #include <charconv>
 #include <iterator>
 
+#include "compiler/character.h"
+
 namespace compiler {
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-bool IsDigit(char c) noexcept {
-  return c >= '0' && c <= '9';
-}
-
-bool IsNameStart(char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool IsNameCharacter(char c) noexcept {
-  return IsNameStart(c) || IsDigit(c) || c == '-' || c == '.';
-}
 
 bool BeginsWithXml(std::string_view text) noexcept {
   return text.size() >= 3 && (text[0] == 'x' || text[0] == 'X') &&

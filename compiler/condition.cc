@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "compiler/character.h"
 #include "compiler/condition_writer.h"
 
 // A condition is rewritten from the outside in, each part in the light of what it is
@@ -63,15 +64,10 @@ Piece ConditionWriter::Unsupported(uint32_t index) {
   return Refused(index, {ConditionIssue::kFails, node.span.begin, std::move(what)});
 }
 
-static bool IsWordChar(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-         c == '.' || c == '_';
-}
-
 // Two words that parentheses held apart stay apart.
 static void Append(std::string* text, std::string_view more, bool apart) {
-  if (apart && !text->empty() && !more.empty() && IsWordChar(text->back()) &&
-      IsWordChar(more.front())) {
+  if (apart && !text->empty() && !more.empty() && IsNameCharacter(text->back()) &&
+      IsNameCharacter(more.front())) {
     *text += ' ';
   }
   *text += more;

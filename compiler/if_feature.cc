@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/if_feature.h"
+#include "compiler/character.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,10 +14,6 @@ namespace compiler {
 namespace {
 
 constexpr uint32_t kMaxDepth = 256;
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 class Parser {
  public:

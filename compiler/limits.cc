@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/limits.h"
+#include "compiler/character.h"
 
 #include <algorithm>
 #include <cstring>
@@ -95,10 +96,6 @@ bool LibraryReads(const char* text) {
   return std::none_of(tokens.begin(), tokens.end(), [](const XpathToken& token) {
     return token.kind == XpathTokenKind::kAxis || token.kind == XpathTokenKind::kVariable;
   });
-}
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
 // A number, "..", "|", "min", "max" each are one token, and the end is one.

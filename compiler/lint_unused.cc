@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "compiler/character.h"
 #include "compiler/grammar.h"
 #include "compiler/lint_pass.h"
 #include "compiler/type_chain.h"
@@ -13,11 +14,6 @@
 namespace compiler {
 
 namespace {
-
-bool IsNameCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         c == '-' || c == '.';
-}
 
 // Free text, which names nothing.
 bool IsProse(Keyword keyword) {

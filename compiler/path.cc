@@ -3,23 +3,13 @@
 
 #include <utility>
 
+#include "compiler/character.h"
+
 // A leafref path is an XPath expression of a narrow form, so it is parsed as one and its
 // form looked at then. Schema node identifiers have a grammar of their own.
 
 namespace compiler {
 namespace {
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-bool IsIdentifierStart(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool IsIdentifierChar(char c) {
-  return IsIdentifierStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
-}
 
 class LeafrefReader {
  public:
@@ -151,8 +141,8 @@ class NodeIdReader {
 
   bool Name(TextSpan* out) {
     const size_t begin = at_;
-    if (at_ == end_ || !IsIdentifierStart(text_[at_])) return Fail("a name is missing here");
-    while (at_ < end_ && IsIdentifierChar(text_[at_])) ++at_;
+    if (at_ == end_ || !IsNameStart(text_[at_])) return Fail("a name is missing here");
+    while (at_ < end_ && IsNameCharacter(text_[at_])) ++at_;
     *out = {static_cast<uint32_t>(begin), static_cast<uint32_t>(at_)};
     return true;
   }
@@ -205,9 +195,9 @@ std::vector<std::string_view> SplitNames(std::string_view text) {
 }
 
 bool IsIdentifier(std::string_view text) noexcept {
-  if (text.empty() || !IsIdentifierStart(text[0])) return false;
+  if (text.empty() || !IsNameStart(text[0])) return false;
   for (const char c : text) {
-    if (!IsIdentifierChar(c)) return false;
+    if (!IsNameCharacter(c)) return false;
   }
   return true;
 }

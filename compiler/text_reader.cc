@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "compiler/build.h"
+#include "compiler/character.h"
 #include "compiler/module_file.h"
 #include "compiler/reader.h"
 #include "compiler/session.h"
@@ -60,14 +61,10 @@ std::string Quote(std::string_view text) {
   return "'" + std::string(text.substr(0, shown)) + "...'";
 }
 
-bool IsNameStart(char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
 bool IsName(std::string_view text) noexcept {
   if (text.empty() || !IsNameStart(text[0])) return false;
   for (const char c : text)
-    if (!IsNameStart(c) && !(c >= '0' && c <= '9') && c != '-' && c != '.') return false;
+    if (!IsNameCharacter(c)) return false;
   return true;
 }
 

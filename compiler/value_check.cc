@@ -9,6 +9,7 @@
 #include <set>
 
 #include "compiler/argument.h"
+#include "compiler/character.h"
 #include "compiler/lint_pass.h"
 #include "compiler/pattern.h"
 #include "compiler/type_chain.h"
@@ -94,12 +95,9 @@ std::string FaultOfString(const TypeChain& chain, const Value& value) {
 std::string FaultOfBinary(const TypeChain& chain, const Value& value) {
   std::string digits;
   for (const char c : value.text)
-    if (c != ' ' && c != '\n' && c != '\t' && c != '\r') digits.push_back(c);
+    if (!IsBlank(c)) digits.push_back(c);
   const size_t padding = digits.size() - digits.find_last_not_of('=') - 1;
-  const auto isDigit = [](char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
-           c == '/';
-  };
+  const auto isDigit = [](char c) { return IsLetter(c) || IsDigit(c) || c == '+' || c == '/'; };
   const auto end = digits.end() - static_cast<std::ptrdiff_t>(std::min(padding, digits.size()));
   if (digits.size() % 4 != 0 || padding > 2 || !std::all_of(digits.begin(), end, isDigit))
     return "is not written in base64";

@@ -4,6 +4,8 @@
 #include <array>
 #include <limits>
 
+#include "compiler/character.h"
+
 // Splits an expression in one pass. What makes it more than a switch over characters is
 // that "*" and the words and, or, div and mod are operators or names depending on the
 // token before them, and that a name means something else before "(" and "::".
@@ -20,23 +22,14 @@ constexpr std::array<std::string_view, 4> kWordOperators = {"and", "or", "div", 
 constexpr std::array<std::string_view, 4> kNodeTypes = {"node", "text", "comment",
                                                         "processing-instruction"};
 
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // Bytes outside of ASCII are taken for letters: no name of YANG has them, and whoever
 // looks the name up says so.
-bool IsNameStart(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
-         (static_cast<unsigned char>(c) & 0x80U) != 0;
+bool IsWordStart(char c) {
+  return IsNameStart(c) || (static_cast<unsigned char>(c) & 0x80U) != 0;
 }
 
-bool IsNameChar(char c) {
-  return IsNameStart(c) || IsDigit(c) || c == '-' || c == '.';
+bool IsWordChar(char c) {
+  return IsWordStart(c) || IsNameCharacter(c);
 }
 
 template <size_t N>
@@ -83,7 +76,7 @@ class Scanner {
     const char c = Look();
     if (c == '"' || c == '\'') return Literal(c);
     if (IsDigit(c) || (c == '.' && IsDigit(Look(1)))) return Number();
-    if (IsNameStart(c)) return Name();
+    if (IsWordStart(c)) return Name();
     if (c == '$') return Variable();
     if (c == '*') {
       Add(OperatorMayStand() ? XpathTokenKind::kOperator : XpathTokenKind::kName, at_ + 1);
@@ -110,7 +103,7 @@ class Scanner {
 
   size_t NameEnd(size_t begin) const {
     size_t end = begin;
-    while (end < text_.size() && IsNameChar(text_[end])) ++end;
+    while (end < text_.size() && IsWordChar(text_[end])) ++end;
     return end;
   }
 
@@ -120,7 +113,7 @@ class Scanner {
     if (end >= text_.size() || text_[end] != ':') return end;
     if (end + 1 < text_.size() && text_[end + 1] == ':') return end;  // an axis
     if (end + 1 < text_.size() && text_[end + 1] == '*') return end + 2;
-    return end + 1 < text_.size() && IsNameStart(text_[end + 1]) ? NameEnd(end + 1) : begin;
+    return end + 1 < text_.size() && IsWordStart(text_[end + 1]) ? NameEnd(end + 1) : begin;
   }
 
   bool Name() {
@@ -152,7 +145,7 @@ class Scanner {
   }
 
   bool Variable() {
-    if (!IsNameStart(Look(1))) return Fail(at_, "a name is missing behind \"$\"");
+    if (!IsWordStart(Look(1))) return Fail(at_, "a name is missing behind \"$\"");
     const size_t end = QualifiedEnd(at_ + 1);
     if (end == at_ + 1) return Fail(NameEnd(at_ + 1), "a name is missing behind this \":\"");
     Add(XpathTokenKind::kVariable, end);

@@ -137,7 +137,7 @@ TEST_F(Events, ALoadTellsOfItsAugmentsThenOfItself) {
   world_.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("l") + Leaf("m")));
   EXPECT_EQ("a>/t:x, +a", Told());
   // A second load reads nothing and tells nothing.
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   EXPECT_EQ("", Told());
 }
 
@@ -154,10 +154,10 @@ TEST_F(Events, AnUnloadDetachesThenTellsOfTheModule) {
   world_.Add("t", Container("x"));
   world_.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("l")));
   static_cast<void>(Told());
-  EXPECT_EQ(0u, world_.Unload("a"));
+  EXPECT_EQ(QM_OK, world_.Unload("a"));
   EXPECT_EQ("a</t:x, -a", Told());
-  EXPECT_EQ(0u, world_.Unload("a"));
-  EXPECT_EQ(0u, world_.Unload("never-there"));
+  EXPECT_EQ(QM_OK, world_.Unload("a"));
+  EXPECT_EQ(QM_OK, world_.Unload("never-there"));
   EXPECT_EQ("", Told());
 }
 
@@ -165,9 +165,9 @@ TEST_F(Events, TheTargetOfAnAugmentGoesAndComes) {
   world_.Add("t", Container("x"));
   world_.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("l")));
   static_cast<void>(Told());
-  EXPECT_EQ(0u, world_.Unload("t"));
+  EXPECT_EQ(QM_OK, world_.Unload("t"));
   EXPECT_EQ("a</t:x, -t", Told());
-  EXPECT_EQ(0u, world_.Load("t"));
+  EXPECT_EQ(QM_OK, world_.Load("t"));
   EXPECT_EQ("+t, a>/t:x", Told());
 }
 
@@ -184,7 +184,7 @@ TEST_F(Events, AModuleThatAnUnloadRebuiltIsBack) {
   world_.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("n")));
   world_.Add("d", Imports({"t"}) + Deviation("/t:x/t:l", NotSupported()));
   static_cast<void>(Told());
-  EXPECT_EQ(0u, world_.Unload("d"));
+  EXPECT_EQ(QM_OK, world_.Unload("d"));
   EXPECT_EQ("a</t:x, -d, -t, a>/t:x, =t", Told());
   EXPECT_EQ("x{l k n:a}", world_.Tree("t"));
 }
@@ -192,7 +192,7 @@ TEST_F(Events, AModuleThatAnUnloadRebuiltIsBack) {
 TEST_F(Events, AModuleThatIsBackHasItsFeatures) {
   world_.Add("t", "<feature name='f'/>" + Leaf("l"));
   world_.Add("d", Imports({"t"}) + Deviation("/t:l", Deviate("add", "<units name='s'/>")));
-  ASSERT_EQ(0u, QM_MOD_EnableFeature(world_.Module("t"), "f"));
+  ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(world_.Module("t"), "f"));
   struct Seen {
     int loaded = 0;
     int back = 0;
@@ -206,7 +206,7 @@ TEST_F(Events, AModuleThatIsBackHasItsFeatures) {
         EXPECT_EQ(1u, QM_CTX_IsModFeatureEnable(ctx, "t", "f"));
       },
       &seen);
-  EXPECT_EQ(0u, world_.Unload("d"));
+  EXPECT_EQ(QM_OK, world_.Unload("d"));
   EXPECT_EQ(0, seen.loaded);
   EXPECT_EQ(1, seen.back);
 }
@@ -219,7 +219,7 @@ TEST_F(Events, DeviationsOfTwoModulesBringBothBack) {
   world_.Add("d", Imports({"t", "u"}) + Deviation("/t:x/t:y", NotSupported()) +
                       Deviation("/u:l", NotSupported()));
   EXPECT_EQ("!t:y by d, !u:l by d, +d", Told());
-  EXPECT_EQ(0u, world_.Unload("d"));
+  EXPECT_EQ(QM_OK, world_.Unload("d"));
   EXPECT_EQ("a</t:x, -d, -t, -u, a>/t:x, =t, =u", Told());
 }
 
@@ -230,7 +230,7 @@ TEST_F(Events, ADeviationThatTakesARunEndsIt) {
   static_cast<void>(Told());
   world_.Add("d", Imports({"t", "a"}) + Deviation("/t:x/t:y", NotSupported()));
   EXPECT_EQ("!t:y by d, +d", Told());
-  EXPECT_EQ(0u, world_.Unload("a"));
+  EXPECT_EQ(QM_OK, world_.Unload("a"));
   EXPECT_EQ("-a", Told());
 }
 
@@ -239,29 +239,29 @@ TEST_F(Events, ARebuiltModuleThatIsNoMoreThereIsNotBack) {
   world_.Add("d", Imports({"t"}) + Deviation("/t:l", NotSupported()));
   static_cast<void>(Told());
   world_.Remove("t.yin");
-  EXPECT_NE(0u, world_.Unload("d"));
+  EXPECT_NE(QM_OK, world_.Unload("d"));
   EXPECT_EQ("-d, -t", Told());
   EXPECT_FALSE(world_.IsLoaded("t"));
 }
 
 TEST_F(Events, ALoadThatFailsTellsOfNothing) {
-  EXPECT_NE(0u, world_.Load("absent"));
+  EXPECT_NE(QM_OK, world_.Load("absent"));
   world_.PutFile("broken.yin", "broken", "<augment target-node='/t:x'>");
-  EXPECT_NE(0u, world_.Load("broken"));
+  EXPECT_NE(QM_OK, world_.Load("broken"));
   world_.Add("t", Container("x"));
   static_cast<void>(Told());
-  EXPECT_NE(0u, QM_CTX_LoadMemory(world_.ctx(), "<module/>"));
+  EXPECT_NE(QM_OK, QM_CTX_LoadMemory(world_.ctx(), "<module/>"));
   // Another module with a namespace that is taken is not registered.
-  EXPECT_NE(0u, QM_CTX_LoadMemory(world_.ctx(),
-                                  "<module name='u' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
-                                  "<namespace uri='urn:t'/><prefix value='u'/></module>"));
+  EXPECT_NE(QM_OK, QM_CTX_LoadMemory(world_.ctx(),
+                                     "<module name='u' xmlns='urn:ietf:params:xml:ns:yang:yin:1'>"
+                                     "<namespace uri='urn:t'/><prefix value='u'/></module>"));
   EXPECT_EQ("", Told());
 }
 
 TEST_F(Events, AModuleFromMemoryIsToldOfAsAnother) {
-  EXPECT_EQ(0u, world_.LoadText("t", Container("x")));
-  EXPECT_EQ(0u, world_.LoadText("a", Imports({"t"}) + Augment("/t:x", Leaf("l"))));
-  EXPECT_EQ(0u, world_.LoadText("a", Leaf("ignored")));
+  EXPECT_EQ(QM_OK, world_.LoadText("t", Container("x")));
+  EXPECT_EQ(QM_OK, world_.LoadText("a", Imports({"t"}) + Augment("/t:x", Leaf("l"))));
+  EXPECT_EQ(QM_OK, world_.LoadText("a", Leaf("ignored")));
   EXPECT_EQ("+t, a>/t:x, +a", Told());
 }
 
@@ -270,7 +270,7 @@ TEST_F(Events, AnAugmentOfAModuleIntoItselfIsAPartOfIt) {
                       Augment("/m:c/m:y", Leaf("z")) + Leaf("last"));
   EXPECT_EQ("c{y{z}} last", world_.Tree("m"));
   EXPECT_EQ("+m", Told());
-  EXPECT_EQ(0u, world_.Unload("m"));
+  EXPECT_EQ(QM_OK, world_.Unload("m"));
   EXPECT_EQ("-m", Told());
 }
 
@@ -278,15 +278,15 @@ TEST_F(Events, AnotherPartOfASplitModuleExtendsIt) {
   world_.Add("t", Container("x"));
   const std::string head = Imports({"t"});
   world_.PutFile("a@@1.yin", "a", head + Augment("/t:x", Leaf("l")));
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   EXPECT_EQ("+t, a>/t:x, +a", Told());
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   EXPECT_EQ("", Told());
   world_.PutFile("a@@2.yin", "a", head + Augment("/t:x", Leaf("l") + Leaf("m")));
-  EXPECT_EQ(0u, world_.Load("a"));
+  EXPECT_EQ(QM_OK, world_.Load("a"));
   EXPECT_EQ("a</t:x, a>/t:x, *a", Told());
   // Unloading it means reading its parts again.
-  EXPECT_EQ(0u, world_.Unload("a"));
+  EXPECT_EQ(QM_OK, world_.Unload("a"));
   EXPECT_EQ("a</t:x, -a, a>/t:x, =a", Told());
 }
 
@@ -314,7 +314,7 @@ TEST_F(Events, TheHookIsCalledRightBeforeTheEvent) {
       world_.ctx(), [](QmCtx*, const char* name) { log->text += std::string(", hook ") + name; });
   world_.Add("t", Container("x"));
   world_.Add("a", Imports({"t"}) + Augment("/t:x", Leaf("l")));
-  EXPECT_EQ(0u, world_.Unload("a"));
+  EXPECT_EQ(QM_OK, world_.Unload("a"));
   EXPECT_EQ("+t, hook l, a>/t:x, +a, hook l, a</t:x, hook a, -a", Told());
 }
 
@@ -323,7 +323,7 @@ TEST_F(Events, TheFunctionMaySetItselfAndPrivateDataAndFeatures) {
   QM_AGENT_SetEvents(
       world_.ctx(),
       [](QmCtx* ctx, const QmAgentEvent* event, void* arg) {
-        EXPECT_EQ(0u, QM_MOD_EnableFeature(event->module, "f"));
+        EXPECT_EQ(QM_OK, QM_MOD_EnableFeature(event->module, "f"));
         static_cast<void>(QM_MOD_SetPrivate(event->module, &here));
         QM_AGENT_SetEvents(ctx, OnEvent, arg);
       },
@@ -342,12 +342,12 @@ TEST(EventsOfImports, AModuleIsToldOfBeforeItsImports) {
   world.Put("t", Imports({"u"}) + Container("x"));
   world.Put("u", Leaf("l"));
   world.Put("a", Imports({"t"}) + Augment("/t:x", Leaf("l")));
-  EXPECT_EQ(0u, world.Load("a"));
+  EXPECT_EQ(QM_OK, world.Load("a"));
   EXPECT_EQ("+a, +t, +u, a>/t:x", log.text);
   // What failed for want of an import stays loaded, and was told of.
   log.text.clear();
   world.Put("w", Imports({"absent"}) + Leaf("l"));
-  EXPECT_NE(0u, world.Load("w"));
+  EXPECT_NE(QM_OK, world.Load("w"));
   EXPECT_EQ("+w", log.text);
   QM_AGENT_SetEvents(world.ctx(), nullptr, nullptr);
 }
@@ -360,11 +360,11 @@ TEST(EventsOfImports, AnImportThatComesBackEarlyIsToldOfOnce) {
   world.Put("t", Imports({"u"}) + Leaf("l"));
   world.Put("d", Imports({"t", "u"}) + Deviation("/t:l", NotSupported()) +
                      Deviation("/u:l", NotSupported()));
-  EXPECT_EQ(0u, world.Load("d"));
+  EXPECT_EQ(QM_OK, world.Load("d"));
   EXPECT_EQ("+d, +t, +u, !t:l by d, !u:l by d", log.text);
   log.text.clear();
   // Reading t brings u along, before u's turn.
-  EXPECT_EQ(0u, world.Unload("d"));
+  EXPECT_EQ(QM_OK, world.Unload("d"));
   EXPECT_EQ("-d, -t, -u, =t, =u", log.text);
   QM_AGENT_SetEvents(world.ctx(), nullptr, nullptr);
 }
@@ -375,9 +375,9 @@ TEST(EventsOfImports, TheUnloadedModuleMayComeBackAsAnImport) {
   QM_AGENT_SetEvents(world.ctx(), OnEvent, &log);
   world.Put("t", Imports({"d"}) + Leaf("l"));
   world.Put("d", Imports({"t"}) + Deviation("/t:l", NotSupported()));
-  EXPECT_EQ(0u, world.Load("d"));
+  EXPECT_EQ(QM_OK, world.Load("d"));
   log.text.clear();
-  EXPECT_EQ(0u, world.Unload("d"));
+  EXPECT_EQ(QM_OK, world.Unload("d"));
   // It was not asked for, so it is loaded, and not back.
   EXPECT_EQ("-d, -t, !t:l by d, +d, =t", log.text);
   QM_AGENT_SetEvents(world.ctx(), nullptr, nullptr);

@@ -124,7 +124,8 @@ TEST_F(KitWithoutMemory, ARequestIsNeitherValidNorInvalid) {
   for (const char* request : kRequests) {
     SCOPED_TRACE(request);
     const bool isValid = request == kRequests[0] || request == kRequests[kValidRequests - 1];
-    EXPECT_EQ(isValid ? 0u : 1u, RunTree(InRpc(request)));
+    EXPECT_EQ(isValid ? uint32_t{QM_AGENT_VALID} : uint32_t{QM_AGENT_INVALID},
+              RunTree(InRpc(request)));
     Sweep([&] { return RunTree(InRpc(request)); });
     Sweep([&] { return RunText(request); });
   }

@@ -21,7 +21,7 @@ uint32_t Append(const char* text, size_t length, void* arg) {
 
 std::string Write(const QmErrNode* err, QmCtx* ctx = nullptr, uint32_t flags = 0) {
   std::string text;
-  EXPECT_EQ(0u, QM_AGENT_WriteRecord(err, ctx, flags, Append, &text));
+  EXPECT_EQ(QM_OK, QM_AGENT_WriteRecord(err, ctx, flags, Append, &text));
   xmlDoc* doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
   EXPECT_NE(nullptr, doc) << "not well-formed: " << text;
   xmlFreeDoc(doc);
@@ -41,7 +41,7 @@ class Record : public testing::Test {
   ~Record() override { QM_FreeErrNode(err_); }
 
   void Set(uint32_t field, const char* text) {
-    EXPECT_EQ(0u, QM_AGENT_SetRecordText(err_, field, text));
+    EXPECT_EQ(QM_OK, QM_AGENT_SetRecordText(err_, field, text));
   }
 
   QmErrNode* err_;
@@ -180,16 +180,17 @@ TEST_F(Record, ANamespaceIsEscapedAndXmlIsNeverBound) {
   QmCtx* ctx = QM_CTX_Create(0);
   const char* const kHeadOfModule = "<module xmlns='urn:ietf:params:xml:ns:yang:yin:1' name='";
   const auto load = [&](const char* name, const char* ns) {
-    EXPECT_EQ(0u, QM_CTX_LoadMemory(ctx, (kHeadOfModule + std::string(name) + "'><namespace uri='" +
-                                          ns + "'/><prefix value='p'/></module>")
-                                             .c_str()));
+    EXPECT_EQ(QM_OK,
+              QM_CTX_LoadMemory(ctx, (kHeadOfModule + std::string(name) + "'><namespace uri='" +
+                                      ns + "'/><prefix value='p'/></module>")
+                                         .c_str()));
   };
   load("q", "urn:&quot;&lt;&amp;");
   load("xml", "urn:x");
   load("xmlns", "urn:y");
   Set(QM_AGENT_FIELD_PATH, "/q:a/xml:b/xmlns:c");
   std::string text;
-  EXPECT_EQ(0u, QM_AGENT_WriteRecord(err_, ctx, 0, Append, &text));
+  EXPECT_EQ(QM_OK, QM_AGENT_WriteRecord(err_, ctx, 0, Append, &text));
   EXPECT_EQ(" xmlns:q=\"urn:&quot;&lt;&amp;\">/q:a/xml:b/xmlns:c", PathElement(text));
   QM_CTX_Delete(ctx);
 }

@@ -234,14 +234,15 @@ TEST_F(Validation, TheRecordNeedNotBeTaken) {
 TEST_F(Validation, TheCallbackGetsWhatWasAdded) {
   const Document doc(kRpc + "<ping xmlns='urn:m'><count>3</count></ping></rpc>");
   std::vector<std::string> added;
-  EXPECT_EQ(0u, QM_AGENT_ValidateRequest(
-                    schema_.ctx(), doc.root(),
-                    [](xmlNode* node, void* arg) {
-                      static_cast<std::vector<std::string>*>(arg)->emplace_back(
-                          reinterpret_cast<const char*>(node->name));
-                      EXPECT_EQ(0, node->line);
-                    },
-                    &added, nullptr));
+  EXPECT_EQ(uint32_t{QM_AGENT_VALID},
+            QM_AGENT_ValidateRequest(
+                schema_.ctx(), doc.root(),
+                [](xmlNode* node, void* arg) {
+                  static_cast<std::vector<std::string>*>(arg)->emplace_back(
+                      reinterpret_cast<const char*>(node->name));
+                  EXPECT_EQ(0, node->line);
+                },
+                &added, nullptr));
   EXPECT_EQ(std::vector<std::string>{"size"}, added);
 }
 
@@ -294,8 +295,9 @@ uint32_t Take(const char* text, size_t length, void* arg) {
 TEST_F(Validation, ATextComesBackCompleted) {
   const std::string text = kRpc + "\n<ping xmlns='urn:m'><!-- x --><count>3</count></ping>\n</rpc>";
   std::string out;
-  EXPECT_EQ(0u, QM_AGENT_ValidateRequestText(schema_.ctx(), text.data(), text.size(), nullptr, Take,
-                                             &out, nullptr));
+  EXPECT_EQ(uint32_t{QM_AGENT_VALID},
+            QM_AGENT_ValidateRequestText(schema_.ctx(), text.data(), text.size(), nullptr, Take,
+                                         &out, nullptr));
   EXPECT_EQ(R"(<?xml version="1.0" encoding="UTF-8"?>
 <rpc xmlns="urn:ietf:params:xml:ns:netconf:base:1.0" message-id="101">
   <ping xmlns="urn:m">
@@ -351,8 +353,9 @@ TEST_F(Validation, ManyThreadsValidateOnOneContext) {
       for (int round = 0; round < 50; ++round) {
         std::string out;
         QmErrNode* err = nullptr;
-        EXPECT_EQ(0u, QM_AGENT_ValidateRequestText(schema_.ctx(), good.data(), good.size(), nullptr,
-                                                   Take, &out, nullptr));
+        EXPECT_EQ(uint32_t{QM_AGENT_VALID},
+                  QM_AGENT_ValidateRequestText(schema_.ctx(), good.data(), good.size(), nullptr,
+                                               Take, &out, nullptr));
         EXPECT_NE(std::string::npos, out.find("<size>64</size>"));
         EXPECT_EQ(1u, QM_AGENT_ValidateRequestText(schema_.ctx(), bad.data(), bad.size(), nullptr,
                                                    nullptr, nullptr, &err));
