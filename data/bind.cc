@@ -9,6 +9,7 @@
 
 #include "context/xml_tree.h"
 #include "data/bind_indexed.h"
+#include "data/bound_children.h"
 #include "data/data_node.h"
 #include "data/error.h"
 #include "data/node_check.h"
@@ -120,8 +121,13 @@ static QmsNode* SchemaOfParent(const BindWalk* walk, const xmlNode* element) {
 static uint32_t BindAndEnter(BindWalk* walk, xmlNode* element, xmlNode** firstChild) {
   QmCheckAux* aux = walk->aux;
   if (element->_private != nullptr) return QM_OK;
-  uint32_t ret = walk->parent != nullptr ? BindIndexedElement(aux, walk->parent, element)
-                                         : BindElement(aux, element, SchemaOfParent(walk, element));
+  uint32_t ret = QM_OK;
+  if (walk->parent != nullptr) {
+    ret = BindIndexedElement(aux, walk->parent, element);
+  } else {
+    ret = BindElement(aux, element, SchemaOfParent(walk, element));
+    if (ret == QM_OK && aux->index != nullptr) NoteUnindexed(aux->index, BoundSchema(element));
+  }
   if (ret != QM_OK || IsLeafOfText(element)) return ret;
   ret = EnterElement(aux, element, BoundSchema(element), firstChild);
   if (*firstChild != nullptr) walk->parent = OpenToBind(aux, BoundSchema(element), element);

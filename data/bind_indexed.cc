@@ -13,8 +13,7 @@
 #include "data/schema_children.h"
 #include "platform/string.h"
 
-// A parent with fewer elements pays for being indexed only when it is met again, unless
-// its children are compared with each other or gone through.
+// A small parent with fewer elements pays for being indexed only when it is met again.
 constexpr uint32_t kManyElements = 8;
 constexpr uint32_t kChildrenAhead = 6;
 
@@ -28,25 +27,15 @@ static bool HasManyElements(const xmlNode* element) {
   return count == kManyElements;
 }
 
-// The way down to an action, where little is asked of an element.
-static bool IsOnTheWayOnly(const QmCheckAux* aux) {
-  return (aux->flags & QMD_MODE_NOTIF) == 0 && QMD_PAS_IsUnderRpcOrActionTree(aux->flags) == 0;
-}
-
 QmdParent* OpenToBind(QmCheckAux* aux, QmsNode* schemaNode, const xmlNode* element) {
   QmdRunIndex* index = aux->index;
-  if (index == nullptr) return nullptr;
-  QmdParent* parent = MakeParent(index, schemaNode);
-  if (parent != nullptr && !parent->isMet && IsOnTheWayOnly(aux) && !HasManyElements(element)) {
-    parent->isMet = true;
-    return nullptr;
-  }
-  parent = parent == nullptr ? nullptr : IndexedParent(index, schemaNode);
-  if (parent == nullptr) {
-    index->isPartial = true;
-  } else {
-    OpenInstance(index, parent, element);
-  }
+  QmdParent* parent = index == nullptr ? nullptr : MakeParent(index, schemaNode);
+  if (parent == nullptr) return nullptr;
+  const bool isFirst = !parent->isMet;
+  parent->isMet = true;
+  if (isFirst && !HasManyElements(element) && IsSmall(parent)) return nullptr;
+  parent = IndexedParent(index, schemaNode);
+  if (parent != nullptr) OpenInstance(index, parent, element);
   return parent;
 }
 

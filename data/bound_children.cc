@@ -53,13 +53,20 @@ static void NoteInChoices(const QmdParent* parent, const QmdChild* child) {
 }
 
 // Conditions are looked for only where elements are bound that have some.
-static void NoteConditions(const QmdRunIndex* index, QmdParent* parent, const QmdChild* child) {
-  const uint32_t conditions = child->flags & (QMD_CHILD_WHEN | QMD_CHILD_MUST);
-  while (parent != nullptr && (conditions & ~parent->below) != 0) {
+static void NoteConditions(QmdRunIndex* index, QmsNode* parentNode, uint32_t conditions) {
+  while (parentNode != nullptr) {
+    QmdParent* parent = MakeParent(index, parentNode);
+    if (parent == nullptr) index->isPartial = true;
+    if (parent == nullptr || (conditions & ~parent->below) == 0) return;
     parent->below |= conditions;
-    const QmsNode* above = QMS_NODE_GetParentDataTreeNode(parent->node);
-    parent = above == nullptr ? nullptr : FindParent(index, above);
+    parentNode = QMS_NODE_GetParentDataTreeNode(parentNode);
   }
+}
+
+void NoteUnindexed(QmdRunIndex* index, QmsNode* schemaNode) {
+  const uint32_t conditions = ConditionsOf(schemaNode);
+  if (conditions == 0) return;
+  NoteConditions(index, QMS_NODE_GetParentDataTreeNode(schemaNode), conditions);
 }
 
 void NoteAddedChild(QmdRunIndex* index, QmdParent* parent, QmdChild* child, xmlNode* element) {
@@ -73,9 +80,8 @@ void NoteAddedChild(QmdRunIndex* index, QmdParent* parent, QmdChild* child, xmlN
   child->count = 1;
   NoteInTrack(parent, child);
   if (child->choice != nullptr) NoteInChoices(parent, child);
-  if ((child->flags & (QMD_CHILD_WHEN | QMD_CHILD_MUST)) != 0) {
-    NoteConditions(index, parent, child);
-  }
+  const uint32_t conditions = child->flags & (QMD_CHILD_WHEN | QMD_CHILD_MUST);
+  if (conditions != 0) NoteConditions(index, parent->node, conditions);
 }
 
 void NoteBoundChild(QmdRunIndex* index, QmdParent* parent, QmdChild* child, xmlNode* element) {
@@ -136,5 +142,5 @@ bool MayHaveBelow(const QmCheckAux* aux, const QmsNode* schemaNode, uint32_t con
   if (aux->index == nullptr || aux->index->isPartial) return true;
   if (IsLeafOrLeafList(schemaNode)) return false;
   const QmdParent* parent = FindParent(aux->index, schemaNode);
-  return parent == nullptr || !parent->isBuilt || (parent->below & condition) != 0;
+  return parent != nullptr && (parent->below & condition) != 0;
 }

@@ -52,6 +52,9 @@ bool IsInTheCase(const QmdParent* parent, const QmdChild* child);
 // asked in the order of the schema.
 xmlNode* FirstThatFollows(const QmdParent* parent, const QmdChild* child);
 
+// An element of the schema node is bound or added that is no child of an indexed parent.
+void NoteUnindexed(QmdRunIndex* index, QmsNode* schemaNode);
+
 // Whether an element below one that is bound to the schema node can have a condition of
 // that kind, QMD_CHILD_WHEN or QMD_CHILD_MUST; true also where that is not known.
 bool MayHaveBelow(const QmCheckAux* aux, const QmsNode* schemaNode, uint32_t condition);

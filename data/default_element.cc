@@ -85,7 +85,7 @@ static void NoteAddedOf(const QmCheckAux* aux, QmdParent* parent, QmdChild* chil
   if (child != nullptr) {
     NoteAddedChild(aux->index, parent, child, added);
   } else if (aux->index != nullptr) {
-    aux->index->isPartial = true;
+    NoteUnindexed(aux->index, BoundSchema(added));
   }
 }
 

@@ -9,10 +9,12 @@
 #include "context/memory.h"
 #include "data/schema_children.h"
 #include "schema/node.h"
+#include "schema/node_walk.h"
 
 constexpr size_t kFirstBlock = size_t{16} << 10;
 constexpr size_t kLargestBlock = size_t{1} << 20;
 constexpr size_t kAlignment = 16;
+constexpr uint32_t kFewNodes = 20;
 
 void InitRunIndex(QmdRunIndex* index) {
   std::memset(index, 0, offsetof(QmdRunIndex, firstBytes));
@@ -127,17 +129,29 @@ QmdParent* MakeParent(QmdRunIndex* index, QmsNode* node) {
   return parent;
 }
 
-static QmdParent* WithChildren(QmdRunIndex* index, QmdParent* parent) {
+QmdParent* IndexedParent(QmdRunIndex* index, QmsNode* node) {
+  QmdParent* parent = MakeParent(index, node);
   if (parent == nullptr) return nullptr;
   if (!parent->isBuilt && !parent->isRefused) IndexChildren(index, parent);
   return parent->isBuilt ? parent : nullptr;
 }
 
-QmdParent* IndexedParent(QmdRunIndex* index, QmsNode* node) {
-  return WithChildren(index, MakeParent(index, node));
+// Choices and cases are gone through, as children are found in them.
+static bool HasFewNodes(QmsNode* node) {
+  uint32_t travType = QMS_TRAV_TOP;
+  QmsNode* cur = QMS_NODE_GetTreeNodeNextNode(node, node, &travType);
+  for (uint32_t steps = 0; cur != nullptr; ++steps) {
+    if (steps == kFewNodes) return false;
+    cur = IsDataTreeNode(cur) ? QMS_NODE_GetTreeNodeSibOrParent(node, cur, &travType)
+                              : QMS_NODE_GetTreeNodeNextNode(node, cur, &travType);
+  }
+  return true;
 }
 
-QmdParent* ParentOfChild(QmdRunIndex* index, QmdChild* child) {
-  if (child->own == nullptr) child->own = MakeParent(index, child->node);
-  return WithChildren(index, child->own);
+bool IsSmall(QmdParent* parent) {
+  if (!parent->isSized) {
+    parent->isSmall = HasFewNodes(parent->node);
+    parent->isSized = true;
+  }
+  return parent->isSmall;
 }

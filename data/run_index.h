@@ -64,7 +64,6 @@ struct QmdChoice {
 // A data child of a schema parent.
 struct QmdChild {
   QmsNode* node;
-  QmdParent* own;  // what is known of it as a parent; NULL: nothing yet
   QmdTrack* track;
   QmdChoice* choice;         // nearest around it, or NULL
   QmsNode* branch;           // and where it lies in that
@@ -113,7 +112,10 @@ struct QmdParent {
   QmdTrack* tracks;
   uint32_t below;  // QMD_CHILD_WHEN and _MUST, where anything bound below has them
   bool isRefused;  // it is not one to be indexed: the checks look for themselves
-  bool isMet;      // it was met before
+  bool isSized;    // `isSmall` is known
+  bool isSmall;
+  bool isMet;        // an element of it was bound before,
+  uint8_t walkedIn;  // or gone into in a phase: a bit for each QmdPhase
   bool isBuilt;
   QmdSteps steps[kQmdPhaseCount];
   QmdChild* firstFollower;  // what came first the last time
@@ -141,7 +143,7 @@ struct QmdRunIndex {
   uint32_t stamp;       // counts instances
   uint32_t phaseStart;  // instances up to this one are of an earlier phase
   bool isOff;           // memory was refused: nothing more is added
-  bool isPartial;       // elements were bound that QmdParent::below knows nothing of
+  bool isPartial;       // there was no memory to note where conditions are
   // The namespace that was asked for last.
   bool isNsKnown;
   const xmlNs* ns;
@@ -173,5 +175,6 @@ QmdParent* MakeParent(QmdRunIndex* index, QmsNode* node);
 
 // The parent with its children; NULL when it has to be done without.
 QmdParent* IndexedParent(QmdRunIndex* index, QmsNode* node);
-// The same by a child of an indexed parent.
-QmdParent* ParentOfChild(QmdRunIndex* index, QmdChild* child);
+// Whether so few nodes lie below it that it pays for being indexed only when it is met
+// again.
+bool IsSmall(QmdParent* parent);

@@ -40,11 +40,8 @@ static uint32_t HashOf(const char* name) {
   return hash ^ hash >> 15;
 }
 
-static uint32_t FlagsOf(const QmsNode* node) {
+uint32_t ConditionsOf(const QmsNode* node) {
   uint32_t flags = 0;
-  if (QM_NODE_IsEnabled(node) != 0) flags |= QMD_CHILD_ENABLED;
-  if (node->kind == QMS_NODE_LIST || node->kind == QMS_NODE_LEAF_LIST) flags |= QMD_CHILD_MANY;
-  if (IsLeafOrLeafList(node)) flags |= QMD_CHILD_PLAIN;
   if (node->when != nullptr) flags |= QMD_CHILD_WHEN;
   if (node->musts != nullptr && node->mustCount != 0) flags |= QMD_CHILD_MUST;
   for (const QmsNode* above = node->parent;
@@ -52,6 +49,14 @@ static uint32_t FlagsOf(const QmsNode* node) {
     if (above->when != nullptr) flags |= QMD_CHILD_WHEN;
   }
   return flags;
+}
+
+static uint32_t FlagsOf(const QmsNode* node) {
+  uint32_t flags = 0;
+  if (QM_NODE_IsEnabled(node) != 0) flags |= QMD_CHILD_ENABLED;
+  if (node->kind == QMS_NODE_LIST || node->kind == QMS_NODE_LEAF_LIST) flags |= QMD_CHILD_MANY;
+  if (IsLeafOrLeafList(node)) flags |= QMD_CHILD_PLAIN;
+  return flags | ConditionsOf(node);
 }
 
 static uint32_t TrackHash(const QmsModule* module, const QmsNode* group) {
@@ -130,7 +135,7 @@ static void EnterChoice(ChildWalk* walk, QmsNode* node) {
 
 static void LeaveChoice(ChildWalk* walk) {
   --walk->choiceDepth;
-  if (walk->fills) walk->choice = walk->choice->outer;
+  if (walk->choice != nullptr) walk->choice = walk->choice->outer;
 }
 
 // A node that has no element: the walk goes through it.

@@ -11,6 +11,9 @@
 // without, the second for good.
 void IndexChildren(QmdRunIndex* index, QmdParent* parent);
 
+// The conditions of a node: QMD_CHILD_WHEN, also of a choice or case around it, and _MUST.
+uint32_t ConditionsOf(const QmsNode* node);
+
 // The child of that module and name, or NULL; and the one of a schema node, NULL also for
 // a node that another one of its module and name stands before.
 QmdChild* FindChild(const QmdParent* parent, const char* moduleName, const char* name);

@@ -86,13 +86,20 @@ static void FindSteps(QmdRunIndex* index, QmdParent* parent, uint32_t phase) {
   found->isKnown = true;
 }
 
-// The elements of a case or input are those of the nearest node above that has one.
-static QmdParent* HolderOf(QmdRunIndex* index, QmdParent* parent) {
-  if (parent->holder == nullptr) {
-    QmsNode* above =
-        IsDataTreeNode(parent->node) ? parent->node : QMS_NODE_GetParentDataTreeNode(parent->node);
-    if (above != nullptr) parent->holder = IndexedParent(index, above);
+// The elements of a case or input are those of the nearest node above that has one. A
+// small parent is gone over without the index when it is met for the first time.
+static QmdParent* HolderOf(QmdRunIndex* index, uint32_t phase, QmdParent* parent) {
+  if (parent->holder != nullptr) return parent->holder;
+  const bool isData = IsDataTreeNode(parent->node);
+  QmsNode* node = isData ? parent->node : QMS_NODE_GetParentDataTreeNode(parent->node);
+  QmdParent* holder = node == nullptr ? nullptr : MakeParent(index, node);
+  if (holder == nullptr) return nullptr;
+  if (!holder->isBuilt) {
+    const bool isFirst = (holder->walkedIn >> phase & 1) == 0;
+    if (isData) holder->walkedIn |= static_cast<uint8_t>(1u << phase);
+    if ((isFirst || !isData) && IsSmall(holder)) return nullptr;
   }
+  if (IndexedParent(index, node) != nullptr) parent->holder = holder;
   return parent->holder;
 }
 
@@ -100,7 +107,7 @@ const QmdSteps* StepsBelow(QmCheckAux* aux, uint32_t phase, QmsNode* node,
                            const xmlNode* dataParent, QmdParent** holder) {
   if (aux->index == nullptr || !MaySkip(aux)) return nullptr;
   QmdParent* parent = MakeParent(aux->index, node);
-  *holder = parent == nullptr ? nullptr : HolderOf(aux->index, parent);
+  *holder = parent == nullptr ? nullptr : HolderOf(aux->index, phase, parent);
   if (*holder == nullptr || BoundSchema(dataParent) != (*holder)->node) return nullptr;
   if (!parent->steps[phase].isKnown) FindSteps(aux->index, parent, phase);
   const QmdSteps* steps = &parent->steps[phase];
