@@ -17,31 +17,31 @@ static uint32_t AddText(const char* text, void* answer) {
 }
 
 // The run that gave the answer keeps no record, so another one makes it.
-static void PrintWhy(QmCtx* ctx, const Options& options, const std::string& file,
+static void PrintWhy(const Validation& validation, const std::string& file,
                      const std::string& text) {
   QmErrNode* record = nullptr;
-  const uint32_t verdict = QM_AGENT_ValidateNotificationText(ctx, text.data(), text.size(), nullptr,
-                                                             nullptr, nullptr, &record);
+  const uint32_t verdict = QM_AGENT_ValidateNotificationText(
+      validation.ctx, text.data(), text.size(), nullptr, nullptr, nullptr, &record);
   if (verdict == QM_AGENT_INVALID && record != nullptr) {
-    if (options.verdicts) PrintReason(file, record);
-    HintImportsOfRecord(ctx, options, record);
+    if (validation.options.verdicts) PrintReason(file, record);
+    HintImportsOfRecord(validation.ctx, validation.options, record);
   }
   QM_FreeErrNode(record);
 }
 
-static int ValidateOne(QmCtx* ctx, const Options& options, const std::string& file) {
+static int ValidateOne(const Validation& validation, const std::string& file) {
   std::string text;
   if (!ReadInput(file, &text)) return kExitUnusable;
   // The library takes a text up to its first NUL; one inside is no XML.
   const bool isText = text.find('\0') == std::string::npos;
   std::string answer;
   const bool valid =
-      isText && QM_CTX_ValidateNotifDataTree(ctx, text.c_str(), AddText, &answer) == 0;
-  PrintVerdict(options, file, valid);
+      isText && QM_CTX_ValidateNotifDataTree(validation.ctx, text.c_str(), AddText, &answer) == 0;
+  PrintVerdict(validation.options, file, valid);
   static_cast<void>(std::fwrite(answer.data(), 1, answer.size(), stdout));
   if (valid) return kExitOk;
-  if (!options.quiet) PrintError("%s: not a valid notification", file.c_str());
-  PrintWhy(ctx, options, file, text);
+  if (!validation.options.quiet) PrintError("%s: not a valid notification", file.c_str());
+  PrintWhy(validation, file, text);
   return kExitInvalid;
 }
 

@@ -14,6 +14,7 @@
 #include "client/commands.h"
 #include "client/file_input.h"
 #include "client/hints.h"
+#include "client/json.h"
 #include "client/rpc_error.h"
 #include "client/session.h"
 #include "client/verdict.h"
@@ -63,28 +64,46 @@ bool PrintDocument(xmlDoc* doc) {
   return true;
 }
 
-int PrintFailure(QmCtx* ctx, const Options& options, QmErrNode* record) {
-  PrintRpcError(record);
-  HintImportsOfRecord(ctx, options, record);
-  QM_FreeErrNode(record);
-  return kExitInvalid;
+// `valid` is null for a file that could not be read.
+void AddAnswer(const Validation& validation, const std::string& file, const char* valid,
+               const QmErrNode* record) {
+  validation.answers->Add("{\"file\": " + JsonText(file) + ", \"valid\": " + valid +
+                          ", \"error\": " + RecordAsJson(record) + "}");
 }
 
-int ValidateOne(QmCtx* ctx, const Options& options, const std::string& file) {
+int GiveAnswer(const Validation& validation, const std::string& file, xmlDoc* doc,
+               const QmErrNode* record) {
+  PrintVerdict(validation.options, file, record == nullptr);
+  if (validation.options.json) {
+    AddAnswer(validation, file, record == nullptr ? "true" : "false", record);
+  } else if (record != nullptr) {
+    PrintRpcError(record);
+  } else if (!PrintDocument(doc)) {
+    PrintError("out of memory");
+    return kExitUnusable;
+  }
+  if (record != nullptr) HintImportsOfRecord(validation.ctx, validation.options, record);
+  return record == nullptr ? kExitOk : kExitInvalid;
+}
+
+int ValidateOne(const Validation& validation, const std::string& file) {
   std::string text;
-  if (!ReadInput(file, &text)) return kExitUnusable;
+  if (!ReadInput(file, &text)) {
+    if (validation.options.json) AddAnswer(validation, file, "null", nullptr);
+    return kExitUnusable;
+  }
   xmlDoc* doc = ParseRequest(text);
   xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
   // A text that is no XML has no root; the library answers that with a record.
-  QmErrNode* record = QM_CTX_ValidateRpcDataTree(ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr);
-  PrintVerdict(options, file, record == nullptr);
-  int status = kExitOk;
-  if (record != nullptr) {
-    status = PrintFailure(ctx, options, record);
-  } else if (root == nullptr || !PrintDocument(doc)) {
+  QmErrNode* record =
+      QM_CTX_ValidateRpcDataTree(validation.ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr);
+  int status = kExitUnusable;
+  if (record == nullptr && root == nullptr) {
     PrintError("out of memory");
-    status = kExitUnusable;
+  } else {
+    status = GiveAnswer(validation, file, doc, record);
   }
+  QM_FreeErrNode(record);
   xmlFreeDoc(doc);
   return status;
 }

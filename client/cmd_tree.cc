@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// qmodel tree: the schema trees of modules, as the library prints them.
+// qmodel tree: the schema trees of modules, as the library prints them, whole or in part.
 #include <cstdio>
+#include <string>
 
 #include <qmodel/schema.h>
 
 #include "client/commands.h"
+#include "client/find_node.h"
 #include "client/session.h"
+#include "client/tree_depth.h"
 
-static uint32_t WriteChunk(const char* text, uint32_t length, void* /*arg*/) {
-  return std::fwrite(text, 1, length, stdout) == length ? 0 : 1;
+static uint32_t AddChunk(const char* text, uint32_t length, void* arg) {
+  static_cast<std::string*>(arg)->append(text, length);
+  return 0;
+}
+
+static void Print(const std::string& text) {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
 }
 
 // Asked before anything is printed: wrong usage leaves standard output empty.
@@ -25,18 +33,42 @@ static int PrintTrees(QmCtx* ctx, const Options& options) {
   int status = kExitOk;
   for (const std::string& name : options.operands) {
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
-    if (QM_MOD_PrintModelTree(module, WriteChunk, nullptr) == 0) continue;
+    std::string tree;
+    const uint32_t ret = QM_MOD_PrintModelTree(module, AddChunk, &tree);
+    Print(CutTree(tree, options.depth, 0));
+    if (ret == 0) continue;
     PrintError("the tree of module '%s' cannot be printed", name.c_str());
     status = kExitUnusable;
   }
   return status;
 }
 
+// The lines that lead to a node, and those below it.
+static int PrintSubtree(QmCtx* ctx, const Options& options) {
+  QmsNode* node = FindNode(ctx, options, options.nodePath);
+  if (node == nullptr) return kExitUsage;
+  std::string header;
+  std::string tree;
+  const uint32_t ret = QM_NODE_PrintNodeHeader(node, AddChunk, &header) |
+                       QM_NODE_PrintNodesTree(node, AddChunk, &tree);
+  if (ret == 0) {
+    Print(CutTree(tree, options.depth, DepthBelow(header)));
+    return kExitOk;
+  }
+  PrintError("the tree of '%s' cannot be printed", options.nodePath.c_str());
+  return kExitUnusable;
+}
+
+static int PrintAsked(QmCtx* ctx, const Options& options) {
+  if (!AllLoaded(ctx, options)) return kExitUsage;
+  return options.nodePath.empty() ? PrintTrees(ctx, options) : PrintSubtree(ctx, options);
+}
+
 int RunTree(const Options& options) {
   int status = kExitOk;
   QmCtx* ctx = OpenSession(options, true, &status);
   if (ctx == nullptr) return status;
-  status = AllLoaded(ctx, options) ? PrintTrees(ctx, options) : kExitUsage;
+  status = PrintAsked(ctx, options);
   QM_CTX_Delete(ctx);
   return status;
 }

@@ -11,7 +11,8 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"load", RunLoad, 1, "MODULE", true, true, "load [OPTION]... MODULE...",
-     "Loads the modules and prints a line for each: NAME REVISION NAMESPACE.",
+     "Loads the modules and prints a line for each: NAME REVISION NAMESPACE.\n"
+     "With --json an array of objects.",
      "  qmodel load -p models router-system router-interfaces\n"
      "  qmodel load -p models -i -f '*' router-vlans\n"
      "  qmodel load models/router-types.yin\n"},
@@ -19,10 +20,13 @@ constexpr Command kCommands[] = {
      "Loads the modules and prints their schema trees.",
      "  qmodel tree -p models -i router-interfaces\n"
      "  qmodel tree -p models -i -m router-lite router-system\n"
+     "  qmodel tree -p models -i --node /router-system:ping --depth 2 router-system\n"
      "  qmodel tree -c -i -p vendor acme-optics\n"},
     {"rpc", RunRpc, 1, "FILE", true, false, "rpc [OPTION]... FILE...",
      "Validates rpc and action requests. A valid one is printed with its defaults,\n"
-     "for another its error record is printed as an rpc-error element.",
+     "for another its error record is printed as an rpc-error element.\n"
+     "With --json an array of objects, {file, valid, error} for each FILE; messages are\n"
+     "XML all the same.",
      "  qmodel rpc -p models -i -m router-system messages/restart.xml\n"
      "  qmodel rpc -p models -i -m router-system -v messages/restart.xml messages/ping.xml\n"
      "  cat messages/ping.xml | qmodel rpc -p models -i -m router-system -q -\n"},
@@ -37,6 +41,13 @@ constexpr Command kCommands[] = {
      "  qmodel value -p models -i -m router-system /router-system:restart/delay 60 3600\n"
      "  qmodel value -p models -i -m router-system --explain \\\n"
      "    /router-system:ping/interface-type router-types:gigabit-ethernet\n"},
+    {"show", RunShow, 1, "PATH", true, false, "show [OPTION]... PATH...",
+     "Prints all that the schema says of the nodes that data paths or paths with all\n"
+     "steps of the tree name: kind, module, the type with what it is derived from,\n"
+     "ranges, enumerations, default, units, keys, conditions, features, extensions,\n"
+     "description.",
+     "  qmodel show -p models -i -m router-interfaces /router-interfaces:interfaces/interface/mtu\n"
+     "  qmodel show -c -i -p vendor -m acme-optics /acme-optics:ports/port/carrier/frequency\n"},
     {"compile", RunCompile, 1, "MODULE or FILE", false, false,
      "compile [-p DIR]... [-r] [-f MODULE:FEATURE]... [-F] [-i] [--drop-failing] [-o DIR]\n"
      "                 MODULE|FILE...\n"

@@ -31,6 +31,7 @@ int RunLoad(const Options& options);
 int RunTree(const Options& options);
 int RunRpc(const Options& options);
 int RunNotif(const Options& options);
+int RunShow(const Options& options);
 int RunValue(const Options& options);
 int RunCompile(const Options& options);
 int RunLint(const Options& options);

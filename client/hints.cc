@@ -10,26 +10,9 @@
 #include <algorithm>
 
 #include "client/find_model.h"
+#include "compiler/suggestion.h"
 
 namespace {
-
-// Steps between two words: a letter more, less, another one, or two that changed places.
-size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::vector<size_t>> steps(a.size() + 1, std::vector<size_t>(b.size() + 1));
-  for (size_t i = 0; i <= a.size(); ++i) {
-    for (size_t j = 0; j <= b.size(); ++j) {
-      if (i == 0 || j == 0) {
-        steps[i][j] = i + j;
-        continue;
-      }
-      const size_t other = steps[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
-      steps[i][j] = std::min({steps[i - 1][j] + 1, steps[i][j - 1] + 1, other});
-      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
-      if (swapped) steps[i][j] = std::min(steps[i][j], steps[i - 2][j - 2] + 1);
-    }
-  }
-  return steps[a.size()][b.size()];
-}
 
 constexpr size_t kLongestWord = 256;  // a longer one was not mistyped
 
@@ -121,10 +104,11 @@ bool HintImports(QmCtx* ctx, const Options& options, std::string_view wanted) {
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
   if (word.size() > kLongestWord) return {};
   // A short word is another word soon.
-  size_t near = word.size() < 4 ? 1 : word.size() < 9 ? 2 : 3;
+  unsigned near = word.size() < 4 ? 1 : word.size() < 9 ? 2 : 3;
   std::string_view nearest;
   for (const std::string& name : names) {
-    const size_t distance = name.size() > kLongestWord ? kLongestWord : Distance(word, name);
+    if (name.size() > kLongestWord) continue;
+    const unsigned distance = compiler::EditDistance(word, name, near);
     if (distance > near || (distance == near && !nearest.empty())) continue;
     near = distance;
     nearest = name;

@@ -7,6 +7,7 @@
 #include <getopt.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -21,7 +22,9 @@ enum LongOnly : int {
   kConvert = 257,
   kJson = 258,
   kNoCache = 259,
-  kExplain = 260
+  kExplain = 260,
+  kDepth = 261,
+  kNode = 262
 };
 
 constexpr option kLongOptions[] = {
@@ -43,9 +46,14 @@ constexpr option kLongOptions[] = {
     {"quiet", no_argument, nullptr, 'q'},
     {"verbose", no_argument, nullptr, 'v'},
     {"explain", no_argument, nullptr, kExplain},
+    {"depth", required_argument, nullptr, kDepth},
+    {"node", required_argument, nullptr, kNode},
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'V'},
     // Beginnings that named one option before another one began with them, too.
+    {"de", no_argument, nullptr, 'd'},
+    {"n", no_argument, nullptr, kNoCache},
+    {"no", no_argument, nullptr, kNoCache},
     {"v", no_argument, nullptr, 'V'},
     {"ve", no_argument, nullptr, 'V'},
     {"ver", no_argument, nullptr, 'V'},
@@ -53,7 +61,7 @@ constexpr option kLongOptions[] = {
 };
 
 // Commands that work on a context, which all options of loading go with.
-#define QMODEL_LOADING "load tree rpc notif value"
+#define QMODEL_LOADING "load tree rpc notif value show"
 
 // Options that only some commands take; `-r` and `--no-cache` go with loading only after
 // compiling.
@@ -73,11 +81,13 @@ constexpr OptionUse kUses[] = {
     {"--drop-failing", "compile"},
     {"--convert", "compile"},
     {"-W", "lint"},
-    {"--json", "lint"},
+    {"--json", "lint load rpc"},
     {"--no-cache", QMODEL_LOADING},
     {"-q", QMODEL_LOADING " lint"},
     {"-v", QMODEL_LOADING},
     {"--explain", "value"},
+    {"--depth", "tree"},
+    {"--node", "tree"},
 };
 
 #undef QMODEL_LOADING
@@ -107,6 +117,7 @@ constexpr Switch kSwitches[] = {
 // "-": operands are reported in place; ":": a missing argument is told apart.
 constexpr char kShortOptions[] = "-:p:m:if:u:dcrFo:W:qvhV";
 constexpr int kOperand = 1;
+constexpr unsigned kMaxDepth = 9999;
 
 bool AddFeature(const char* text, Options* options) {
   if (std::strcmp(text, "*") == 0) {
@@ -150,6 +161,15 @@ bool TakeSwitch(int code, char** argv, Options* options) {
   return false;
 }
 
+bool TakeDepth(Options* options) {
+  const char* end = optarg + std::strlen(optarg);
+  const auto [rest, failure] = std::from_chars(optarg, end, options->depth);
+  if (failure == std::errc() && rest == end && options->depth > 0 && options->depth <= kMaxDepth)
+    return true;
+  PrintError("a depth is a number from 1 to %u, not '%s'", kMaxDepth, optarg);
+  return false;
+}
+
 bool TakeOption(int code, char** argv, Options* options) {
   switch (code) {
     case kOperand:
@@ -179,6 +199,14 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->used.emplace_back("-o");
       options->outputDir = optarg;
       return true;
+    case kDepth:
+      options->used.emplace_back("--depth");
+      return TakeDepth(options);
+    case kNode:
+      options->used.emplace_back("--node");
+      options->nodePath = optarg;
+      if (*optarg == '\0') PrintError("a path is not empty");
+      return *optarg != '\0';
     case 'W':
       options->used.emplace_back("-W");
       options->lintClasses.emplace_back(optarg);

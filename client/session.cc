@@ -17,25 +17,10 @@
 #include <qmodel/schema.h>
 
 #include "client/hints.h"
+#include "client/shown_text.h"
 #include "client/skipped.h"
 
 namespace {
-
-// A model chooses what its load errors quote, and must not drive the terminal by it.
-std::string ShowControls(const char* text) {
-  std::string shown;
-  for (; *text != '\0'; ++text) {
-    const auto byte = static_cast<unsigned char>(*text);
-    if (byte >= 0x20 && byte != 0x7f) {
-      shown += *text;
-      continue;
-    }
-    char escape[5];
-    static_cast<void>(std::snprintf(escape, sizeof(escape), "\\x%02x", byte));
-    shown += escape;
-  }
-  return shown;
-}
 
 struct Printing {
   const Options& options;
@@ -186,9 +171,12 @@ int ValidateFiles(const Options& options, ValidateFunc validate) {
   int status = kExitOk;
   QmCtx* ctx = OpenSession(options, false, &status);
   if (ctx == nullptr) return status;
+  JsonArray answers;
+  const Validation validation{ctx, options, &answers};
   for (const std::string& file : options.operands) {
-    status = std::max(status, validate(ctx, options, file));
+    status = std::max(status, validate(validation, file));
   }
+  if (options.json) answers.Print();
   QM_CTX_Delete(ctx);
   return status;
 }

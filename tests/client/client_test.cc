@@ -63,6 +63,15 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
       {"compile", "-f", "*", "-p", "models", "router-types"},
       {"load", "--explain", "-p", "models", "router-types"},
       {"compile", "-q", "-p", "models", "router-types"},
+      {"tree", "--depth", "0", "-p", "models", "router-types"},
+      {"tree", "--depth", "2x", "-p", "models", "router-types"},
+      {"tree", "--depth", "-1", "-p", "models", "router-types"},
+      {"tree", "--node", "", "-p", "models", "router-types"},
+      {"tree", "--node", "/router-types:x", "-p", "models", "router-types"},
+      {"load", "--depth", "1", "-p", "models", "router-types"},
+      {"notif", "--json", "-p", "models", "x"},
+      {"show", "-p", "models", "-m", "router-types"},
+      {"show", "-p", "models", "-m", "router-system", "/router-system:ping", "/router-system:x"},
       {"lint", "-v", "-p", "models", "router-types"},
       {"value", "-p", "models", "-m", "router-types", "/router-types:nothing", "1"},
       {"value", "-p", "models", "-m", "router-types", "relative", "1"},
@@ -120,7 +129,8 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
                                           "output",  "drop-failing", "convert",
                                           "warn",    "json",         "help",
                                           "version", "no-cache",     "quiet",
-                                          "verbose", "explain"};
+                                          "verbose", "explain",      "depth",
+                                          "node"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

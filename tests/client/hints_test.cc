@@ -59,7 +59,8 @@ std::vector<std::string> ExamplesOf(const std::string& command) {
 TEST(ClientHelp, ExamplesOfEachCommandRun) {
   const std::string path =
       "PATH='" + std::string(QMODEL_CLIENT) + "'; PATH=${PATH%/*}:/usr/bin:/bin; ";
-  for (const char* command : {"load", "tree", "rpc", "notif", "value", "compile", "lint", "help"}) {
+  for (const char* command :
+       {"load", "tree", "rpc", "notif", "value", "show", "compile", "lint", "help"}) {
     const std::vector<std::string> examples = ExamplesOf(command);
     EXPECT_LE(1u, examples.size()) << command;
     for (const std::string& example : examples) {
@@ -81,7 +82,7 @@ TEST(ClientHelp, CommandsOfTheHelpAreThoseWithExamplesHere) {
     commands.insert((*it)[1]);
   }
   for (const std::string& command : commands) EXPECT_NE(0u, ExamplesOf(command).size()) << command;
-  EXPECT_LE(8u, commands.size());
+  EXPECT_LE(9u, commands.size());
 }
 
 // A word that named an option alone, before another option began with it, too.
@@ -92,6 +93,10 @@ TEST(ClientHelp, BeginningsOfOptionsKeepTheirMeaning) {
     EXPECT_EQ(version, Qmodel({option}).out);
   }
   const std::string help = Qmodel({"--help"}).out;
+  const Args load = {"load", "-c", "-p", "models", "router-types"};
+  for (const char* option : {"--n", "--no", "--de"}) {
+    EXPECT_EQ(0, Qmodel(With(load, {option})).status) << option;
+  }
   for (const char* option : {"--h", "--he", "-h"}) EXPECT_EQ(help, Qmodel({option}).out) << option;
 }
 
