@@ -88,9 +88,9 @@ int NotifyPump(Agent *agent) {
   Text text = {NULL, 0, 0};
   int result = 0;
   SharedLock(&agent->shared);
-  int failed = SharedRead(&agent->shared, kFile, &text);
+  int failed = SharedReadFrom(&agent->shared, kFile, agent->subscription.offset, &text);
   SharedUnlock(&agent->shared);
-  size_t at = (size_t)agent->subscription.offset;
+  size_t at = 0;
   while (!failed && result == 0 && at < text.length) {
     char *line = text.data + at;
     char *end = strchr(line, '\n');
@@ -102,7 +102,7 @@ int NotifyPump(Agent *agent) {
     *blank = '\0';
     result = Send(agent, line, blank + 1);
   }
-  agent->subscription.offset = (off_t)at;
+  agent->subscription.offset += (off_t)at;
   TextFree(&text);
   return result;
 }

@@ -8,42 +8,36 @@
 
 enum { SCAN_FOUND = 1 };
 
-typedef struct Search {
-  const char *name;
-  const QmsModule *module;
-  QmsNode *found;
-} Search;
+/* Tells whether a node has elements in a datastore. */
+static int HasElements(uint32_t kind) {
+  return kind == QMS_NODE_CONTAINER || kind == QMS_NODE_LIST || kind == QMS_NODE_LEAF ||
+         kind == QMS_NODE_LEAF_LIST || kind == QMS_NODE_ANYXML || kind == QMS_NODE_ANYDATA;
+}
 
-/* Looks at one child; choices and cases have no elements, so it looks into them. */
-static uint32_t SearchNode(QmsNode *node, uint32_t travType, void *arg) {
-  Search *search = arg;
-  (void)travType;
-  if (QM_NODE_IsEnabled(node) == 0) return 0;
-  switch (QM_NODE_GetNodeType(node)) {
-    case QMS_NODE_CHOICE:
-    case QMS_NODE_CASE:
-      return QM_NODE_IterScanChildrenNode(node, SearchNode, search);
-    case QMS_NODE_RPC:
-    case QMS_NODE_NOTIFICATION:
-    case QMS_NODE_ACTION:
-      return 0;
-    default:
-      break;
+/* The node of that module and name among the children of a node, or the top nodes of the module;
+   choices and cases have no elements, so it looks into them. */
+static QmsNode *FindNode(const QmsModule *module, const QmsNode *parent, const char *name) {
+  QmsNode *node = NULL;
+  for (;;) {
+    node =
+        parent == NULL ? QM_MOD_GetNextTopNode(module, node) : QM_NODE_GetNextChild(parent, node);
+    if (node == NULL) return NULL;
+    if (!QM_NODE_IsEnabled(node)) continue;
+    uint32_t kind = QM_NODE_GetNodeType(node);
+    QmsNode *found = NULL;
+    if (kind == QMS_NODE_CHOICE || kind == QMS_NODE_CASE) {
+      found = FindNode(module, node, name);
+    } else if (HasElements(kind) && QM_NODE_GetModule(node) == module &&
+               strcmp(QM_NODE_GetNodeName(node), name) == 0) {
+      found = node;
+    }
+    if (found != NULL) return found;
   }
-  if (QM_NODE_GetModule(node) != search->module ||
-      strcmp(QM_NODE_GetNodeName(node), search->name) != 0)
-    return 0;
-  search->found = node;
-  return SCAN_FOUND;
 }
 
 QmsNode *SchemaChild(QmCtx *ctx, QmsNode *parent, const xmlNode *element) {
-  QmsModule *module = QM_CTX_GetModuleByModNs(ctx, NamespaceOf(element));
-  if (module == NULL) return NULL;
-  Search search = {C(element->name), module, NULL};
-  uint32_t end = parent == NULL ? QM_MOD_IterScanTopmostNode(module, SearchNode, &search)
-                                : QM_NODE_IterScanChildrenNode(parent, SearchNode, &search);
-  return end == SCAN_FOUND ? search.found : NULL;
+  const QmsModule *module = QM_CTX_GetModuleByModNs(ctx, NamespaceOf(element));
+  return module == NULL ? NULL : FindNode(module, parent, C(element->name));
 }
 
 void SchemaBind(QmCtx *ctx, xmlNode *element, QmsNode *node) {

@@ -7,6 +7,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 #include "fault.h"
 #include "schema.h"
@@ -28,20 +29,21 @@ static int ReadFile(const char *path, Text *text) {
   return !failed;
 }
 
-/* Finds the original file of a loaded module in one format. */
-static int FindFile(const Agent *agent, const QmsModule *module, const char *format, Text *text) {
+/* The original file of a loaded module in one format, freed with free(); NULL when there is none.
+ */
+static char *FindFile(const Agent *agent, const QmsModule *module, const char *format) {
   const char *name = QM_MOD_GetModuleName(module);
   const char *revision = QM_MOD_GetRevision(module);
   for (size_t i = 0; i < agent->folders.count; i++) {
     const char *folder = agent->folders.items[i];
-    char *plain = PrintText("%s/%s.%s", folder, name, format);
-    char *dated = PrintText("%s/%s@%s.%s", folder, name, revision == NULL ? "" : revision, format);
-    int found = ReadFile(plain, text) || ReadFile(dated, text);
-    free(plain);
-    free(dated);
-    if (found) return 1;
+    char *path = PrintText("%s/%s.%s", folder, name, format);
+    if (access(path, R_OK) == 0) return path;
+    free(path);
+    path = PrintText("%s/%s@%s.%s", folder, name, revision == NULL ? "" : revision, format);
+    if (access(path, R_OK) == 0) return path;
+    free(path);
   }
-  return 0;
+  return NULL;
 }
 
 typedef struct SchemaScan {
@@ -53,9 +55,10 @@ static uint32_t AddModule(QmsModule *module, void *arg) {
   static const char *const kFormats[] = {"yang", "yin"};
   const SchemaScan *scan = arg;
   const char *revision = QM_MOD_GetRevision(module);
-  Text file = {NULL, 0, 0};
   for (size_t i = 0; i < sizeof kFormats / sizeof *kFormats; i++) {
-    if (!FindFile(scan->agent, module, kFormats[i], &file)) continue;
+    char *path = FindFile(scan->agent, module, kFormats[i]);
+    if (path == NULL) continue;
+    free(path);
     TextPrint(scan->text,
               "<schema><identifier>%s</identifier><version>%s</version><format>ncm:%s</format>"
               "<namespace>",
@@ -63,7 +66,6 @@ static uint32_t AddModule(QmsModule *module, void *arg) {
     TextAddEscaped(scan->text, QM_MOD_GetModuleNs(module));
     TextAdd(scan->text, "</namespace><location>NETCONF</location></schema>");
   }
-  TextFree(&file);
   return 0;
 }
 
@@ -95,11 +97,10 @@ QmErrNode *SchemasGet(Agent *agent, xmlNode *operation, Text *body) {
   Text file = {NULL, 0, 0};
   int found = module != NULL && (version == NULL || *version == '\0' ||
                                  (revision != NULL && strcmp(version, revision) == 0));
-  if (found && format != NULL) {
-    found = FindFile(agent, module, format, &file);
-  } else if (found) {
-    found = FindFile(agent, module, "yang", &file) || FindFile(agent, module, "yin", &file);
-  }
+  char *path = found ? FindFile(agent, module, format == NULL ? "yang" : format) : NULL;
+  if (found && format == NULL && path == NULL) path = FindFile(agent, module, "yin");
+  found = path != NULL && ReadFile(path, &file);
+  free(path);
   free(name);
   free(version);
   free(format);

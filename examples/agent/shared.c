@@ -28,15 +28,21 @@ void SharedUnlock(const Shared *shared) {
 }
 
 int SharedRead(const Shared *shared, const char *name, Text *text) {
+  return SharedReadFrom(shared, name, 0, text);
+}
+
+int SharedReadFrom(const Shared *shared, const char *name, off_t offset, Text *text) {
   int file = openat(shared->folder, name, O_RDONLY | O_CLOEXEC);
   if (file < 0) return -1;
   char block[16384];
   ssize_t got = 0;
   TextClear(text);
   TextAdd(text, "");
-  while ((got = read(file, block, sizeof block)) != 0) {
+  while ((got = pread(file, block, sizeof block, offset)) != 0) {
     if (got < 0 && errno != EINTR) break;
-    if (got > 0) TextAddBytes(text, block, (size_t)got);
+    if (got < 0) continue;
+    TextAddBytes(text, block, (size_t)got);
+    offset += got;
   }
   int error = errno;
   close(file);
