@@ -30,14 +30,18 @@
  *
  * A request goes through in three steps:
  * @code
- * uint32_t reason = 0;
+ * uint32_t reason = QM_AGENT_REASON_NONE;
  * xmlDoc *doc = QM_AGENT_ParseMessage(text, length, NULL, &reason);
- * QmErrNode *error = NULL;
- * uint32_t verdict = doc == NULL
- *     ? QM_AGENT_NO_MEMORY
- *     : QM_AGENT_ValidateRequest(ctx, xmlDocGetRootElement(doc), NULL, NULL, &error);
- * if (verdict == QM_AGENT_VALID) Handle(QM_AGENT_GetOperation(xmlDocGetRootElement(doc)));
- * if (verdict == QM_AGENT_INVALID) QM_AGENT_WriteRecord(error, ctx, 0, Send, connection);
+ * QmErrNode *error = doc == NULL ? QM_AGENT_NewReasonRecord(reason) : NULL;
+ * if (doc != NULL) {
+ *   xmlNode *request = xmlDocGetRootElement(doc);
+ *   const uint32_t verdict = QM_AGENT_ValidateRequest(ctx, request, NULL, NULL, &error);
+ *   if (verdict == QM_AGENT_VALID) Handle(QM_AGENT_GetOperation(request));
+ *   if (verdict == QM_AGENT_NO_MEMORY)
+ *     error = QM_AGENT_NewRecord(QM_ERR_TYPE_RPC, QM_ERR_TAG_RESOURCE_DENIED);
+ * }
+ * if (error != NULL && QM_AGENT_WriteRecord(error, ctx, 0, Send, connection) != QM_OK)
+ *   Close(connection);
  * QM_FreeErrNode(error);
  * xmlFreeDoc(doc);
  * @endcode
@@ -201,10 +205,15 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateRequest(QmCtx *ctx, xmlNode *reque
  * @param[in]  arg     Handed to @p output.
  * @param[out] error   As in QM_AGENT_ValidateRequest().
  *
- * @return A #QmAgentVerdict.
+ * @retval 0   #QM_AGENT_VALID.
+ * @retval 1   #QM_AGENT_INVALID; so is a text that cannot be parsed.
+ * @retval 12  #QM_AGENT_NO_MEMORY, also when there was none for the text that @p output gets.
+ * @retval 22  #QM_AGENT_WRONG_CALL: @p ctx or @p text is NULL.
  *
  * @par Thread safety
  * As QM_AGENT_ValidateRequest().
+ *
+ * @see RFC 6241 sections 4.1 and 4.3, RFC 7950 sections 7.14 and 7.15
  */
 QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateRequestText(QmCtx *ctx, const char *text,
                                                           size_t length,
@@ -229,7 +238,11 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateRequestText(QmCtx *ctx, const char
  * @param[out]    error         Receives the record of an invalid message, which the caller
  *                              frees with QM_FreeErrNode(), else NULL. May be NULL.
  *
- * @return A #QmAgentVerdict.
+ * @retval 0   #QM_AGENT_VALID.
+ * @retval 1   #QM_AGENT_INVALID. A document with a document type declaration is among
+ *             these.
+ * @retval 12  #QM_AGENT_NO_MEMORY.
+ * @retval 22  #QM_AGENT_WRONG_CALL.
  *
  * @par Thread safety
  * As QM_AGENT_ValidateRequest().
@@ -250,10 +263,15 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateNotification(QmCtx *ctx, xmlNode *
  * @param[in]  arg     Handed to @p output.
  * @param[out] error   As in QM_AGENT_ValidateNotification().
  *
- * @return A #QmAgentVerdict.
+ * @retval 0   #QM_AGENT_VALID.
+ * @retval 1   #QM_AGENT_INVALID; so is a text that cannot be parsed.
+ * @retval 12  #QM_AGENT_NO_MEMORY, also when there was none for the text that @p output gets.
+ * @retval 22  #QM_AGENT_WRONG_CALL: @p ctx or @p text is NULL.
  *
  * @par Thread safety
  * As QM_AGENT_ValidateRequest().
+ *
+ * @see RFC 7950 section 7.16, RFC 5277 section 4
  */
 QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateNotificationText(QmCtx *ctx, const char *text,
                                                                size_t length,
@@ -267,10 +285,12 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_ValidateNotificationText(QmCtx *ctx, const
  * @param[in] request  An `<rpc>`, an `<action>` or an operation. NULL gives NULL.
  *
  * @return The first element below `<rpc>`, or below the `<action>` in it; any other
- *         element itself. NULL when there is none.
+ *         element itself. It stays a part of the caller's tree. NULL when there is none.
  *
  * @par Thread safety
  * Reads the tree only.
+ *
+ * @see RFC 6241 section 4.1, RFC 7950 section 7.15.2
  */
 QM_API xmlNode *QM_AGENT_GetOperation(xmlNode *request) QM_NOEXCEPT;
 
@@ -346,6 +366,8 @@ QM_API QmErrNode *QM_AGENT_NewReasonRecord(uint32_t reason) QM_NOEXCEPT;
  *
  * @par Thread safety
  * The record belongs to the calling thread.
+ *
+ * @see RFC 6241 section 4.3
  */
 QM_API QM_NODISCARD uint32_t QM_AGENT_SetRecordText(QmErrNode *err, uint32_t field,
                                                     const char *text) QM_NOEXCEPT;
@@ -361,6 +383,8 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_SetRecordText(QmErrNode *err, uint32_t fie
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 section 4.3
  */
 QM_API const char *QM_AGENT_GetRecordText(const QmErrNode *err, uint32_t field) QM_NOEXCEPT;
 
@@ -408,6 +432,8 @@ QM_API QM_NODISCARD uint32_t QM_AGENT_WriteRecord(const QmErrNode *err, QmCtx *c
  *
  * @par Thread safety
  * Reads the record and the schema only.
+ *
+ * @see RFC 6241 section 4.3
  */
 QM_API size_t QM_AGENT_PrintRecord(const QmErrNode *err, QmCtx *ctx, uint32_t flags, char *buffer,
                                    size_t size) QM_NOEXCEPT;
@@ -437,6 +463,7 @@ QM_API void QM_AGENT_Free(void *block) QM_NOEXCEPT;
  * @return The name, which lives as long as the library; NULL for another number.
  * @par Thread safety
  * May be called at any time.
+ * @see RFC 6241 appendix A
  */
 QM_API const char *QM_AGENT_GetTagName(uint32_t tag) QM_NOEXCEPT;
 
@@ -447,6 +474,7 @@ QM_API const char *QM_AGENT_GetTagName(uint32_t tag) QM_NOEXCEPT;
  * @return The name, which lives as long as the library; NULL for another number.
  * @par Thread safety
  * May be called at any time.
+ * @see RFC 6241 section 4.3
  */
 QM_API const char *QM_AGENT_GetTypeName(uint32_t type) QM_NOEXCEPT;
 
@@ -457,6 +485,7 @@ QM_API const char *QM_AGENT_GetTypeName(uint32_t type) QM_NOEXCEPT;
  * @return The name, which lives as long as the library; NULL for another number.
  * @par Thread safety
  * May be called at any time.
+ * @see RFC 6241 section 4.3
  */
 QM_API const char *QM_AGENT_GetSeverityName(uint32_t severity) QM_NOEXCEPT;
 
@@ -479,6 +508,7 @@ QM_API const char *QM_AGENT_GetKindName(uint32_t kind) QM_NOEXCEPT;
  *         #QMT_BASE_NONE and other numbers.
  * @par Thread safety
  * May be called at any time.
+ * @see RFC 7950 section 4.2.4
  */
 QM_API const char *QM_AGENT_GetBaseTypeName(uint32_t base) QM_NOEXCEPT;
 

@@ -215,6 +215,8 @@ QM_API QM_NODISCARD uint32_t QM_CTX_DisableModFeature(QmCtx *ctx, const char *mo
  * @par Thread safety
  * May run beside other reading calls on the same context, but not beside a load,
  * an unload or a change.
+ *
+ * @see QM_FEATURE_IsEnabled(), RFC 7950 section 7.20.1
  */
 QM_API uint32_t QM_CTX_IsModFeatureEnable(QmCtx *ctx, const char *modName,
                                           const char *featName) QM_NOEXCEPT;

@@ -115,7 +115,9 @@ typedef enum QmErrTag {
  *
  * @param[in] err  The record; NULL gives 0.
  *
- * @return A #QmErrType; QM_ERR_TYPE_APPLICATION in every record that the library makes.
+ * @return A #QmErrType; QM_ERR_TYPE_APPLICATION in every record of
+ *         QM_CTX_ValidateRpcDataTree(). What the kit of qmodel/agent.h finds in the message
+ *         around the operation has others.
  *
  * @par Thread safety
  * Reads the record only.
@@ -133,6 +135,8 @@ QM_API uint32_t QM_GetErrorType(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 section 4.3
  */
 QM_API uint32_t QM_GetErrorSeverity(const QmErrNode *err) QM_NOEXCEPT;
 
@@ -175,11 +179,14 @@ QM_API const char *QM_GetErrorAppTag(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @param[in] err  The record; NULL gives NULL.
  *
- * @return The path; NULL when it would be longer than 10239 characters or there
- *         was no memory for it. Valid until the record is freed.
+ * @return The path; NULL when it would be longer than 10239 characters, when there
+ *         was no memory for it, and in records that QM_AGENT_NewRecord() and the kit make
+ *         about the message around an operation. Valid until the record is freed.
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 section 4.3
  */
 QM_API const char *QM_GetErrorPath(const QmErrNode *err) QM_NOEXCEPT;
 
@@ -195,6 +202,8 @@ QM_API const char *QM_GetErrorPath(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 section 4.3, RFC 7950 section 7.5.4
  */
 QM_API const char *QM_GetErrorMessage(const QmErrNode *err) QM_NOEXCEPT;
 
@@ -208,6 +217,8 @@ QM_API const char *QM_GetErrorMessage(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 appendix A
  */
 QM_API const char *QM_GetBadElement(const QmErrNode *err) QM_NOEXCEPT;
 
@@ -216,10 +227,14 @@ QM_API const char *QM_GetBadElement(const QmErrNode *err) QM_NOEXCEPT;
  *
  * @param[in] err  The record; NULL gives NULL.
  *
- * @return NULL in every record that the library makes.
+ * @return "message-id" in the record of QM_AGENT_ValidateRequest() for an `<rpc>` without
+ *         one, else what QM_AGENT_SetRecordText() has set; NULL in every record of
+ *         QM_CTX_ValidateRpcDataTree(). Valid until it is set or the record is freed.
  *
  * @par Thread safety
  * Reads the record only.
+ *
+ * @see RFC 6241 appendix A
  */
 QM_API const char *QM_GetBadAttribute(const QmErrNode *err) QM_NOEXCEPT;
 

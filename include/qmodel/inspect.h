@@ -59,10 +59,12 @@ typedef enum QmStatementStatus {
  * @param[in] ctx  Context to read. NULL gives NULL.
  * @param[in] mod  Module of @p ctx; NULL for the first.
  *
- * @return The module; NULL after the last.
+ * @return The module, borrowed from the context; NULL after the last.
  *
  * @par Thread safety
  * Reads; see the top of this file.
+ *
+ * @see QM_CTX_ScanAllModule()
  */
 QM_API QmsModule *QM_CTX_GetNextModule(QmCtx *ctx, const QmsModule *mod) QM_NOEXCEPT;
 
@@ -75,7 +77,7 @@ QM_API QmsModule *QM_CTX_GetNextModule(QmCtx *ctx, const QmsModule *mod) QM_NOEX
  * @param[in] mod   Module to read. NULL gives NULL.
  * @param[in] node  Top-level node of @p mod; NULL for the first.
  *
- * @return The node; NULL after the last.
+ * @return The node, borrowed from its module; NULL after the last.
  *
  * @par Thread safety
  * Reads; see the top of this file.
@@ -91,7 +93,7 @@ QM_API QmsNode *QM_MOD_GetNextTopNode(const QmsModule *mod, const QmsNode *node)
  *                    adds, also where they hang under its target.
  * @param[in] child   Child of @p parent; NULL for the first.
  *
- * @return The child; NULL after the last.
+ * @return The child, borrowed from its module; NULL after the last.
  *
  * @par Thread safety
  * Reads; see the top of this file.
@@ -248,6 +250,8 @@ QM_API QM_NODISCARD uint32_t QM_MOD_ScanAllFeature(const QmsModule *mod, QmFeatu
  *
  * @par Thread safety
  * Reads; see the top of this file.
+ *
+ * @see RFC 7950 section 7.20.1
  */
 QM_API const char *QM_FEATURE_GetName(const QmsFeature *feature) QM_NOEXCEPT;
 
@@ -264,7 +268,7 @@ QM_API const char *QM_FEATURE_GetName(const QmsFeature *feature) QM_NOEXCEPT;
  * @par Thread safety
  * Reads; see the top of this file.
  *
- * @see QM_CTX_IsModFeatureEnable()
+ * @see QM_CTX_IsModFeatureEnable(); RFC 7950 section 7.20.1
  */
 QM_API uint32_t QM_FEATURE_IsEnabled(const QmsFeature *feature) QM_NOEXCEPT;
 
@@ -450,6 +454,8 @@ QM_API QmsNode *QM_CTX_FindDataNode(QmCtx *ctx, const char *path) QM_NOEXCEPT;
  *
  * @par Thread safety
  * Reads; see the top of this file.
+ *
+ * @see RFC 7950 section 7.18
  */
 QM_API QmsIdentity *QM_MOD_FindIdentity(QmsModule *mod, const char *name) QM_NOEXCEPT;
 

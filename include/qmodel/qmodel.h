@@ -20,7 +20,9 @@
  *   QmErrNode *error = NULL;
  *   uint32_t verdict =
  *       QM_AGENT_ValidateRequestText(ctx, text, length, NULL, SendOn, connection, &error);
- *   if (verdict == QM_AGENT_INVALID) QM_AGENT_WriteRecord(error, ctx, 0, Answer, connection);
+ *   if (verdict == QM_AGENT_INVALID &&
+ *       QM_AGENT_WriteRecord(error, ctx, 0, Answer, connection) != QM_OK)
+ *     Close(connection);
  *   QM_FreeErrNode(error);
  * }
  * QM_CTX_Delete(ctx);
@@ -36,6 +38,9 @@
  * - @ref schema.h "Modules and nodes", @ref inspect.h "lists of everything", @ref types.h "types"
  * - @ref memory.h "Memory hooks"
  * - @ref xpath.h "Conditions"
+ *
+ * A program in C++17 or later may include qmodel/qmodel.hpp instead: a context that is owned,
+ * views of modules and nodes that loops run over, callbacks that are lambdas.
  *
  * The functions here are the promise of the library's soname. A guide for clients, examples,
  * a page on errors, threads and ownership come with the sources, in the folder docs.
