@@ -16,9 +16,11 @@ std::atomic<uint64_t> g_asked{0};
 std::atomic<uint64_t> g_countdown{0};  // 0: nothing is refused
 std::atomic<bool> g_persistent{false};
 std::atomic<uint64_t> g_refused{0};
+thread_local bool t_refusing = false;
 
 bool RefuseThis() {
   g_asked.fetch_add(1);
+  if (t_refusing) return true;
   uint64_t left = g_countdown.load();
   if (left == 0) return false;
   if (left > 1) {
@@ -72,6 +74,10 @@ void RefuseNth(uint64_t n, Refuse mode) {
 uint64_t StopRefusing() {
   g_countdown.store(0);
   return g_refused.exchange(0);
+}
+
+void RefuseInThisThread(bool refuse) {
+  t_refusing = refuse;
 }
 
 uint64_t FailEachAllocation(void (*scenario)(bool refusing), uint64_t stride, uint64_t first) {

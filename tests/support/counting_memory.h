@@ -26,6 +26,10 @@ void RefuseNth(uint64_t n, Refuse mode);
 // Ends refusing; gives the number of allocations refused since RefuseNth().
 uint64_t StopRefusing();
 
+// Refuses every allocation of the calling thread until it says otherwise; other threads
+// go on.
+void RefuseInThisThread(bool refuse);
+
 // Runs `scenario` with the n-th allocation refused, for n = 1, 2, 3 and so on (or
 // `first` and every `stride`-th one after it), in both modes, until a run sees no refusal. After
 // each run no block may be left. `scenario(refusing)` checks its own results. Gives the number of
