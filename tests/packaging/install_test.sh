@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Installs the build into an empty prefix, moves it, and uses it as an outsider does:
 # the program, a C program by pkg-config and by the manual page's line, C and C++
-# programs by find_package(). Then uninstalls it, and nothing is left.
+# programs by find_package(), the example agent among them. Then uninstalls it, and nothing is left.
 # install_test.sh BUILD_DIR SOURCE_DIR C_COMPILER CXX_COMPILER
 set -eu
 build=$1
@@ -40,6 +40,16 @@ cmake -S "$source/tests/packaging/consumer" -B "$work/build" -G Ninja -DCMAKE_C_
 cmake --build "$work/build" >/dev/null
 check "$work/build/c_program"
 [ "$("$work/build/cxx_program" "$source/examples/models" router-system)" = router-system ]
+
+cmake -S "$source/examples/agent" -B "$work/agent" -G Ninja -DCMAKE_C_COMPILER="$cc" \
+  -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/agent" >/dev/null
+mkdir "$work/state"
+hello=$("$work/agent/netconf_agent" "$work/state" --models "$source/examples/agent/models" </dev/null)
+case $hello in
+  *'module=router-packages'*) ;;
+  *) fail "the example agent says: $hello" ;;
+esac
 
 # The line of the manual page, as printed there.
 line=$(sed -n 's/^\*\(cc .*\)\*$/\1/p' "$source/docs/man/libqmodel.3.scd" | tr -d '\\')
