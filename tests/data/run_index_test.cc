@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "context/xml_tree.h"
 #include "data/default_list.h"
@@ -15,6 +18,7 @@
 #include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
 #include "tests/support/random_message.h"
+#include "tests/support/real_models.h"
 #include "tests/support/yin_text.h"
 
 namespace {
@@ -135,6 +139,57 @@ TEST_P(SameResults, WithAndWithoutTheIndex) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SameResults, testing::Range(uint64_t{0}, uint64_t{8}));
+
+// Real messages, each with its modules and features and then without the features; the rows
+// of their index are separated by tabs, names in a row by blanks.
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::stringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+std::string FileText(const std::string& path) {
+  std::stringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+void SwitchFeatures(QmCtx* ctx, const std::string& features, bool on) {
+  for (const std::string& feature : Split(features, ' ')) {
+    const std::vector<std::string> names = Split(feature, ':');
+    if (names.size() != 2) continue;
+    QmsModule* module = QM_CTX_GetModuleByModName(ctx, names[0].c_str());
+    EXPECT_EQ(QM_OK, on ? QM_MOD_EnableFeature(module, names[1].c_str())
+                        : QM_MOD_DisableFeature(module, names[1].c_str()));
+  }
+}
+
+void ExpectSameOfRealMessage(const std::string& folder, const std::vector<std::string>& row) {
+  SCOPED_TRACE(row[0]);
+  QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
+  EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, (folder + "/models").c_str()));
+  for (const std::string& name : Split(row[2], ' ')) {
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
+  }
+  const Message message = {row[1].find("notif") == 0, FileText(folder + "/messages/" + row[0])};
+  for (const bool on : {true, false}) {
+    SwitchFeatures(ctx, row[3], on);
+    static_cast<void>(ExpectSameEverywhere(ctx, message));
+  }
+  QM_CTX_Delete(ctx);
+}
+
+TEST(RealMessages, AreTheSameWithAndWithoutTheIndex) {
+  const std::string folder = RealModelsFolder();
+  if (folder.empty()) GTEST_SKIP() << kNoRealModels;
+  const std::vector<std::string> rows = Split(FileText(folder + "/messages/index.tsv"), '\n');
+  EXPECT_GT(rows.size(), 30u);
+  for (size_t i = 1; i < rows.size(); ++i) {
+    const std::vector<std::string> row = Split(rows[i], '\t');
+    if (row.size() > 4) ExpectSameOfRealMessage(folder, row);
+  }
+}
 
 // A hundred leaves with defaults, of which every second one is taken away again: more than
 // the first bytes of the index hold, and more defaults than are searched.
