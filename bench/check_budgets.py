@@ -63,7 +63,7 @@ def compare(budgets, counts, has_real_models):
         budget = budgets[one.name][1]
         now = one.own / one.units
         line = f"{one.name}: {now:.1f} instructions per {one.unit}, budget {budget:.1f} " \
-               f"({100 * (now / budget - 1):+.1f} %)"
+               f"({100 * (now / budget - 1 if budget else now):+.1f} %)"
         lines.append(line)
         if now > OVER * budget:
             faults.append(line + ": over the budget")

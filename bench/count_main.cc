@@ -6,7 +6,8 @@
 //   bench_count cases [small]   every case at its size of the tables or of the guard
 //   bench_count growth          every dimension at four sizes
 //   bench_count memory          a line for each case: what passes the library's hooks
-//   bench_count second WHAT     the size at which a dimension's work takes a second
+//   bench_count second          seconds of every dimension at sizes that double, up to one;
+//                               a size that a bound refuses ends the program
 //   bench_count about           compiler and libxml2
 // A word more than that chooses the cases and dimensions that have it in their name.
 #include <libxml/xmlversion.h>
@@ -84,19 +85,20 @@ double Seconds(const Work& work) {
 void PrintSecond(const char* word) {
   for (const Growth& growth : AllGrowth()) {
     if (NameOf(growth).find(word) == std::string::npos) continue;
-    int64_t size = growth.size;
     double seconds = 0;
-    while ((seconds = Seconds(growth.make(size))) < 1 && size < growth.size * 4096) size *= 2;
-    std::printf("%s\t%lld\t%.2f s\n", NameOf(growth).c_str(), static_cast<long long>(size),
-                seconds);
-    std::fflush(stdout);
+    for (int64_t size = growth.size; seconds < 1 && size <= growth.size * 4096; size *= 2) {
+      seconds = Seconds(growth.make(size));
+      std::printf("%s\t%lld\t%.3f s\n", NameOf(growth).c_str(), static_cast<long long>(size),
+                  seconds);
+      std::fflush(stdout);
+    }
   }
 }
 
 void PrintMemory(const char* word) {
   std::puts(
-      "case\tunits\tunit\tallocations\tbytes\tpeak of the hooks\theld after\tpeak of "
-      "libxml2\tinput");
+      "case\tunits\tunit\tallocations\tbytes\tpeak of the hooks\theld after\t"
+      "peak of libxml2\tinput\theld by libxml2");
   for (const Case& one : AllCases()) {
     if (one.name.find(word) == std::string::npos) continue;
     const Work work = one.make(one.size);
@@ -104,11 +106,12 @@ void PrintMemory(const char* word) {
     if (work.before) work.before();
     const MemoryUse use = MeasureMemory(work.run);
     if (work.after) work.after();
-    std::printf("%s\t%lld\t%s\t%lld\t%lld\t%lld\t%lld\t%lld\t%lld\n", one.name.c_str(),
+    std::printf("%s\t%lld\t%s\t%lld\t%lld\t%lld\t%lld\t%lld\t%lld\t%lld\n", one.name.c_str(),
                 static_cast<long long>(work.units), one.unit,
                 static_cast<long long>(use.allocations), static_cast<long long>(use.bytes),
                 static_cast<long long>(use.peak), static_cast<long long>(use.held),
-                static_cast<long long>(use.xmlPeak), static_cast<long long>(work.bytes));
+                static_cast<long long>(use.xmlPeak), static_cast<long long>(work.bytes),
+                static_cast<long long>(use.xmlHeld));
     std::fflush(stdout);
   }
 }

@@ -95,6 +95,10 @@ MemoryUse MeasureMemory(const std::function<void()>& run) {
   g_library.peak = g_library.now;
   g_xml.peak = g_xml.now;
   run();
-  return {g_library.allocations - library.allocations, g_library.bytes - library.bytes,
-          g_library.peak - library.now, g_xml.peak - xml.now, g_library.now - library.now};
+  return {g_library.allocations - library.allocations,
+          g_library.bytes - library.bytes,
+          g_library.peak - library.now,
+          g_xml.peak - xml.now,
+          g_library.now - library.now,
+          g_xml.now - xml.now};
 }

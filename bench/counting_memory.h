@@ -10,6 +10,7 @@ struct MemoryUse {
   int64_t peak = 0;         // of the bytes held through the hooks, above those before
   int64_t xmlPeak = 0;      // of libxml2's
   int64_t held = 0;         // through the hooks at the end, above those before
+  int64_t xmlHeld = 0;      // by libxml2
 };
 
 // Installs the hooks; before the first context and before any use of libxml2.

@@ -271,7 +271,7 @@ std::vector<Growth> SchemaGrowth() {
       {"modules", "load", 50, Modules},
       {"modules", "lookups of each", 100, ModuleLookups},
       {"modules", "unload and reload of one among them", 50, UnloadAmong},
-      {"modules", "unload of each, the last first", 25, UnloadAll},
+      {"modules", "unload of each, the last first", 100, UnloadAll},
       {"nodes", "load", 500, Nodes},
       {"nodes", "printed tree", 500, PrintedTree},
       {"depth", "load", 25, Depth},

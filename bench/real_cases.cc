@@ -168,7 +168,7 @@ std::vector<Case> RealCases() {
       {"load the real models", "module", 1, 1, 1, LoadAll(0)},
       {"load the real models with descriptions", "module", 1, 1, 1, LoadAll(kAllTexts)},
       {"paths of the real models", "path", 1, 1, 1, RealPaths},
-      {"first message after the load of the real models", "run", 1, 1, 1, ColdMessage},
+      {"first message after the load of the real models", "run", 1, 1, 1, ColdMessage, 20},
       {"a later message for the real models", "run", 1, 1, 1, WarmMessage},
       {"compile the patterns of the real models", "pattern", 1, 1, 1, CompilePatterns},
   };

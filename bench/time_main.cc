@@ -30,9 +30,10 @@ void Measure(benchmark::State& state, const Work& work) {
 void Register(const Case& one) {
   const auto make = one.make;
   const int64_t size = one.size;
-  benchmark::RegisterBenchmark((one.name + "/run").c_str(), [make, size](benchmark::State& state) {
-    Measure(state, make(size));
-  });
+  auto* run = benchmark::RegisterBenchmark(
+      (one.name + "/run").c_str(),
+      [make, size](benchmark::State& state) { Measure(state, make(size)); });
+  if (one.timedRuns != 0) run->Iterations(one.timedRuns);
   benchmark::RegisterBenchmark((one.name + "/parse").c_str(),
                                [make, size](benchmark::State& state) {
                                  const Work work = make(size);

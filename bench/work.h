@@ -24,6 +24,7 @@ struct Case {
   int64_t countSize;  // of the instructions in the tables: smaller where counting takes minutes
   int64_t smallSize;  // of the guard: just big enough that the figure per unit is stable
   std::function<Work(int64_t size)> make;
+  int64_t timedRuns = 0;  // 0: as many as the benchmark wants; fewer where `before` takes long
 };
 
 // A work that grows in one dimension: it is measured at `size`, twice, four and eight times

@@ -9,6 +9,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 import callgrind  # noqa: E402  the path comes first
 import check_budgets  # noqa: E402
 import growth  # noqa: E402
+import page  # noqa: E402
 
 DUMP = """desc: Trigger: Client Request: plain request|200|100|entry|run
 ob=(1) /lib/libc.so.6
@@ -73,6 +74,10 @@ class Budgets(unittest.TestCase):
     def test_more_under_fails(self):
         self.assertIn("lower the budget", self.faults(539)[0])
 
+    def test_a_case_that_runs_none_of_the_library_may_not_begin_to(self):
+        self.assertEqual([], self.faults(0, {"plain request": ("entry", 0.0)}))
+        self.assertIn("over the budget", self.faults(100, {"plain request": ("entry", 0.0)})[0])
+
     def test_a_case_without_a_budget_fails(self):
         self.assertIn("has no budget", self.faults(600, {})[0])
 
@@ -93,6 +98,18 @@ class Budgets(unittest.TestCase):
             taken_with, budgets = check_budgets.read_budgets(path)
         self.assertEqual({"compiler": "g++ 12"}, taken_with)
         self.assertEqual({**kept, "plain request": ("entry", 6.0)}, budgets)
+
+
+class Page(unittest.TestCase):
+    def test_a_table_takes_the_place_of_the_one_before(self):
+        text = "a\n<!-- one -->\nold\n<!-- end of one -->\nb\n"
+        new = page.put(text, "one", page.table(("x", "y"), [("1", "2")]))
+        self.assertEqual("a\n<!-- one -->\n| x | y |\n| --- | ---: |\n| 1 | 2 |\n"
+                         "<!-- end of one -->\nb\n", new)
+
+    def test_a_page_without_the_place_is_refused(self):
+        with self.assertRaises(SystemExit):
+            page.put("a\n", "one", "text")
 
 
 class Growth(unittest.TestCase):
