@@ -80,11 +80,13 @@ int SameName(const xmlNode *a, const xmlNode *b) {
 
 xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name) {
   const char *wanted = ns == NULL ? NamespaceOf(parent) : ns;
-  xmlNode *child = FirstElement(parent);
-  while (child != NULL &&
-         (!xmlStrEqual(child->name, X(name)) || strcmp(NamespaceOf(child), wanted) != 0))
-    child = NextElement(child);
-  return child;
+  for (xmlNode *child = FirstElement(parent); child != NULL; child = NextElement(child)) {
+    if (!xmlStrEqual(child->name, X(name))) continue;
+    /* The library takes a parameter without a namespace as one of the operation's. */
+    if (strcmp(NamespaceOf(child), wanted) == 0 || (ns == NULL && *NamespaceOf(child) == '\0'))
+      return child;
+  }
+  return NULL;
 }
 
 char *SchemaValue(QmCtx *ctx, QmsNode *node, xmlNode *element) {

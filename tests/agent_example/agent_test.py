@@ -144,6 +144,21 @@ class Messages(AgentTest):
         reply = session.edit("", "<error-option>continue-on-error</error-option>")
         self.assertIsNotNone(reply.error())
 
+    def test_parameters_may_come_without_a_namespace_as_the_library_takes_them(self):
+        session = self.open()
+        config = f'<config xmlns="">{interface("ge0").replace("nc:", "")}</config>'
+        target = '<target xmlns=""><running/></target>'
+        self.assertTrue(session.rpc(f"<edit-config>{target}{config}</edit-config>").ok())
+        chosen = session.rpc('<get-config><source><running/></source><filter xmlns="" type="subtree">'
+                             f'<system xmlns="{SYSTEM}"/></filter></get-config>')
+        self.assertEqual(chosen.values(INTERFACES, "name"), [])
+        self.assertEqual(self.names(session), ["ge0"])
+        wrong = config.replace("ethernet", "nothing")
+        for source in f"<source>{wrong}</source>", f'<source xmlns="">{wrong}</source>':
+            self.assertEqual(session.rpc(f"<validate>{source}</validate>").error(), "invalid-value")
+        ping = f'<ping xmlns="{SYSTEM}"><destination xmlns="">192.0.2.1</destination></ping>'
+        self.assertEqual(session.rpc(ping).values(SYSTEM, "received"), ["5"])
+
     def test_delete_config_is_not_supported(self):
         reply = self.open().rpc("<delete-config><target><running/></target></delete-config>")
         self.assertEqual(reply.error(), "operation-not-supported")
