@@ -9,6 +9,7 @@
 #include "client/find_node.h"
 #include "client/session.h"
 #include "client/tree_depth.h"
+#include "client/tree_rfc8340.h"
 
 static uint32_t AddChunk(const char* text, uint32_t length, void* arg) {
   static_cast<std::string*>(arg)->append(text, length);
@@ -34,8 +35,13 @@ static int PrintTrees(QmCtx* ctx, const Options& options) {
   for (const std::string& name : options.operands) {
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
     std::string tree;
-    const uint32_t ret = QM_MOD_PrintModelTree(module, AddChunk, &tree);
-    Print(CutTree(tree, options.depth, 0));
+    uint32_t ret = 0;
+    if (options.rfc8340) {
+      tree = TreeOfRfc8340(ctx, module, options.depth);
+    } else {
+      ret = QM_MOD_PrintModelTree(module, AddChunk, &tree);
+    }
+    Print(options.rfc8340 ? tree : CutTree(tree, options.depth, 0));
     if (ret == 0) continue;
     PrintError("the tree of module '%s' cannot be printed", name.c_str());
     status = kExitUnusable;
@@ -65,6 +71,10 @@ static int PrintAsked(QmCtx* ctx, const Options& options) {
 }
 
 int RunTree(const Options& options) {
+  if (options.rfc8340 && !options.nodePath.empty()) {
+    PrintError("'--rfc8340' is for whole modules, without '--node'");
+    return kExitUsage;
+  }
   int status = kExitOk;
   QmCtx* ctx = OpenSession(options, true, &status);
   if (ctx == nullptr) return status;

@@ -30,6 +30,7 @@ constexpr char kOptionsText[] =
     "  -W, --warn CLASS|no-CLASS      lint: show or hide the warnings of a class\n"
     "      --json                     lint, load, rpc: print a JSON array\n"
     "      --depth N                  tree: only N levels of nodes\n"
+    "      --rfc8340                  tree: exactly the diagram of RFC 8340\n"
     "      --node PATH                tree: only the node of this path and what is below it\n"
     "      --explain                  value: add what the code says\n"
     "  -q, --quiet                    print no answers and no notes: the exit status tells\n"

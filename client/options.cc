@@ -24,7 +24,8 @@ enum LongOnly : int {
   kNoCache = 259,
   kExplain = 260,
   kDepth = 261,
-  kNode = 262
+  kNode = 262,
+  kRfc8340 = 263
 };
 
 constexpr option kLongOptions[] = {
@@ -48,12 +49,14 @@ constexpr option kLongOptions[] = {
     {"explain", no_argument, nullptr, kExplain},
     {"depth", required_argument, nullptr, kDepth},
     {"node", required_argument, nullptr, kNode},
+    {"rfc8340", no_argument, nullptr, kRfc8340},
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'V'},
     // Beginnings that named one option before another one began with them, too.
     {"de", no_argument, nullptr, 'd'},
     {"n", no_argument, nullptr, kNoCache},
     {"no", no_argument, nullptr, kNoCache},
+    {"r", no_argument, nullptr, 'r'},
     {"v", no_argument, nullptr, 'V'},
     {"ve", no_argument, nullptr, 'V'},
     {"ver", no_argument, nullptr, 'V'},
@@ -88,6 +91,7 @@ constexpr OptionUse kUses[] = {
     {"--explain", "value"},
     {"--depth", "tree"},
     {"--node", "tree"},
+    {"--rfc8340", "tree"},
 };
 
 #undef QMODEL_LOADING
@@ -109,6 +113,7 @@ constexpr Switch kSwitches[] = {
     {kJson, "--json", &Options::json},
     {'q', "-q", &Options::quiet},
     {'v', "-v", &Options::verdicts},
+    {kRfc8340, "--rfc8340", &Options::rfc8340},
     {kExplain, "--explain", &Options::explain},
     {'h', nullptr, &Options::help},
     {'V', nullptr, &Options::version},

@@ -35,6 +35,7 @@ struct Options {
   bool quiet = false;     // -q
   bool verdicts = false;  // -v
   bool explain = false;
+  bool rfc8340 = false;
   unsigned depth = 0;                    // --depth; 0: not given
   std::string nodePath;                  // --node; empty: not given
   std::vector<std::string> lintClasses;  // -W, as written

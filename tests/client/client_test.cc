@@ -68,6 +68,7 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
       {"tree", "--depth", "-1", "-p", "models", "router-types"},
       {"tree", "--node", "", "-p", "models", "router-types"},
       {"tree", "--node", "/router-types:x", "-p", "models", "router-types"},
+      {"tree", "--rfc8340", "--node", "/router-system:ping", "-p", "models", "router-system"},
       {"load", "--depth", "1", "-p", "models", "router-types"},
       {"notif", "--json", "-p", "models", "x"},
       {"show", "-p", "models", "-m", "router-types"},
@@ -112,7 +113,7 @@ TEST(ClientUsage, HelpAndVersionGoToStandardOutput) {
 
 std::set<std::string> LongOptions(const std::string& text) {
   std::set<std::string> found;
-  const std::regex option("--([a-z][a-z-]*)");
+  const std::regex option("--([a-z][a-z0-9-]*)");
   for (std::sregex_iterator it(text.begin(), text.end(), option), end; it != end; ++it) {
     found.insert((*it)[1]);
   }
@@ -130,7 +131,7 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
                                           "warn",    "json",         "help",
                                           "version", "no-cache",     "quiet",
                                           "verbose", "explain",      "depth",
-                                          "node"};
+                                          "rfc8340", "node"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }

@@ -94,7 +94,7 @@ TEST(ClientHelp, BeginningsOfOptionsKeepTheirMeaning) {
   }
   const std::string help = Qmodel({"--help"}).out;
   const Args load = {"load", "-c", "-p", "models", "router-types"};
-  for (const char* option : {"--n", "--no", "--de"}) {
+  for (const char* option : {"--n", "--no", "--de", "--r"}) {
     EXPECT_EQ(0, Qmodel(With(load, {option})).status) << option;
   }
   for (const char* option : {"--h", "--he", "-h"}) EXPECT_EQ(help, Qmodel({option}).out) << option;
