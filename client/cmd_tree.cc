@@ -8,6 +8,7 @@
 #include "client/commands.h"
 #include "client/find_node.h"
 #include "client/session.h"
+#include "client/terminal.h"
 #include "client/tree_depth.h"
 #include "client/tree_rfc8340.h"
 
@@ -16,7 +17,8 @@ static uint32_t AddChunk(const char* text, uint32_t length, void* arg) {
   return 0;
 }
 
-static void Print(const std::string& text) {
+static void Print(const std::string& tree) {
+  const std::string text = UseColours() ? PaintTree(tree) : tree;
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "client/compile_cache.h"
+#include "client/terminal.h"
 
 compiler::JobRequest MakeRequest(const Options& options) {
   compiler::JobRequest request;
@@ -31,6 +32,11 @@ void PrintFindings(const compiler::JobResult& result) {
   if (result.state == compiler::JobState::kNoMemory) PrintError("out of memory");
 }
 
+static compiler::JobResult Compile(const compiler::JobRequest& request, bool noCache) {
+  const Progress progress("compiling");
+  return noCache ? RunJob(request) : RunJobOnce(request);
+}
+
 int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
   compiler::JobRequest request = MakeRequest(*options);
   request.withImports = true;
@@ -39,7 +45,7 @@ int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
     request.operands.insert(request.operands.end(), options->operands.begin(),
                             options->operands.end());
   }
-  const compiler::JobResult result = options->noCache ? RunJob(request) : RunJobOnce(request);
+  const compiler::JobResult result = Compile(request, options->noCache);
   if (!options->quiet || result.state > compiler::JobState::kLost) PrintFindings(result);
   if (result.state > compiler::JobState::kLost) return kExitUnusable;
   if (!folder->Make()) return kExitUnusable;

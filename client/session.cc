@@ -19,6 +19,7 @@
 #include "client/hints.h"
 #include "client/shown_text.h"
 #include "client/skipped.h"
+#include "client/terminal.h"
 
 namespace {
 
@@ -93,6 +94,7 @@ bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::st
 }
 
 uint32_t Load(QmCtx* ctx, const char* name) {
+  const Progress progress("loading");
   return QM_CTX_LoadModule(ctx, name);
 }
 // Unloading what is not loaded is no error of the library's, but most likely a mistake.
