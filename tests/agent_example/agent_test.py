@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """What the example agent does, tested over pipes: agent_test.py AGENT"""
+import concurrent.futures
 import shutil
 import sys
 import tempfile
@@ -242,6 +243,17 @@ class Edits(AgentTest):
         self.assertEqual(reply.values(INTERFACES, "dhcp-client-id"), [])
         self.assertEqual(reply.values(INTERFACES, "ip"), ["192.0.2.1"])
 
+    def test_sessions_that_edit_at_once_lose_nothing(self):
+        sessions = [self.open() for _ in range(4)]
+
+        def edit(number):
+            for entry in range(20):
+                self.assertTrue(sessions[number].edit(interface(f"i{number}-{entry}")).ok())
+
+        with concurrent.futures.ThreadPoolExecutor() as pool:
+            list(pool.map(edit, range(4)))
+        self.assertEqual(len(self.names(sessions[0])), 80)
+
     def test_copy_config_replaces_everything(self):
         session = self.open()
         session.edit(interface("ge0"))
@@ -460,6 +472,13 @@ class Knowledge(AgentTest):
             file.write(text)
         self.assertEqual(self.schema(self.sessions[-1], "shelf").values(MONITORING, "data"), [text])
 
+    def test_a_must_of_a_request_is_told_with_its_tag(self):
+        image = (f'<install-image xmlns="{SYSTEM}"><file>f</file><verify>false</verify>'
+                 "</install-image>")
+        reply = self.open().rpc(image)
+        self.assertEqual((reply.error(), reply.error("error-app-tag")),
+                         ("operation-failed", "unverified-image"))
+
     def test_rpcs_and_actions_are_answered(self):
         session = self.open()
         ping = (f'<ping xmlns="{SYSTEM}"><destination>192.0.2.1</destination>'
@@ -546,6 +565,16 @@ class Packages(AgentTest):
                       [c for c in hello.capabilities if "module=router-system" in c][0])
         self.package(session, "remove", "router-lite")
         self.assertTrue(session.edit(name).ok())
+
+    def test_a_package_in_several_files_comes_whole_and_has_no_one_text(self):
+        session = self.open()
+        self.assertTrue(self.package(session, "install", "router-qos").ok())
+        config = "".join(f'<{name} xmlns="urn:example:router-qos"/>' for name in ("policers", "queues"))
+        self.assertTrue(session.edit(config).ok())
+        reply = session.rpc(f'<get-schema xmlns="{MONITORING}"><identifier>router-qos</identifier>'
+                            "</get-schema>")
+        self.assertEqual(reply.error(), "invalid-value")
+        self.assertTrue(self.package(session, "remove", "router-qos").ok())
 
     def test_what_is_no_package_is_refused(self):
         session = self.open()
