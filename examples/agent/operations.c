@@ -84,6 +84,7 @@ static QmErrNode *GetConfig(Agent *agent, xmlNode *operation, Text *body) {
 /* Changes the datastore by what stands below "config", or tries whether that is possible. All
    or nothing: what the client meant is not half done, whatever the error-option. */
 static QmErrNode *Change(Agent *agent, xmlNode *config, EditOperation operation, int testOnly) {
+  if (config == NULL) return ProtocolFault(QM_ERR_TAG_MISSING_ELEMENT, "There is no config.");
   QmErrNode *fault = CheckInput(agent->ctx, config);
   if (fault != NULL) return fault;
   SharedLock(&agent->shared);

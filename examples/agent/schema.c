@@ -83,8 +83,8 @@ xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name) {
   for (xmlNode *child = FirstElement(parent); child != NULL; child = NextElement(child)) {
     if (!xmlStrEqual(child->name, X(name))) continue;
     /* The library takes a parameter without a namespace as one of the operation's. */
-    if (strcmp(NamespaceOf(child), wanted) == 0 || (ns == NULL && *NamespaceOf(child) == '\0'))
-      return child;
+    int none = ns == NULL && (*NamespaceOf(child) == '\0' || *wanted == '\0');
+    if (none || strcmp(NamespaceOf(child), wanted) == 0) return child;
   }
   return NULL;
 }

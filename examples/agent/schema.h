@@ -30,8 +30,8 @@ char *SchemaInstance(QmCtx *ctx, xmlNode *element, QmsNode *node, const char **m
 /* Steps over what is no element. */
 xmlNode *FirstElement(const xmlNode *parent);
 xmlNode *NextElement(const xmlNode *element);
-/* The first child of that name in the given namespace, or without one in the parent's or in
-   none; NULL if there is no such child. */
+/* The first child of that name in the given namespace. Without one in the parent's, where an
+   element that has none counts as one of its parent's; NULL if there is no such child. */
 xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name);
 /* Tells whether two elements have one name and namespace. */
 int SameName(const xmlNode *a, const xmlNode *b);

@@ -155,7 +155,9 @@ class Messages(AgentTest):
         self.assertEqual(chosen.values(INTERFACES, "name"), [])
         self.assertEqual(self.names(session), ["ge0"])
         wrong = config.replace("ethernet", "nothing")
-        for source in f"<source>{wrong}</source>", f'<source xmlns="">{wrong}</source>':
+        mixed = wrong.replace('<config xmlns="">', f'<config xmlns="{BASE}">')
+        for source in (f"<source>{wrong}</source>", f'<source xmlns="">{wrong}</source>',
+                       f'<source xmlns="">{mixed}</source>'):
             self.assertEqual(session.rpc(f"<validate>{source}</validate>").error(), "invalid-value")
         ping = f'<ping xmlns="{SYSTEM}"><destination xmlns="">192.0.2.1</destination></ping>'
         self.assertEqual(session.rpc(ping).values(SYSTEM, "received"), ["5"])
