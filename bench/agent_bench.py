@@ -26,7 +26,7 @@ from server import Server, why_not
 
 ENTRIES = 50
 STARTS = 20
-COUNTED = 200
+COUNTED = 200  # Requests whose instructions are counted; the hello is spread over them.
 # Functions that do not call one another.
 PARTS = {"QM_AGENT_ParseMessage": "parse", "QM_AGENT_ValidateRequest": "validation",
          "OperationsRun": "operation"}
@@ -81,7 +81,8 @@ def measure_rates(words, seconds):
     sessions = [Session(words) for _ in range(4)]
     try:
         for index in range(ENTRIES):
-            assert sessions[0].edit(interface(f"eth{index}", "<description>a port</description>")).ok()
+            port = interface(f"eth{index}", "<description>a port</description>")
+            assert sessions[0].edit(port).ok()
         for session in sessions:
             os.set_blocking(session.process.stdout.fileno(), True)
         return {title: (rate(sessions[:1], operation, seconds), rate(sessions, operation, seconds))
@@ -124,8 +125,8 @@ def instructions(words, operation):
     """Of a request's instructions, by function with all that it calls; the kernel's are none."""
     with tempfile.TemporaryDirectory() as folder:
         dump = f"{folder}/dump"
-        session = Session(["valgrind", "--quiet", "--tool=callgrind", f"--callgrind-out-file={dump}",
-                           "--toggle-collect=SessionServe", *words])
+        counting = ["valgrind", "--quiet", "--tool=callgrind", "--toggle-collect=SessionServe"]
+        session = Session([*counting, f"--callgrind-out-file={dump}", *words])
         for _ in range(COUNTED):
             session.rpc(operation)
         session.end()
@@ -144,8 +145,8 @@ def print_rates(rates):
     for title, _ in REQUESTS:
         pipes, ssh = rates["pipes"][title], rates["ssh"][title] if "ssh" in rates else (0, 0)
         share = f"{100 * (1 - ssh[0] / pipes[0]):.0f} %" if ssh[0] else "-"
-        print(f"| {title} | " + " | ".join(f"{value:,.0f}" for value in pipes + ssh), share, sep=" | ",
-              end=" |\n")
+        values = " | ".join(f"{value:,.0f}" for value in pipes + ssh)
+        print(f"| {title} | {values} | {share} |")
 
 
 def print_instructions(words):
@@ -155,8 +156,8 @@ def print_instructions(words):
         found = instructions(words, operation)
         whole = found.pop("SessionServe")
         parts = [*found.values(), whole - sum(found.values())]
-        print(f"| {title} | {whole:,} | " + " | ".join(f"{100 * part / whole:.0f} %" for part in parts),
-              end=" |\n")
+        shares = " | ".join(f"{100 * part / whole:.0f} %" for part in parts)
+        print(f"| {title} | {whole:,} | {shares} |")
 
 
 def main(agent, seconds):
