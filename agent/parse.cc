@@ -98,9 +98,7 @@ static bool IsNamedUtf8(const Rest& name) {
   constexpr char kName[] = "utf-8";
   const char* pos = name.pos;
   for (const char* c = kName; *c != '\0'; ++c, ++pos) {
-    if (pos >= name.end || (*pos | 0x20) != *c) {
-      if (pos >= name.end || *c != '-' || *pos != '-') return false;
-    }
+    if (pos >= name.end || (*pos | 0x20) != *c) return false;
   }
   return pos < name.end && (*pos == '"' || *pos == '\'');
 }
