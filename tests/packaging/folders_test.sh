@@ -21,6 +21,9 @@ is "$(pkg-config --variable=prefix qmodel)" /opt/q
 is "$(pkg-config --variable=libdir qmodel)" /srv/lib64
 is "$(pkg-config --variable=includedir qmodel)" /srv/headers
 is "$(pkg-config --libs-only-L qmodel | tr -d ' ')" -L/srv/lib64
+# A C program that links the static library needs that of C++ as well, the shared one does not.
+pkg-config --static --libs qmodel | grep -q -e '-lstdc++' || { echo 'static, no stdc++'; exit 1; }
+! pkg-config --libs qmodel | grep -q -e '-lstdc++' || { echo 'shared, with stdc++'; exit 1; }
 
 configure -DCMAKE_INSTALL_PREFIX=/opt/q -DCMAKE_INSTALL_LIBDIR=lib/deep
 # Where the file lies when it is installed, "$pcfiledir" is lib/deep/pkgconfig.
