@@ -85,7 +85,7 @@ int main(int argc, char **argv) {
   agent.ctx = PackagesNewContext(&agent);
   if (agent.ctx == NULL) return 3;
   (void)PackagesRefresh(&agent);
-  (void)TableEnter(&agent);
+  TableEnter(&agent);
   int status = SessionServe(&agent);
   Close(&agent);
   return status;

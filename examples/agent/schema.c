@@ -74,10 +74,6 @@ const char *NamespaceOf(const xmlNode *element) {
   return element->ns == NULL || element->ns->href == NULL ? "" : C(element->ns->href);
 }
 
-int SameName(const xmlNode *a, const xmlNode *b) {
-  return xmlStrEqual(a->name, b->name) && strcmp(NamespaceOf(a), NamespaceOf(b)) == 0;
-}
-
 xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name) {
   const char *wanted = ns == NULL ? NamespaceOf(parent) : ns;
   for (xmlNode *child = FirstElement(parent); child != NULL; child = NextElement(child)) {

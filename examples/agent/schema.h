@@ -33,8 +33,6 @@ xmlNode *NextElement(const xmlNode *element);
 /* The first child of that name in the given namespace. Without one in the parent's, where an
    element that has none counts as one of its parent's; NULL if there is no such child. */
 xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name);
-/* Tells whether two elements have one name and namespace. */
-int SameName(const xmlNode *a, const xmlNode *b);
 /* The namespace of an element; empty when it has none. */
 const char *NamespaceOf(const xmlNode *element);
 

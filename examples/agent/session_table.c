@@ -99,7 +99,7 @@ static QmErrNode *WriteFault(void) {
   return Fault(QM_ERR_TAG_OPERATION_FAILED, "The table of sessions cannot be written.");
 }
 
-int TableEnter(Agent *agent) {
+void TableEnter(Agent *agent) {
   SharedLock(&agent->shared);
   Table *table = ReadTable(agent);
   int alone = table->count == 0;
@@ -112,7 +112,7 @@ int TableEnter(Agent *agent) {
   free(table);
   if (!failed && alone) (void)unlinkat(agent->shared.folder, "events", 0);
   SharedUnlock(&agent->shared);
-  if (!failed) return alone;
+  if (!failed) return;
   fputs("netconf_agent: the table of sessions is full or cannot be written\n", stderr);
   exit(3);
 }

@@ -8,8 +8,8 @@
 
 #include "agent.h"
 
-/* Enters the session, gives it its number and tells whether it is the only one. */
-int TableEnter(Agent *agent);
+/* Enters the session and gives it its number. The only session begins the events anew. */
+void TableEnter(Agent *agent);
 void TableLeave(Agent *agent);
 /* The operations lock, unlock and kill-session of RFC 6241. */
 QmErrNode *TableLock(Agent *agent);
