@@ -93,9 +93,9 @@ std::vector<Output*> ExpandAll(Compilation* all, const std::vector<Module*>& mod
 // Each step over all modules before the next: what one finds in another must not depend
 // on their order.
 void TranslateAll(const std::vector<Output*>& outputs) {
-  constexpr void (*kSteps[])(Output*) = {WrapForeignCases,        ApplyFeatures,
-                                         SpreadAugmentConditions, NoteTypedefNames,
-                                         RewriteArguments,        CompleteBases};
+  constexpr void (*kSteps[])(Output*) = {
+      WrapForeignCases, ApplyFeatures,    RestoreBases, SpreadAugmentConditions,
+      NoteTypedefNames, RewriteArguments, CompleteBases};
   for (const auto step : kSteps) {
     for (Output* out : outputs) {
       if (!out->stopped) step(out);

@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -94,6 +95,9 @@ struct Output {
   std::unordered_map<std::string, unsigned> typedefNumbers;  // the last that made a name free
   // Nodes that have left the tree. Paths of other modules may have led to them.
   std::vector<LooseStatement> removed;
+  NamedNodes lostIdentities;  // those among them, until one that stays has it as its base
+  // The enums and bits of types, as they were read, that depend on a feature that is off.
+  std::unordered_map<const xmlNode*, std::unordered_set<std::string_view>> itemsOff;
   // The inputs and outputs that operations do not write, as far as a path led to them.
   std::map<std::pair<const xmlNode*, Keyword>, LooseStatement> implied;
   std::vector<DroppedCondition> dropped;

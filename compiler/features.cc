@@ -9,6 +9,7 @@
 
 #include "compiler/child_index.h"
 #include "compiler/if_feature.h"
+#include "compiler/node_kind.h"
 #include "compiler/prefixes.h"
 #include "compiler/repository.h"
 #include "compiler/statement.h"
@@ -31,11 +32,19 @@ FeatureState Named(const CompileOptions& options, const Module& module, std::str
   return options.featuresComplete ? FeatureState::kOff : FeatureState::kUnknown;
 }
 
+bool NeedsWhatIsOff(const Output* out, const xmlNode* node, unsigned chain);
+
 FeatureState StateOf(const Output* out, Module* module, std::string_view feature, unsigned chain) {
   if (module == nullptr || chain == kMaxChain) return FeatureState::kUnknown;
   const xmlNode* definition = FindGlobal(module, SymbolKind::kFeature, feature);
   if (definition == nullptr) return FeatureState::kUnknown;
-  for (const xmlNode* s = FirstChild(definition, Keyword::kIfFeature); s != nullptr;
+  if (NeedsWhatIsOff(out, definition, chain)) return FeatureState::kOff;
+  return Named(out->all->options, *module, feature);
+}
+
+// True when one of the if-features of the statement cannot hold.
+bool NeedsWhatIsOff(const Output* out, const xmlNode* node, unsigned chain) {
+  for (const xmlNode* s = FirstChild(node, Keyword::kIfFeature); s != nullptr;
        s = NextSibling(s, Keyword::kIfFeature)) {
     Module* words = StatementOf(s)->words;
     FeatureExpr expr;
@@ -44,9 +53,9 @@ FeatureState StateOf(const Output* out, Module* module, std::string_view feature
     const auto oracle = [&](std::string_view prefix, std::string_view name) {
       return StateOf(out, ModuleOfPrefix(words, prefix), name, chain + 1);
     };
-    if (Evaluate(expr, oracle) == FeatureState::kOff) return FeatureState::kOff;
+    if (Evaluate(expr, oracle) == FeatureState::kOff) return true;
   }
-  return Named(out->all->options, *module, feature);
+  return false;
 }
 
 bool IsEnumOrBit(const xmlNode* statement) {
@@ -166,7 +175,66 @@ bool ApplyOne(Output* out, xmlNode* statement) {
   return true;
 }
 
-bool Stays(Output* out, xmlNode* node) {
+// An input or output that nothing is left of is no longer written, but the operation has
+// it all the same: paths of others may lead there.
+void LeaveUnwritten(Output* out, xmlNode* block) {
+  xmlNode* operation = ParentOf(block);
+  ForgetChildren(out->all, operation);
+  TakeOut(block);
+  LooseStatement& implied = out->implied[{operation, KeywordOf(block)}];
+  if (implied != nullptr) out->removed.push_back(std::move(implied));
+  implied.reset(block);
+  block->parent = operation;
+}
+
+// What the tree loses.
+struct Losses {
+  std::unordered_set<const xmlNode*> augments;
+  std::unordered_set<xmlNode*> lessened;  // augments that have lost a node, and stay
+};
+
+// A choice does not keep the name of a default case that has gone.
+void Leave(Output* out, xmlNode* node, Losses* losses) {
+  xmlNode* parent = ParentOf(node);
+  xmlNode* byDefault = parent != nullptr && Is(parent, Keyword::kChoice)
+                           ? FirstChild(parent, Keyword::kDefault)
+                           : nullptr;
+  if (byDefault != nullptr && ArgumentOf(node) != nullptr && ArgumentOf(byDefault) != nullptr &&
+      SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
+    RemoveStatement(byDefault);
+  if (Is(node, Keyword::kAugment)) {
+    losses->augments.insert(node);
+    losses->lessened.erase(node);
+  }
+  if (Is(node, Keyword::kIdentity) && ArgumentOf(node) != nullptr)
+    out->lostIdentities.emplace(ArgumentOf(node), node);
+  if (parent != nullptr) ForgetChildren(out->all, parent);
+  TakeOut(node);
+  out->removed.emplace_back(node);
+  if (parent == nullptr) return;
+  const bool isBlock = Is(parent, Keyword::kInput) || Is(parent, Keyword::kOutput);
+  if (isBlock && FirstChild(parent) == nullptr) LeaveUnwritten(out, parent);
+  if (Is(parent, Keyword::kAugment)) losses->lessened.insert(parent);
+}
+
+// An augment that brings nothing any more is no augment.
+void LeaveEmptyAugments(Output* out, Losses* losses) {
+  const std::unordered_set<xmlNode*> lessened = losses->lessened;
+  for (xmlNode* augment : lessened) {
+    const xmlNode* s = FirstChild(augment);
+    while (s != nullptr && !IsSchemaNode(KeywordOf(s)) && !Is(s, Keyword::kNone))
+      s = NextSibling(s);
+    if (s == nullptr) Leave(out, augment, losses);
+  }
+}
+
+}  // namespace
+
+bool IsOff(const Output* out, const xmlNode* node) {
+  return NeedsWhatIsOff(out, node, 0);
+}
+
+bool SettleIfFeatures(Output* out, xmlNode* node) {
   for (xmlNode* s = FirstChild(node, Keyword::kIfFeature); s != nullptr;) {
     // What is put in behind it is done already.
     xmlNode* next = NextSibling(s, Keyword::kIfFeature);
@@ -176,36 +244,20 @@ bool Stays(Output* out, xmlNode* node) {
   return true;
 }
 
-// A choice does not keep the name of a default case that has gone.
-void Leave(Output* out, xmlNode* node, std::unordered_set<const xmlNode*>* gone) {
-  xmlNode* parent = ParentOf(node);
-  xmlNode* byDefault = parent != nullptr && Is(parent, Keyword::kChoice)
-                           ? FirstChild(parent, Keyword::kDefault)
-                           : nullptr;
-  if (byDefault != nullptr && ArgumentOf(node) != nullptr && ArgumentOf(byDefault) != nullptr &&
-      SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
-    RemoveStatement(byDefault);
-  if (Is(node, Keyword::kAugment)) gone->insert(node);
-  if (parent != nullptr) ForgetChildren(out->all, parent);
-  TakeOut(node);
-  out->removed.emplace_back(node);
-}
-
-}  // namespace
-
 void ApplyFeatures(Output* out) {
   xmlNode* root = out->written.root;
-  std::unordered_set<const xmlNode*> gone;
+  Losses losses;
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
-    if (Stays(out, s)) {
+    if (IsEnumOrBit(s) || SettleIfFeatures(out, s)) {
       s = NextInTree(root, s);
       continue;
     }
     xmlNode* next = NextOutside(root, s);
-    Leave(out, s, &gone);
+    Leave(out, s, &losses);
     s = next;
   }
-  ForgetAugments(out, gone);
+  LeaveEmptyAugments(out, &losses);
+  ForgetAugments(out, losses.augments);
 }
 
 }  // namespace compiler

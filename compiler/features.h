@@ -6,7 +6,13 @@
 
 namespace compiler {
 
-// Rewrites every `if-feature` of the tree.
+// Rewrites every `if-feature` of the tree, those of enums and bits apart (SettleItems()).
 void ApplyFeatures(Output* out);
+
+// Rewrites those of one statement. False: it is to leave, as it depends on what is off.
+bool SettleIfFeatures(Output* out, xmlNode* node);
+
+// True when a statement depends on a feature that is off.
+bool IsOff(const Output* out, const xmlNode* node);
 
 }  // namespace compiler

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/identity_bases.h"
 
+#include <algorithm>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -74,7 +76,42 @@ void CompleteOne(Output* out, xmlNode* identity) {
   }
 }
 
+// The identity again, if its feature took it away.
+xmlNode* Restore(Compilation* all, const xmlNode* base) {
+  const Identity found = BaseOf(OriginOf(base));
+  if (found.definition == nullptr) return nullptr;
+  Module* module = WrittenModule(all->repository, found.module->name);
+  Output* owner = ExpandedOutput(all, module == nullptr ? found.module : module);
+  const auto lost = owner->lostIdentities.find(ArgumentOf(found.definition));
+  if (lost == owner->lostIdentities.end()) return nullptr;
+  const auto held = std::find_if(owner->removed.begin(), owner->removed.end(),
+                                 [&](const auto& one) { return one.get() == lost->second; });
+  xmlNode* identity = held->release();
+  owner->removed.erase(held);
+  owner->lostIdentities.erase(lost);
+  while (xmlNode* condition = FirstChild(identity, Keyword::kIfFeature)) RemoveStatement(condition);
+  AppendChild(owner->written.root, identity);
+  Lose(owner, identity,
+       std::string("the identity \"") + ArgumentOf(identity) +
+           "\" depends on a feature that is off; it stays, since it is a base of what stays");
+  return identity;
+}
+
 }  // namespace
+
+void RestoreBases(Output* out) {
+  const xmlNode* root = out->written.root;
+  std::vector<const xmlNode*> bases;
+  for (const xmlNode* s = FirstChild(root); s != nullptr; s = NextInTree(root, s)) {
+    if (Is(s, Keyword::kBase)) bases.push_back(s);
+  }
+  while (!bases.empty()) {
+    const xmlNode* identity = Restore(out->all, bases.back());
+    bases.pop_back();
+    const xmlNode* base = identity == nullptr ? nullptr : FirstChild(identity, Keyword::kBase);
+    for (; base != nullptr; base = NextSibling(base, Keyword::kBase)) bases.push_back(base);
+  }
+}
 
 void CompleteBases(Output* out) {
   const xmlNode* root = out->written.root;

@@ -10,4 +10,8 @@ namespace compiler {
 // derived-from() looks at an identity's own bases only.
 void CompleteBases(Output* out);
 
+// Identities that depend on a feature that is off stand in the tree again where one that
+// stays has them as its base.
+void RestoreBases(Output* out);
+
 }  // namespace compiler

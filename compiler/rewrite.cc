@@ -10,6 +10,7 @@
 #include "compiler/condition_words.h"
 #include "compiler/data_lookup.h"
 #include "compiler/identities.h"
+#include "compiler/items.h"
 #include "compiler/node_kind.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
@@ -119,6 +120,7 @@ xmlNode* RewriteTypeHere(Output* out, xmlNode* type) {
     }
   }
   xmlNode* now = RewriteType(out, type);
+  SettleItems(out, now);
   MoveIdentityDefault(out, now);
   return now;
 }

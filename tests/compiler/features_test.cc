@@ -97,5 +97,97 @@ TEST_F(Features, OfUsesAndAugmentsReachTheirNodes) {
       Body("m"));
 }
 
+TEST_F(Features, ThatAreOffTakeBlocksAndAugmentsOfNothingElseAlong) {
+  Module11("f",
+           "feature a; rpc r { input { leaf l { if-feature a; type string; } } }\n"
+           "rpc q { output { leaf l { type string; } } }\n"
+           "augment /q/output { if-feature a; leaf k { type string; } }\n"
+           "augment /q/input { if-feature a; leaf k { type string; } } container e;");
+  Module11("m",
+           "import f { prefix f; } feature a;\n"
+           "augment /f:e { when \"1 = 1\"; leaf z { if-feature a; type string; } }\n"
+           "augment /f:r/f:input { leaf y { type string; } }");
+  const JobResult result = Run({"m", "f"}, On({}, true));
+  EXPECT_EQ(JobState::kDone, result.state) << result.findings[0];
+  EXPECT_EQ("feature a; rpc r; rpc q { output { leaf l { type string; } } } container e;",
+            BodyOf(result, "f"));
+  EXPECT_EQ("feature a; augment /f:r/f:input { leaf y { type string; } }", BodyOf(result, "m"));
+}
+
+TEST_F(Features, OfItemsOfTypedefsThatMoveAreDecidedToo) {
+  Module11("m",
+           "feature a;\n"
+           "container c { typedef t { type enumeration { enum x { if-feature a; } enum z; } }\n"
+           "  leaf l { type t; } }");
+  EXPECT_EQ(JobState::kLost, Run({"m"}).state) << "the condition of x is undecided";
+  EXPECT_EQ(
+      "feature a; container c { leaf l { type t; } } "
+      "typedef t { type enumeration { enum z; } }",
+      BodyOf(Run({"m"}, On({}, true)), "m"));
+  EXPECT_EQ(
+      "feature a; container c { leaf l { type t; } } "
+      "typedef t { type enumeration { enum x; enum z; } }",
+      BodyOf(Run({"m"}, On({{"m", "a"}})), "m"));
+}
+
+TEST_F(Features, ThatAreOffTakeItemsFromDerivedTypesToo) {
+  Module11("m",
+           "feature a; typedef t { type enumeration { enum x { if-feature a; } enum z; } }\n"
+           "typedef u { type t { enum x; enum z; } } leaf l { type u { enum x; enum z; } }");
+  EXPECT_EQ(
+      "feature a; typedef t { type enumeration { enum z; } } typedef u { type t { enum z; } } "
+      "leaf l { type u { enum z; } }",
+      BodyOf(Run({"m"}, On({}, true)), "m"));
+}
+
+TEST_F(Features, ThatLeaveATypeWithoutValuesAreReported) {
+  Module11("m",
+           "feature a;\n"
+           "leaf e { type enumeration { enum x { if-feature a; } enum y { if-feature a; } } }\n"
+           "leaf b { type bits { bit x { if-feature a; } } }");
+  const JobResult result = Run({"m"}, On({}, true));
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(2u, result.findings.size());
+  EXPECT_EQ(
+      "feature a; leaf e { type enumeration { enum x; enum y; } } leaf b { type bits { bit x; } }",
+      BodyOf(result, "m"))
+      << "the library takes every text for an enumeration without enums";
+}
+
+TEST_F(Features, ThatLeaveADerivedTypeWithoutValuesAreReported) {
+  Module11("m",
+           "feature a; typedef t { type bits { bit x; bit z; } }\n"
+           "leaf l { type t { bit x { if-feature a; } } }");
+  const JobResult result = Run({"m"}, On({}, true));
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("feature a; typedef t { type bits { bit x; bit z; } } leaf l { type t; }",
+            BodyOf(result, "m"));
+}
+
+TEST_F(Features, ThatLeaveAMemberOfAUnionWithoutValuesTakeItAlong) {
+  Module11("m",
+           "feature a; leaf l { type union { type enumeration { enum x { if-feature a; } }\n"
+           "  type int8; type bits { bit x { if-feature a; } } } }\n"
+           "leaf k { type union { type enumeration { enum x { if-feature a; } } } }");
+  const JobResult result = Run({"m"}, On({}, true));
+  EXPECT_EQ(1u, result.findings.size());
+  EXPECT_EQ(
+      "feature a; leaf l { type union { type int8; } } "
+      "leaf k { type union { type enumeration { enum x; } } }",
+      BodyOf(result, "m"));
+}
+
+TEST_F(Features, ThatTakeABaseOfWhatStaysAreReported) {
+  Module11("f",
+           "feature a; identity top { if-feature a; } identity i { if-feature a; base top; }\n"
+           "identity gone { if-feature a; }");
+  Module11("m", "import f { prefix f; } identity k { base f:i; }");
+  const JobResult result = Run({"m", "f"}, On({}, true));
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(2u, result.findings.size());
+  EXPECT_EQ("identity k { base f:i; base f:top; }", BodyOf(result, "m"));
+  EXPECT_EQ("feature a; identity i { base top; } identity top;", BodyOf(result, "f"));
+}
+
 }  // namespace
 }  // namespace compiler
