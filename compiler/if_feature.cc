@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/if_feature.h"
-#include "compiler/character.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "compiler/character.h"
 #include "compiler/path.h"
 
 // Expressions of features. Words are taken apart first; and, or and not are operators by

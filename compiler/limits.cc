@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/limits.h"
-#include "compiler/character.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
 
+#include "compiler/character.h"
 #include "compiler/child_index.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
