@@ -51,6 +51,8 @@ void ExpectPrintedAsRun(const std::string& file, size_t at_least) {
   const std::vector<Printed> all = PrintedCommands(page);
   EXPECT_LE(at_least, all.size());
   for (const Printed& printed : all) {
+    // A server that stays until it is ended; the test of the shown session starts it.
+    if (printed.command.rfind("scripts/agent.sh", 0) == 0) continue;
     SCOPED_TRACE(printed.command);
     EXPECT_EQ(printed.output, OutputOf(printed.command));
   }
