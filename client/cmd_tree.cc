@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // qmodel tree: the schema trees of modules, as the library prints them, whole or in part.
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include <qmodel/schema.h>
 
@@ -10,6 +13,7 @@
 #include "client/session.h"
 #include "client/terminal.h"
 #include "client/tree_depth.h"
+#include "client/tree_html.h"
 #include "client/tree_rfc8340.h"
 
 static uint32_t AddChunk(const char* text, uint32_t length, void* arg) {
@@ -67,18 +71,46 @@ static int PrintSubtree(QmCtx* ctx, const Options& options) {
   return kExitUnusable;
 }
 
+// What is printed otherwise goes into one page.
+static int WritePage(QmCtx* ctx, const Options& options) {
+  std::vector<QmsModule*> modules;
+  for (const std::string& name : options.operands) {
+    modules.push_back(QM_CTX_GetModuleByModName(ctx, name.c_str()));
+  }
+  const std::string page = HtmlPage(ctx, modules);
+  if (options.htmlFile == "-") {
+    static_cast<void>(std::fwrite(page.data(), 1, page.size(), stdout));
+    return kExitOk;
+  }
+  FILE* file = std::fopen(options.htmlFile.c_str(), "wb");
+  bool written = file != nullptr && std::fwrite(page.data(), 1, page.size(), file) == page.size();
+  if (file != nullptr && std::fclose(file) != 0) written = false;
+  if (written) return kExitOk;
+  PrintError("%s: %s", options.htmlFile.c_str(), std::strerror(errno));
+  return kExitUnusable;
+}
+
 static int PrintAsked(QmCtx* ctx, const Options& options) {
   if (!AllLoaded(ctx, options)) return kExitUsage;
+  if (!options.htmlFile.empty()) return WritePage(ctx, options);
   return options.nodePath.empty() ? PrintTrees(ctx, options) : PrintSubtree(ctx, options);
 }
 
 int RunTree(const Options& options) {
+  const bool part = options.rfc8340 || !options.nodePath.empty() || options.depth != 0;
+  if (part && !options.htmlFile.empty()) {
+    PrintError("'--html' takes whole trees, without '--rfc8340', '--node' and '--depth'");
+    return kExitUsage;
+  }
   if (options.rfc8340 && !options.nodePath.empty()) {
     PrintError("'--rfc8340' is for whole modules, without '--node'");
     return kExitUsage;
   }
   int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, true, &status);
+  Options wanted = options;
+  // The page has room for all that is said.
+  if (!options.htmlFile.empty()) wanted.loadFlags |= QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS;
+  QmCtx* ctx = OpenSession(wanted, true, &status);
   if (ctx == nullptr) return status;
   status = PrintAsked(ctx, options);
   QM_CTX_Delete(ctx);

@@ -18,11 +18,13 @@ constexpr Command kCommands[] = {
      "  qmodel load models/router-types.yin\n"},
     {"tree", RunTree, 1, "MODULE", true, true, "tree [OPTION]... MODULE...",
      "Loads the modules and prints their schema trees. --rfc8340 prints them exactly as\n"
-     "RFC 8340 has it: {feature}? with nodes that are off left in, no defaults, prefixes.",
+     "RFC 8340 has it: {feature}? with nodes that are off left in, no defaults, prefixes.\n"
+     "--html writes a page to look at: folding, search, all that is said of each node.",
      "  qmodel tree -p models -i router-interfaces\n"
      "  qmodel tree -p models -i -m router-lite router-system\n"
      "  qmodel tree -p models -i --node /router-system:ping --depth 2 router-system\n"
-     "  qmodel tree -c -i -p vendor --rfc8340 acme-optics\n"},
+     "  qmodel tree -c -i -p vendor --rfc8340 acme-optics\n"
+     "  qmodel tree -p models -i --html - router-system router-interfaces\n"},
     {"rpc", RunRpc, 1, "FILE", true, false, "rpc [OPTION]... FILE...",
      "Validates rpc and action requests. A valid one is printed with its defaults,\n"
      "for another its error record is printed as an rpc-error element.\n"

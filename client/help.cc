@@ -31,6 +31,7 @@ constexpr char kOptionsText[] =
     "      --json                     lint, load, rpc: print a JSON array\n"
     "      --depth N                  tree: only N levels of nodes\n"
     "      --rfc8340                  tree: exactly the diagram of RFC 8340\n"
+    "      --html FILE                tree: write a page to look at, complete in itself\n"
     "      --node PATH                tree: only the node of this path and what is below it\n"
     "      --explain                  value: add what the code says\n"
     "  -q, --quiet                    print no answers and no notes: the exit status tells\n"

@@ -25,7 +25,8 @@ enum LongOnly : int {
   kExplain = 260,
   kDepth = 261,
   kNode = 262,
-  kRfc8340 = 263
+  kRfc8340 = 263,
+  kHtml = 264
 };
 
 constexpr option kLongOptions[] = {
@@ -50,6 +51,7 @@ constexpr option kLongOptions[] = {
     {"depth", required_argument, nullptr, kDepth},
     {"node", required_argument, nullptr, kNode},
     {"rfc8340", no_argument, nullptr, kRfc8340},
+    {"html", required_argument, nullptr, kHtml},
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'V'},
     // Beginnings that named one option before another one began with them, too.
@@ -57,6 +59,7 @@ constexpr option kLongOptions[] = {
     {"n", no_argument, nullptr, kNoCache},
     {"no", no_argument, nullptr, kNoCache},
     {"r", no_argument, nullptr, 'r'},
+    {"h", no_argument, nullptr, 'h'},
     {"v", no_argument, nullptr, 'V'},
     {"ve", no_argument, nullptr, 'V'},
     {"ver", no_argument, nullptr, 'V'},
@@ -92,6 +95,7 @@ constexpr OptionUse kUses[] = {
     {"--depth", "tree"},
     {"--node", "tree"},
     {"--rfc8340", "tree"},
+    {"--html", "tree"},
 };
 
 #undef QMODEL_LOADING
@@ -211,6 +215,11 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->used.emplace_back("--node");
       options->nodePath = optarg;
       if (*optarg == '\0') PrintError("a path is not empty");
+      return *optarg != '\0';
+    case kHtml:
+      options->used.emplace_back("--html");
+      options->htmlFile = optarg;
+      if (*optarg == '\0') PrintError("a file has a name");
       return *optarg != '\0';
     case 'W':
       options->used.emplace_back("-W");

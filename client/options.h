@@ -38,6 +38,7 @@ struct Options {
   bool rfc8340 = false;
   unsigned depth = 0;                    // --depth; 0: not given
   std::string nodePath;                  // --node; empty: not given
+  std::string htmlFile;                  // --html; empty: not given
   std::vector<std::string> lintClasses;  // -W, as written
   std::string outputDir;                 // -o; empty: none
   std::vector<std::string> used;         // the options that not every command takes, as written

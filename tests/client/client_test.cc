@@ -69,6 +69,8 @@ TEST(ClientUsage, WrongUsageGivesStatus2AndOneLineOnStandardErrorOnly) {
       {"tree", "--node", "", "-p", "models", "router-types"},
       {"tree", "--node", "/router-types:x", "-p", "models", "router-types"},
       {"tree", "--rfc8340", "--node", "/router-system:ping", "-p", "models", "router-system"},
+      {"tree", "--html", "x", "--depth", "1", "-p", "models", "router-types"},
+      {"tree", "--html", "", "-p", "models", "router-types"},
       {"load", "--depth", "1", "-p", "models", "router-types"},
       {"notif", "--json", "-p", "models", "x"},
       {"show", "-p", "models", "-m", "router-types"},
@@ -131,7 +133,7 @@ TEST(ClientUsage, HelpAndManPageNameTheSameOptions) {
                                           "warn",    "json",         "help",
                                           "version", "no-cache",     "quiet",
                                           "verbose", "explain",      "depth",
-                                          "rfc8340", "node"};
+                                          "rfc8340", "html",         "node"};
   EXPECT_EQ(expected, LongOptions(Qmodel({"--help"}).out));
   EXPECT_EQ(expected, LongOptions(manual));
 }
