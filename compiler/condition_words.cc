@@ -5,6 +5,7 @@
 
 #include "compiler/data_lookup.h"
 #include "compiler/handed_down.h"
+#include "compiler/identities.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
@@ -68,6 +69,13 @@ NameRules RulesFor(Output* out, const xmlNode* statement) {
   };
   rules.identities = [out, words](std::string_view prefix) {
     return TranslatePrefix(out, words, prefix);
+  };
+  rules.onIdentity = [out, words, statement](std::string_view prefix, std::string_view name) {
+    Module* module = ModuleOfPrefix(words, prefix);
+    if (module != nullptr && !IsInWrittenRevision(out, module, name))
+      Lose(out, statement,
+           "the revision of \"" + module->name + "\" that is written has no identity \"" +
+               std::string(name) + "\"; no value is equal to it");
   };
   rules.isIdentity = [out, words, statement](const Xpath& xpath, uint32_t path,
                                              std::string_view literal) {

@@ -57,14 +57,6 @@ std::string WrittenIdentity(Output* out, Module* module, std::string_view name,
   return PrefixOf(out, module) + ":" + std::string(name);
 }
 
-// False: another revision of its module has it.
-bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
-  Module* written = WrittenModule(out->all->repository, module->name);
-  return written == nullptr || written == module ||
-         FindGlobal(written, SymbolKind::kIdentity, name) != nullptr ||
-         FindGlobal(module, SymbolKind::kIdentity, name) == nullptr;
-}
-
 // A leaf, or a deviation that does not take its default away.
 bool GivesDefault(const xmlNode* parent) {
   if (!Is(parent, Keyword::kDeviate)) return Is(parent, Keyword::kLeaf);
@@ -73,6 +65,13 @@ bool GivesDefault(const xmlNode* parent) {
 }
 
 }  // namespace
+
+bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
+  Module* written = WrittenModule(out->all->repository, module->name);
+  return written == nullptr || written == module ||
+         FindGlobal(written, SymbolKind::kIdentity, name) != nullptr ||
+         FindGlobal(module, SymbolKind::kIdentity, name) == nullptr;
+}
 
 void RewriteBase(Output* out, xmlNode* base) {
   const char* text = ArgumentOf(base);

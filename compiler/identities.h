@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 // Identities in bases and defaults (RFC 7950, sections 7.18 and 9.10).
+#include <string_view>
+
 #include "compiler/compile.h"
 
 namespace compiler {
+
+// False: only a revision of the module that is not written has the identity.
+bool IsInWrittenRevision(Output* out, Module* module, std::string_view name);
 
 // Rewrites `base`. One that the written revision of its module does not have is lost.
 void RewriteBase(Output* out, xmlNode* base);

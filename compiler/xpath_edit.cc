@@ -109,6 +109,7 @@ class Renamer {
     const std::string_view prefix = text.substr(0, length == 0 ? 0 : colon);
     if (!rules_.identities || !IsIdentifier(text.substr(length))) return;
     if (length != 0 && !IsIdentifier(prefix)) return;
+    if (rules_.onIdentity) rules_.onIdentity(prefix, text.substr(length));
     const uint32_t begin = xpath_.At(literal).span.begin + 1;
     Rename(rules_.identities, prefix, {begin, begin + static_cast<uint32_t>(length)}, tell);
   }

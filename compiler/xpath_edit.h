@@ -23,6 +23,8 @@ struct NameRules {
   // index of `xpath`). Not set: what looks like "prefix:name" does, what has no prefix
   // does not. Literals of derived-from and its kin always do, and are not asked about.
   std::function<bool(const Xpath& xpath, uint32_t path, std::string_view literal)> isIdentity;
+  // Told of each identity that a literal names; may be empty.
+  std::function<void(std::string_view prefix, std::string_view name)> onIdentity;
 };
 
 struct UnknownPrefix {

@@ -350,6 +350,25 @@ TEST_F(Literals, ThatNameIdentitiesGetAPrefix) {
       << body;
 }
 
+TEST_F(Literals, ThatNameIdentitiesOnlyInAnotherRevisionAreReported) {
+  Write("n@2020-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2020-01-01; identity a;\n"
+        "  identity gone { base a; } identity kept { base a; } }");
+  Write("n@2021-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2021-01-01; identity a;\n"
+        "  identity kept { base a; } }");
+  Module11("m",
+           "import n { prefix n; revision-date 2020-01-01; }\n"
+           "leaf t { type identityref { base n:a; } }\n"
+           "leaf l { when \"../t = 'n:gone'\"; type string; }\n"
+           "leaf k { when \"derived-from-or-self(../t, 'n:gone')\"; type string; }\n"
+           "leaf i { when \"../t = 'n:kept'\"; type string; }");
+  Write("o.yang", "module o { namespace urn:o; prefix o; import n { prefix n; } }");
+  const JobResult result = Run({"m", "o"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(2u, result.findings.size());
+}
+
 TEST_F(Literals, OfConditionsInOddPlacesDoNoHarm) {
   Module("m",
          "must \"a = 'b'\"; container c { leaf a { when \"../b = 'x'\"; type string; } }\n"
