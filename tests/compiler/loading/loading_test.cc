@@ -126,5 +126,37 @@ TEST_F(Loading, DeviationsChangeADefaultThatATypedefBrought) {
       Tree("q"));
 }
 
+// Each changes what the other leaves alone, or both the type.
+class DeviatedByTwo : public Loading, public testing::WithParamInterface<const char*> {};
+
+TEST_P(DeviatedByTwo, LeafsTakeDefaultTypeAndMandatoryInEachOrder) {
+  Module("t",
+         "typedef d { type int8; default 5; } typedef w { type int16; default 7; }\n"
+         "container c { leaf a { type int8; } leaf b { type d; } leaf k { type d; }\n"
+         "  leaf f { type string; mandatory true; } leaf h { type d; } }");
+  Module("y",
+         "import t { prefix t; } deviation /t:c/t:a { deviate add { default 3; } }\n"
+         "deviation /t:c/t:b { deviate replace { type t:w; } }\n"
+         "deviation /t:c/t:k { deviate add { mandatory true; } }\n"
+         "deviation /t:c/t:f { deviate replace { mandatory false; } }\n"
+         "deviation /t:c/t:h { deviate replace { type t:w; } }");
+  Module("z",
+         "import t { prefix t; } deviation /t:c/t:a { deviate replace { type int16; } }\n"
+         "deviation /t:c/t:b { deviate add { default 100; } }\n"
+         "deviation /t:c/t:k { deviate replace { type t:w; } }\n"
+         "deviation /t:c/t:f { deviate add { default q; } }\n"
+         "deviation /t:c/t:h { deviate replace { type t:w; } }");
+  std::vector<std::string> order;
+  for (const char* name = GetParam(); *name != '\0'; ++name) order.emplace_back(1, *name);
+  Load(order);
+  EXPECT_EQ("", Errors());
+  EXPECT_EQ(
+      "module: t\n+--rw c\n   +--rw a?   int16 <3>\n   +--rw b?   t:w <100>\n   +--rw k    t:w\n"
+      "   +--rw f?   string <q>\n   +--rw h?   t:w\n",
+      Tree("t"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, DeviatedByTwo, testing::Values("tyz", "tzy", "ytz", "zyt"));
+
 }  // namespace
 }  // namespace compiler
