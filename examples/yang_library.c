@@ -10,7 +10,7 @@
 #include <qmodel/qmodel.h>
 
 static void Element(xmlTextWriter *writer, const char *name, const char *content) {
-  xmlTextWriterWriteElement(writer, BAD_CAST name, BAD_CAST content);
+  xmlTextWriterWriteElement(writer, (const xmlChar *)name, (const xmlChar *)content);
 }
 
 static uint32_t WriteSubmodule(const char *name, void *writer) {

@@ -295,6 +295,10 @@ bool CloseForWriting() {
 
 }  // namespace arena
 
+constexpr char kAddressPattern[] =
+    "(((:|[0-9a-fA-F]{0,4}):)([0-9a-fA-F]{0,4}:){0,5})((([0-9a-fA-F]{0,4}"
+    ":)?(:|[0-9a-fA-F]{0,4}))|([0-9]{1,3}(\\.[0-9]{1,3}){3}))(%\\p{N})?";
+
 // Each kind of part that a pattern can have: classes, taken from each other and negated,
 // blocks and categories, counted parts nested and with both bounds, alternatives that
 // backtrack, and what is explosive.
@@ -307,8 +311,7 @@ const char* const kKinds[] = {"[a-c]+",
                               "((a{1,3}b?)*c|(ab|a)(c|bcd)*d*)",
                               "(a|aa){2,5}b{0,3}",
                               "[\\w\\s.,]*|.+",
-                              "(((:|[0-9a-fA-F]{0,4}):)([0-9a-fA-F]{0,4}:){0,5})((([0-9a-fA-F]{0,4}"
-                              ":)?(:|[0-9a-fA-F]{0,4}))|([0-9]{1,3}(\\.[0-9]{1,3}){3}))(%\\p{N})?",
+                              kAddressPattern,
                               "",
                               "(a?){3}((b)*c?){2,}"};
 const char* const kTexts[] = {"",  "abc",      "aaaaabbbcd", "192.0.2.17",  "2001:db8::1",

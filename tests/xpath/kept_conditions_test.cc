@@ -164,7 +164,7 @@ TEST(KeptConditions, HaveTheResultOfThoseThatAreNot) {
 
 TEST(KeptConditions, NestAsDeepAsOthers) {
   Tree tree(kData);
-  for (const size_t depth : {255, 256, 257}) {
+  for (const size_t depth : {size_t{255}, size_t{256}, size_t{257}}) {
     const std::string parens = std::string(depth, '(') + "a" + std::string(depth, ')');
     std::string calls = "a" + std::string(depth, ')');
     for (size_t i = 0; i < depth; ++i) calls.insert(0, "a = not(");
