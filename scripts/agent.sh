@@ -28,7 +28,6 @@ case $port in
 esac
 [ "$port" -le 65535 ] || fail "no port: $port"
 
-umask 077
 run=$(mktemp -d)
 server=
 made_place=
@@ -87,6 +86,8 @@ if [ -z "${QMODEL_AGENT:-}" ]; then
 fi
 sshd=$(PATH=$PATH:/usr/sbin:/sbin command -v sshd) || fail 'no sshd: install openssh-server'
 
+# Nobody else reads the keys; what was built above is for everyone.
+umask 077
 dir=${2:-$run/state}
 mkdir -p "$dir/state"
 dir=$(cd "$dir" && pwd)
