@@ -22,7 +22,7 @@ packages=(libqmodel1_*.deb libqmodel-dev_*.deb qmodel-tools_*.deb)
 
 in_chroot() {
   [ "${1:-}" != --no-chroot ] && [ "$(id -u)" -eq 0 ] && command -v debootstrap >/dev/null || return 1
-  timeout 300 debootstrap --variant=minbase --include=gcc,libc6-dev,pkg-config,libxml2-dev \
+  timeout 300 debootstrap --variant=minbase --include=g++,gcc,libc6-dev,pkg-config,libxml2-dev \
     bookworm root >debootstrap.log 2>&1 || return 1
 }
 if in_chroot "$@"; then
