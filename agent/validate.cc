@@ -72,7 +72,7 @@ static uint32_t Run(QmCheckAux* aux, const Call& call, const Envelope& envelope)
     return QM_INVALID;
   }
   QMD_PAS_ClearXmlTreePrivate(envelope.content);
-  const uint32_t ret = QMD_PAS_ValidateDataTree(aux, envelope.content);
+  const uint32_t ret = RunWithIndex(aux, envelope.content);
   QMD_PAS_ClearXmlTreePrivate(envelope.content);
   return ret;
 }

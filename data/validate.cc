@@ -70,8 +70,7 @@ uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root) {
   return startNode == nullptr ? QM_INVALID : CheckBoundTree(aux, startNode);
 }
 
-// The trees of the entry points carry no binding yet, which the index relies on.
-static uint32_t RunWithIndex(QmCheckAux* aux, xmlNode* root) {
+uint32_t RunWithIndex(QmCheckAux* aux, xmlNode* root) {
   QmdRunIndex index;
   InitRunIndex(&index);
   aux->index = &index;

@@ -9,6 +9,7 @@
 
 #include <qmodel/qmodel.h>
 
+#include "tests/support/counting_memory.h"
 #include "tests/support/message_fixture.h"
 
 namespace {
@@ -365,6 +366,28 @@ TEST_F(Validation, ManyThreadsValidateOnOneContext) {
     });
   }
   for (std::thread& thread : threads) thread.join();
+}
+
+// What a run keeps of a wide schema takes blocks; a run that keeps nothing takes none, and
+// its time grows with the square of the width.
+TEST_F(Validation, KeepsWhatItAsksTheSchemaAsTheLibrarysOwnEntryDoes) {
+  std::string leaves;
+  std::string elements;
+  for (int i = 0; i < 300; ++i) {
+    const std::string name = "l" + std::to_string(i);
+    leaves += "<leaf name='" + name + "'><type name='string'/></leaf>";
+    elements += "<" + name + ">x</" + name + ">";
+  }
+  schema_.Load("wide", "<rpc name='w'><input>" + leaves + "</input></rpc>");
+  const Document doc("<w xmlns='urn:wide'>" + elements + "</w>");
+  const uint64_t start = counting_memory::AllocationCount();
+  EXPECT_EQ(nullptr, QM_CTX_ValidateRpcDataTree(schema_.ctx(), QM_INPUT_ELEMENT, doc.root(),
+                                                nullptr, nullptr));
+  const uint64_t own = counting_memory::AllocationCount() - start;
+  EXPECT_LT(uint64_t{0}, own);
+  EXPECT_EQ(uint32_t{QM_AGENT_VALID},
+            QM_AGENT_ValidateRequest(schema_.ctx(), doc.root(), nullptr, nullptr, nullptr));
+  EXPECT_EQ(own, counting_memory::AllocationCount() - start - own);
 }
 
 }  // namespace
