@@ -61,6 +61,13 @@ uint32_t QM_UTL_ConsumeIdentNameBestEffort(const char* str) {
   return length < UINT32_MAX ? static_cast<uint32_t>(length) : UINT32_MAX;
 }
 
+bool TakeIdentName(const char** text, char* name, uint32_t size) {
+  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(*text);
+  if (length == 0 || !CopyName(name, size, *text, length)) return false;
+  *text += length;
+  return true;
+}
+
 uint32_t QM_UTL_ConsumeIdentNameFromTail(const char* str, uint32_t len) {
   uint32_t start = len;
   while (start > 0 && IsIdentChar(str[start - 1])) --start;

@@ -5,6 +5,10 @@
 #include "context/internal.h"
 #include "context/records.h"
 
+// Takes the name that *text begins with into `name`, and moves *text behind it. False,
+// with *text as it was, without a name and for one that does not fit.
+bool TakeIdentName(const char** text, char* name, uint32_t size);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // How many identifier characters (letters, digits, "-", "." and "_") `str` begins

@@ -20,15 +20,6 @@ struct DataStep {
 };
 }  // namespace
 
-static bool TakeName(const char** text, char (&name)[kQmsNameSize]) {
-  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(*text);
-  if (length == 0 || length >= kQmsNameSize) return false;
-  std::memcpy(name, *text, length);
-  name[length] = '\0';
-  *text += length;
-  return true;
-}
-
 // Moves past the predicates at *text; false when one is not closed. Quoted brackets do not
 // count.
 static bool PassPredicates(const char** text) {
@@ -53,11 +44,11 @@ static bool TakeStep(const char** text, DataStep* step) {
   if (**text != '/') return false;
   ++*text;
   step->module[0] = '\0';
-  if (!TakeName(text, step->name)) return false;
+  if (!TakeIdentName(text, step->name, kQmsNameSize)) return false;
   if (**text == ':') {
     ++*text;
     std::memcpy(step->module, step->name, sizeof(step->module));
-    if (!TakeName(text, step->name)) return false;
+    if (!TakeIdentName(text, step->name, kQmsNameSize)) return false;
   }
   return PassPredicates(text);
 }

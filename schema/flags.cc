@@ -3,7 +3,6 @@
 // node above, the key mark from the list's key statement.
 #include "schema/flags.h"
 
-#include <cstring>
 
 #include <qmodel/error.h>
 
@@ -76,16 +75,6 @@ void QMS_NODE_SetNacmFlag(QmsNode* node, const char* moduleName, const char* ext
 
 constexpr uint8_t kMaxKeyCount = UINT8_MAX;
 
-// Takes the name at *text into `name` and moves *text behind it.
-static bool TakeKeyName(const char** text, char (&name)[kQmsNameSize]) {
-  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(*text);
-  if (length == 0 || length >= kQmsNameSize) return false;
-  std::memcpy(name, *text, length);
-  name[length] = '\0';
-  *text += length;
-  return true;
-}
-
 static bool MarkKeyLeaf(QmsNode* list, const char* name, uint8_t index) {
   QmsNode* leaf = QMS_NODE_FindChildNodeByName(list, nullptr, name);
   if (leaf == nullptr || leaf->kind != QMS_NODE_LEAF) return false;
@@ -101,7 +90,7 @@ uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uin
   for (const char* text = QM_UTL_ConsumeAllSpaceChar(keyText); *text != '\0';
        text = QM_UTL_ConsumeAllSpaceChar(text)) {
     if (*keyCount == kMaxKeyCount) return QM_MINUS_ONE;
-    if (!TakeKeyName(&text, name) || !MarkKeyLeaf(list, name, *keyCount)) return QM_MINUS_ONE;
+    if (!TakeIdentName(&text, name, kQmsNameSize) || !MarkKeyLeaf(list, name, *keyCount)) return QM_MINUS_ONE;
     ++*keyCount;
   }
   return QM_OK;

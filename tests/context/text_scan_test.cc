@@ -9,6 +9,19 @@
 #include <cstring>
 #include <string>
 
+TEST(TakeIdentName, MovesBehindANameThatFits) {
+  char name[4] = "";
+  const char* text = "abc:d";
+  EXPECT_TRUE(TakeIdentName(&text, name, sizeof(name)));
+  EXPECT_STREQ("abc", name);
+  EXPECT_STREQ(":d", text);
+  EXPECT_FALSE(TakeIdentName(&text, name, sizeof(name)));
+  EXPECT_STREQ(":d", text);
+  text = "abcd";
+  EXPECT_FALSE(TakeIdentName(&text, name, sizeof(name)));
+  EXPECT_STREQ("abcd", text);
+}
+
 TEST(ConsumeIdentNameBestEffort, CountsLeadingIdentifierCharacters) {
   const struct {
     const char* text;
