@@ -3,7 +3,6 @@
 // node above, the key mark from the list's key statement.
 #include "schema/flags.h"
 
-
 #include <qmodel/error.h>
 
 #include "context/text_scan.h"
@@ -90,7 +89,8 @@ uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uin
   for (const char* text = QM_UTL_ConsumeAllSpaceChar(keyText); *text != '\0';
        text = QM_UTL_ConsumeAllSpaceChar(text)) {
     if (*keyCount == kMaxKeyCount) return QM_MINUS_ONE;
-    if (!TakeIdentName(&text, name, kQmsNameSize) || !MarkKeyLeaf(list, name, *keyCount)) return QM_MINUS_ONE;
+    if (!TakeIdentName(&text, name, kQmsNameSize) || !MarkKeyLeaf(list, name, *keyCount))
+      return QM_MINUS_ONE;
     ++*keyCount;
   }
   return QM_OK;
