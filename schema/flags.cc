@@ -89,8 +89,9 @@ uint32_t QMS_NODE_MarkKeyAttrToListLeafs(QmsNode* list, const char* keyText, uin
   for (const char* text = QM_UTL_ConsumeAllSpaceChar(keyText); *text != '\0';
        text = QM_UTL_ConsumeAllSpaceChar(text)) {
     if (*keyCount == kMaxKeyCount) return QM_MINUS_ONE;
-    if (!TakeIdentName(&text, name, kQmsNameSize) || !MarkKeyLeaf(list, name, *keyCount))
+    if (!TakeIdentName(&text, name, kQmsNameSize) || !MarkKeyLeaf(list, name, *keyCount)) {
       return QM_MINUS_ONE;
+    }
     ++*keyCount;
   }
   return QM_OK;
