@@ -24,30 +24,8 @@
 // More than this in use, and the buffer is emptied before the next line.
 constexpr uint32_t kFlushMark = 7167;
 
-// Room for `length` characters at the end of the text, or NULL.
-static char* TakeRoom(QmsPrintText* text, size_t length) {
-  if (length >= text->size - text->used) return nullptr;
-  char* room = text->buf + text->used;
-  text->used += static_cast<uint32_t>(length);
-  text->buf[text->used] = '\0';
-  return room;
-}
-
 uint32_t PrintPiece(QmsPrintPara* para, const char* piece) {
-  if (piece == nullptr) return QM_INVALID;
-  const size_t length = RTK_StrLen(piece);
-  char* room = TakeRoom(para->text, length);
-  if (room == nullptr) return QM_INVALID;
-  std::memcpy(room, piece, length);
-  return QM_OK;
-}
-
-uint32_t PrintPieces(QmsPrintPara* para, const char* const* pieces, size_t count) {
-  for (size_t i = 0; i < count; ++i) {
-    const uint32_t ret = PrintPiece(para, pieces[i]);
-    if (ret != QM_OK) return ret;
-  }
-  return QM_OK;
+  return piece == nullptr ? QM_INVALID : PrintBytes(para, piece, RTK_StrLen(piece));
 }
 
 uint32_t PrintBlanks(QmsPrintPara* para, uint32_t count) {
@@ -75,14 +53,14 @@ uint32_t FlushIfFull(QmsPrintText* text) {
 uint32_t QMS_NODE_PrintTypeLeafref(const QmtType* type, QmsPrintPara* para) {
   const char* path = QM_TYPE_GetTypeConsDataLeafrefPath(type);
   if (path == nullptr) return PrintPiece(para, BuiltInTypeName(QMT_BASE_LEAFREF));
-  return PrintAll(para, {"-> ", path});
+  return PrintAll(para, "-> ", path);
 }
 
 uint32_t QMS_NODE_PrintTypeDerived(const QmtType* type, QmsPrintPara* para) {
   const QmtConsDerived* derived = QMT_TYPE_GetTypeConsDataDerived(type);
   if (derived == nullptr) return QM_INVALID;
   if (derived->moduleName == nullptr) return PrintPiece(para, derived->typedefName);
-  return PrintAll(para, {derived->moduleName, ":", derived->typedefName});
+  return PrintAll(para, derived->moduleName, ":", derived->typedefName);
 }
 
 uint32_t QMS_NODE_PrintType(const QmtType* type, QmsPrintPara* para) {
@@ -104,18 +82,18 @@ static bool IsConnected(const QmsPrintPara* para, uint32_t level) {
 
 uint32_t PrintConnectors(QmsPrintPara* para) {
   for (uint32_t level = 1; level < para->level; ++level) {
-    const uint32_t ret = PrintPiece(para, IsConnected(para, level) ? "|  " : "   ");
+    const uint32_t ret = PrintAll(para, IsConnected(para, level) ? "|  " : "   ");
     if (ret != QM_OK) return ret;
   }
   return QM_OK;
 }
 
-static const char* StatusMark(const QmsNode* node) {
-  if (HasFlag(node, QMS_NODE_OBSOLETE)) return "o";
-  return HasFlag(node, QMS_NODE_DEPRECATED) ? "x" : "+";
+static char StatusMark(const QmsNode* node) {
+  if (HasFlag(node, QMS_NODE_OBSOLETE)) return 'o';
+  return HasFlag(node, QMS_NODE_DEPRECATED) ? 'x' : '+';
 }
 
-static const char* AccessMark(const QmsNode* node, uint32_t access) {
+static const char (&AccessMark(const QmsNode* node, uint32_t access))[4] {
   if (access == QMS_PRINT_ACCESS_WRITE) return "-w ";
   if (access == QMS_PRINT_ACCESS_READ) return "ro ";
   return HasFlag(node, QMS_NODE_CONFIG_FALSE) ? "ro " : "rw ";
@@ -124,7 +102,7 @@ static const char* AccessMark(const QmsNode* node, uint32_t access) {
 uint32_t QMS_NODE_PrintRetractStatus(const QmsNode* node, QmsPrintPara* para) {
   const uint32_t ret = PrintConnectors(para);
   if (ret != QM_OK) return ret;
-  return PrintAll(para, {StatusMark(node), "--", AccessMark(node, para->access)});
+  return PrintAll(para, StatusMark(node), "--", AccessMark(node, para->access));
 }
 
 // The module name that goes before the name of a node, or NULL.
@@ -155,25 +133,21 @@ uint32_t QMS_NODE_PrintGetMaxLen(const QmsModule* module, const QmsNode* first) 
 static uint32_t PrintName(const QmsNode* node, QmsPrintPara* para) {
   const char* qualifier = Qualifier(para->module, node);
   if (qualifier == nullptr) return PrintPiece(para, node->name);
-  return PrintAll(para, {qualifier, ":", node->name});
+  return PrintAll(para, qualifier, ":", node->name);
 }
 
-// The start of the line, then `before`, the name, and `after`.
-static uint32_t PrintMarkedName(const QmsNode* node, QmsPrintPara* para, const char* before,
-                                const char* after) {
-  uint32_t ret = QMS_NODE_PrintRetractStatus(node, para);
-  if (ret == QM_OK) ret = PrintPiece(para, before);
-  if (ret == QM_OK) ret = PrintName(node, para);
-  return ret == QM_OK ? PrintPiece(para, after) : ret;
+static uint32_t PrintMarkedName(const QmsNode* node, QmsPrintPara* para) {
+  const uint32_t ret = QMS_NODE_PrintRetractStatus(node, para);
+  return ret == QM_OK ? PrintName(node, para) : ret;
 }
 
 // The line of an operation or notification, or of a part of an operation.
-static uint32_t PrintOperationName(const QmsNode* node, QmsPrintPara* para, const char* mark,
+static uint32_t PrintOperationName(const QmsNode* node, QmsPrintPara* para, char mark,
                                    const char* access) {
   uint32_t ret = PrintConnectors(para);
-  if (ret == QM_OK) ret = PrintAll(para, {mark, access});
+  if (ret == QM_OK) ret = PrintAll(para, mark, access);
   if (ret == QM_OK) ret = PrintName(node, para);
-  return ret == QM_OK ? PrintPiece(para, "\n") : ret;
+  return ret == QM_OK ? PrintAll(para, "\n") : ret;
 }
 
 uint32_t QMS_NODE_PrintNodeNameAlignSpace(uint32_t nameLength, QmsPrintPara* para) {
@@ -182,23 +156,29 @@ uint32_t QMS_NODE_PrintNodeNameAlignSpace(uint32_t nameLength, QmsPrintPara* par
 }
 
 // The line up to the type column.
-static uint32_t PrintUpToType(const QmsNode* node, QmsPrintPara* para, const char* mark) {
-  const uint32_t ret = PrintMarkedName(node, para, "", mark);
+static uint32_t PrintUpToType(const QmsNode* node, QmsPrintPara* para, char mark) {
+  uint32_t ret = QMS_NODE_PrintRetractStatus(node, para);
   if (ret != QM_OK) return ret;
-  return QMS_NODE_PrintNodeNameAlignSpace(NameLength(para->module, node), para);
+  const uint32_t start = para->text->used;
+  ret = PrintName(node, para);
+  const uint32_t nameLength = para->text->used - start;
+  if (ret == QM_OK) ret = PrintAll(para, mark);
+  return ret == QM_OK ? QMS_NODE_PrintNodeNameAlignSpace(nameLength, para) : ret;
 }
 
-static const char* OptionalMark(const QmsNode* node) {
-  return HasFlag(node, QMS_NODE_MANDATORY_TRUE) || HasFlag(node, QMS_NODE_KEY) ? " " : "?";
+static char OptionalMark(const QmsNode* node) {
+  return HasFlag(node, QMS_NODE_MANDATORY_TRUE | QMS_NODE_KEY) ? ' ' : '?';
 }
 
 static uint32_t PrintEndWithDefault(QmsPrintPara* para, const char* defaultText) {
-  if (defaultText == nullptr) return PrintPiece(para, "\n");
-  return PrintAll(para, {" <", defaultText, ">\n"});
+  if (defaultText == nullptr) return PrintAll(para, "\n");
+  return PrintAll(para, " <", defaultText, ">\n");
 }
 
 static uint32_t PrintContainer(const QmsNode* node, QmsPrintPara* para) {
-  return PrintMarkedName(node, para, "", HasFlag(node, QMS_NODE_PRESENCE) ? "!\n" : "\n");
+  const uint32_t ret = PrintMarkedName(node, para);
+  if (ret != QM_OK) return ret;
+  return HasFlag(node, QMS_NODE_PRESENCE) ? PrintAll(para, "!\n") : PrintAll(para, "\n");
 }
 
 static uint32_t PrintLeaf(const QmsNode* node, QmsPrintPara* para) {
@@ -212,45 +192,49 @@ static uint32_t PrintLeaf(const QmsNode* node, QmsPrintPara* para) {
 static uint32_t PrintLeafList(const QmsNode* node, QmsPrintPara* para) {
   const QmsLeafList* leafList = static_cast<const QmsLeafList*>(node->payload);
   if (leafList == nullptr) return QM_INVALID;
-  uint32_t ret = PrintUpToType(node, para, "*");
+  uint32_t ret = PrintUpToType(node, para, '*');
   if (ret == QM_OK) ret = QMS_NODE_PrintType(&leafList->type, para);
-  return ret == QM_OK ? PrintPiece(para, "\n") : ret;
+  return ret == QM_OK ? PrintAll(para, "\n") : ret;
 }
 
 static uint32_t PrintKeys(const QmsNode* list, QmsPrintPara* para) {
   bool any = false;
   for (const QmsNode* child = list->firstChild; child != nullptr; child = NextChild(list, child)) {
     if (QM_NODE_IsKey(child) == 0) continue;
-    const uint32_t ret = PrintAll(para, {any ? " " : " [", child->name});
+    const uint32_t ret = PrintAll(para, any ? " " : " [", child->name);
     if (ret != QM_OK) return ret;
     any = true;
   }
-  return PrintPiece(para, any ? "]\n" : "\n");
+  return any ? PrintAll(para, "]\n") : PrintAll(para, "\n");
 }
 
 static uint32_t PrintList(const QmsNode* node, QmsPrintPara* para) {
-  const uint32_t ret = PrintMarkedName(node, para, "", "*");
+  uint32_t ret = PrintMarkedName(node, para);
+  if (ret == QM_OK) ret = PrintAll(para, "*");
   return ret == QM_OK ? PrintKeys(node, para) : ret;
 }
 
 static uint32_t PrintChoice(const QmsNode* node, QmsPrintPara* para) {
   const QmsChoice* choice = static_cast<const QmsChoice*>(node->payload);
   const bool mandatory = HasFlag(node, QMS_NODE_MANDATORY_TRUE);
-  const uint32_t ret = PrintMarkedName(node, para, "(", mandatory ? ")" : ")?");
+  uint32_t ret = QMS_NODE_PrintRetractStatus(node, para);
+  if (ret == QM_OK) ret = PrintAll(para, "(");
+  if (ret == QM_OK) ret = PrintName(node, para);
+  if (ret == QM_OK) ret = PrintPiece(para, mandatory ? ")" : ")?");
   if (ret != QM_OK) return ret;
   return PrintEndWithDefault(para, choice == nullptr ? nullptr : choice->defaultCase);
 }
 
 uint32_t PrintCaseLine(const QmsNode* node, QmsPrintPara* para) {
   uint32_t ret = PrintConnectors(para);
-  if (ret == QM_OK) ret = PrintAll(para, {StatusMark(node), "--:("});
+  if (ret == QM_OK) ret = PrintAll(para, StatusMark(node), "--:(");
   if (ret == QM_OK) ret = PrintName(node, para);
-  return ret == QM_OK ? PrintPiece(para, ")\n") : ret;
+  return ret == QM_OK ? PrintAll(para, ")\n") : ret;
 }
 
 static uint32_t PrintAnydata(const QmsNode* node, QmsPrintPara* para) {
   const bool mandatory = HasFlag(node, QMS_NODE_MANDATORY_TRUE);
-  const uint32_t ret = PrintUpToType(node, para, mandatory ? " " : "?");
+  const uint32_t ret = PrintUpToType(node, para, mandatory ? ' ' : '?');
   if (ret != QM_OK) return ret;
   return PrintPiece(para, node->kind == QMS_NODE_ANYDATA ? "anydata\n" : "anyxml\n");
 }
@@ -264,15 +248,15 @@ static uint32_t PrintNotification(const QmsNode* node, QmsPrintPara* para) {
 }
 
 static uint32_t PrintInput(const QmsNode* node, QmsPrintPara* para) {
-  return PrintOperationName(node, para, "+", "---w ");
+  return PrintOperationName(node, para, '+', "---w ");
 }
 
 static uint32_t PrintOutput(const QmsNode* node, QmsPrintPara* para) {
-  return PrintOperationName(node, para, "+", "--ro ");
+  return PrintOperationName(node, para, '+', "--ro ");
 }
 
 static uint32_t PrintAugment(const QmsNode* node, QmsPrintPara* para) {
-  return PrintAll(para, {"augment ", node->name, ":\n"});
+  return PrintAll(para, "augment ", node->name, ":\n");
 }
 
 namespace {

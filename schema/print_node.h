@@ -2,6 +2,10 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include <qmodel/error.h>
 
 #include "context/internal.h"
 #include "schema/records.h"
@@ -39,10 +43,27 @@ struct QmsPrintPara {
   QmsPrintText* text;
 };
 
+// Room for `length` characters at the end of the text, or NULL.
+inline char* TakeRoom(QmsPrintText* text, size_t length) {
+  if (length >= text->size - text->used) return nullptr;
+  char* room = text->buf + text->used;
+  text->used += static_cast<uint32_t>(length);
+  text->buf[text->used] = '\0';
+  return room;
+}
+
+// The bytes of a piece; 22 when they do not fit. A few stores where the compiler knows how
+// many they are.
+inline uint32_t PrintBytes(QmsPrintPara* para, const char* piece, size_t length) {
+  char* room = TakeRoom(para->text, length);
+  if (room == nullptr) return QM_INVALID;
+  std::memcpy(room, piece, length);
+  return QM_OK;
+}
+
 // What is printed: 0, or 22 when the text does not fit or the client's output function
 // fails. A piece is a text, which may not be NULL.
 uint32_t PrintPiece(QmsPrintPara* para, const char* piece);
-uint32_t PrintPieces(QmsPrintPara* para, const char* const* pieces, size_t count);
 uint32_t PrintBlanks(QmsPrintPara* para, uint32_t count);
 uint32_t PrintConnectors(QmsPrintPara* para);
 // Hand the waiting text to the client: all of it, or only when the next line might not
@@ -50,9 +71,23 @@ uint32_t PrintConnectors(QmsPrintPara* para);
 uint32_t FlushText(QmsPrintText* text);
 uint32_t FlushIfFull(QmsPrintText* text);
 
-template <size_t N>
-uint32_t PrintAll(QmsPrintPara* para, const char* const (&pieces)[N]) {
-  return PrintPieces(para, pieces, N);
+// One piece: a character, a literal, which is an array, or any other text.
+template <typename Piece>
+uint32_t PrintOne(QmsPrintPara* para, const Piece& piece) {
+  if constexpr (std::is_same_v<Piece, char>) {
+    return PrintBytes(para, &piece, 1);
+  } else if constexpr (std::is_array_v<Piece>) {
+    return PrintBytes(para, piece, sizeof(piece) - 1);
+  } else {
+    return PrintPiece(para, piece);
+  }
+}
+
+// Pieces one after the other, to the first that fails.
+template <typename... Pieces>
+uint32_t PrintAll(QmsPrintPara* para, const Pieces&... pieces) {
+  const bool fits = ((PrintOne(para, pieces) == QM_OK) && ...);
+  return fits ? QM_OK : QM_INVALID;
 }
 
 // The longest name of the data nodes from `first` to `last`, or to the end of

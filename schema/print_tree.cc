@@ -219,7 +219,7 @@ static uint32_t PrintModule(QmsModule* module, const QmsPrintPara& base) {
   // The line of an augment is a headline: its children are top-level nodes.
   QmsPrintPara augmentPara = base;
   augmentPara.level = 0;
-  uint32_t ret = PrintAll(&para, {"module: ", module->name, "\n"});
+  uint32_t ret = PrintAll(&para, "module: ", module->name, "\n");
   if (ret == QM_OK) ret = PrintTopList(module, "", module->dataNodes, para);
   if (ret == QM_OK) ret = PrintTopList(module, "", module->augmentNodes, augmentPara);
   if (ret == QM_OK) ret = PrintTopList(module, "rpcs:\n", module->rpcNodes, para);
@@ -234,7 +234,7 @@ static const QmsNode* TopAncestor(const QmsNode* node) {
 
 static uint32_t PrintHeadlines(const QmsNode* top, QmsPrintPara* para) {
   if (para->module == nullptr) return QM_INVALID;
-  const uint32_t ret = PrintAll(para, {"module: ", para->module->name, "\n"});
+  const uint32_t ret = PrintAll(para, "module: ", para->module->name, "\n");
   if (ret != QM_OK) return ret;
   if (top->kind == QMS_NODE_RPC) return PrintPiece(para, "rpcs:\n");
   if (top->kind == QMS_NODE_NOTIFICATION) return PrintPiece(para, "notifications:\n");
