@@ -9,7 +9,7 @@ mapfile -t layers < <(grep '^[a-z]' cmake/layers.txt)
 step() { printf '\n=== %s (%s)\n' "$1" "$(date +%T)"; }
 
 step 'format'
-git ls-files '*.cc' '*.h' '*.c' | xargs clang-format --dry-run -Werror
+scripts/check_format.sh
 
 step 'no warning with clang++'
 cmake -S . -B build/clang -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQMODEL_WERROR=ON \
