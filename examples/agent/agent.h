@@ -52,10 +52,10 @@ typedef struct Agent {
   Shared shared;
   Datastore store;
   Subscription subscription;
-  const char *user;
-  uint32_t id; /* Of the session. */
-  int closing; /* The client has asked for the end. */
-  int watch;   /* Becomes readable when something in the shared folder changes. */
+  uint32_t id;           /* Of the session. */
+  uint32_t helloSeconds; /* How long the client's hello is waited for. */
+  int closing;           /* The client has asked for the end. */
+  int watch;             /* Becomes readable when something in the shared folder changes. */
   Transport transport;
 } Agent;
 

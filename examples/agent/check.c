@@ -125,6 +125,9 @@ static QmErrNode *CheckInputElement(QmCtx *ctx, xmlNode *element, int deleted) {
 QmErrNode *CheckInput(QmCtx *ctx, xmlNode *config) {
   QmErrNode *fault = NULL;
   config->_private = NULL;
+  QmErrNode *text = CheckShape(config);
+  /* It has no node and so no path. */
+  if (text != NULL) return With(text, QM_AGENT_FIELD_PATH, NULL);
   for (xmlNode *child = FirstElement(config); child && !fault; child = NextElement(child))
     fault = CheckInputElement(ctx, child, 0);
   return fault == NULL ? CheckSiblings(ctx, config) : fault;

@@ -18,16 +18,25 @@
 
 static const char kUsage[] =
     "usage: netconf_agent STATE --models DIR... [--compiled DIR...] [--module NAME...]\n"
+    "                     [--hello-timeout SECONDS]\n"
     "  STATE            folder that all sessions share\n"
     "  --models DIR     absolute path of a folder with models as their authors wrote them\n"
     "  --compiled DIR   absolute path of a folder with compiled models\n"
-    "  --module NAME    a module that is always loaded, beside the agent's own\n";
+    "  --module NAME    a module that is always loaded, beside the agent's own\n"
+    "  --hello-timeout SECONDS  how long the client's hello is waited for, 60 by default\n";
 
 /* The modules whose operations and state the agent itself has. */
 static const char *const kOwnModules[] = {
     "ietf-netconf",  "ietf-netconf-monitoring", "ietf-netconf-notifications",
     "notifications", "ietf-yang-library",       "router-packages",
 };
+
+/* 0 for what is no number of seconds up to a day. */
+static uint32_t TakeSeconds(const char *text) {
+  char *end = NULL;
+  long seconds = strtol(text, &end, 10);
+  return *end == '\0' && seconds > 0 && seconds <= 86400 ? (uint32_t)seconds : 0;
+}
 
 static int TakeArguments(Agent *agent, int argc, char **argv) {
   if (argc < 2 || argc % 2 != 0) return -1;
@@ -40,6 +49,9 @@ static int TakeArguments(Agent *agent, int argc, char **argv) {
       ListAdd(&agent->compiled, argv[i + 1]);
     } else if (strcmp(argv[i], "--module") == 0) {
       ListAdd(&agent->modules, argv[i + 1]);
+    } else if (strcmp(argv[i], "--hello-timeout") == 0) {
+      agent->helloSeconds = TakeSeconds(argv[i + 1]);
+      if (agent->helloSeconds == 0) return -1;
     } else {
       return -1;
     }
@@ -69,7 +81,7 @@ static void Close(Agent *agent) {
 }
 
 int main(int argc, char **argv) {
-  static Agent agent;
+  static Agent agent = {.helloSeconds = 60};
   if (TakeArguments(&agent, argc, argv) != 0) {
     fputs(kUsage, stderr);
     return 2;

@@ -1,10 +1,12 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
+#define _GNU_SOURCE
 #include "session.h"
 
 #include <inttypes.h>
 #include <poll.h>
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 #include <unistd.h>
 
 #include "capabilities.h"
@@ -14,6 +16,8 @@
 #include "packages.h"
 #include "schema.h"
 #include "session_table.h"
+
+enum { LOOK_MILLISECONDS = 1000 };
 
 static int SendHello(Agent *agent) {
   Text hello = {NULL, 0, 0};
@@ -35,6 +39,7 @@ static int HasCapability(const xmlNode *hello, const char *capability) {
   const xmlNode *list = ChildNamed(hello, NETCONF_NS, "capabilities");
   const xmlNode *item = list == NULL ? NULL : FirstElement(list);
   for (; item != NULL; item = NextElement(item)) {
+    if (!xmlStrEqual(item->name, X("capability"))) continue;
     const char *text = item->children == NULL ? "" : C(item->children->content);
     size_t blanks = strspn(text, " \t\r\n");
     size_t length = strcspn(text + blanks, " \t\r\n");
@@ -63,14 +68,14 @@ static void AddAttributes(Text *reply, const xmlNode *rpc) {
   for (const xmlNs *ns = rpc->nsDef; ns != NULL; ns = ns->next) {
     if (ns->prefix == NULL) continue;
     TextPrint(reply, " xmlns:%s=\"", C(ns->prefix));
-    TextAddEscaped(reply, C(ns->href));
+    TextAddAttribute(reply, C(ns->href));
     TextAdd(reply, "\"");
   }
   for (const xmlAttr *attribute = rpc->properties; attribute; attribute = attribute->next) {
     int prefixed = attribute->ns != NULL && attribute->ns->prefix != NULL;
     TextPrint(reply, " %s%s%s=\"", prefixed ? C(attribute->ns->prefix) : "", prefixed ? ":" : "",
               C(attribute->name));
-    if (attribute->children != NULL) TextAddEscaped(reply, C(attribute->children->content));
+    if (attribute->children != NULL) TextAddAttribute(reply, C(attribute->children->content));
     TextAdd(reply, "\"");
   }
 }
@@ -175,10 +180,20 @@ static int FollowPackages(Agent *agent) {
   return result;
 }
 
-/* Waits for the client or for a change in the shared folder; -1 when the client is gone. */
-static int Wait(Agent *agent) {
+/* Milliseconds of a clock that nobody sets. */
+static int64_t Now(void) {
+  struct timespec now;
+  (void)clock_gettime(CLOCK_MONOTONIC, &now);
+  return (int64_t)now.tv_sec * 1000 + now.tv_nsec / 1000000;
+}
+
+/* Waits for the client or for a change in the shared folder; -1 when the client is gone. A limit
+   of -1 milliseconds is none. */
+static int Wait(Agent *agent, int64_t limit) {
   struct pollfd sources[] = {{agent->transport.in, POLLIN, 0}, {agent->watch, POLLIN, 0}};
-  if (poll(sources, agent->watch < 0 ? 1 : 2, -1) < 0) return 0;
+  /* The system watches folders for a limited number of sessions; the others look now and then. */
+  if (agent->watch < 0 && (limit < 0 || limit > LOOK_MILLISECONDS)) limit = LOOK_MILLISECONDS;
+  if (poll(sources, agent->watch < 0 ? 1 : 2, (int)limit) <= 0) return 0;
   char events[4096];
   if (sources[1].revents != 0 && read(agent->watch, events, sizeof events) < 0) return 0;
   if (sources[0].revents == 0) return 0;
@@ -187,6 +202,7 @@ static int Wait(Agent *agent) {
 
 int SessionServe(Agent *agent) {
   int greeted = 0;
+  int64_t helloUntil = Now() + INT64_C(1000) * agent->helloSeconds;
   int result = SendHello(agent);
   while (result == 0 && !agent->closing) {
     Arrival arrival = TransportTake(&agent->transport);
@@ -194,7 +210,9 @@ int SessionServe(Agent *agent) {
     if (greeted && result == 0) result = NotifyPump(agent);
     if (result != 0 || arrival == ARRIVAL_END) return 1;
     if (arrival == ARRIVAL_NONE) {
-      if (Wait(agent) != 0) return 0;
+      int64_t left = helloUntil - Now();
+      if (!greeted && left <= 0) return 1;
+      if (Wait(agent, greeted ? -1 : left) != 0) return 0;
       continue;
     }
     if (!greeted) {

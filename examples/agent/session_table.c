@@ -1,4 +1,5 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
+#define _GNU_SOURCE
 #include "session_table.h"
 
 #include <inttypes.h>

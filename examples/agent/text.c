@@ -1,4 +1,5 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
+#define _GNU_SOURCE
 #include "text.h"
 
 #include <stdarg.h>
@@ -53,8 +54,12 @@ void TextPrint(Text *text, const char *format, ...) {
   free(made);
 }
 
-void TextAddEscaped(Text *text, const char *add) {
+static void AddEscaped(Text *text, const char *add, const char *numbered) {
   for (const char *at = add; *at != '\0'; at++) {
+    if (strchr(numbered, *at) != NULL) {
+      TextPrint(text, "&#%d;", *at);
+      continue;
+    }
     switch (*at) {
       case '&':
         TextAdd(text, "&amp;");
@@ -68,14 +73,19 @@ void TextAddEscaped(Text *text, const char *add) {
       case '"':
         TextAdd(text, "&quot;");
         break;
-      case '\r':
-        TextAdd(text, "&#13;");
-        break;
       default:
         TextAddBytes(text, at, 1);
         break;
     }
   }
+}
+
+void TextAddEscaped(Text *text, const char *add) {
+  AddEscaped(text, add, "\r");
+}
+
+void TextAddAttribute(Text *text, const char *add) {
+  AddEscaped(text, add, "\r\n\t");
 }
 
 void TextAddNode(Text *text, xmlNode *node) {
@@ -87,6 +97,7 @@ void TextAddNode(Text *text, xmlNode *node) {
 
 void TextClear(Text *text) {
   text->length = 0;
+  if (text->data != NULL) text->data[0] = '\0';
 }
 
 void TextFree(Text *text) {

@@ -22,12 +22,13 @@ char *CopyText(const char *text);
 /* printf() into a new text, freed with free(). */
 __attribute__((format(printf, 1, 2))) char *PrintText(const char *format, ...);
 
-/* Add to the end: bytes; a text; what printf() makes; a text as XML's character data;
-   an element with all below it. */
+/* Add to the end: bytes; a text; what printf() makes; a text as XML's character data, and as the
+   value of an attribute; an element with all below it. */
 void TextAddBytes(Text *text, const char *bytes, size_t length);
 void TextAdd(Text *text, const char *add);
 __attribute__((format(printf, 2, 3))) void TextPrint(Text *text, const char *format, ...);
 void TextAddEscaped(Text *text, const char *add);
+void TextAddAttribute(Text *text, const char *add);
 void TextAddNode(Text *text, xmlNode *node);
 /* Empties the text and keeps its memory; gives its memory back. */
 void TextClear(Text *text);

@@ -40,7 +40,9 @@ static Arrival TakeMarked(Transport *transport) {
       transport->matched = shorter;
     }
     if (byte != kEndMark[transport->matched]) {
-      Keep(transport, &byte, 1);
+      /* People and clients end a line behind the mark; no document begins with a blank. */
+      if (transport->message.length > 0 || strchr(" \t\r\n", byte) == NULL || byte == '\0')
+        Keep(transport, &byte, 1);
     } else if (++transport->matched == END_MARK_LENGTH) {
       transport->matched = 0;
       return Finish(transport);

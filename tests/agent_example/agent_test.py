@@ -1,43 +1,20 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """What the example agent does, tested over pipes: agent_test.py AGENT"""
 import concurrent.futures
-import shutil
-import sys
 import tempfile
-import unittest
+import time
 
-from client import (BASE, INTERFACES, MONITORING, NOTIFICATION, SYSTEM, Ended, Session,
-                    command, interface, source_folder)
+import case
+from case import AgentTest
+from client import (BASE, INTERFACES, MONITORING, NOTIFICATION, SYSTEM, Ended,
+                    interface, source_folder)
 
-AGENT = ""
 PACKAGES = "urn:example:router-packages"
 VLANS = "urn:example:router-vlans"
 ALARMS = "urn:example:router-alarms"
 CHANGE = "urn:ietf:params:xml:ns:yang:ietf-netconf-notifications"
 LIBRARY = "urn:ietf:params:xml:ns:yang:ietf-yang-library"
 ACTION = "urn:ietf:params:xml:ns:yang:1"
-
-
-class AgentTest(unittest.TestCase):
-    def setUp(self):
-        self.state = tempfile.mkdtemp(prefix="qmodel-agent-")
-        self.sessions = []
-
-    def tearDown(self):
-        for session in self.sessions:
-            session.leave()
-        shutil.rmtree(self.state)
-
-    def open(self, **options):
-        self.sessions.append(Session(command(AGENT, source_folder(), self.state), **options))
-        return self.sessions[-1]
-
-    def close(self, session):
-        status, errors = session.end()
-        self.assertEqual((status, errors), (0, ""))
-
-    def names(self, session):
-        return session.get_config().values(INTERFACES, "name")
 
 
 class Framing(AgentTest):
@@ -61,6 +38,31 @@ class Framing(AgentTest):
         session.write(f'<rpc message-id="a]]]>]" xmlns="{BASE}"><close-session/></rpc>'.encode()
                       + b"]]>]]>")
         self.assertEqual(session.answer().root.get("message-id"), "a]]]>]")
+
+    def test_blanks_before_a_message_are_no_part_of_it(self):
+        session = self.open(base="1.0")
+        request = f'<rpc message-id="a" xmlns="{BASE}"><get/></rpc>'
+        for blanks in ("\n", "\r\n \t", ""):
+            text = f'{blanks}<?xml version="1.0" encoding="UTF-8"?>\n{request}\n]]>]]>'
+            session.write(text.encode())
+            self.assertIsNone(session.answer().error())
+
+    def test_an_empty_message_is_not_taken_for_the_one_before(self):
+        session = self.open(base="1.0")
+        self.assertTrue(session.rpc("<validate><source><running/></source></validate>").ok())
+        session.write(b"]]>]]>")
+        reply = session.answer()
+        self.assertEqual((reply.error(), reply.root.get("message-id")), ("malformed-message", None))
+
+    def test_requests_may_follow_the_hello_in_one_write(self):
+        session = self.open(hello=False)
+        hello = (f'<hello xmlns="{BASE}"><capabilities><capability>urn:ietf:params:netconf:base:1.1'
+                 "</capability></capabilities></hello>]]>]]>")
+        request = f'<rpc message-id="a" xmlns="{BASE}"><close-session/></rpc>'
+        session.write(f"{hello}\n#{len(request)}\n{request}\n##\n".encode())
+        session.chunked = True
+        self.assertTrue(session.answer().ok())
+        self.assertEqual(session.process.wait(30), 0)
 
     def test_many_messages_in_one_write_are_answered_in_order(self):
         session = self.open()
@@ -114,8 +116,24 @@ class Messages(AgentTest):
         with self.assertRaises(Ended):
             session.receive()
 
+    def test_a_hello_is_not_waited_for_without_end(self):
+        session = self.open("--hello-timeout", "1", hello=False)
+        session.write(b"<hello")
+        with self.assertRaises(Ended):
+            session.receive()
+        self.assertEqual(session.process.wait(30), 1)
+        # The limit is not one of the session.
+        greeted = self.open("--hello-timeout", "1")
+        time.sleep(1.5)
+        self.assertIsNone(greeted.get_config().error())
+
     def test_attributes_of_a_request_come_back(self):
         session = self.open()
+        session.send(f'<rpc xmlns="{BASE}" message-id="1&#10;2&#9;3&#13;4" xml:lang="de"><get/></rpc>')
+        root = session.answer().root
+        self.assertEqual((root.get("message-id"),
+                          root.get("{http://www.w3.org/XML/1998/namespace}lang")),
+                         ("1\n2\t3\r4", "de"))
         session.send(f'<rpc xmlns="{BASE}" xmlns:x="urn:x" x:a="1 &lt; &quot;2&quot;" message-id="m">'
                      "<get-config><source><running/></source></get-config></rpc>")
         root = session.answer().root
@@ -324,6 +342,7 @@ class Checks(AgentTest):
 
     def test_texts_between_elements_and_elements_in_leaves(self):
         self.refused(interface("ge0", "text"), "bad-element")
+        self.refused("text", "bad-element")
         self.refused(interface("ge0", "<mtu><a/></mtu>"), "bad-element")
 
     def test_attributes(self):
@@ -466,13 +485,11 @@ class Knowledge(AgentTest):
         originals = tempfile.mkdtemp(dir=self.state)
         with open(folder + "/shelf.yin", "w") as file:
             file.write(compiled)
-        words = command(AGENT, source_folder(), self.state) + [
-            "--compiled", folder, "--models", originals, "--module", "shelf"]
-        self.sessions.append(Session(words))
-        self.assertEqual(self.schema(self.sessions[-1], "shelf").error(), "invalid-value")
+        session = self.open("--compiled", folder, "--models", originals, "--module", "shelf")
+        self.assertEqual(self.schema(session, "shelf").error(), "invalid-value")
         with open(originals + "/shelf.yang", "w") as file:
             file.write(text)
-        self.assertEqual(self.schema(self.sessions[-1], "shelf").values(MONITORING, "data"), [text])
+        self.assertEqual(self.schema(session, "shelf").values(MONITORING, "data"), [text])
 
     def test_a_must_of_a_request_is_told_with_its_tag(self):
         image = (f'<install-image xmlns="{SYSTEM}"><file>f</file><verify>false</verify>'
@@ -588,5 +605,4 @@ class Packages(AgentTest):
 
 
 if __name__ == "__main__":
-    AGENT = sys.argv.pop(1)
-    unittest.main(verbosity=1)
+    case.run()

@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
 /* Preloaded into the agent: counts the calls that change files, and kills the process at one of
    them. CRASH_AT is the number of the call, from 1 on; CRASH_WHEN is "before", "half" (of what
-   a write has) or "after". CRASH_COUNT names a file that holds the number of the last call. */
+   a write has) or "after". CRASH_COUNT names a file that holds the number of the last call.
+   CRASH_NO_WATCH=yes: folders cannot be watched, as where too many are already. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
@@ -15,6 +17,7 @@ typedef ssize_t (*WriteFunc)(int file, const void* bytes, size_t length);
 typedef int (*SyncFunc)(int file);
 typedef int (*RenameFunc)(int from, const char* name, int to, const char* newName);
 typedef int (*UnlinkFunc)(int folder, const char* name, int flags);
+typedef int (*WatchFunc)(int flags);
 
 /* The function that this one stands before. POSIX has it that the pointer can be one. */
 #define NEXT(type, name, function)             \
@@ -55,6 +58,13 @@ static int Begin(void) {
 
 static void End(int here) {
   if (here) Die();
+}
+
+int inotify_init1(int flags) {
+  NEXT(WatchFunc, next, inotify_init1);
+  if (!Is("CRASH_NO_WATCH", "yes")) return next(flags);
+  errno = EMFILE;
+  return -1;
 }
 
 ssize_t write(int file, const void* bytes, size_t length) {

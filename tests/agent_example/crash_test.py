@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-from client import INTERFACES, Ended, Session, command, interface, source_folder
+from client import INTERFACES, NOTIFICATION, Ended, Session, command, interface, source_folder
 
 AGENT = PRELOADED = ""
 OLD = interface("ge0", "<description>old</description>")
@@ -84,6 +84,17 @@ class CrashTest(unittest.TestCase):
         self.assertFalse(kept[0])
         self.assertTrue(kept[-1])
         self.assertEqual(kept, sorted(kept))
+
+    def test_a_session_that_cannot_watch_the_folder_is_told_all_the_same(self):
+        self.base.rename(self.state)
+        blind, other = self.open(CRASH_NO_WATCH="yes"), self.open()
+        try:
+            self.assertTrue(blind.rpc(f'<create-subscription xmlns="{NOTIFICATION}"/>').ok())
+            self.assertTrue(other.edit(NEW).ok())
+            self.assertIn("link-down", blind.notification().text)
+        finally:
+            blind.leave()
+            other.leave()
 
 
 if __name__ == "__main__":

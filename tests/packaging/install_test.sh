@@ -51,6 +51,11 @@ case $hello in
   *) fail "the example agent says: $hello" ;;
 esac
 
+# A plain compiler will do as well, without a word.
+words=$("$cc" -std=c11 -Wall -Wextra -Wpedantic "$source"/examples/agent/*.c -o "$work/plain_agent" \
+  $(pkg-config --cflags --libs qmodel libxml-2.0) 2>&1) || fail "$words"
+[ -z "$words" ] || fail "$words"
+
 # The line of the manual page, as printed there.
 line=$(sed -n 's/^\*\(cc .*\)\*$/\1/p' "$source/docs/man/libqmodel.3.scd" | tr -d '\\')
 [ -n "$line" ] || fail 'the manual page has no line that compiles'
