@@ -8,6 +8,7 @@
 #include "fault.h"
 #include "instances.h"
 #include "schema.h"
+#include "value.h"
 
 typedef struct Edit {
   QmCtx *ctx;
@@ -38,28 +39,6 @@ static xmlNode *NewElement(xmlNode *parent, const xmlNode *in, xmlNode *before) 
   return element;
 }
 
-/* Declares on a leaf the prefixes that its value uses. */
-static void DeclarePrefixes(QmCtx *ctx, xmlNode *leaf, xmlNode *in, const char *value) {
-  const char *colon = strchr(value, ':');
-  if (colon == NULL) return;
-  char *name = CopyText(value);
-  name[colon - value] = '\0';
-  QmtType *type = QM_NODE_FindRealTypeMatchedValue(SchemaOf(in), QM_INPUT_ELEMENT, in);
-  const QmsModule *module = QM_TYPE_GetBuiltInBaseType(type) == QMT_BASE_IDENTITYREF
-                                ? QM_CTX_GetModuleByModName(ctx, name)
-                                : NULL;
-  if (module != NULL) (void)xmlNewNs(leaf, X(QM_MOD_GetModuleNs(module)), X(name));
-  free(name);
-  xmlNs **all = module == NULL ? xmlGetNsList(in->doc, in) : NULL;
-  for (size_t i = 0; all != NULL && all[i] != NULL; i++) {
-    if (all[i]->prefix == NULL) continue;
-    char *used = PrintText("%s:", C(all[i]->prefix));
-    if (strstr(value, used) != NULL) (void)xmlNewNs(leaf, all[i]->href, all[i]->prefix);
-    free(used);
-  }
-  xmlFree(all);
-}
-
 /* Sets a leaf, an entry of a leaf-list or what a node of unknown content holds. */
 static xmlNode *NewLeaf(Edit *edit, xmlNode *parent, xmlNode *in, xmlNode *before) {
   uint32_t kind = SchemaKind(in);
@@ -69,8 +48,8 @@ static xmlNode *NewLeaf(Edit *edit, xmlNode *parent, xmlNode *in, xmlNode *befor
       xmlAddChild(leaf, Need(xmlDocCopyNode(child, leaf->doc, 1)));
     return leaf;
   }
-  char *value = SchemaValue(edit->ctx, SchemaOf(in), in);
-  DeclarePrefixes(edit->ctx, leaf, in, value);
+  char *value = ValueOf(edit->ctx, SchemaOf(in), in);
+  ValueDeclarePrefixes(edit->ctx, leaf, in, value);
   xmlNodeAddContent(leaf, X(value));
   free(value);
   return leaf;

@@ -63,7 +63,10 @@ static QmErrNode *Read(Agent *agent, xmlNode *operation, Text *body, int withSta
   if (fault != NULL) return fault;
   xmlNode *data = xmlDocGetRootElement(doc);
   DropUnknown(data);
-  if (withState) AddState(agent, data);
+  if (withState) {
+    AddState(agent, data);
+    SchemaBind(agent->ctx, data, NULL);
+  }
   if (filter != NULL) (void)FilterApply(agent->ctx, data, filter);
   TextAdd(body, "<data>");
   for (xmlNode *child = FirstElement(data); child != NULL; child = NextElement(child))

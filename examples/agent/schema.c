@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "text.h"
+#include "value.h"
 
 enum { SCAN_FOUND = 1 };
 
@@ -85,23 +86,6 @@ xmlNode *ChildNamed(const xmlNode *parent, const char *ns, const char *name) {
   return NULL;
 }
 
-char *SchemaValue(QmCtx *ctx, QmsNode *node, xmlNode *element) {
-  xmlChar *content = Need(xmlNodeGetContent(element));
-  char *value = CopyText(C(content));
-  xmlFree(content);
-  QmtType *type = QM_NODE_FindRealTypeMatchedValue(node, QM_INPUT_ELEMENT, element);
-  if (QM_TYPE_GetBuiltInBaseType(type) != QMT_BASE_IDENTITYREF) return value;
-  char *colon = strchr(value, ':');
-  if (colon != NULL) *colon = '\0';
-  xmlNs *ns = xmlSearchNs(element->doc, element, colon == NULL ? NULL : X(value));
-  const QmsModule *module = ns == NULL ? NULL : QM_CTX_GetModuleByModNs(ctx, C(ns->href));
-  if (colon != NULL) *colon = ':';
-  if (module == NULL) return value;
-  char *made = PrintText("%s:%s", QM_MOD_GetModuleName(module), colon == NULL ? value : colon + 1);
-  free(value);
-  return made;
-}
-
 /* What the scan of a list's keys needs. */
 typedef struct KeyScan {
   QmCtx *ctx;
@@ -121,7 +105,7 @@ static uint32_t AddKey(QmsNode *key, uint32_t travType, void *arg) {
     return SCAN_FOUND;
   }
   if (!scan->quoted) {
-    char *value = SchemaValue(scan->ctx, key, leaf);
+    char *value = ValueOf(scan->ctx, key, leaf);
     TextPrint(scan->text, "\n%zu %s", strlen(value), value);
     free(value);
     return 0;
@@ -144,7 +128,7 @@ char *SchemaInstance(QmCtx *ctx, xmlNode *element, QmsNode *node, const char **m
     return NULL;
   }
   if (kind == QMS_NODE_LEAF_LIST) {
-    char *value = SchemaValue(ctx, node, element);
+    char *value = ValueOf(ctx, node, element);
     TextPrint(&text, "\n%s", value);
     free(value);
   }

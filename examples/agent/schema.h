@@ -20,9 +20,6 @@ uint32_t SchemaKind(const xmlNode *element);
 
 /* The path of a bound element with the keys of entries, freed with free(). */
 char *SchemaPath(xmlNode *element);
-/* The value of a leaf as it is compared and kept: prefixes of identities are module names.
-   Freed with free(). */
-char *SchemaValue(QmCtx *ctx, QmsNode *node, xmlNode *element);
 /* What tells an instance from its siblings: its name, with the keys of an entry or the value
    of a leaf-list. NULL when a key is missing; missing then names it. Freed with free(). */
 char *SchemaInstance(QmCtx *ctx, xmlNode *element, QmsNode *node, const char **missing);

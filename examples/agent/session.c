@@ -41,8 +41,8 @@ static int HasCapability(const xmlNode *hello, const char *capability) {
   for (; item != NULL; item = NextElement(item)) {
     if (!xmlStrEqual(item->name, X("capability"))) continue;
     const char *text = item->children == NULL ? "" : C(item->children->content);
-    size_t blanks = strspn(text, " \t\r\n");
-    size_t length = strcspn(text + blanks, " \t\r\n");
+    size_t blanks = strspn(text, kBlanks);
+    size_t length = strcspn(text + blanks, kBlanks);
     if (length == strlen(capability) && strncmp(text + blanks, capability, length) == 0) return 1;
   }
   return 0;

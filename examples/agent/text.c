@@ -7,6 +7,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+const char kBlanks[] = " \t\r\n";
+
 void *Need(void *block) {
   if (block == NULL) {
     fputs("netconf_agent: out of memory\n", stderr);

@@ -34,6 +34,9 @@ void TextAddNode(Text *text, xmlNode *node);
 void TextClear(Text *text);
 void TextFree(Text *text);
 
+/* What XML has between elements. */
+extern const char kBlanks[];
+
 /* Texts of libxml2 are unsigned. */
 static inline const xmlChar *X(const char *text) {
   return (const xmlChar *)text;

@@ -41,7 +41,7 @@ static Arrival TakeMarked(Transport *transport) {
     }
     if (byte != kEndMark[transport->matched]) {
       /* People and clients end a line behind the mark; no document begins with a blank. */
-      if (transport->message.length > 0 || strchr(" \t\r\n", byte) == NULL || byte == '\0')
+      if (transport->message.length > 0 || strchr(kBlanks, byte) == NULL || byte == '\0')
         Keep(transport, &byte, 1);
     } else if (++transport->matched == END_MARK_LENGTH) {
       transport->matched = 0;

@@ -1,0 +1,131 @@
+# SPDX-License-Identifier: BSD-3-Clause
+"""What the example agent does with data of every type, tested over pipes: data_test.py AGENT"""
+import pathlib
+
+import case
+from case import AgentTest
+from client import BASE
+
+STORE = "urn:store"
+YANG = "urn:ietf:params:xml:ns:yang:1"
+MODEL = f"""<module name="store" xmlns="urn:ietf:params:xml:ns:yang:yin:1" xmlns:s="{STORE}">
+  <yang-version value="1.1"/><namespace uri="{STORE}"/><prefix value="s"/>
+  <identity name="kind"/>
+  <identity name="small"><base name="kind"/></identity>
+  <typedef name="marks"><type name="bits">
+    <bit name="late"><position value="7"/></bit><bit name="early"><position value="2"/></bit>
+  </type></typedef>
+  <container name="store">
+    <list name="shelf"><key value="number"/>
+      <leaf name="number"><type name="int32"/></leaf>
+      <leaf name="width"><type name="decimal64"><fraction-digits value="2"/></type></leaf>
+      <leaf name="marks"><type name="marks"/></leaf>
+      <leaf name="image"><type name="binary"/></leaf>
+      <leaf name="label"><type name="string"/></leaf>
+    </list>
+    <leaf-list name="kind"><type name="identityref"><base name="kind"/></type></leaf-list>
+    <leaf-list name="mixed">
+      <type name="union"><type name="uint8"/><type name="string"/></type>
+    </leaf-list>
+    <anyxml name="note"/>
+  </container>
+  <leaf name="open"><type name="boolean"/></leaf>
+</module>"""
+
+
+class DataTest(AgentTest):
+    def setUp(self):
+        super().setUp()
+        folder = pathlib.Path(self.state) / "models"
+        folder.mkdir()
+        (folder / "store.yin").write_text(MODEL)
+        self.session = self.open("--models", str(folder), "--module", "store")
+
+    def store(self, inner):
+        return (f'<store xmlns="{STORE}" xmlns:s="{STORE}" xmlns:yang="{YANG}" xmlns:nc="{BASE}">'
+                f"{inner}</store>")
+
+    def set(self, inner, options=""):
+        reply = self.session.edit(self.store(inner), options)
+        self.assertTrue(reply.ok(), reply.text)
+
+    def values(self, name, match=None):
+        reply = self.session.get_config(match)
+        self.assertIsNone(reply.error(), reply.text)
+        return reply.values(STORE, name)
+
+
+class Values(DataTest):
+    def test_numbers_are_kept_in_their_one_form(self):
+        for number, text in enumerate(("7", "+7", "007", " 7 ", "-0", "0", "-012")):
+            self.set(f"<shelf><number>{text}</number><label>{number}</label></shelf>")
+        self.assertEqual(self.values("number"), ["7", "0", "-12"])
+        self.assertEqual(self.values("label"), ["3", "5", "6"])
+        self.assertIsNone(self.session.rpc("<validate><source><running/></source></validate>").error())
+
+    def test_other_values_have_one_form_too(self):
+        forms = [("width", "001.50", "1.5"), ("width", "-0.00", "0.0"), ("width", "+3", "3.0"),
+                 ("width", ".25", "0.25"), ("width", "-10.20", "-10.2"),
+                 ("marks", "late early", "early late"),
+                 ("image", " YWJj\n", "YWJj"), ("label", " 01 ", " 01 ")]
+        for name, text, form in forms:
+            with self.subTest(name=name, text=text):
+                self.set(f"<shelf><number>1</number><{name}>{text}</{name}></shelf>")
+                self.assertEqual(self.values(name), [form])
+
+    def test_entries_that_differ_in_writing_only_are_one(self):
+        twice = "<shelf><number>1</number></shelf><shelf><number>01</number></shelf>"
+        self.assertEqual(self.session.edit(self.store(twice)).error(), "bad-element")
+        self.set("<mixed>5</mixed><mixed>x05</mixed>")
+        create = '<mixed nc:operation="create">{}</mixed>'
+        self.assertEqual(self.session.edit(self.store(create.format("05"))).error(), "data-exists")
+        self.set(create.format("500") + create.format("0500"))
+        self.set('<kind xmlns:q="urn:store">q:small</kind>')
+        self.set('<kind>small</kind><mixed nc:operation="delete">+5</mixed>')
+        self.assertEqual(self.values("kind"), ["store:small"])
+        self.assertEqual(self.values("mixed"), ["x05", "500", "0500"])
+
+
+class Filters(DataTest):
+    def setUp(self):
+        super().setUp()
+        self.set("<shelf><number>1</number><width>1.5</width><marks>early late</marks></shelf>"
+                 '<shelf><number>2</number></shelf><mixed>a</mixed><note><x c="d"/><x c="e"/></note>')
+        self.session.edit(f'<open xmlns="{STORE}">true</open>')
+
+    def test_contents_match_whatever_way_they_are_written(self):
+        for content in ("<number>+01</number>", "<width> 1.50 </width>", "<marks>late  early</marks>"):
+            match = self.store(f"<shelf>{content}</shelf>")
+            self.assertEqual(self.values("number", match), ["1"], content)
+
+    def test_the_outermost_elements_of_a_namespace_are_siblings(self):
+        wanted = f'<open xmlns="{STORE}"> {{}} </open>'
+        self.assertEqual(self.values("open", wanted.format("false")), [])
+        both = wanted.format("{}") + self.store("<mixed/>")
+        self.assertEqual(self.values("mixed", both.format("false")), [])
+        self.assertEqual(self.values("mixed", both.format("true")), ["a"])
+        self.assertEqual(self.values("number", both.format("true")), [])
+        # A content alone selects all on its level.
+        self.assertEqual(self.values("number", wanted.format("true")), ["1", "2"])
+        # What has another namespace is apart.
+        other = both.format("false").replace(f'open xmlns="{STORE}"', 'open xmlns="urn:other"')
+        self.assertEqual(self.values("mixed", other), ["a"])
+
+    def test_attributes_match_those_of_the_data(self):
+        reply = self.session.get_config(self.store('<note><x c="e"/></note>'))
+        self.assertEqual([x.get("c") for x in reply.root.iter(f"{{{STORE}}}x")], ["e"])
+        self.assertEqual(self.values("number", self.store('<shelf c="e"/>')), [])
+
+    def test_state_is_matched_by_its_types_too(self):
+        # A shelf of the YANG library: its key comes with what is selected.
+        library = "urn:ietf:params:xml:ns:yang:ietf-yang-library"
+        reply = self.session.rpc('<get><filter type="subtree">'
+                                 f'<yang-library xmlns="{library}"><datastore>'
+                                 '<name xmlns:x="urn:ietf:params:xml:ns:yang:ietf-datastores">'
+                                 "x:running</name><schema/></datastore></yang-library></filter></get>")
+        self.assertEqual(len(reply.values(library, "datastore")), 1, reply.text)
+        self.assertEqual(reply.values(library, "schema"), ["all"])
+
+
+if __name__ == "__main__":
+    case.run()
