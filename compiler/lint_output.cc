@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "compiler/lint.h"
+#include "compiler/text_check.h"
 
 namespace compiler {
 
@@ -25,17 +26,24 @@ void AppendLineText(std::string* out, std::string_view text) {
   }
 }
 
+// The name of a file may hold anything; what is no UTF-8 is no JSON.
 void AppendJsonText(std::string* out, std::string_view text) {
+  const char* end = text.data() + text.size();
+  const char* bad = FindBadCharacter(text.data(), end);
   out->push_back('"');
-  for (const char c : text) {
-    if (IsControl(c)) {
+  for (const char* c = text.data(); c != end; ++c) {
+    if (IsControl(*c)) {
       char escape[8];
-      static_cast<void>(std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c)));
+      static_cast<void>(std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(*c)));
       *out += escape;
-      continue;
+    } else if (c == bad) {
+      *out += "\xef\xbf\xbd";  // U+FFFD
+      c += DescribeBadCharacter(c, end).length - 1;
+    } else {
+      if (*c == '"' || *c == '\\') out->push_back('\\');
+      out->push_back(*c);
     }
-    if (c == '"' || c == '\\') out->push_back('\\');
-    out->push_back(c);
+    if (c >= bad) bad = FindBadCharacter(c + 1, end);
   }
   out->push_back('"');
 }

@@ -51,6 +51,7 @@ void TakeStatement(Module* module, xmlNode* statement) {
       module->prefix = TextOrEmpty(ArgumentOf(statement));
       break;
     case Keyword::kBelongsTo:
+      if (!Is(module->root, Keyword::kSubmodule)) break;  // misplaced
       module->belongsTo = TextOrEmpty(ArgumentOf(statement));
       module->prefix = TextOrEmpty(ArgumentOfChild(statement, Keyword::kPrefix));
       break;

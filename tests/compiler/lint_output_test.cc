@@ -85,6 +85,17 @@ TEST_F(Printed, AreAnArrayOfObjectsInJson) {
       FindingsAsJson(report));
 }
 
+TEST_F(Printed, AreJsonWhateverTheNameOfTheFile) {
+  session->files.push_back({"a\xff\xe2\x82\"\x1f\xc3\xbc\xed\xa0\x80.yang", true});
+  Add(2, 1, 1, "m\xe2");
+  EXPECT_EQ(
+      "[\n  {\"file\": \"a\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\\\"\\u001f\xc3\xbc"
+      "\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd.yang\", \"line\": 1, \"column\": 1,"
+      " \"severity\": \"error\", \"class\": \"type\", \"message\": \"m\xef\xbf\xbd\","
+      " \"advice\": \"do it\"}\n]\n",
+      FindingsAsJson(report));
+}
+
 TEST(SetLintClass, TakesClassesOnly) {
   LintOptions options;
   EXPECT_TRUE(SetLintClass(&options, "style"));
