@@ -87,8 +87,15 @@ void JudgeProperty(Lint* lint, const SchemaNode* target, Deviate kind, const xml
     Error(lint, cls::kTarget, property, "the " + node + " cannot have " + word, "remove it");
     return;
   }
-  const xmlNode* present = PropertyStatement(target, keyword);
   const bool several = MayBeSeveral(target, keyword);
+  const xmlNode* first = FirstChild(ParentOf(property), keyword);
+  if (!several && first != property && keyword == Keyword::kDefault) {
+    Error(lint, cls::kTarget, property,
+          "the " + node + " has " + word + " already, at " + PlaceOf(first),
+          "remove one; only a leaf-list has several");
+    return;
+  }
+  const xmlNode* present = PropertyStatement(target, keyword);
   if (kind == Deviate::kAdd && present != nullptr && !several) {
     Error(lint, cls::kTarget, property,
           "the " + node + " has " + word + " already, at " + PlaceOf(present),

@@ -3,6 +3,7 @@
 // (RFC 7950, sections 7.12 and 7.13).
 #include <algorithm>
 
+#include "compiler/argument.h"
 #include "compiler/lint_pass.h"
 #include "compiler/suggestion.h"
 
@@ -35,8 +36,23 @@ constexpr RefineRow kRefines[] = {
       Keyword::kAnyxml, Keyword::kChoice}},
 };
 
+// Each default but the first of what can have one only.
+void JudgeDefaults(Lint* lint, const TargetView& refine) {
+  const SchemaNode* node = refine.target;
+  const xmlNode* first = FirstChild(refine.statement, Keyword::kDefault);
+  if (first == nullptr || (node->keyword != Keyword::kLeaf && node->keyword != Keyword::kChoice))
+    return;
+  for (const xmlNode* s = NextSibling(first, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    Error(lint, cls::kGrouping, s,
+          "refine gives a second \"default\" to the " + std::string(RowOf(node->keyword).name) +
+              " " + Quote(node->name),
+          "remove one; only a leaf-list has several");
+}
+
 void JudgeRefine(Lint* lint, const TargetView& refine) {
   const SchemaNode* node = refine.target;
+  JudgeDefaults(lint, refine);
   for (const RefineRow& row : kRefines) {
     const xmlNode* property = FirstChild(refine.statement, row.property);
     if (property == nullptr) continue;
@@ -74,7 +90,8 @@ void JudgeTarget(Lint* lint, const TargetView& target) {
 void LintGroupings(Lint* lint, const Module* file) {
   ForEachStatement(file, Keyword::kUses, [&](const xmlNode* s) {
     const char* name = ArgumentOf(s);
-    if (name != nullptr) Resolve(lint, cls::kGrouping, s, SymbolKind::kGrouping, name, true);
+    if (name != nullptr && IsIdentifierRef(name, true))
+      Resolve(lint, cls::kGrouping, s, SymbolKind::kGrouping, name, true);
   });
   for (const TargetView& target : lint->view->inner)
     if (StatementOf(target.statement)->words == file) JudgeTarget(lint, target);

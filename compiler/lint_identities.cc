@@ -2,6 +2,7 @@
 // Bases of identities and of identityrefs (RFC 7950, sections 7.18.2 and 9.10.2).
 #include <map>
 
+#include "compiler/argument.h"
 #include "compiler/lint_pass.h"
 
 namespace compiler {
@@ -37,7 +38,8 @@ bool IsDerivedFrom(const xmlNode* identity, const xmlNode* base) {
 void LintIdentities(Lint* lint, const Module* file) {
   ForEachStatement(file, Keyword::kBase, [&](const xmlNode* s) {
     const char* name = ArgumentOf(s);
-    if (name != nullptr) Resolve(lint, cls::kIdentity, s, SymbolKind::kIdentity, name, true);
+    if (name != nullptr && IsIdentifierRef(name, true))
+      Resolve(lint, cls::kIdentity, s, SymbolKind::kIdentity, name, true);
   });
 }
 

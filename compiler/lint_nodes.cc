@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "compiler/argument.h"
+#include "compiler/grammar.h"
 #include "compiler/lint_nodes.h"
 #include "compiler/lint_pass.h"
 #include "compiler/suggestion.h"
@@ -112,7 +113,17 @@ const SchemaNode* FindBarrier(const SchemaNode* node) {
   return nullptr;
 }
 
+// True when what the grammar or an augment's target says of the statement around it is
+// enough.
+bool IsMisplaced(const SchemaNode* node) {
+  const Keyword around = KeywordOf(ParentOf(node->statement));
+  if (FindSubStatement(around, node->keyword) == nullptr) return true;
+  return around == Keyword::kAugment && node->parent->keyword != Keyword::kContainer &&
+         node->parent->keyword != Keyword::kList;
+}
+
 void JudgeOperation(Lint* lint, const SchemaNode* node) {
+  if (IsMisplaced(node)) return;
   const std::string what = std::string(RowOf(node->keyword).name) + " " + Quote(node->name);
   if (node->parent != nullptr && node->parent->keyword == Keyword::kModule) {
     if (node->keyword == Keyword::kAction)

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "compiler/argument.h"
 #include "compiler/data_template.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
@@ -121,7 +122,7 @@ void FollowDescendant(Builder* builder, xmlNode* statement, SchemaNode* start) {
   target->start = start;
   target->usedAt = builder->usedAt;
   const char* path = ArgumentOf(statement);
-  if (path == nullptr || *path == '/') {
+  if (path == nullptr || !IsDescendantNodeId(path)) {
     target->unknown = true;
     return;
   }
@@ -297,7 +298,7 @@ TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement) {
   target.statement = statement;
   target.unknown = true;
   const char* path = ArgumentOf(statement);
-  if (path == nullptr || *path != '/') return target;
+  if (path == nullptr || !IsAbsoluteNodeId(path)) return target;
   Module* words = StatementOf(statement)->words;
   const std::string_view steps = std::string_view(path).substr(1);
   const Reference first = SplitReference(steps.substr(0, steps.find('/')));
