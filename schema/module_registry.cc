@@ -32,14 +32,29 @@ uint32_t QM_CTX_AddModuleNode(QmCtx* ctx, QmsModule* module) {
   return QM_FAILED;
 }
 
+// The search of a tree, written out: modules are looked up for each value and each step of
+// a path that names one, and the tree's own search would call for each compare.
+template <auto Key, size_t kLinkPos>
+static QmsModule* FindModule(const RtkAvl3Tree* tree, const char* key) {
+  if (tree->info == nullptr) return nullptr;
+  for (RtkAvl3Link* link = tree->header.parent; link != nullptr;) {
+    auto* module = reinterpret_cast<QmsModule*>(reinterpret_cast<char*>(link) - kLinkPos);
+    const char* own = module->*Key;
+    const int32_t order = own == nullptr || own == key ? 0 : RTK_StrCmp(key, own);
+    if (order == 0) return module;
+    link = order < 0 ? link->left : link->right;
+  }
+  return nullptr;
+}
+
 QmsModule* QM_CTX_GetModuleByModName(QmCtx* ctx, const char* name) noexcept {
   if (ctx == nullptr || name == nullptr) return nullptr;
-  return static_cast<QmsModule*>(RTK_AVL3_Find(&ctx->modByName, name));
+  return FindModule<&QmsModule::name, offsetof(QmsModule, nameLink)>(&ctx->modByName, name);
 }
 
 QmsModule* QM_CTX_GetModuleByModNs(QmCtx* ctx, const char* ns) noexcept {
   if (ctx == nullptr || ns == nullptr) return nullptr;
-  return static_cast<QmsModule*>(RTK_AVL3_Find(&ctx->modByNs, ns));
+  return FindModule<&QmsModule::ns, offsetof(QmsModule, nsLink)>(&ctx->modByNs, ns);
 }
 
 // Finds a definition of a module by both names.
