@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "compiler/build.h"
+#include "compiler/path.h"
 #include "compiler/reader.h"
 #include "compiler/session.h"
 #include "compiler/statement.h"
@@ -150,9 +151,17 @@ bool DropText(xmlNode* element) noexcept {
   return dropped;
 }
 
+// An element may have any name that YANG has; an attribute "xmlns" would be a declaration.
+bool IsXmlName(const ExtensionForm& form) noexcept {
+  return IsIdentifier(form.argument) &&
+         (form.argumentIsElement || std::string_view(form.argument) != "xmlns");
+}
+
 // What is wrong with the instance's argument, or empty.
 std::string ArgumentFault(const xmlNode* element, const ExtensionForm& form) {
   const bool given = ArgumentOf(element) != nullptr;
+  if (form.argument != nullptr && !IsXmlName(form))
+    return std::string(" has an argument whose name '") + form.argument + "' XML does not take";
   if (form.argument == nullptr) return given ? " takes no argument" : "";
   if (!given) return std::string(" lacks its argument '") + form.argument + "'";
   if (form.argumentIsElement || View(element->properties->name) == form.argument) return {};
@@ -168,6 +177,13 @@ std::string FullName(const ExtensionInstance& instance) {
 // Binds an instance; false: it cannot be written.
 bool BindTo(Binder* b, const ExtensionInstance& instance, Module* target) {
   xmlNode* element = instance.element;
+  // In these it would be a statement of YANG.
+  if (target->nameSpace.empty() || target->nameSpace == kYinNamespace) {
+    AddFinding(b->report, Severity::kError, kExtensionClass, element,
+               FullName(instance) + " cannot be written, since module '" + target->name +
+                   "' has no namespace of its own");
+    return false;
+  }
   const ExtensionForm& form = FormOf(b, target, View(element->name));
   if (!form.found) {
     AddFinding(b->report, Severity::kError, kExtensionClass, element,

@@ -112,6 +112,37 @@ TEST_F(BindPrefixesTest, OwnExtensionsAreFoundWithOwnPrefix) {
   EXPECT_NE(Written().find("<m:mine a=\"b\"/>"), std::string::npos);
 }
 
+// An attribute or element of such a name would not be well-formed, or say something else.
+TEST_F(BindPrefixesTest, ArgumentsThatXmlDoesNotTakeLeaveTheTree) {
+  BindText(
+      "extension a { argument 'a b'; } extension b { argument xmlns; }\n"
+      "extension c { argument '1' { yin-element true; } }\n"
+      "extension d { argument xmlns { yin-element true; } }\n"
+      "m:a x; m:a; m:b x; m:c x; m:d x;");
+  EXPECT_EQ(Findings(),
+            "'m:a' has an argument whose name 'a b' XML does not take\n"
+            "'m:a' has an argument whose name 'a b' XML does not take\n"
+            "'m:b' has an argument whose name 'xmlns' XML does not take\n"
+            "'m:c' has an argument whose name '1' XML does not take\n");
+  EXPECT_EQ(Written().find("<m:a"), std::string::npos);
+  EXPECT_NE(Written().find("  <m:d>\n    <m:xmlns>x</m:xmlns>\n  </m:d>\n"), std::string::npos);
+}
+
+// Without a prefix it would be a statement of YANG.
+TEST_F(BindPrefixesTest, InstancesOfAModuleWithoutNamespaceLeaveTheTree) {
+  for (const char* uri : {"", "urn:ietf:params:xml:ns:yang:yin:1"}) {
+    report_ = Report();
+    Bind(ReadModuleText(session_.get(), "m.yang",
+                        std::string("module m { prefix m; namespace '") + uri +
+                            "'; import e { prefix x; } extension x; m:x; x:plain; }",
+                        &report_));
+    EXPECT_EQ(Findings(),
+              "'m:x' cannot be written, since module 'm' has no namespace of its own\n");
+    EXPECT_NE(Written().find("<x:plain/>"), std::string::npos);
+    EXPECT_EQ(Written().find("<x/>"), std::string::npos);
+  }
+}
+
 TEST_F(BindPrefixesTest, WhatIsNotDefinedLeavesTheTreeWithAllInIt) {
   BindText("x:gone { x:gone { x:plain; y:a; } } y:b c; x:plain a; x:named; x:held; leaf l;");
   EXPECT_EQ(Findings(),
