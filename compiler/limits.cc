@@ -49,10 +49,11 @@ size_t LengthWithModuleNames(const Output& out, const char* text) {
   return RenamePrefixes(xpath, rules, &unknown).size();
 }
 
-// The loader's own form: a module's name where the module changes.
+// The loader's own form: a module's name where the module changes. `*misfit` is set where
+// it takes no step of that name or prefix.
 template <typename Steps, typename PrefixOfStep, typename NameOfStep>
 size_t LengthOfSteps(const Output& out, const Steps& steps, PrefixOfStep prefix, NameOfStep name,
-                     bool* tooLong) {
+                     bool* misfit) {
   size_t length = 0;
   std::string_view last;
   for (const auto& step : steps) {
@@ -61,19 +62,20 @@ size_t LengthOfSteps(const Output& out, const Steps& steps, PrefixOfStep prefix,
     if (moduleName != last) length += moduleName.size() + 1;
     last = moduleName;
     length += 1 + name(step).size();
-    *tooLong = *tooLong || name(step).size() > kMaxName || moduleName.size() > kMaxName;
+    const bool unknown = module == nullptr && !prefix(step).empty();
+    *misfit = *misfit || unknown || name(step).size() > kMaxName || moduleName.size() > kMaxName;
   }
   return length;
 }
 
 bool PathFits(const Output& out, const NodePath& path) {
-  bool tooLong = false;
+  bool misfit = false;
   const size_t length =
-      3 * size_t{path.ups} +
-      LengthOfSteps(
-          out, path.steps, [&](const PathStep& step) { return path.Of(step.prefix); },
-          [&](const PathStep& step) { return path.Of(step.name); }, &tooLong);
-  return !tooLong && length <= kMaxPath;
+      3 * size_t{path.ups} + LengthOfSteps(
+                                 out, path.steps,
+                                 [&](const PathStep& step) { return path.Of(step.prefix); },
+                                 [&](const PathStep& step) { return path.Of(step.name); }, &misfit);
+  return !misfit && length <= kMaxPath;
 }
 
 bool TargetFits(const Output& out, const char* text) {
