@@ -129,10 +129,6 @@ bool CheckConversion(const Options& options) {
     PrintError("option '%s' does not go with '--convert'", used.c_str());
     return false;
   }
-  if (!options.features.empty() || options.loadFlags != 0) {
-    PrintError("option '%s' does not go with '--convert'", options.features.empty() ? "-i" : "-f");
-    return false;
-  }
   if (options.operands.size() > 1) PrintError("'--convert' takes one FILE");
   return options.operands.size() == 1;
 }

@@ -80,6 +80,8 @@ constexpr OptionUse kUses[] = {
     {"-m", QMODEL_LOADING},
     {"-u", QMODEL_LOADING},
     {"-d", QMODEL_LOADING},
+    {"-i", QMODEL_LOADING " compile"},
+    {"-f", QMODEL_LOADING " compile"},
     {"-c", QMODEL_LOADING},
     {"-r", QMODEL_LOADING " compile lint"},
     {"-F", "compile"},
@@ -196,6 +198,7 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->unloads.emplace_back(optarg);
       return true;
     case 'i':
+      options->used.emplace_back("-i");
       options->loadFlags |= QM_LOAD_IMPORTS;
       return true;
     case 'd':
@@ -203,6 +206,7 @@ bool TakeOption(int code, char** argv, Options* options) {
       options->loadFlags |= QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS;
       return true;
     case 'f':
+      options->used.emplace_back("-f");
       return AddFeature(optarg, options);
     case 'o':
       options->used.emplace_back("-o");

@@ -148,6 +148,7 @@ TEST_F(ClientLint, EndsWith2OnWrongUsage) {
   for (const Args& args :
        {Args{"lint"}, Args{"lint", "-W", "nothing", "good"}, Args{"lint", "-W", "no-", "good"},
         Args{"lint", "-m", "good", "good"}, Args{"lint", "-o", "x", "good"},
+        Args{"lint", "-i", "good"}, Args{"lint", "-f", "good:x", "good"},
         Args{"tree", "--json", "good"}, Args{"compile", "-W", "style", "good"}}) {
     const ClientRun run = Run(args);
     EXPECT_EQ(2, run.status) << args.back();
