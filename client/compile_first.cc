@@ -3,6 +3,7 @@
 // and a folder of its own that is searched for what it wrote.
 #include "client/compile_first.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 
@@ -58,6 +59,9 @@ int CompileFirst(Options* options, bool withOperands, PrivateFolder* folder) {
     std::string& name = i < options->modules.size()
                             ? options->modules[i]
                             : options->operands[i - options->modules.size()];
+    // What was named by its file to be loaded may be named so to be unloaded.
+    std::replace(options->unloads.begin(), options->unloads.end(), request.operands[i],
+                 result.operandNames[i]);
     name = result.operandNames[i];
   }
   return kExitOk;

@@ -48,6 +48,8 @@ bool IsSound(Compilation* all, Module* module) {
   Output probe;
   probe.all = all;
   probe.module = module;
+  // A submodule that does not say of which module is no operand, and lint says what it lacks.
+  probe.stopped = !Is(module->root, Keyword::kModule);
   ForEachFile(module, CheckFile, &probe);
   probe.stopped = probe.stopped || ReportDefinitionCircles(module, all->report);
   ForEachFile(module, NeedImports, &probe);

@@ -48,10 +48,11 @@ void FindImports(Repository* repository, Module* module) {
     Module* found = FindModuleFile(repository, import.module, import.revision);
     if (found == nullptr) {
       ReportMissing(repository, import.statement, "the imported module '" + import.module + "'");
-    } else if (!found->belongsTo.empty()) {
+    } else if (!Is(found->root, Keyword::kModule)) {
       AddFinding(repository->report, Severity::kFatal, kLinkageClass, import.statement,
                  "'" + import.module + "' is a submodule and cannot be imported",
-                 "import its module '" + found->belongsTo + "'");
+                 found->belongsTo.empty() ? "import its module"
+                                          : "import its module '" + found->belongsTo + "'");
     } else {
       import.target = found;
       if (!module->extensions.empty()) FindSubmodules(repository, found);

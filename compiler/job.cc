@@ -24,9 +24,10 @@ std::string At(const Place& place) {
   return place.line == 0 ? place.file->path : place.file->path + ":" + std::to_string(place.line);
 }
 
-// Where a text is wrong is told to the column.
+// Where a text is wrong is told to the column. An operand that is not there has no place: such a
+// line is like others of the program.
 std::string LineOf(const Finding& finding) {
-  std::string line;
+  std::string line = finding.place.file == nullptr ? "qmodel: " : "";
   if (finding.place.file != nullptr) {
     line = At(finding.place);
     if (finding.place.line != 0 && std::string_view(finding.group) == kSyntaxClass)
@@ -39,11 +40,19 @@ std::string LineOf(const Finding& finding) {
   return line;
 }
 
-std::vector<Module*> EachOnce(const std::vector<Module*>& operands) {
+// The modules of the operands, each once, in the revision that is written.
+std::vector<Module*> EachOnce(Repository* repository, const std::vector<Module*>& operands) {
   std::vector<Module*> modules;
   std::set<std::string_view> names;
-  for (Module* module : operands) {
-    if (module != nullptr && names.insert(module->name).second) modules.push_back(module);
+  for (const Module* module : operands) {
+    if (module == nullptr) continue;
+    Module* written = WrittenModule(repository, module->name);
+    if (names.insert(module->name).second) modules.push_back(written);
+    if (module->revision == written->revision) continue;
+    AddFindingAt(repository->report, Severity::kLoss, kLossClass, {module->file, 0, 0},
+                 "this revision of \"" + module->name + "\" is not written, but " +
+                     written->revision + " of " + written->file->path,
+                 "compile it in another call");
   }
   return modules;
 }
@@ -149,7 +158,7 @@ void Run(const JobRequest& request, JobResult* result) {
   const bool allFound = std::find(operands.begin(), operands.end(), nullptr) == operands.end();
   result->detail = allFound ? MissingFeature(repository, request.options) : "";
   if (result->detail.empty()) {
-    Write(&all, EachOnce(operands), request, result);
+    Write(&all, EachOnce(&repository, operands), request, result);
   } else {
     result->state = JobState::kNoFeature;
   }

@@ -11,6 +11,7 @@
 #include "compiler/circle.h"
 #include "compiler/folder_list.h"
 #include "compiler/reader.h"
+#include "compiler/statement.h"
 #include "compiler/symbols.h"
 
 namespace compiler {
@@ -124,10 +125,11 @@ void ResolveImport(Repository* repository, Import* import) {
   if (import->target == nullptr) {
     Fatal(repository, import->statement,
           "the imported module \"" + import->module + "\" is not found", "add its folder with -p");
-  } else if (!import->target->belongsTo.empty()) {
+  } else if (!Is(import->target->root, Keyword::kModule)) {
+    const std::string& owner = import->target->belongsTo;
     Fatal(repository, import->statement,
           "\"" + import->module + "\" is a submodule and cannot be imported",
-          "import its module \"" + import->target->belongsTo + "\"");
+          owner.empty() ? "import its module" : "import its module \"" + owner + "\"");
     import->target = nullptr;
   } else {
     NoteOtherRevision(repository, import->statement, *import->target, import->revision);
@@ -256,8 +258,10 @@ std::vector<Module*> OpenOperands(Repository* repository,
   std::vector<Module*> modules;
   for (const std::string& operand : operands) {
     Module* module = OpenOperand(repository, operand);
-    if (module != nullptr) repository->found.emplace(module->name, module);
     modules.push_back(module);
+    if (module == nullptr) continue;
+    const auto [known, isNew] = repository->found.emplace(module->name, module);
+    if (!isNew && module->revision > known->second->revision) known->second = module;
   }
   for (Module* module : modules) {
     if (module != nullptr) Link(repository, module);

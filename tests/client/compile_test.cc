@@ -166,6 +166,21 @@ TEST_F(ClientCompile, ASubmoduleAsOperandIsAnErrorThatNamesItsModule) {
   EXPECT_NE(std::string::npos, run.err.find("the-module")) << run.err;
 }
 
+TEST_F(ClientCompile, AnOperandThatIsNotThereIsALineOfTheProgram) {
+  Write("s.yang", "submodule s { belongs-to the-module { prefix m; } }\n");
+  const std::string submodule = "qmodel: s: a submodule; name its module \"the-module\"\n";
+  EXPECT_EQ(submodule, Run({"compile", "s"}).err);
+  EXPECT_EQ(submodule, Run({"load", "-c", "s"}).err);
+  EXPECT_EQ(0u, Run({"compile", "gone"}).err.find("qmodel: gone: no directory has this module\n"));
+}
+
+TEST_F(ClientCompile, AFileThatWasLoadedIsUnloadedByTheSameName) {
+  WriteModels();
+  const ClientRun run = Run({"load", "-c", "-i", "-u", "./n.yang", "-m", "./n.yang", "m"});
+  EXPECT_EQ(0, run.status);
+  EXPECT_EQ("", run.err);
+}
+
 TEST_F(ClientCompile, SearchesSubFoldersWhenAsked) {
   Write("vendor/a/m.yang", "module m { namespace urn:m; prefix m; }\n");
   EXPECT_EQ(3, Run({"compile", "-p", "vendor", "m"}).status);

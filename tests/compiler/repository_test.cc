@@ -138,6 +138,40 @@ TEST_F(Lookup, ASubmoduleCannotBeImported) {
   EXPECT_EQ(JobState::kStopped, Run({"m"}).state);
 }
 
+TEST_F(Lookup, ASubmoduleThatDoesNotSayOfWhichModuleIsNoModule) {
+  Write("s.yang", "submodule s { leaf a { type string; } }");
+  const JobResult alone = Run({Path("s.yang")});
+  EXPECT_EQ(JobState::kStopped, alone.state);
+  EXPECT_TRUE(alone.modules.empty());
+  EXPECT_EQ(
+      std::vector<std::string>{Path("s.yang") +
+                               ":1: submodule \"s\" has no \"belongs-to\" statement; add one"},
+      alone.findings);
+  Module("m", "import s { prefix s; }");
+  EXPECT_EQ("m.yang:2: \"s\" is a submodule and cannot be imported; import its module\n",
+            Findings("m"));
+}
+
+// Whatever the order, as of the files of a directory.
+TEST_F(Lookup, OfOperandsThatAreOneModuleTheNewestIsWritten) {
+  WriteM("m@2019-01-01.yang", "2019-01-01");
+  WriteM("m@2020-01-01.yang", "2020-01-01");
+  const std::string older = Path("m@2019-01-01.yang");
+  const std::string newer = Path("m@2020-01-01.yang");
+  for (const auto& operands : {std::vector<std::string>{older, newer}, {newer, older}}) {
+    const JobResult result = Run(operands);
+    EXPECT_EQ(JobState::kLost, result.state);
+    ASSERT_EQ(1u, result.modules.size());
+    EXPECT_EQ(newer, result.modules[0].source);
+    EXPECT_EQ(std::vector<std::string>{older +
+                                       ": this revision of \"m\" is not written, but 2020-01-01 "
+                                       "of " +
+                                       newer + "; compile it in another call"},
+              result.findings);
+  }
+  EXPECT_EQ(JobState::kDone, Run({newer, "m", newer}).state);
+}
+
 TEST_F(Lookup, SyntaxErrorsStopAModuleAndWhatNeedsIt) {
   Write("n.yang", "module n { namespace urn:n; prefix n; leaf a { type string; }");
   Module("m", "import n { prefix n; }");
@@ -160,6 +194,20 @@ TEST_F(Limits, LongConditionsAreLeftOut) {
 
 TEST_F(Limits, ConditionsThatTheLibraryCannotReadAreLeftOut) {
   Module("m", "leaf a { must \"$x\"; type string; }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf a { type string; }", BodyOf(result, "m"));
+}
+
+// The loader would refuse the whole module.
+TEST_F(Limits, PathsWithAPrefixThatNothingDeclaresAreLeftOut) {
+  Module("n", "container c { leaf a { type string; } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "augment /x:c { leaf a { type string; } }\n"
+         "augment /n:c/x:d { leaf a { type string; } }\n"
+         "deviation /x:c { deviate not-supported; }\n"
+         "leaf a { type leafref { path /x:c; } }");
   const JobResult result = Run({"m"});
   EXPECT_EQ(JobState::kLost, result.state);
   EXPECT_EQ("leaf a { type string; }", BodyOf(result, "m"));
