@@ -116,6 +116,16 @@ void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view
   *last = made.release();
 }
 
+void RenameNamespace(xmlNode* element, std::string_view before, std::string_view after) {
+  for (xmlNs* ns = element->nsDef; ns != nullptr; ns = ns->next) {
+    if (ns->prefix == nullptr || before != reinterpret_cast<const char*>(ns->prefix)) continue;
+    xmlChar* copy = CopyText(after);
+    xmlFree(const_cast<xmlChar*>(ns->prefix));
+    ns->prefix = copy;
+    return;
+  }
+}
+
 void RemoveContent(xmlNode* element) noexcept {
   if (element->children != nullptr) xmlFreeNodeList(element->children);
   element->children = nullptr;

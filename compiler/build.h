@@ -32,6 +32,9 @@ bool IsXmlNamespace(std::string_view uri) noexcept;
 // Appends a namespace declaration to those of an element.
 void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri);
 
+// Gives the element's declaration of a prefix another one.
+void RenameNamespace(xmlNode* element, std::string_view before, std::string_view after);
+
 // Removes all that stands in an element, attributes apart.
 void RemoveContent(xmlNode* element) noexcept;
 

@@ -14,6 +14,7 @@
 #include "compiler/expand.h"
 #include "compiler/features.h"
 #include "compiler/handed_down.h"
+#include "compiler/identities.h"
 #include "compiler/identity_bases.h"
 #include "compiler/limits.h"
 #include "compiler/prefixes.h"
@@ -96,8 +97,8 @@ std::vector<Output*> ExpandAll(Compilation* all, const std::vector<Module*>& mod
 // on their order.
 void TranslateAll(const std::vector<Output*>& outputs) {
   constexpr void (*kSteps[])(Output*) = {
-      WrapForeignCases, ApplyFeatures,    RestoreBases, SpreadAugmentConditions,
-      NoteTypedefNames, RewriteArguments, CompleteBases};
+      WrapForeignCases,        NameModulesOfDefaults, ApplyFeatures,    RestoreBases,
+      SpreadAugmentConditions, NoteTypedefNames,      RewriteArguments, CompleteBases};
   for (const auto step : kSteps) {
     for (Output* out : outputs) {
       if (!out->stopped) step(out);

@@ -11,7 +11,7 @@
 
 #include "compiler/condition_words.h"
 #include "compiler/data_lookup.h"
-#include "compiler/deviated_default.h"
+#include "compiler/deviated_typedef.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
@@ -167,7 +167,8 @@ void SettleDefault(Output* out, xmlNode* byDefault, const FoundNode& target) {
   // Behind a typedef, the library has the text of the target as it is.
   if (isIdentity && bottom.direct) {
     Module* module = ModuleOfIdentity(there);
-    if (module != nullptr) text = Qualify(out, module, SplitReference(text).name);
+    if (module != nullptr)
+      text = PrefixOf(out, module) + ":" + std::string(SplitReference(text).name);
   }
   SetArgument(out->all->session, byDefault, text);
 }
@@ -204,7 +205,7 @@ void SettleDeviations(Output* out) {
        s = NextSibling(s, Keyword::kDeviation)) {
     const FoundNode target = FindTarget(out->all, TargetSteps(s));
     LoseWhatWaits(out, s, target);
-    SettleTypedefDefault(out, s, target);
+    SettleTypedefProperties(out, s, target);
     for (const xmlNode* deviate = FirstChild(s, Keyword::kDeviate); deviate != nullptr;
          deviate = NextSibling(deviate, Keyword::kDeviate)) {
       const char* kind = ArgumentOf(deviate);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The library adds a default to a request as the text that it holds. Where the type is
-// identityref itself it holds "module:name", but behind a typedef the text of the leaf
-// as it was written: without a prefix, it names an identity of the leaf's own module in
-// the request too. The default of such a typedef is a text of another place, so each
-// leaf gets it for itself.
+// The library adds a default to a request as the text that it holds, and declares a prefix
+// in it that is the name of a module. Where the type is identityref itself, of a leaf or a
+// typedef, it holds "module:name"; behind a typedef the text as it was written. So a
+// typedef that gives another one a default becomes one of identityref itself, and a leaf
+// behind a typedef, or a deviation, whose default is of another module has that module's
+// name for a prefix. An identity of the leaf's own module needs none.
 #include "compiler/identities.h"
 
 #include <string>
@@ -25,12 +26,6 @@ bool IsIdentityref(const xmlNode* bottom) {
   return bottom != nullptr && std::string_view(ArgumentOf(bottom)) == "identityref";
 }
 
-// What a default is for: the leaf may be one of another module.
-struct DefaultPlace {
-  const xmlNode* type = nullptr;  // NULL: there is none
-  const Module* module = nullptr;
-};
-
 // A type that the deviation replaces is replaced before.
 const xmlNode* TypeOfDeviation(const xmlNode* deviation) {
   const xmlNode* type = nullptr;
@@ -41,27 +36,30 @@ const xmlNode* TypeOfDeviation(const xmlNode* deviation) {
   return type;
 }
 
-DefaultPlace PlaceOfDefault(Output* out, const xmlNode* parent) {
-  if (!Is(parent, Keyword::kDeviate)) return {FirstChild(parent, Keyword::kType), out->module};
-  const FoundNode target = FindTarget(out->all, TargetSteps(ParentOf(parent)));
+// NULL: there is none.
+const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
+  if (!Is(parent, Keyword::kDeviate)) return FirstChild(parent, Keyword::kType);
   const xmlNode* replaced = TypeOfDeviation(ParentOf(parent));
-  return {replaced == nullptr ? TypeOfNode(target) : replaced,
-          target.node == nullptr ? out->module : target.output->module};
+  if (replaced != nullptr) return replaced;
+  return TypeOfNode(FindTarget(out->all, TargetSteps(ParentOf(parent))));
 }
 
-// Behind a typedef, an identity of the leaf's own module stands bare, whoever says so.
-std::string WrittenIdentity(Output* out, Module* module, std::string_view name,
-                            const DefaultPlace& place, bool direct) {
-  if (direct) return Qualify(out, module, name);
-  if (module->name == place.module->name) return std::string(name);
-  return PrefixOf(out, module) + ":" + std::string(name);
+// True where the library may hold the text as it is written. What a deviation meets may
+// have got another type before.
+bool NeedsModuleName(const Output* out, const xmlNode* byDefault, const Module* module) {
+  const xmlNode* parent = ParentOf(byDefault);
+  if (Is(parent, Keyword::kDeviate)) return true;
+  return Is(parent, Keyword::kLeaf) && module->name != out->module->name &&
+         !FindBottomType(FirstChild(parent, Keyword::kType)).direct;
 }
 
-// A leaf, or a deviation that does not take its default away.
-bool GivesDefault(const xmlNode* parent) {
-  if (!Is(parent, Keyword::kDeviate)) return Is(parent, Keyword::kLeaf);
-  const char* kind = ArgumentOf(parent);
-  return kind == nullptr || std::string_view(kind) != "delete";
+// The module of the identity that the default names; NULL: it names none that is known.
+Module* ModuleOfDefault(Output* out, const xmlNode* byDefault) {
+  const char* text = ArgumentOf(byDefault);
+  if (text == nullptr || Is(ParentOf(byDefault), Keyword::kChoice)) return nullptr;
+  const xmlNode* type = TypeOfDefault(out, ParentOf(byDefault));
+  if (type == nullptr || !IsIdentityref(FindBottomType(type).type)) return nullptr;
+  return ModuleOfPrefix(StatementOf(byDefault)->words, SplitReference(text).prefix);
 }
 
 }  // namespace
@@ -89,6 +87,20 @@ void RewriteBase(Output* out, xmlNode* base) {
   SetArgument(out->all->session, base, Qualify(out, module, reference.name));
 }
 
+void NameModulesOfDefaults(Output* out) {
+  const xmlNode* root = out->written.root;
+  for (const xmlNode* s = FirstChild(root); s != nullptr; s = NextInTree(root, s)) {
+    if (!Is(s, Keyword::kDefault)) continue;
+    Module* module = ModuleOfDefault(out, s);
+    if (module == nullptr || !NeedsModuleName(out, s, module) || TakeNameAsPrefix(out, module))
+      continue;
+    Lose(out, s,
+         "the default \"" + std::string(ArgumentOf(s)) + "\" is added to requests with a prefix " +
+             "that the library does not declare, since XML has \"" + module->name +
+             "\" for itself");
+  }
+}
+
 bool RewriteDefault(Output* out, xmlNode* byDefault) {
   const xmlNode* parent = ParentOf(byDefault);
   const char* text = ArgumentOf(byDefault);
@@ -100,14 +112,8 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     SetArgument(session, byDefault, name);
     return true;
   }
-  const DefaultPlace place = PlaceOfDefault(out, parent);
-  if (place.type == nullptr) return true;
-  const BottomType bottom = FindBottomType(place.type);
-  if (!IsIdentityref(bottom.type)) return true;
-  if (Is(parent, Keyword::kTypedef)) {
-    RemoveStatement(byDefault);
-    return false;
-  }
+  const xmlNode* type = TypeOfDefault(out, parent);
+  if (type == nullptr || !IsIdentityref(FindBottomType(type).type)) return true;
   Module* module = ModuleOfPrefix(StatementOf(byDefault)->words, reference.prefix);
   if (module == nullptr) {
     AddFinding(&out->report, Severity::kError, kIdentityClass, byDefault,
@@ -123,26 +129,18 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     RemoveStatement(byDefault);
     return false;
   }
-  const std::string written = WrittenIdentity(out, module, reference.name, place, bottom.direct);
-  SetArgument(session, byDefault, written);
-  if (!bottom.direct && written.find(':') != std::string::npos && GivesDefault(parent))
-    Lose(out, byDefault,
-         "the default \"" + written +
-             "\" is added to requests as it stands, so they are valid again only where they "
-             "declare this prefix");
+  const std::string name(reference.name);
+  SetArgument(session, byDefault,
+              Is(parent, Keyword::kDeviate) ? PrefixOf(out, module) + ":" + name
+                                            : Qualify(out, module, name));
   return true;
 }
 
-void MoveIdentityDefault(Output* out, const xmlNode* type) {
-  xmlNode* leaf = ParentOf(type);
-  if (!Is(leaf, Keyword::kLeaf) || FirstChild(leaf, Keyword::kDefault) != nullptr) return;
-  const BottomType bottom = FindBottomType(type);
-  const char* mandatory = ArgumentOfChild(leaf, Keyword::kMandatory);
-  const bool isMandatory = mandatory != nullptr && std::string_view(mandatory) == "true";
-  if (bottom.byDefault == nullptr || !IsIdentityref(bottom.type) || isMandatory) return;
-  const Place* usedAt = StatementOf(type)->usedAt;
-  AppendChild(leaf, CopyStatement(out->all->session, leaf->doc, bottom.byDefault,
-                                  usedAt == nullptr ? &StatementOf(type)->place : usedAt));
+bool IsDefaultedIdentity(const xmlNode* type) {
+  const xmlNode* definition = ParentOf(type);
+  return Is(definition, Keyword::kTypedef) &&
+         FirstChild(definition, Keyword::kDefault) != nullptr &&
+         IsIdentityref(FindBottomType(type).type);
 }
 
 }  // namespace compiler

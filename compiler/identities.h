@@ -13,10 +13,14 @@ bool IsInWrittenRevision(Output* out, Module* module, std::string_view name);
 // Rewrites `base`. One that the written revision of its module does not have is lost.
 void RewriteBase(Output* out, xmlNode* base);
 
+// Gives the modules of identities in defaults the prefixes that the library knows, before
+// arguments are rewritten.
+void NameModulesOfDefaults(Output* out);
+
 // Rewrites `default`: an identity, or the name of a case. False: it has left the tree.
 bool RewriteDefault(Output* out, xmlNode* byDefault);
 
-// Gives a leaf whose typedef has an identity as its default that default itself.
-void MoveIdentityDefault(Output* out, const xmlNode* type);
+// True for the type of a typedef of identityrefs that gives them a default.
+bool IsDefaultedIdentity(const xmlNode* type);
 
 }  // namespace compiler

@@ -76,6 +76,22 @@ void CheckNamespace(Output* out) {
        "take a namespace of your own");
 }
 
+// Each prefix stands in a statement, its own or of an import, and as one of XML.
+void ChangePrefix(Output* out, WrittenPrefix* written, const std::string& prefix) {
+  xmlNode* root = out->written.root;
+  xmlNode* holder = root;
+  if (written == out->prefixes.data()) {
+    out->written.prefix = prefix;
+  } else {
+    holder = FirstChild(root, Keyword::kImport);
+    while (ArgumentOf(holder) == nullptr || written->module->name != ArgumentOf(holder))
+      holder = NextSibling(holder, Keyword::kImport);
+  }
+  SetArgument(out->all->session, FirstChild(holder, Keyword::kPrefix), prefix);
+  RenameNamespace(root, written->prefix, prefix);
+  written->prefix = prefix;
+}
+
 void PutImport(Output* out, xmlNode* import) {
   if (out->lastImport == nullptr) {
     AppendChild(out->written.root, import);
@@ -167,6 +183,22 @@ const std::string& PrefixOf(Output* out, Module* module, std::string_view prefer
       FreePrefix(*out, std::string(preferred.empty() ? module->prefix : preferred));
   AddImport(out, prefix, module);
   return out->prefixes.back().prefix;
+}
+
+bool TakeNameAsPrefix(Output* out, Module* module) {
+  const std::string& name = module->name;
+  if (!IsXmlPrefix(name) || name.size() > kMaxName) return false;
+  if (PrefixOf(out, module, name) == name) return true;
+  const auto other =
+      std::find_if(out->prefixes.begin(), out->prefixes.end(),
+                   [&](const WrittenPrefix& written) { return written.prefix == name; });
+  if (other != out->prefixes.end())
+    ChangePrefix(out, &*other, FreePrefix(*out, other->module->prefix));
+  const auto own =
+      std::find_if(out->prefixes.begin(), out->prefixes.end(),
+                   [&](const WrittenPrefix& written) { return written.module->name == name; });
+  ChangePrefix(out, &*own, name);
+  return true;
 }
 
 std::string Qualify(Output* out, Module* module, std::string_view name) {

@@ -18,6 +18,11 @@ void WriteHeader(Output* out);
 // yet. `preferred` is taken when it is free (empty: the module's own).
 const std::string& PrefixOf(Output* out, Module* module, std::string_view preferred = {});
 
+// Makes the module's name its prefix, importing it when it is not yet; whoever has that
+// prefix gets another. Only before arguments are put in the words of the written module.
+// False: no prefix can be like that.
+bool TakeNameAsPrefix(Output* out, Module* module);
+
 // "name" for what belongs to the written module, else "prefix:name".
 std::string Qualify(Output* out, Module* module, std::string_view name);
 

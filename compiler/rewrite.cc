@@ -121,7 +121,6 @@ xmlNode* RewriteTypeHere(Output* out, xmlNode* type) {
   }
   xmlNode* now = RewriteType(out, type);
   SettleItems(out, now);
-  MoveIdentityDefault(out, now);
   return now;
 }
 

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <string>
 
+#include "compiler/identities.h"
 #include "compiler/node_kind.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
@@ -248,6 +249,7 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   const bool isForeign = module->name != out->module->name;
   const bool depends = isForeign && DependsOnUser(type, 0);
   if (IsOfLeaf(type) && IsUnionForLeaf(type, 0)) return InlineType(out, type, FindBottomType(type));
+  if (IsDefaultedIdentity(type)) return InlineType(out, type, FindBottomType(type));
   if (depends && IsLeafType(type)) {
     const BottomType bottom = FindBottomType(type);
     if (std::string_view(TypeName(bottom.type)) == "leafref") return InlineType(out, type, bottom);

@@ -283,7 +283,7 @@ TEST_F(Identities, ThatAreNotThereStopTheModule) {
   EXPECT_EQ("m.yang:3: the identity \"none\" is not found\n", Findings("m"));
 }
 
-TEST_F(Identities, OfDefaultsBehindATypedefStandBare) {
+TEST_F(Identities, OfDefaultsBehindATypedefStandBareAndThoseOfTypedefsAtTheType) {
   Module("m",
          "identity base; identity i { base base; }\n"
          "typedef t { type identityref { base base; } }\n"
@@ -292,17 +292,38 @@ TEST_F(Identities, OfDefaultsBehindATypedefStandBare) {
          "leaf c { type d; } leaf e { type d; mandatory true; } leaf f { type d; default i; }");
   EXPECT_EQ(
       "identity base; identity i { base base; } "
-      "typedef t { type identityref { base base; } } typedef d { type t; } "
+      "typedef t { type identityref { base base; } } "
+      "typedef d { type identityref { base base; } default i; } "
       "leaf a { type t; default i; } leaf b { type identityref { base base; } default i; } "
-      "leaf c { type d; default i; } leaf e { type d; mandatory true; } "
+      "leaf c { type d; } leaf e { type d; mandatory true; } "
       "leaf f { type d; default i; }",
       Body("m"));
 }
 
-TEST_F(Identities, OfOtherModulesInDefaultsAreReported) {
-  Module("n",
-         "identity base; identity i { base base; } typedef t { type identityref { base base; } }");
-  Module("m", "import n { prefix n; }\nleaf a { type n:t; default n:i; }");
+// The library declares a prefix that is the name of a module.
+TEST_F(Identities, OfOtherModulesInDefaultsBehindATypedefHaveTheirModulesName) {
+  Write("types.yang",
+        "module types { namespace urn:types; prefix t; identity base;\n"
+        "  identity i { base base; } typedef t { type identityref { base base; } } }");
+  Module("n", "import types { prefix x; } grouping g { leaf b { type x:t; default x:i; } }");
+  // Prefixes that others have: an import, and the module itself.
+  Write("m.yang",
+        "module m { namespace urn:m; prefix types; import types { prefix n; } import n { prefix z; "
+        "}\n"
+        "  leaf a { type n:t; default n:i; } uses z:g; }");
+  EXPECT_EQ("leaf a { type types:t; default types:i; } leaf b { type types:t; default types:i; }",
+            Body("m"));
+  const JobResult result = Run({"m"});
+  EXPECT_EQ("types=types z=n", ImportsOf(result, "m"));
+  EXPECT_NE(std::string::npos, result.modules[0].yin.find("<prefix value=\"types2\"/>"));
+}
+
+// No prefix can be like the name of this module.
+TEST_F(Identities, OfAModuleThatXmlHasForItselfAreReported) {
+  Write("xml.yang",
+        "module xml { yang-version 1.1; namespace urn:x; prefix x; identity base;\n"
+        "  identity i { base base; } typedef t { type identityref { base base; } } }");
+  Module11("m", "import xml { prefix n; }\nleaf a { type n:t; default n:i; }");
   const JobResult result = Run({"m"});
   EXPECT_EQ(JobState::kLost, result.state);
   EXPECT_EQ("leaf a { type n:t; default n:i; }", BodyOf(result, "m"));

@@ -2,60 +2,13 @@
 // What is written for models of a few lines, loaded by the library.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
-#include <qmodel/qmodel.h>
-
-#include "tests/compiler/compile_helper.h"
+#include "tests/compiler/loading/loading_helper.h"
 
 namespace compiler {
 namespace {
-
-uint32_t AddLoadError(const char* module, const char*, const char* message, void* arg) {
-  *static_cast<std::string*>(arg) += std::string(module) + ": " + message + "\n";
-  return 0;
-}
-
-uint32_t AddText(const char* text, uint32_t length, void* arg) {
-  static_cast<std::string*>(arg)->append(text, length);
-  return 0;
-}
-
-class Loading : public Compiling {
- protected:
-  ~Loading() override { QM_CTX_Delete(ctx_); }
-
-  // Compiles the modules with what they import, and loads them in this order.
-  void Load(const std::vector<std::string>& names, CompileOptions options = {}) {
-    const std::string folder = Path("compiled");
-    std::filesystem::create_directory(folder);
-    for (const JobModule& module : Run(names, std::move(options)).modules)
-      std::ofstream(folder + "/" + module.name + ".yin") << module.yin;
-    ctx_ = QM_CTX_Create(QM_LOAD_IMPORTS);
-    ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder.c_str()));
-    for (const std::string& name : names)
-      EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, name.c_str())) << name;
-  }
-
-  std::string Errors() const {
-    std::string errors;
-    EXPECT_EQ(QM_OK, QM_CTX_ScanAllSchemaLoadFail(ctx_, AddLoadError, &errors));
-    return errors;
-  }
-
-  std::string Tree(const char* name) const {
-    std::string text;
-    EXPECT_EQ(QM_OK, QM_MOD_PrintModelTree(QM_CTX_GetModuleByModName(ctx_, name), AddText, &text));
-    return text;
-  }
-
-  bool Has(const char* path) const { return QM_CTX_GetTargetNode(ctx_, path, nullptr) != nullptr; }
-
-  QmCtx* ctx_ = nullptr;
-};
 
 TEST_F(Loading, AugmentsOfAnInputThatIsNotWrittenAreCoupledInAnyOrder) {
   Module11("n", "rpc r; container c { action act; }");
@@ -96,7 +49,7 @@ TEST_F(Loading, DeletionsFindWhatTheyDelete) {
     EXPECT_EQ(nullptr, QM_NODE_GetDefaultValueStr(QM_CTX_GetTargetNode(ctx_, path, nullptr)));
 }
 
-// The default of the typedef stands on the leaf, which had none of its own.
+// The default of a typedef stays with it, and goes where another type or `mandatory` comes.
 TEST_F(Loading, DeviationsChangeADefaultThatATypedefBrought) {
   Module11("q",
            "identity base; identity sub { base base; } identity other { base base; }\n"
@@ -117,13 +70,45 @@ TEST_F(Loading, DeviationsChangeADefaultThatATypedefBrought) {
   EXPECT_EQ(
       "module: q\n"
       "+--rw c\n"
-      "   +--rw a?   q:t <other>\n"
+      "   +--rw a?   q:t <q:other>\n"
       "   +--rw b    q:t\n"
       "   +--rw d?   string\n"
-      "   +--rw e?   q:u <other>\n"
-      "   +--rw f?   q:u <other>\n"
+      "   +--rw e?   q:u\n"
+      "   +--rw f?   q:u\n"
       "   +--rw g?   q:u <sub>\n",
       Tree("q"));
+  const auto byDefault = [&](const std::string& leaf) {
+    return QM_NODE_GetDefaultValueStr(
+        QM_CTX_GetTargetNode(ctx_, ("/q:c/" + leaf).c_str(), nullptr));
+  };
+  for (const char* leaf : {"b", "d"}) EXPECT_EQ(nullptr, byDefault(leaf)) << leaf;
+  for (const char* leaf : {"e", "f"}) EXPECT_STREQ("q:other", byDefault(leaf)) << leaf;
+}
+
+// So do a default and units that stand on the leaf, since its path does.
+TEST_F(Loading, DeviationsChangeWhatCameWithThePathOfATypedef) {
+  Module11("t", "typedef p { type leafref { path ../x; } default 1; units s; }");
+  Module11("q",
+           "import t { prefix t; } grouping g { leaf a { type t:p; } leaf b { type t:p; }\n"
+           "  leaf d { type t:p; } leaf-list e { type t:p; } }\n"
+           "container c { leaf x { type int8; } uses g; }");
+  Module11("m",
+           "import q { prefix q; }\n"
+           "deviation /q:c/q:a { deviate add { default 2; units m; } }\n"
+           "deviation /q:c/q:b { deviate add { mandatory true; units m; } }\n"
+           "deviation /q:c/q:d { deviate replace { type string; } deviate add { units m; } }\n"
+           "deviation /q:c/q:e { deviate replace { type string; } }");
+  Load({"m", "q"});
+  EXPECT_EQ("", Errors());
+  EXPECT_EQ(
+      "module: q\n+--rw c\n   +--rw x?   int8\n   +--rw a?   -> ../q:x <2>\n"
+      "   +--rw b    -> ../q:x\n   +--rw d?   string\n   +--rw e*   string\n",
+      Tree("q"));
+  const auto units = [&](const std::string& leaf) {
+    return QM_NODE_GetUnitsValueStr(QM_CTX_GetTargetNode(ctx_, ("/q:c/" + leaf).c_str(), nullptr));
+  };
+  for (const char* leaf : {"a", "b", "d"}) EXPECT_STREQ("m", units(leaf)) << leaf;
+  EXPECT_EQ(nullptr, units("e"));
 }
 
 // Each changes what the other leaves alone, or both the type.
