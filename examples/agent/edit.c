@@ -6,6 +6,7 @@
 
 #include "agent.h"
 #include "fault.h"
+#include "insert.h"
 #include "instances.h"
 #include "schema.h"
 #include "value.h"
@@ -59,6 +60,12 @@ static xmlNode *NewLeaf(Edit *edit, xmlNode *parent, xmlNode *in, xmlNode *befor
 static void RemoveOtherCases(Edit *edit, const xmlNode *element) {
   const QmsNode *node = SchemaOf(element);
   const QmsNode *choice = QM_NODE_GetParentNode(node);
+  /* Where a neighbour is of the same case the others are gone, as with all entries of a list but
+     the first. */
+  const QmsNode *beside = element->prev == NULL ? NULL : SchemaOf(element->prev);
+  int sameCase =
+      QM_NODE_GetNodeType(choice) == QMS_NODE_CASE && QM_NODE_GetParentNode(beside) == choice;
+  if (beside == node || sameCase) return;
   for (; choice != NULL; node = choice, choice = QM_NODE_GetParentNode(choice)) {
     uint32_t kind = QM_NODE_GetNodeType(choice);
     if (kind == QMS_NODE_CASE) continue;
@@ -144,8 +151,7 @@ static QmErrNode *Merge(Edit *edit, xmlNode *parent, xmlNode *in, xmlNode *there
   return Replace(edit, parent, in, there, EDIT_MERGE);
 }
 
-static QmErrNode *EditElement(Edit *edit, xmlNode *parent, xmlNode *in, EditOperation inherited) {
-  EditOperation operation = EditOperationAt(in, inherited);
+static QmErrNode *Apply(Edit *edit, xmlNode *parent, xmlNode *in, EditOperation operation) {
   xmlNode *there = InstancesFind(&edit->instances, parent, in);
   switch (operation) {
     case EDIT_CREATE:
@@ -165,6 +171,13 @@ static QmErrNode *EditElement(Edit *edit, xmlNode *parent, xmlNode *in, EditOper
     default:
       return Merge(edit, parent, in, there);
   }
+}
+
+static QmErrNode *EditElement(Edit *edit, xmlNode *parent, xmlNode *in, EditOperation inherited) {
+  EditOperation operation = EditOperationAt(in, inherited);
+  QmErrNode *fault = Apply(edit, parent, in, operation);
+  int places = operation == EDIT_CREATE || operation == EDIT_MERGE || operation == EDIT_REPLACE;
+  return fault == NULL && places ? InsertPlace(&edit->instances, parent, in) : fault;
 }
 
 QmErrNode *EditApply(QmCtx *ctx, xmlDoc *doc, xmlNode *config, EditOperation operation) {

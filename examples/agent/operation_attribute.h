@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
-/* The attribute "operation" of RFC 6241 section 7.2. */
+/* The attribute "operation" of RFC 6241 section 7.2, and which others there are. */
 #ifndef AGENT_OPERATION_ATTRIBUTE_H
 #define AGENT_OPERATION_ATTRIBUTE_H
 
@@ -20,5 +20,8 @@ int EditOperationOf(const char *name);
 EditOperation EditOperationAt(const xmlNode *element, EditOperation inherited);
 /* An error when the element has an attribute that the agent does not know. */
 QmErrNode *EditCheckAttributes(xmlNode *element);
+/* An error when one has any below a bound element: a whole configuration says what is to be there,
+   and not what is to be done. */
+QmErrNode *EditCheckNoAttributes(xmlNode *parent);
 
 #endif

@@ -84,12 +84,10 @@ static QmErrNode *GetConfig(Agent *agent, xmlNode *operation, Text *body) {
   return Read(agent, operation, body, 0);
 }
 
-/* Changes the datastore by what stands below "config", or tries whether that is possible. All
-   or nothing: what the client meant is not half done, whatever the error-option. */
+/* Changes the datastore by what stands below a checked "config", or tries whether that is
+   possible. All or nothing: what the client meant is not half done, whatever the error-option. */
 static QmErrNode *Change(Agent *agent, xmlNode *config, EditOperation operation, int testOnly) {
-  if (config == NULL) return ProtocolFault(QM_ERR_TAG_MISSING_ELEMENT, "There is no config.");
-  QmErrNode *fault = CheckInput(agent->ctx, config);
-  if (fault != NULL) return fault;
+  QmErrNode *fault = NULL;
   SharedLock(&agent->shared);
   xmlDoc *doc = NULL;
   if (!testOnly) fault = TableMayWrite(agent);
@@ -122,8 +120,18 @@ static QmErrNode *EditConfig(Agent *agent, xmlNode *operation, Text *body) {
   (void)body;
   int kind = EditOperationOf(Option(operation, "default-operation"));
   int testOnly = strcmp(Option(operation, "test-option"), "test-only") == 0;
-  return Change(agent, ChildNamed(operation, NULL, "config"),
-                kind < 0 ? EDIT_MERGE : (EditOperation)kind, testOnly);
+  xmlNode *config = ChildNamed(operation, NULL, "config");
+  if (config == NULL) return ProtocolFault(QM_ERR_TAG_MISSING_ELEMENT, "There is no config.");
+  QmErrNode *fault = CheckInput(agent->ctx, config);
+  if (fault != NULL) return fault;
+  return Change(agent, config, kind < 0 ? EDIT_MERGE : (EditOperation)kind, testOnly);
+}
+
+/* Replaces everything by a configuration, or tries it. */
+static QmErrNode *ReplaceAll(Agent *agent, xmlNode *config, int testOnly) {
+  QmErrNode *fault = CheckInput(agent->ctx, config);
+  if (fault == NULL) fault = EditCheckNoAttributes(config);
+  return fault == NULL ? Change(agent, config, EDIT_REPLACE, testOnly) : fault;
 }
 
 static QmErrNode *CopyConfig(Agent *agent, xmlNode *operation, Text *body) {
@@ -131,13 +139,13 @@ static QmErrNode *CopyConfig(Agent *agent, xmlNode *operation, Text *body) {
   xmlNode *config = ChildNamed(ChildNamed(operation, NULL, "source"), NULL, "config");
   if (config == NULL)
     return ProtocolFault(QM_ERR_TAG_INVALID_VALUE, "Source and target are the same.");
-  return Change(agent, config, EDIT_REPLACE, 0);
+  return ReplaceAll(agent, config, 0);
 }
 
 static QmErrNode *Validate(Agent *agent, xmlNode *operation, Text *body) {
   (void)body;
   xmlNode *config = ChildNamed(ChildNamed(operation, NULL, "source"), NULL, "config");
-  if (config != NULL) return Change(agent, config, EDIT_REPLACE, 1);
+  if (config != NULL) return ReplaceAll(agent, config, 1);
   xmlDoc *doc = NULL;
   QmErrNode *fault = CopyRunning(agent, &doc);
   if (fault == NULL) fault = CheckConfig(agent->ctx, xmlDocGetRootElement(doc));

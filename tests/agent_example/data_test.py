@@ -28,6 +28,18 @@ MODEL = f"""<module name="store" xmlns="urn:ietf:params:xml:ns:yang:yin:1" xmlns
       <type name="union"><type name="uint8"/><type name="string"/></type>
     </leaf-list>
     <anyxml name="note"/>
+    <list name="rule"><key value="from to"/><ordered-by value="user"/>
+      <leaf name="from"><type name="uint8"/></leaf>
+      <leaf name="to"><type name="identityref"><base name="kind"/></type></leaf>
+      <leaf name="label"><type name="string"/></leaf>
+    </list>
+    <leaf-list name="turn"><type name="uint8"/><ordered-by value="user"/></leaf-list>
+    <choice name="power">
+      <case name="line">
+        <list name="feed"><key value="number"/><leaf name="number"><type name="uint32"/></leaf></list>
+      </case>
+      <leaf name="battery"><type name="uint8"/></leaf>
+    </choice>
   </container>
   <leaf name="open"><type name="boolean"/></leaf>
 </module>"""
@@ -125,6 +137,82 @@ class Filters(DataTest):
                                  "x:running</name><schema/></datastore></yang-library></filter></get>")
         self.assertEqual(len(reply.values(library, "datastore")), 1, reply.text)
         self.assertEqual(reply.values(library, "schema"), ["all"])
+
+
+class Order(DataTest):
+    def put(self, attributes, value, **errors):
+        self.edit(f"<turn {attributes}>{value}</turn>", **errors)
+
+    def edit(self, inner, tag=None, app_tag=None, attribute=None):
+        reply = self.session.edit(self.store(inner))
+        self.assertEqual((reply.error(), reply.error("error-app-tag"), reply.error("bad-attribute")),
+                         (tag, app_tag, attribute), reply.text)
+
+    def test_entries_of_a_leaf_list_go_where_the_client_wants_them(self):
+        for value in 1, 2, 3:
+            self.put("", value)
+        self.put('yang:insert="first"', 4)
+        self.put('yang:insert="before" yang:value="02"', 5)
+        self.put('yang:insert="after" yang:value="1"', 6)
+        self.put('yang:insert="last"', 7)
+        self.assertEqual(self.values("turn"), ["4", "1", "6", "5", "2", "3", "7"])
+        # An entry that is there moves, and stays without the attribute.
+        self.put('yang:insert="first"', 7)
+        self.put('nc:operation="replace" yang:insert="after" yang:value="7"', 3)
+        self.put('yang:insert="before" yang:value="5"', 5)
+        self.put("", 4)
+        self.put('nc:operation="replace"', 4)
+        self.assertEqual(self.values("turn"), ["7", "3", "4", "1", "6", "5", "2"])
+
+    def test_entries_of_a_list_are_named_by_their_keys(self):
+        rule = "<rule{}><from>{}</from><to>s:small</to><label>{}</label></rule>"
+        self.edit(rule.format("", 1, "a") + rule.format("", 2, "b"))
+        key = ' yang:insert="{}" yang:key="{}"'
+        self.edit(rule.format(key.format("before", "[s:from='1'][s:to='s:small']"), 3, "c"))
+        self.edit(rule.format(key.format("after", ' [ from = "01" ] [to=\'small\'] '
+                                         .replace('"', "&quot;")), 4, "d"))
+        self.edit(rule.format(' yang:insert="first"', 2, "b"))
+        self.assertEqual(self.values("label"), ["b", "c", "a", "d"])
+        for wrong in ("[s:from='9'][s:to='s:small']", "[s:from='1']", "[nc:from='1'][s:to='s:small']",
+                      "s:from='1'", "[s:from='1'][s:to='s:small'", "", "[s:from=1]", "[", "[=''"):
+            self.edit(rule.format(key.format("before", wrong), 5, "e"), "bad-attribute",
+                      "missing-instance", "key")
+        self.assertEqual(self.values("label"), ["b", "c", "a", "d"])
+
+    def test_wrong_attributes_are_refused(self):
+        self.put("", 1)
+        self.put('yang:insert="second"', 2, tag="bad-attribute", attribute="insert")
+        self.put('yang:insert="before"', 2, tag="missing-attribute", attribute="value")
+        self.put('yang:value="1"', 2, tag="bad-attribute", attribute="value")
+        self.put('yang:insert="first" yang:value="1"', 2, tag="bad-attribute", attribute="value")
+        self.put('yang:insert="after" yang:key="1"', 2, tag="unknown-attribute", attribute="key")
+        self.put('yang:insert="after" yang:value="9"', 2, tag="bad-attribute",
+                 app_tag="missing-instance", attribute="value")
+        self.put('insert="first"', 2, tag="unknown-attribute", attribute="insert")
+        # Not ordered by the user.
+        self.edit('<mixed yang:insert="first">1</mixed>', tag="unknown-attribute", attribute="insert")
+        self.assertEqual(self.values("turn"), ["1"])
+
+    def test_a_whole_configuration_has_no_attributes_of_an_edit(self):
+        for what in ('<turn nc:operation="remove">1</turn>', '<turn yang:insert="first">1</turn>'):
+            source = f"<source><config>{self.store(what)}</config></source>"
+            for operation in (f"<validate>{source}</validate>",
+                              f"<copy-config><target><running/></target>{source}</copy-config>"):
+                self.assertEqual(self.session.rpc(operation).error(), "unknown-attribute")
+        free = self.store('<note nc:free="x"><a b="c"/></note>').replace(' nc:free="x"', "")
+        self.assertIsNone(self.session.rpc(
+            f"<validate><source><config>{free}</config></source></validate>").error())
+
+
+class Cases(DataTest):
+    def test_entries_in_a_case_take_time_in_proportion_to_their_number(self):
+        self.set("<battery>1</battery>")
+        entries = "".join(f"<feed><number>{number}</number></feed>" for number in range(40000))
+        # A time that grew with the square would be beyond what a client here waits.
+        self.set(entries)
+        self.assertEqual(self.values("battery"), [])
+        self.set('<battery nc:operation="create">1</battery>')
+        self.assertEqual(self.values("number"), [])
 
 
 if __name__ == "__main__":
