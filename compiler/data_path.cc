@@ -32,38 +32,58 @@ bool IsOpen(const SchemaView& view, const SchemaNode* holder) {
 
 // The node whose children a step from `from` looks at; NULL: that tree was not read.
 const SchemaNode* HolderOf(const DataCursor& from, const Module* space) {
+  if (from.message != nullptr && from.node == from.message->parent) return from.message;
   if (from.node->keyword != Keyword::kModule) return from.node;
   const auto tree = from.view->trees.find(space);
   return tree == from.view->trees.end() ? nullptr : tree->second;
 }
 
+// The input or output that the node stands in or is; NULL: none.
+const SchemaNode* MessageOf(const SchemaNode* node) {
+  while (node != nullptr && node->keyword != Keyword::kInput && node->keyword != Keyword::kOutput)
+    node = node->parent;
+  return node;
+}
+
+DataCursor Moved(const DataCursor& from, const SchemaNode* node, bool unknown = false) {
+  return {from.view, node, unknown, from.message};
+}
+
 }  // namespace
 
-DataCursor RootOf(const SchemaView* view, const SchemaNode* context, const Module* module) {
-  const SchemaNode* top = context == nullptr ? nullptr : TopOf(context);
-  if (top != nullptr && top->keyword == Keyword::kNone) return {view, top, false};
+DataCursor CursorAt(const SchemaView* view, const SchemaNode* place) {
+  const bool isShown = IsDataNode(place) || place->parent == nullptr;
+  return {view, isShown ? place : DataParent(place), false, MessageOf(place)};
+}
+
+DataCursor UnknownCursor(const DataCursor& from) {
+  return Moved(from, nullptr, true);
+}
+
+DataCursor RootOf(const DataCursor& context, const Module* module) {
+  const SchemaView* view = context.view;
+  const SchemaNode* top = context.node == nullptr ? nullptr : TopOf(context.node);
+  if (top != nullptr && top->keyword == Keyword::kNone) return Moved(context, top);
   // A grouping alone may be one for templates.
   if (top != nullptr && top->keyword == Keyword::kGrouping && view->hasTemplates)
-    return {view, nullptr, true};
+    return UnknownCursor(context);
   const auto tree = view->trees.find(module);
-  if (tree == view->trees.end()) return {view, nullptr, true};
-  return {view, tree->second, false};
+  if (tree == view->trees.end()) return UnknownCursor(context);
+  return Moved(context, tree->second);
 }
 
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name) {
   if (from.unknown || from.node == nullptr) return from;
   const SchemaNode* holder = HolderOf(from, space);
-  if (holder == nullptr) return {from.view, nullptr, true};
+  if (holder == nullptr) return UnknownCursor(from);
   const SchemaNode* child = FindDataChild(*from.view, holder, space, name);
-  if (child != nullptr) return {from.view, child, false};
-  return {from.view, nullptr, IsOpen(*from.view, holder)};
+  return Moved(from, child, child == nullptr && IsOpen(*from.view, holder));
 }
 
 DataCursor StepUp(const DataCursor& from) {
   if (from.unknown || from.node == nullptr) return from;
   const SchemaNode* parent = DataParent(from.node);
-  const bool leavesGrouping = parent == nullptr && from.node->keyword == Keyword::kGrouping;
-  return {from.view, parent, leavesGrouping};
+  return Moved(from, parent, parent == nullptr && from.node->keyword == Keyword::kGrouping);
 }
 
 std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,

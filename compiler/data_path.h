@@ -12,14 +12,23 @@ namespace compiler {
 // Where a path has come to. The top of a module's tree stands for the root of all data.
 struct DataCursor {
   const SchemaView* view = nullptr;
-  const SchemaNode* node = nullptr;  // NULL: nowhere
-  bool unknown = false;              // cannot be told: what is there was not read, or the
-                                     // path leaves a grouping that is looked at alone
+  const SchemaNode* node = nullptr;     // NULL: nowhere
+  bool unknown = false;                 // cannot be told: what is there was not read, or the
+                                        // path leaves a grouping that is looked at alone
+  const SchemaNode* message = nullptr;  // the input or output that the path comes from: of
+                                        // its operation the path sees nothing else
 };
+
+// Where a path begins that is written at `place`: there, or at the next node above that
+// data show.
+DataCursor CursorAt(const SchemaView* view, const SchemaNode* place);
 
 // The root for a path from `context`, when `module` is whose top-level nodes are asked for.
 // A template of data is a root of its own.
-DataCursor RootOf(const SchemaView* view, const SchemaNode* context, const Module* module);
+DataCursor RootOf(const DataCursor& context, const Module* module);
+
+// A path that cannot be followed any further.
+DataCursor UnknownCursor(const DataCursor& from);
 
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name);
 DataCursor StepUp(const DataCursor& from);

@@ -9,6 +9,7 @@
 #include "compiler/data_path.h"
 #include "compiler/lint_nodes.h"
 #include "compiler/lint_pass.h"
+#include "compiler/pattern.h"
 #include "compiler/xpath.h"
 
 namespace compiler {
@@ -23,6 +24,7 @@ struct Condition {
   DataCursor context;  // current()
   const Place* usedAt;
   const Xpath* xpath;
+  bool ofConfiguration;  // it sees configuration only (section 6.4.1)
 };
 
 void Say(const Condition& condition, std::string message, std::string advice) {
@@ -36,7 +38,7 @@ std::string What(const xmlNode* statement) {
 }
 
 DataCursor Unknown(const Condition& condition) {
-  return {condition.lint->view, nullptr, true};
+  return UnknownCursor(condition.context);
 }
 
 DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context);
@@ -49,15 +51,26 @@ Module* SpaceOf(const Condition& condition, std::string_view prefix) {
   return nullptr;
 }
 
+// Configuration is judged with configuration alone.
+bool SeeState(const Condition& condition, const DataCursor& reached) {
+  if (!condition.ofConfiguration || ConfigOf(reached.node) != Config::kFalse) return false;
+  Say(condition,
+      "in " + What(condition.statement) + " the path leads from configuration to " +
+          Quote(reached.node->name) + ", which is config false",
+      "refer to configuration; in the tree that is looked at there is no state");
+  return true;
+}
+
 DataCursor FollowName(const Condition& condition, const XpathStep& step, const DataCursor& from,
                       bool root) {
   const std::string_view name = condition.xpath->Of(step.name);
   const Module* space = SpaceOf(condition, condition.xpath->Of(step.prefix));
   if (space == nullptr || step.axis != XpathAxis::kChild || step.descendants || from.unknown)
     return Unknown(condition);
-  const DataCursor at = root ? RootOf(condition.lint->view, condition.context.node, space) : from;
+  const DataCursor at = root ? RootOf(condition.context, space) : from;
   const DataCursor next = StepDown(at, space, name);
-  if (next.node != nullptr || next.unknown) return next;
+  if (next.unknown) return next;
+  if (next.node != nullptr) return SeeState(condition, next) ? Unknown(condition) : next;
   const bool top = at.node->keyword == Keyword::kModule;
   Say(condition,
       "in " + What(condition.statement) + " the path leads nowhere: " +
@@ -119,12 +132,37 @@ void JudgeIdentity(const Condition& condition, const XpathNode& call) {
         "name an identity with the prefix of its module");
 }
 
+// The second argument of re-match() is a pattern as that of a type.
+void JudgePatternOf(const Condition& condition, const XpathNode& call) {
+  if (condition.xpath->Of(call.name) != "re-match" || call.operands.size() != 2 ||
+      condition.xpath->At(call.operands[1]).kind != XpathKind::kLiteral)
+    return;
+  const std::string pattern(LiteralText(*condition.xpath, call.operands[1]));
+  if (JudgePattern(pattern.c_str()) == PatternState::kFaulty)
+    Say(condition,
+        "in " + What(condition.statement) + " the pattern " + Quote(pattern) + " does not compile",
+        "write a regular expression of XML Schema");
+}
+
+// What deref() of a leafref leads to.
+DataCursor Dereference(const Condition& condition, const DataCursor& leaf) {
+  const SchemaNode* target =
+      leaf.node == nullptr ? nullptr : LeafrefTarget(condition.lint, leaf.node);
+  if (target == nullptr) return Unknown(condition);
+  DataCursor cursor = leaf;
+  cursor.node = target;
+  return cursor;
+}
+
 DataCursor FollowCall(const Condition& condition, const XpathNode& call,
                       const DataCursor& context) {
-  for (const uint32_t operand : call.operands) FollowNode(condition, operand, context);
+  DataCursor last = Unknown(condition);
+  for (const uint32_t operand : call.operands) last = FollowNode(condition, operand, context);
   JudgeIdentity(condition, call);
+  JudgePatternOf(condition, call);
   const std::string_view name = condition.xpath->Of(call.name);
-  return name == "current" ? condition.context : Unknown(condition);
+  if (name == "current") return condition.context;
+  return name == "deref" ? Dereference(condition, last) : Unknown(condition);
 }
 
 DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context) {
@@ -158,13 +196,15 @@ void JudgeCalls(const Condition& condition) {
   }
 }
 
-void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode* context,
-           const Place* usedAt) {
+// `place`: the node that has the condition, or that what it is said of stands in.
+void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode* place,
+           const Place* usedAt, Config config) {
   const char* text = ArgumentOf(statement);
   if (text == nullptr) return;
   Xpath xpath;
   XpathError error;
-  Condition condition = {lint, statement, local, {lint->view, context, false}, usedAt, &xpath};
+  Condition condition = {
+      lint, statement, local, CursorAt(lint->view, place), usedAt, &xpath, config == Config::kTrue};
   if (!ParseXpath(text, &xpath, &error)) {
     Say(condition,
         What(statement) + " does not parse: " + error.message + " at character " +
@@ -176,35 +216,24 @@ void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode
   FollowNode(condition, xpath.root, condition.context);
 }
 
-void JudgeAll(Lint* lint, const xmlNode* holder, Keyword keyword, const SchemaNode* node,
-              const SchemaNode* context) {
+void JudgeAll(Lint* lint, const xmlNode* holder, Keyword keyword, const SchemaNode* node) {
   for (const xmlNode* s = FirstChild(holder, keyword); s != nullptr; s = NextSibling(s, keyword))
-    Judge(lint, s, node->space, context, node->usedAt);
-}
-
-// The context node of a condition on a node that data do not show is the next one above
-// that they do.
-const SchemaNode* ContextOf(const SchemaNode* node) {
-  return IsDataNode(node) || node->parent == nullptr ? node : DataParent(node);
+    Judge(lint, s, node->space, node, node->usedAt, ConfigOf(node));
 }
 
 void JudgeNode(Lint* lint, const SchemaNode* node) {
   const bool isTop = node->parent == nullptr && node->keyword != Keyword::kNone;
   if (!node->written || isTop) return;
-  const SchemaNode* context = ContextOf(node);
-  JudgeAll(lint, node->statement, Keyword::kMust, node, context);
-  JudgeAll(lint, node->statement, Keyword::kWhen, node, context);
-  for (const xmlNode* change : node->changes) JudgeAll(lint, change, Keyword::kMust, node, context);
+  JudgeAll(lint, node->statement, Keyword::kMust, node);
+  JudgeAll(lint, node->statement, Keyword::kWhen, node);
+  for (const xmlNode* change : node->changes) JudgeAll(lint, change, Keyword::kMust, node);
 }
 
 // The `when` of a `uses` or of an augment.
 void JudgeBringer(Lint* lint, const TargetView& bringer, Module* space) {
   if (bringer.target == nullptr) return;
   const xmlNode* when = FirstChild(bringer.statement, Keyword::kWhen);
-  const SchemaNode* target = bringer.target;
-  const SchemaNode* context =
-      IsDataNode(target) || target->parent == nullptr ? target : DataParent(target);
-  if (when != nullptr) Judge(lint, when, space, context, bringer.usedAt);
+  if (when != nullptr) Judge(lint, when, space, bringer.target, bringer.usedAt, Config::kOpen);
 }
 
 void JudgeDeviations(Lint* lint, const Module* file) {
@@ -216,7 +245,7 @@ void JudgeDeviations(Lint* lint, const Module* file) {
            must != nullptr && target.target != nullptr; must = NextSibling(must, Keyword::kMust)) {
         const char* kind = ArgumentOf(s);
         if (kind != nullptr && std::string_view(kind) == "add")
-          Judge(lint, must, lint->module, ContextOf(target.target), nullptr);
+          Judge(lint, must, lint->module, target.target, nullptr, ConfigOf(target.target));
       }
   });
 }

@@ -18,6 +18,9 @@ Config ConfigOf(const SchemaNode* node);
 // without presence, by what stands in it.
 bool IsMandatory(const SchemaNode* node);
 
+// What a leaf of type leafref leads to; NULL: it is none, or that cannot be told.
+const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf);
+
 // Key and unique of a list.
 void JudgeList(Lint* lint, const SchemaNode* list);
 

@@ -29,8 +29,7 @@ struct Leafref {
 
 // Follows steps one after the other; on failure says in `failed` which.
 const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath& path,
-                              const SchemaNode* start, std::string* fault, std::string* advice) {
-  DataCursor cursor = {lint->view, start, false};
+                              DataCursor cursor, std::string* fault, std::string* advice) {
   for (const PathStep& step : path.steps) {
     const std::string_view prefix = path.Of(step.prefix);
     Module* space = leafref.node->space;
@@ -68,12 +67,12 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
     *advice = "write the steps that lead to the leaf";
     return nullptr;
   }
-  DataCursor cursor = {lint->view, leafref.node, false};
+  DataCursor cursor = CursorAt(lint->view, leafref.node);
   if (path.absolute) {
     Module* first = leafref.node->space;
     if (!path.steps.empty() && !path.steps[0].prefix.empty())
       first = ResolvePrefix(lint, cls::kPath, leafref.path, path.Of(path.steps[0].prefix));
-    cursor = RootOf(lint->view, leafref.node, first);
+    cursor = RootOf(cursor, first);
     if (cursor.unknown) return nullptr;
   }
   for (uint32_t i = 0; i < path.ups; ++i) {
@@ -86,7 +85,7 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
     }
     cursor = up;
   }
-  return FollowSteps(lint, leafref, path, cursor.node, fault, advice);
+  return FollowSteps(lint, leafref, path, cursor, fault, advice);
 }
 
 bool IsLeafLike(const SchemaNode* node) {
@@ -100,17 +99,9 @@ bool RequiresInstance(const TypeChain& chain) {
 
 // A leafref of a leafref, and so on: true when that never ends.
 bool IsCircle(Lint* lint, const SchemaNode* node) {
-  std::string fault;
-  std::string advice;
   const SchemaNode* start = node;
-  for (unsigned i = 0; i < kMaxLeafrefs && node != nullptr && IsLeafLike(node); ++i) {
-    const xmlNode* type = FirstChild(node->statement, Keyword::kType);
-    if (type == nullptr) return false;
-    const TypeChain chain = ChainOf(type);
-    const xmlNode* path =
-        chain.base == BuiltIn::kLeafref ? FirstChild(chain.types.back(), Keyword::kPath) : nullptr;
-    if (path == nullptr || ArgumentOf(path) == nullptr) return false;
-    node = Follow(lint, {node, path}, &fault, &advice);
+  for (unsigned i = 0; i < kMaxLeafrefs && node != nullptr; ++i) {
+    node = LeafrefTarget(lint, node);
     if (node == start) return true;
   }
   return false;
@@ -179,6 +170,18 @@ void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type, unsigned
 }
 
 }  // namespace
+
+const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf) {
+  const xmlNode* type = IsLeafLike(leaf) ? FirstChild(leaf->statement, Keyword::kType) : nullptr;
+  if (type == nullptr) return nullptr;
+  const TypeChain chain = ChainOf(type);
+  const xmlNode* path =
+      chain.base == BuiltIn::kLeafref ? FirstChild(chain.types.back(), Keyword::kPath) : nullptr;
+  if (path == nullptr || ArgumentOf(path) == nullptr) return nullptr;
+  std::string fault;
+  std::string advice;
+  return Follow(lint, {leaf, path}, &fault, &advice);
+}
 
 void LintPaths(Lint* lint) {
   for (const SchemaNode* top : lint->tops)
