@@ -27,44 +27,117 @@ struct Leafref {
   const xmlNode* path;
 };
 
-// Follows steps one after the other; on failure says in `failed` which.
-const SchemaNode* FollowSteps(Lint* lint, const Leafref& leafref, const NodePath& path,
-                              DataCursor cursor, std::string* fault, std::string* advice) {
-  for (const PathStep& step : path.steps) {
-    const std::string_view prefix = path.Of(step.prefix);
-    Module* space = leafref.node->space;
-    if (!prefix.empty()) space = ResolvePrefix(lint, cls::kPath, leafref.path, prefix);
-    if (space == nullptr) return nullptr;
-    const std::string_view name = path.Of(step.name);
-    const DataCursor next = StepDown(cursor, space, name);
-    if (next.unknown) return nullptr;
-    if (next.node == nullptr) {
-      *fault = cursor.node->parent == nullptr
-                   ? "leads nowhere: module " + Quote(space->name) + " has no top-level node " +
-                         Quote(name)
-                   : "leads nowhere: " + Quote(cursor.node->name) + " has no child " + Quote(name);
-      *advice = NearestData(cursor, space, name, "correct the path", &lint->namesToCompare);
-      return nullptr;
-    }
-    cursor = next;
+// Why a path leads nowhere, and what to do; empty: it does not, or that cannot be told.
+struct Fault {
+  std::string what;
+  std::string advice;
+};
+
+bool IsLeafLike(const SchemaNode* node) {
+  return node->keyword == Keyword::kLeaf || node->keyword == Keyword::kLeafList;
+}
+
+// One step to a name; false: the path ends here, perhaps with a fault.
+bool TakeName(Lint* lint, const Leafref& leafref, const Reference& step, DataCursor* cursor,
+              Fault* fault) {
+  Module* space = leafref.node->space;
+  if (!step.prefix.empty()) space = ResolvePrefix(lint, cls::kPath, leafref.path, step.prefix);
+  if (space == nullptr) return false;
+  const DataCursor next = StepDown(*cursor, space, step.name);
+  if (next.unknown) return false;
+  if (next.node == nullptr) {
+    fault->what = cursor->node->parent == nullptr
+                      ? "leads nowhere: module " + Quote(space->name) + " has no top-level node "
+                      : "leads nowhere: " + Quote(cursor->node->name) + " has no child ";
+    fault->what += Quote(step.name);
+    fault->advice =
+        NearestData(*cursor, space, step.name, "correct the path", &lint->namesToCompare);
+    return false;
   }
-  return cursor.node;
+  *cursor = next;
+  return true;
+}
+
+// `count` steps to the parent; false as above.
+bool TakeUps(uint32_t count, DataCursor* cursor, Fault* fault) {
+  for (uint32_t i = 0; i < count; ++i) {
+    const DataCursor up = StepUp(*cursor);
+    if (up.unknown) return false;
+    if (up.node == nullptr) {
+      *fault = {"climbs above the root", "take " + std::to_string(count - i) + " \"..\" away"};
+      return false;
+    }
+    *cursor = up;
+  }
+  return true;
+}
+
+// ---- predicates, "[key = current()/../name]"
+
+bool IsKeyOf(const SchemaNode* list, std::string_view name) {
+  const char* keys = ArgumentOfChild(list->statement, Keyword::kKey);
+  for (const std::string_view key : SplitNames(keys == nullptr ? "" : keys))
+    if (SplitReference(key).name == name) return true;
+  return false;
+}
+
+bool FollowKey(Lint* lint, const Leafref& leafref, const Reference& key, DataCursor list,
+               Fault* fault) {
+  const SchemaNode* holder = list.node;
+  if (!TakeName(lint, leafref, key, &list, fault)) return fault->what.empty();
+  if (holder->keyword == Keyword::kList && IsKeyOf(holder, key.name)) return true;
+  *fault = {
+      "has a predicate with " + Quote(key.name) + ", which is no key of " + Quote(holder->name),
+      "a predicate says the value of a key"};
+  return false;
+}
+
+bool FollowKeyValue(Lint* lint, const Leafref& leafref, const Xpath& xpath, const XpathNode& path,
+                    Fault* fault) {
+  DataCursor cursor = CursorAt(lint->view, leafref.node);
+  for (const XpathStep& step : path.steps) {
+    const bool goesOn =
+        step.test == XpathTest::kName
+            ? TakeName(lint, leafref, {xpath.Of(step.prefix), xpath.Of(step.name)}, &cursor, fault)
+            : TakeUps(1, &cursor, fault);
+    if (!goesOn) return fault->what.empty();
+  }
+  if (IsLeafLike(cursor.node)) return true;
+  *fault = {"compares a key with the " + std::string(RowOf(cursor.node->keyword).name) + " " +
+                Quote(cursor.node->name) + ", which is no leaf",
+            "compare it with a leaf"};
+  return false;
+}
+
+bool FollowPredicates(Lint* lint, const Leafref& leafref, std::string_view predicates,
+                      const DataCursor& list, Fault* fault) {
+  Xpath xpath;
+  XpathError error;
+  if (predicates.empty() || !ParseXpath("self::node()" + std::string(predicates), &xpath, &error))
+    return true;
+  for (const uint32_t index : xpath.At(xpath.root).steps[0].predicates) {
+    const XpathNode& equality = xpath.At(index);
+    const XpathStep& key = xpath.At(equality.operands[0]).steps[0];
+    if (!FollowKey(lint, leafref, {xpath.Of(key.prefix), xpath.Of(key.name)}, list, fault) ||
+        !FollowKeyValue(lint, leafref, xpath, xpath.At(equality.operands[1]), fault))
+      return false;
+  }
+  return true;
 }
 
 // Where the path leads; NULL with a fault, or without one when that cannot be told.
-const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
-                         std::string* advice) {
+const SchemaNode* Follow(Lint* lint, const Leafref& leafref, Fault* fault) {
   NodePath path;
   XpathError error;
   if (!ParseLeafrefPath(ArgumentOf(leafref.path), &path, &error)) {
-    *fault = "does not parse: " + error.message;
-    *advice =
-        "write a path such as \"../name\" or \"/p:top/p:list[p:key = current()/../key]/p:leaf\"";
+    *fault = {"does not parse: " + error.message,
+              "write a path such as \"../name\" or "
+              "\"/p:top/p:list[p:key = current()/../key]/p:leaf\""};
     return nullptr;
   }
   if (path.throughDeref) {
-    *fault = "does not parse: a path of a leafref calls no function";
-    *advice = "write the steps that lead to the leaf";
+    *fault = {"does not parse: a path of a leafref calls no function",
+              "write the steps that lead to the leaf"};
     return nullptr;
   }
   DataCursor cursor = CursorAt(lint->view, leafref.node);
@@ -75,21 +148,13 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, std::string* fault,
     cursor = RootOf(cursor, first);
     if (cursor.unknown) return nullptr;
   }
-  for (uint32_t i = 0; i < path.ups; ++i) {
-    const DataCursor up = StepUp(cursor);
-    if (up.unknown) return nullptr;
-    if (up.node == nullptr) {
-      *fault = "climbs above the root";
-      *advice = "take " + std::to_string(path.ups - i) + " \"..\" away";
+  if (!TakeUps(path.ups, &cursor, fault)) return nullptr;
+  for (const PathStep& step : path.steps) {
+    if (!TakeName(lint, leafref, {path.Of(step.prefix), path.Of(step.name)}, &cursor, fault) ||
+        !FollowPredicates(lint, leafref, path.Of(step.predicates), cursor, fault))
       return nullptr;
-    }
-    cursor = up;
   }
-  return FollowSteps(lint, leafref, path, cursor, fault, advice);
-}
-
-bool IsLeafLike(const SchemaNode* node) {
-  return node->keyword == Keyword::kLeaf || node->keyword == Keyword::kLeafList;
+  return cursor.node;
 }
 
 bool RequiresInstance(const TypeChain& chain) {
@@ -146,17 +211,16 @@ void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
   const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
   if (path == nullptr || ArgumentOf(path) == nullptr) return;
   const Leafref leafref = {node, path};
-  std::string fault;
-  std::string advice;
-  const SchemaNode* target = Follow(lint, leafref, &fault, &advice);
+  Fault fault;
+  const SchemaNode* target = Follow(lint, leafref, &fault);
   if (target != nullptr) {
     JudgeTarget(lint, leafref, chain, target);
-  } else if (!fault.empty()) {
+  } else if (!fault.what.empty()) {
     // A typedef's path is wrong for this leaf; one of its own is wrong where it stands.
     const xmlNode* at = chain.typedefs.empty() ? path : chain.types[0];
     ErrorOn(lint, cls::kPath, node, at,
-            "the path " + Quote(ArgumentOf(path)) + " of " + Quote(node->name) + " " + fault,
-            advice);
+            "the path " + Quote(ArgumentOf(path)) + " of " + Quote(node->name) + " " + fault.what,
+            fault.advice);
   }
 }
 
@@ -178,9 +242,8 @@ const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf) {
   const xmlNode* path =
       chain.base == BuiltIn::kLeafref ? FirstChild(chain.types.back(), Keyword::kPath) : nullptr;
   if (path == nullptr || ArgumentOf(path) == nullptr) return nullptr;
-  std::string fault;
-  std::string advice;
-  return Follow(lint, {leaf, path}, &fault, &advice);
+  Fault fault;
+  return Follow(lint, {leaf, path}, &fault);
 }
 
 void LintPaths(Lint* lint) {
