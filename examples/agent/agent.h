@@ -29,6 +29,7 @@ typedef struct List {
 /* The configuration as this session saw it last, and by what it knows that it still is so. */
 typedef struct Datastore {
   xmlDoc *doc; /* An element "config" with the data, bound to the schema; NULL: not read. */
+  int file;    /* The open file: as long as it is, no other has its number. -1: there is none. */
   ino_t inode;
   off_t size;
   struct timespec changed;
@@ -38,7 +39,8 @@ typedef struct Datastore {
 typedef struct Subscription {
   int active;
   xmlDoc *filter; /* NULL: everything. */
-  off_t offset;   /* What of the file of events was sent. */
+  int file;       /* The open file of events, which another one may have replaced; -1: none. */
+  off_t offset;   /* What of it was sent. */
 } Subscription;
 
 typedef struct Agent {

@@ -3,7 +3,9 @@
 #include "datastore.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "fault.h"
 #include "schema.h"
@@ -33,12 +35,15 @@ xmlDoc *DatastoreCopy(const Agent *agent, xmlDoc *doc) {
 void DatastoreForget(Agent *agent) {
   xmlFreeDoc(agent->store.doc);
   agent->store.doc = NULL;
+  if (agent->store.file >= 0) close(agent->store.file);
+  agent->store.file = -1;
 }
 
-static void Remember(Agent *agent, const struct stat *file) {
-  agent->store.inode = file->st_ino;
-  agent->store.size = file->st_size;
-  agent->store.changed = file->st_mtim;
+static void Remember(Agent *agent, int file, const struct stat *is) {
+  agent->store.file = file;
+  agent->store.inode = is->st_ino;
+  agent->store.size = is->st_size;
+  agent->store.changed = is->st_mtim;
 }
 
 static int IsSame(const Agent *agent, const struct stat *file) {
@@ -48,28 +53,41 @@ static int IsSame(const Agent *agent, const struct stat *file) {
          store->changed.tv_nsec == file->st_mtim.tv_nsec;
 }
 
-QmErrNode *DatastoreRead(Agent *agent) {
-  struct stat file = {0};
-  if (fstatat(agent->shared.folder, kFile, &file, 0) != 0) {
-    if (errno != ENOENT) return Fault(QM_ERR_TAG_OPERATION_FAILED, "The datastore cannot be read.");
-    /* Nothing was configured yet. */
-    DatastoreForget(agent);
-    agent->store.doc = DatastoreNew();
-    Remember(agent, &(struct stat){0});
-    return NULL;
-  }
-  if (IsSame(agent, &file)) return NULL;
+static int Open(const Agent *agent, struct stat *is) {
+  int file = openat(agent->shared.folder, kFile, O_RDONLY | O_CLOEXEC);
+  if (file < 0 || fstat(file, is) == 0) return file;
+  close(file);
+  return -1;
+}
+
+static xmlDoc *Parse(int file) {
   Text text = {NULL, 0, 0};
   const QmAgentLimits limits = {MAX_DATASTORE, 0};
   xmlDoc *doc = NULL;
-  if (SharedRead(&agent->shared, kFile, &text) == 0)
+  if (SharedReadFrom(file, 0, &text) == 0)
     doc = QM_AGENT_ParseMessage(text.data, text.length, &limits, NULL);
   TextFree(&text);
-  if (doc == NULL) return Fault(QM_ERR_TAG_OPERATION_FAILED, "The datastore cannot be read.");
+  return doc;
+}
+
+QmErrNode *DatastoreRead(Agent *agent) {
+  struct stat is = {0};
+  int file = Open(agent, &is);
+  /* Without a file nothing was configured yet. */
+  int none = file < 0 && errno == ENOENT;
+  if (file >= 0 && IsSame(agent, &is)) {
+    close(file);
+    return NULL;
+  }
+  xmlDoc *doc = none ? DatastoreNew() : file < 0 ? NULL : Parse(file);
+  if (doc == NULL) {
+    if (file >= 0) close(file);
+    return Fault(QM_ERR_TAG_OPERATION_FAILED, "The datastore cannot be read.");
+  }
   DatastoreForget(agent);
   agent->store.doc = doc;
   Bind(agent, doc);
-  Remember(agent, &file);
+  Remember(agent, file, &is);
   return NULL;
 }
 
@@ -78,16 +96,15 @@ QmErrNode *DatastoreWrite(Agent *agent, xmlDoc *doc) {
   TextAdd(&text, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
   TextAddNode(&text, xmlDocGetRootElement(doc));
   TextAdd(&text, "\n");
-  struct stat file = {0};
-  int failed = SharedReplace(&agent->shared, kFile, &text) != 0 ||
-               fstatat(agent->shared.folder, kFile, &file, 0) != 0;
+  struct stat is = {0};
+  int file = SharedReplace(&agent->shared, kFile, &text) == 0 ? Open(agent, &is) : -1;
   TextFree(&text);
   DatastoreForget(agent);
-  if (failed) {
+  if (file < 0) {
     xmlFreeDoc(doc);
     return Fault(QM_ERR_TAG_OPERATION_FAILED, "The datastore cannot be written.");
   }
   agent->store.doc = doc;
-  Remember(agent, &file);
+  Remember(agent, file, &is);
   return NULL;
 }

@@ -168,7 +168,7 @@ static void RaiseAlarm(Agent *agent, const xmlNode *entry, int down) {
   if (down) {
     char *name = ChildText(entry, "name");
     TextAdd(&text, "<severity>major</severity><interface>");
-    TextAddEscaped(&text, name);
+    TextAddAttribute(&text, name); /* Its line ends, too: an event is a line. */
     TextAdd(&text, "</interface>");
     free(name);
   }

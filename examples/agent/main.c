@@ -70,6 +70,7 @@ static void Close(Agent *agent) {
   TableLeave(agent);
   DatastoreForget(agent);
   xmlFreeDoc(agent->subscription.filter);
+  if (agent->subscription.file >= 0) close(agent->subscription.file);
   ListFree(&agent->capabilities);
   ListFree(&agent->packages);
   ListFree(&agent->modules);
@@ -81,7 +82,7 @@ static void Close(Agent *agent) {
 }
 
 int main(int argc, char **argv) {
-  static Agent agent = {.helloSeconds = 60};
+  static Agent agent = {.helloSeconds = 60, .store.file = -1, .subscription.file = -1};
   if (TakeArguments(&agent, argc, argv) != 0) {
     fputs(kUsage, stderr);
     return 2;

@@ -14,6 +14,8 @@
 #include "schema.h"
 
 static const char kFile[] = "events";
+/* A file of events that is larger makes place for the next one. */
+enum { MAX_EVENTS = 1024 * 1024 };
 #define CHANGE_NS "urn:ietf:params:xml:ns:yang:ietf-netconf-notifications"
 
 static void Now(char *buffer, size_t size) {
@@ -70,40 +72,72 @@ static int Send(Agent *agent, const char *time, const char *text) {
   return result;
 }
 
+static int OpenEvents(const Agent *agent, int flags) {
+  return openat(agent->shared.folder, kFile, flags | O_CLOEXEC, 0600);
+}
+
+/* A line begins anew, so that one that was not written to its end spoils no other. */
 void NotifyAll(Agent *agent, const char *text) {
   char time[32];
   Now(time, sizeof time);
-  int file = openat(agent->shared.folder, kFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+  int file = OpenEvents(agent, O_WRONLY | O_APPEND | O_CREAT);
+  struct stat is;
+  if (file >= 0 && fstat(file, &is) == 0 && is.st_size > MAX_EVENTS) {
+    /* Sessions have the file open and find in it what they have not sent yet. */
+    close(file);
+    (void)unlinkat(agent->shared.folder, kFile, 0);
+    file = OpenEvents(agent, O_WRONLY | O_APPEND | O_CREAT);
+  }
   if (file < 0) return;
-  char *line = PrintText("%s %s\n", time, text);
+  char *line = PrintText("\n%s %s\n", time, text);
   if (write(file, line, strlen(line)) < 0) perror("netconf_agent: events");
   free(line);
   close(file);
 }
 
-int NotifyPump(Agent *agent) {
-  struct stat file;
-  if (!agent->subscription.active || fstatat(agent->shared.folder, kFile, &file, 0) != 0 ||
-      file.st_size <= agent->subscription.offset)
-    return 0;
-  Text text = {NULL, 0, 0};
-  int result = 0;
+/* Adds what is new in the file that the session has open, and then in the one that has replaced
+   it. A session that is so late that two have, has missed what only the first of them had. */
+static void ReadNews(Agent *agent, Text *text) {
+  Subscription *subscription = &agent->subscription;
+  struct stat mine;
+  struct stat now;
   SharedLock(&agent->shared);
-  int failed = SharedReadFrom(&agent->shared, kFile, agent->subscription.offset, &text);
+  (void)SharedReadFrom(subscription->file, subscription->offset, text);
+  int file = OpenEvents(agent, O_RDONLY);
+  if (file >= 0 && fstat(file, &now) == 0 && fstat(subscription->file, &mine) == 0 &&
+      now.st_ino != mine.st_ino) {
+    (void)SharedReadFrom(file, 0, text);
+    int old = subscription->file;
+    subscription->file = file;
+    file = old;
+  }
+  if (file >= 0) close(file);
+  subscription->offset = lseek(subscription->file, 0, SEEK_END);
   SharedUnlock(&agent->shared);
-  size_t at = 0;
-  while (!failed && result == 0 && at < text.length) {
-    char *line = text.data + at;
-    char *end = strchr(line, '\n');
+}
+
+static int HasNews(const Agent *agent) {
+  const Subscription *subscription = &agent->subscription;
+  struct stat mine;
+  struct stat now;
+  if (!subscription->active || fstat(subscription->file, &mine) != 0) return 0;
+  return mine.st_size > subscription->offset ||
+         (fstatat(agent->shared.folder, kFile, &now, 0) == 0 && now.st_ino != mine.st_ino);
+}
+
+int NotifyPump(Agent *agent) {
+  if (!HasNews(agent)) return 0;
+  Text text = {NULL, 0, 0};
+  ReadNews(agent, &text);
+  int result = 0;
+  char *rest = NULL;
+  char *line = strtok_r(text.data, "\n", &rest);
+  for (; line != NULL && result == 0; line = strtok_r(NULL, "\n", &rest)) {
     char *blank = strchr(line, ' ');
-    if (end == NULL) break;
-    *end = '\0';
-    at = (size_t)(end - text.data) + 1;
-    if (blank == NULL || blank > end) continue;
+    if (blank == NULL) continue;
     *blank = '\0';
     result = Send(agent, line, blank + 1);
   }
-  agent->subscription.offset += (off_t)at;
   TextFree(&text);
   return result;
 }
@@ -167,15 +201,16 @@ QmErrNode *NotifySubscribe(Agent *agent, xmlNode *operation, Text *body) {
   (void)body;
   QmErrNode *fault = CheckSubscription(agent, operation);
   if (fault != NULL) return fault;
+  agent->subscription.file = OpenEvents(agent, O_RDONLY | O_CREAT);
+  if (agent->subscription.file < 0)
+    return Fault(QM_ERR_TAG_OPERATION_FAILED, "The events cannot be read.");
   xmlNode *filter = ChildNamed(operation, NULL, "filter");
   if (filter != NULL) {
     agent->subscription.filter = Need(xmlNewDoc(X("1.0")));
     xmlDocSetRootElement(agent->subscription.filter,
                          Need(xmlDocCopyNode(filter, agent->subscription.filter, 1)));
   }
-  struct stat file;
-  agent->subscription.offset =
-      fstatat(agent->shared.folder, kFile, &file, 0) == 0 ? file.st_size : 0;
+  agent->subscription.offset = lseek(agent->subscription.file, 0, SEEK_END);
   agent->subscription.active = 1;
   return NULL;
 }

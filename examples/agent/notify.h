@@ -8,7 +8,8 @@
 
 /* The operation create-subscription. */
 QmErrNode *NotifySubscribe(Agent *agent, xmlNode *operation, Text *body);
-/* Tells all sessions: the text is the notification's own element. */
+/* Tells all sessions: the text is the notification's own element, without a line end. The shared
+   lock is held. */
 void NotifyAll(Agent *agent, const char *text);
 /* Sends what was told to all since the last call; -1 when the client is gone. */
 int NotifyPump(Agent *agent);

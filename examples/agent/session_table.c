@@ -2,6 +2,7 @@
 #define _GNU_SOURCE
 #include "session_table.h"
 
+#include <errno.h>
 #include <inttypes.h>
 #include <poll.h>
 #include <signal.h>
@@ -103,7 +104,6 @@ static QmErrNode *WriteFault(void) {
 void TableEnter(Agent *agent) {
   SharedLock(&agent->shared);
   Table *table = ReadTable(agent);
-  int alone = table->count == 0;
   int failed = table->count == MAX_SESSIONS;
   if (!failed) {
     agent->id = ++table->last == 0 ? ++table->last : table->last;
@@ -111,7 +111,6 @@ void TableEnter(Agent *agent) {
     failed = WriteTable(agent, table) != 0;
   }
   free(table);
-  if (!failed && alone) (void)unlinkat(agent->shared.folder, "events", 0);
   SharedUnlock(&agent->shared);
   if (!failed) return;
   fputs("netconf_agent: the table of sessions is full or cannot be written\n", stderr);
@@ -184,16 +183,18 @@ QmErrNode *TableMayWrite(Agent *agent) {
   return fault;
 }
 
-/* Ends the process of a row. The descriptor stands for the process that has the number now;
-   when its start time is that of the row, it is the session, and stays so. */
-static void EndProcess(const Row *row) {
+/* Ends the process of a row; -1 when it lives on. The descriptor stands for the process that has
+   the number now; when its start time is that of the row, it is the session, and stays so. */
+static int EndProcess(const Row *row) {
   int process = pidfd_open(row->pid, 0);
-  if (process < 0) return;
-  if (StartOf(row->pid) == row->start && pidfd_send_signal(process, SIGKILL, NULL, 0) == 0) {
-    struct pollfd ended = {process, POLLIN, 0};
-    (void)poll(&ended, 1, KILL_MILLISECONDS);
+  if (process < 0) return errno == ESRCH ? 0 : -1;
+  int ended = StartOf(row->pid) != row->start;
+  if (!ended && pidfd_send_signal(process, SIGKILL, NULL, 0) == 0) {
+    struct pollfd end = {process, POLLIN, 0};
+    ended = poll(&end, 1, KILL_MILLISECONDS) == 1;
   }
   close(process);
+  return ended ? 0 : -1;
 }
 
 QmErrNode *TableKill(Agent *agent, uint32_t id) {
@@ -207,8 +208,9 @@ QmErrNode *TableKill(Agent *agent, uint32_t id) {
   QmErrNode *fault = NULL;
   if (row == NULL) {
     fault = ProtocolFault(QM_ERR_TAG_INVALID_VALUE, "There is no such session.");
+  } else if (EndProcess(row) != 0) {
+    fault = Fault(QM_ERR_TAG_OPERATION_FAILED, "The session cannot be ended.");
   } else {
-    EndProcess(row);
     *row = table->rows[--table->count];
     if (WriteTable(agent, table) != 0) fault = WriteFault();
   }

@@ -8,7 +8,7 @@
 
 #include "agent.h"
 
-/* Enters the session and gives it its number. The only session begins the events anew. */
+/* Enters the session and gives it its number. */
 void TableEnter(Agent *agent);
 void TableLeave(Agent *agent);
 /* The operations lock, unlock and kill-session of RFC 6241. */

@@ -29,26 +29,27 @@ void SharedUnlock(const Shared *shared) {
 }
 
 int SharedRead(const Shared *shared, const char *name, Text *text) {
-  return SharedReadFrom(shared, name, 0, text);
-}
-
-int SharedReadFrom(const Shared *shared, const char *name, off_t offset, Text *text) {
   int file = openat(shared->folder, name, O_RDONLY | O_CLOEXEC);
   if (file < 0) return -1;
+  TextClear(text);
+  int failed = SharedReadFrom(file, 0, text);
+  int error = errno;
+  close(file);
+  errno = error;
+  return failed;
+}
+
+int SharedReadFrom(int file, off_t offset, Text *text) {
   char block[16384];
   ssize_t got = 0;
-  TextClear(text);
   TextAdd(text, "");
   while ((got = pread(file, block, sizeof block, offset)) != 0) {
-    if (got < 0 && errno != EINTR) break;
+    if (got < 0 && errno != EINTR) return -1;
     if (got < 0) continue;
     TextAddBytes(text, block, (size_t)got);
     offset += got;
   }
-  int error = errno;
-  close(file);
-  errno = error;
-  return got == 0 ? 0 : -1;
+  return 0;
 }
 
 /* Writes the new file beside the old one and brings it to the disk. */

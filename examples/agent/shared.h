@@ -22,8 +22,8 @@ void SharedUnlock(const Shared *shared);
 
 /* Reads a whole file; -1 with errno, which is ENOENT when there is none. */
 int SharedRead(const Shared *shared, const char *name, Text *text);
-/* The same from an offset on. */
-int SharedReadFrom(const Shared *shared, const char *name, off_t offset, Text *text);
+/* Adds what an open file has from an offset on; -1 with errno. */
+int SharedReadFrom(int file, off_t offset, Text *text);
 /* Replaces a file: whoever reads it, also after the machine has lost its power at any moment,
    finds the old or the new one whole. -1 with errno; the old one is there then, unless it was
    the last step that failed, the sync of the folder. */

@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """What the example agent does, tested over pipes: agent_test.py AGENT"""
 import concurrent.futures
+import os
+import pathlib
+import signal
 import tempfile
 import time
 
@@ -274,6 +277,18 @@ class Edits(AgentTest):
             list(pool.map(edit, range(4)))
         self.assertEqual(len(self.names(sessions[0])), 80)
 
+    def test_another_file_is_read_though_it_looks_like_the_one_before(self):
+        session = self.open()
+        session.edit(interface("ge0", "<description>a</description>"))
+        self.assertEqual(self.description(session), ["a"])
+        store = pathlib.Path(self.state) / "datastore.xml"
+        was, text = store.stat(), store.read_text()
+        # Its number is free for another file, which most file systems give it to.
+        store.unlink()
+        store.write_text(text.replace(">a<", ">b<"))
+        os.utime(store, ns=(was.st_atime_ns, was.st_mtime_ns))
+        self.assertEqual(self.description(session), ["b"])
+
     def test_copy_config_replaces_everything(self):
         session = self.open()
         session.edit(interface("ge0"))
@@ -528,6 +543,12 @@ class Notifications(AgentTest):
         self.assertIn("alarm-cleared", two.notification().text)
         self.assertIsNone(two.get_config().error())
 
+    def test_line_ends_in_a_name_do_not_end_an_event(self):
+        session = self.open()
+        self.assertTrue(self.subscribe(session).ok())
+        session.edit(interface("a\nb c\td", "<enabled>false</enabled>"))
+        self.assertEqual(session.notification().values(ALARMS, "interface"), ["a\nb c\td"])
+
     def test_a_filter_selects_notifications(self):
         session = self.open()
         self.assertTrue(self.subscribe(
@@ -536,6 +557,30 @@ class Notifications(AgentTest):
         session.edit(interface("ge0", "<enabled>true</enabled>"))
         self.assertIn("alarm-cleared", session.notification().text)
         self.assertEqual(session.notifications, [])
+
+    def test_events_do_not_grow_without_end_and_none_is_lost_when_they_begin_anew(self):
+        one, two, three = self.open(), self.open(), self.open()
+        self.assertTrue(self.subscribe(two).ok())
+        one.edit(interface("ge0", "<enabled>false</enabled>"))
+        self.assertEqual(two.notification().values(ALARMS, "interface"), ["ge0"])
+        # Before the session has seen what was there until then.
+        two.process.send_signal(signal.SIGSTOP)
+        one.edit(interface("ge1", "<enabled>false</enabled>"))
+        events = pathlib.Path(self.state) / "events"
+        with events.open("ab") as file:
+            file.write(b"\n" * 1024 * 1024 + b"2026-01-01T00:00:00Z <alarm half wri")
+        one.edit(interface("ge2", "<enabled>false</enabled>"))
+        self.assertLess(events.stat().st_size, 1000)
+        one.edit(interface("ge3", "<enabled>false</enabled>"))
+        two.process.send_signal(signal.SIGCONT)
+        self.assertEqual([two.notification().values(ALARMS, "interface") for _ in range(3)],
+                         [["ge1"], ["ge2"], ["ge3"]])
+        self.assertTrue(self.subscribe(three).ok())
+        with events.open("ab") as file:
+            file.write(b"2026-01-01T00:00:00Z <alarm half wri")
+        one.edit(interface("ge4", "<enabled>false</enabled>"))
+        for session in (two, three):
+            self.assertEqual(session.notification().values(ALARMS, "interface"), ["ge4"])
 
     def test_there_is_no_replay_no_other_stream_and_one_subscription(self):
         session = self.open()

@@ -2,7 +2,8 @@
 /* Preloaded into the agent: counts the calls that change files, and kills the process at one of
    them. CRASH_AT is the number of the call, from 1 on; CRASH_WHEN is "before", "half" (of what
    a write has) or "after". CRASH_COUNT names a file that holds the number of the last call.
-   CRASH_NO_WATCH=yes: folders cannot be watched, as where too many are already. */
+   CRASH_NO_WATCH=yes: folders cannot be watched, as where too many are already.
+   CRASH_NO_KILL=yes: processes cannot be signalled, as those of another user. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -18,6 +19,7 @@ typedef int (*SyncFunc)(int file);
 typedef int (*RenameFunc)(int from, const char* name, int to, const char* newName);
 typedef int (*UnlinkFunc)(int folder, const char* name, int flags);
 typedef int (*WatchFunc)(int flags);
+typedef int (*SignalFunc)(int process, int number, siginfo_t* info, unsigned flags);
 
 /* The function that this one stands before. POSIX has it that the pointer can be one. */
 #define NEXT(type, name, function)             \
@@ -64,6 +66,13 @@ int inotify_init1(int flags) {
   NEXT(WatchFunc, next, inotify_init1);
   if (!Is("CRASH_NO_WATCH", "yes")) return next(flags);
   errno = EMFILE;
+  return -1;
+}
+
+int pidfd_send_signal(int process, int number, siginfo_t* info, unsigned flags) {
+  NEXT(SignalFunc, next, pidfd_send_signal);
+  if (!Is("CRASH_NO_KILL", "yes")) return next(process, number, info, flags);
+  errno = EPERM;
   return -1;
 }
 

@@ -25,6 +25,8 @@ class CrashTest(unittest.TestCase):
         session = self.open()
         self.assertTrue(session.edit(OLD).ok())
         self.assertEqual(session.end(), (0, ""))
+        # Events enough that the edit begins them anew.
+        (self.state / "events").write_bytes(b"\n" * (1024 * 1024 + 1))
         self.state.rename(self.base)
 
     def tearDown(self):
@@ -71,8 +73,9 @@ class CrashTest(unittest.TestCase):
         count_file = self.folder / "count"
         self.assertTrue(self.edit(CRASH_COUNT=str(count_file)))
         count = int(count_file.read_text())
-        # The table, the hello, the datastore, the events and the answer.
-        self.assertGreaterEqual(count, 11)
+        # The table (4), the hello, the datastore (4), the events (2) and the answer.
+        self.assertGreaterEqual(count, 12)
+        self.assertLess((self.state / "events").stat().st_size, 1000)
         outcomes = {}
         for number in range(1, count + 1):
             for when in ("before", "half", "after"):
@@ -94,6 +97,19 @@ class CrashTest(unittest.TestCase):
             self.assertIn("link-down", blind.notification().text)
         finally:
             blind.leave()
+            other.leave()
+
+    def test_a_session_that_cannot_be_ended_stays_in_the_table(self):
+        self.base.rename(self.state)
+        weak, other = self.open(CRASH_NO_KILL="yes"), self.open()
+        try:
+            kill = f"<kill-session><session-id>{other.id}</session-id></kill-session>"
+            lock = "<lock><target><running/></target></lock>"
+            self.assertTrue(other.rpc(lock).ok())
+            self.assertEqual(weak.rpc(kill).error(), "operation-failed")
+            self.assertEqual(weak.rpc(lock).error("session-id"), str(other.id))
+        finally:
+            weak.leave()
             other.leave()
 
 
