@@ -83,9 +83,27 @@ static std::string Target(const std::string& content) {
   return Module("target", "t", InContainer(content));
 }
 
-static Work AugmentsOfModules(int64_t modules) {
+static std::vector<std::string> AugmentingTexts(int64_t modules) {
   std::vector<std::string> texts{Target(StringLeaf("l"))};
   for (int64_t i = 0; i < modules; ++i) texts.push_back(Importing(i, AugmentOf(Numbered("l", i))));
+  return texts;
+}
+
+static Work AugmentsOfModules(int64_t modules) {
+  return LoadWork(AugmentingTexts(modules), modules);
+}
+
+// Each module augments the container of the one before.
+static Work ChainOfAugments(int64_t modules) {
+  std::vector<std::string> texts{Module("m0", "m", InContainer(""))};
+  for (int64_t i = 1; i < modules; ++i) {
+    const std::string before = Numbered("m", i - 1);
+    const std::string body = "<import module='" + before + "'><prefix value='b'/></import>" +
+                             InContainer("") + "<augment target-node='/b:c'>" + StringLeaf("l") +
+                             "</augment>";
+    std::string text = Module(Numbered("m", i), "m", body);
+    texts.push_back(text.insert(text.find('>'), " xmlns:b='urn:" + before + "'"));
+  }
   return LoadWork(texts, modules);
 }
 
@@ -107,14 +125,15 @@ static Work Deviations(int64_t deviations) {
   return LoadWork({Target(Many(deviations, NumberedLeaf)), Importing(0, body)}, deviations);
 }
 
-static Work DeviatingModules(int64_t modules) {
-  std::vector<std::string> texts{Target(Many(modules, NumberedLeaf))};
-  for (int64_t i = 0; i < modules; ++i) {
-    texts.push_back(Importing(i, "<deviation target-node='/t:c/t:" + Numbered("l", i) +
-                                     "'><deviate value='add'><default value='v'/></deviate>"
-                                     "</deviation>"));
-  }
-  return LoadWork(texts, modules);
+static Make DeviatingModules(const std::string& deviate) {
+  return [=](int64_t modules) {
+    std::vector<std::string> texts{Target(Many(modules, NumberedLeaf))};
+    for (int64_t i = 0; i < modules; ++i) {
+      texts.push_back(Importing(i, "<deviation target-node='/t:c/t:" + Numbered("l", i) + "'>" +
+                                       deviate + "</deviation>"));
+    }
+    return LoadWork(texts, modules);
+  };
 }
 
 static Work UnloadAmong(int64_t modules) {
@@ -129,18 +148,30 @@ static Work UnloadAmong(int64_t modules) {
   return work;
 }
 
-static Work UnloadAll(int64_t modules) {
+enum class Order { kLastFirst, kFirstFirst };
+
+// Unload of the modules `name`0, `name`1 and so on of these texts.
+static Work UnloadEach(const std::vector<std::string>& texts, const char* name, int64_t modules,
+                       Order order) {
   const auto ctx = std::make_shared<Context>();
   Work work;
-  work.before = [ctx, texts = Texts(modules, 20)] { *ctx = LoadedContext(texts); };
-  work.run = [ctx, modules] {
-    for (int64_t i = modules; i-- > 0;) {
-      const std::string name = Numbered("gen-", i);
-      static_cast<void>(QM_CTX_UnloadModule(ctx->get(), name.c_str()));
+  work.before = [ctx, texts] { *ctx = LoadedContext(texts); };
+  work.run = [=] {
+    for (int64_t i = 0; i < modules; ++i) {
+      const int64_t number = order == Order::kLastFirst ? modules - 1 - i : i;
+      static_cast<void>(QM_CTX_UnloadModule(ctx->get(), Numbered(name, number).c_str()));
     }
   };
   work.after = [ctx] { ctx->reset(); };
   return work;
+}
+
+static Make UnloadOfGenerated(Order order) {
+  return [=](int64_t modules) { return UnloadEach(Texts(modules, 20), "gen-", modules, order); };
+}
+
+static Make UnloadOfAugmenting(Order order) {
+  return [=](int64_t modules) { return UnloadEach(AugmentingTexts(modules), "m", modules, order); };
 }
 
 static Work FeatureLookups(int64_t features) {
@@ -271,7 +302,8 @@ std::vector<Growth> SchemaGrowth() {
       {"modules", "load", 50, Modules},
       {"modules", "lookups of each", 100, ModuleLookups},
       {"modules", "unload and reload of one among them", 50, UnloadAmong},
-      {"modules", "unload of each, the last first", 100, UnloadAll},
+      {"modules", "unload of each, the last first", 100, UnloadOfGenerated(Order::kLastFirst)},
+      {"modules", "unload of each, the first first", 100, UnloadOfGenerated(Order::kFirstFirst)},
       {"nodes", "load", 500, Nodes},
       {"nodes", "printed tree", 500, PrintedTree},
       {"depth", "load", 25, Depth},
@@ -294,9 +326,17 @@ std::vector<Growth> SchemaGrowth() {
        }},
       {"imports", "load", 100, LoadOfMany(OneImport)},
       {"augments onto one target", "load of a module each", 50, AugmentsOfModules},
+      {"augments onto one target", "unload of each module, the last first", 50,
+       UnloadOfAugmenting(Order::kLastFirst)},
+      {"augments onto one target", "unload of each module, the first first", 50,
+       UnloadOfAugmenting(Order::kFirstFirst)},
+      {"augments", "load of modules, each onto the one before", 50, ChainOfAugments},
       {"augments onto one target", "load of one module with all", 100, AugmentsOfOneModule},
       {"deviations", "load of one module with all", 100, Deviations},
-      {"deviations", "load of a module each", 50, DeviatingModules},
+      {"deviations", "load of a module each", 50,
+       DeviatingModules("<deviate value='add'><default value='v'/></deviate>")},
+      {"deviations", "load of a module each, which removes its leaf", 50,
+       DeviatingModules("<deviate value='not-supported'/>")},
       {"conditions", "load of leaves with a when and a must", 250,
        LoadOfManyBelow(ConditionalLeaf)},
       {"conditions", "load of one leaf with many musts", 100,

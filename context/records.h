@@ -114,6 +114,7 @@ struct QmCtx {
   RtkAvl3Tree modRelTree;          // QmCtxModRelTbl by target-module name
   uint32_t loadFlags;              // QmLoadFlag bits
   uint32_t keepPatterns;           // 1: compiled forms are kept
+  uint32_t hasForgottenRuns;       // 1: some augment may be marked so; see coupling/detach
   QmKeptPatterns* keptPatterns;    // owned; NULL: none yet. Published by checks, atomically
 };
 

@@ -163,6 +163,7 @@ uint32_t QMS_NODE_CoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* targ
     next = child != last ? child->next : nullptr;
     MoveChildToTarget(child, target);
   }
+  NoteRun(target);
   TellOfRun(augment, QM_AGENT_EVENT_AUGMENT_ATTACHED);
   return QM_OK;
 }
@@ -183,7 +184,8 @@ uint32_t QMS_NODE_UnCoupleAugmentNodeAndTargetNode(QmsNode* augment, QmsNode* ta
   QmsNode* last = augment->lastChild;
   if (first == nullptr) return last == nullptr ? QM_OK : QM_INVALID;
   // The links are cleared only now: with them the run could not be found again.
-  if (QMS_NODE_IsChildNode(target, first) != 1) return QM_INVALID;
+  const bool isThere = first->parent == target || QMS_NODE_IsChildNode(target, first) == 1;
+  if (!isThere) return QM_INVALID;
   TellOfRun(augment, QM_AGENT_EVENT_AUGMENT_DETACHING);
   const uint32_t coupled = augment->flags & QMS_NODE_COUPLED;
   augment->flags &= ~QMS_NODE_COUPLED;  // a coupled augment takes no children

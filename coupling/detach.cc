@@ -6,6 +6,9 @@
 // more: a node on the way is gone, or another one of that name came before it.
 // When a module or a subtree goes, no augment may keep a pointer into it and no
 // node may outlive its module. So here the run's own links say where it lies.
+//
+// Which augments have a run there is found by asking all of all modules. A module counts
+// the runs under its nodes, so that the many under which none lies need not ask.
 
 #include "coupling/detach.h"
 
@@ -36,6 +39,11 @@ static QmsNode* RunTarget(const QmsNode* augment) {
   return augment->firstChild != nullptr ? augment->firstChild->parent : nullptr;
 }
 
+// What is foreign below a node hangs from a run under a node of the same module.
+static bool MayHaveRunsBelow(const QmsNode* top) {
+  return top->module->runCount != 0;
+}
+
 static bool RunLiesBelow(const QmsNode* augment, const QmsNode* top) {
   for (const QmsNode* node = RunTarget(augment); node != nullptr; node = node->parent) {
     if (node == top) return true;
@@ -43,7 +51,17 @@ static bool RunLiesBelow(const QmsNode* augment, const QmsNode* top) {
   return false;
 }
 
+void NoteRun(const QmsNode* target) {
+  if (target->module != nullptr) ++target->module->runCount;
+}
+
 void ForgetRun(QmsNode* augment) {
+  const QmsNode* target = RunTarget(augment);
+  // Links that were set by hand have not been counted.
+  if (target != nullptr && target != augment && target->module != nullptr &&
+      target->module->runCount != 0) {
+    --target->module->runCount;
+  }
   augment->firstChild = nullptr;
   augment->lastChild = nullptr;
 }
@@ -71,20 +89,25 @@ void ForceDetach(QmsNode* augment) {
 }
 
 void DetachRunsBelow(QmCtx* ctx, const QmsNode* top) {
+  if (!MayHaveRunsBelow(top)) return;
   ForEachCoupledAugment(ctx, [top](QmsNode* augment) {
     if (RunLiesBelow(augment, top)) ForceDetach(augment);
   });
 }
 
 void ForgetRunsBelow(QmCtx* ctx, const QmsNode* top) {
-  ForEachCoupledAugment(ctx, [top](QmsNode* augment) {
+  if (!MayHaveRunsBelow(top)) return;
+  ForEachCoupledAugment(ctx, [ctx, top](QmsNode* augment) {
     if (!RunLiesBelow(augment, top)) return;
     ForgetRun(augment);
     augment->flags |= kRunForgotten;
+    ctx->hasForgottenRuns = 1;
   });
 }
 
 void SettleForgottenRuns(QmCtx* ctx) {
+  if (ctx->hasForgottenRuns == 0) return;
+  ctx->hasForgottenRuns = 0;
   ForEachCoupledAugment(ctx, [](QmsNode* augment) {
     if (HasFlag(augment, kRunForgotten)) augment->flags &= ~(kRunForgotten | QMS_NODE_COUPLED);
   });
@@ -95,6 +118,7 @@ void DetachModuleAugments(QmCtx* ctx, QmsModule* module) {
   for (QmsNode* augment = module->augmentNodes; augment != nullptr; augment = augment->next) {
     if (IsCoupledAugment(augment)) ForceDetach(augment);
   }
+  if (module->runCount == 0) return;
   // Foreign nodes in the trees of the module hang directly under one of its own
   // nodes; what lies deeper goes with them.
   ForEachCoupledAugment(ctx, [module](QmsNode* augment) {

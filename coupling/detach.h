@@ -5,6 +5,9 @@
 // The runs of coupled augments, taken by their links and not by their paths.
 // DetachModuleAugments is made of these.
 
+// Counts a run that has come to the children of `target`.
+void NoteRun(const QmsNode* target);
+
 // Clears the marks of a run: afterwards the augment has no children.
 void ForgetRun(QmsNode* augment);
 

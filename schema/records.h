@@ -139,6 +139,7 @@ struct QmsModule {
   QmsNode* rpcTail;
   QmsNode* notifTail;
   QmsNode* augmentTail;
+  uint32_t runCount;  // of the augments' runs that lie directly under nodes of the module
   uint32_t mergeSourceCount;
   const char** mergeSources;  // suffixes of the split files it came from
   void* privateData;          // the client's

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "context/dict.h"
+#include "coupling/detach.h"
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "tests/support/counting_memory.h"
@@ -447,6 +448,7 @@ TEST(RemoveCoupledAugmentNodeChildLink, MovesTheEndsOfTheRun) {
   EXPECT_EQ("/t:x coupled{}", world.Augments("a"));
   augment->firstChild = y1;
   augment->lastChild = y3;
+  NoteRun(y1->parent);
 }
 
 static std::vector<std::string>* g_relinked = nullptr;

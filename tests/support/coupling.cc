@@ -5,6 +5,7 @@
 #include <qmodel/error.h>
 
 #include <cstdio>
+#include <map>
 #include <set>
 
 #include "context/list.h"
@@ -44,6 +45,8 @@ class LinkCheck {
       for (const QmsNode* augment = module->augmentNodes; augment != nullptr;
            augment = augment->next)
         if ((augment->flags & QMS_NODE_COUPLED) != 0) Run(augment);
+    for (const QmsModule* module : modules_)
+      EXPECT_EQ(runsUnder_[module], module->runCount) << "runs under nodes of " << module->name;
   }
 
  private:
@@ -75,6 +78,7 @@ class LinkCheck {
     EXPECT_EQ(augment->firstChild == nullptr, augment->lastChild == nullptr) << augment->name;
     const QmsNode* node = augment->firstChild;
     const QmsNode* target = nullptr;
+    if (node != nullptr && node->parent != nullptr) ++runsUnder_[node->parent->module];
     for (; node != nullptr; node = node->next) {
       if (seen_.count(node) == 0) {
         ADD_FAILURE() << "the run of " << augment->name << " leads to a node in no tree";
@@ -93,6 +97,7 @@ class LinkCheck {
   std::vector<QmsModule*> modules_;
   std::set<const QmsNode*> seen_;
   std::set<const QmsNode*> inRun_;
+  std::map<const QmsModule*, uint32_t> runsUnder_;
 };
 
 std::string SubtreeUnder(const QmsModule* parentModule, const QmsNode* node) {
