@@ -247,7 +247,11 @@ Module* FindModuleFile(Repository* repository, const std::string& name,
   const std::string key = revision.empty() ? name : name + "@" + revision;
   const auto known = repository->found.find(key);
   if (known != repository->found.end()) return known->second;
-  Module* module = Search(repository, name, revision);
+  // An operand is the file that is meant, though another path leads to it as well.
+  const auto any = repository->found.find(name);
+  const bool fits =
+      any != repository->found.end() && any->second != nullptr && any->second->revision == revision;
+  Module* module = fits ? any->second : Search(repository, name, revision);
   repository->found.emplace(key, module);
   return module;
 }

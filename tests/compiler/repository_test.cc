@@ -152,6 +152,15 @@ TEST_F(Lookup, ASubmoduleThatDoesNotSayOfWhichModuleIsNoModule) {
             Findings("m"));
 }
 
+// "n.yang" and "./n.yang", for instance.
+TEST_F(Lookup, AnOperandIsNotReadAgainUnderAnotherPath) {
+  Write("n.yang", "module n { namespace urn:n; prefix n; revision 2020-01-01; leaf }");
+  Module("m", "import n { prefix n; revision-date 2020-01-01; }");
+  const JobResult result = Run({folder() + "//n.yang", "m"});
+  EXPECT_EQ(JobState::kStopped, result.state);
+  for (const std::string& line : result.findings) EXPECT_NE(0u, line.find(Path("n.yang"))) << line;
+}
+
 // Whatever the order, as of the files of a directory.
 TEST_F(Lookup, OfOperandsThatAreOneModuleTheNewestIsWritten) {
   WriteM("m@2019-01-01.yang", "2019-01-01");
