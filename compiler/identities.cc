@@ -10,6 +10,7 @@
 #include <string>
 
 #include "compiler/data_lookup.h"
+#include "compiler/identity_bases.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
@@ -62,6 +63,14 @@ Module* ModuleOfDefault(Output* out, const xmlNode* byDefault) {
   return ModuleOfPrefix(StatementOf(byDefault)->words, SplitReference(text).prefix);
 }
 
+// A type that has no base left is no identityref; as a string it takes what that might.
+void RemoveBase(Output* out, xmlNode* base) {
+  xmlNode* parent = ParentOf(base);
+  RemoveStatement(base);
+  if (Is(parent, Keyword::kType) && FirstChild(parent, Keyword::kBase) == nullptr)
+    SetArgument(out->all->session, parent, "string");
+}
+
 }  // namespace
 
 bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
@@ -71,20 +80,31 @@ bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
          FindGlobal(module, SymbolKind::kIdentity, name) == nullptr;
 }
 
-void RewriteBase(Output* out, xmlNode* base) {
+bool RewriteBase(Output* out, xmlNode* base) {
   const char* text = ArgumentOf(base);
   const Reference reference = SplitReference(text == nullptr ? "" : text);
   Module* module = ModuleOfPrefix(StatementOf(base)->words, reference.prefix);
-  if (module == nullptr || FindGlobal(module, SymbolKind::kIdentity, reference.name) == nullptr) {
+  const xmlNode* definition =
+      module == nullptr ? nullptr : FindGlobal(module, SymbolKind::kIdentity, reference.name);
+  if (definition == nullptr) {
     Stop(out, kIdentityClass, base,
          "the identity \"" + std::string(text == nullptr ? "" : text) + "\" is not found");
-    return;
+    return true;
   }
-  if (!IsInWrittenRevision(out, module, reference.name))
-    Lose(out, base,
-         "the revision of \"" + module->name + "\" that is written has no identity \"" +
-             std::string(reference.name) + "\"");
-  SetArgument(out->all->session, base, Qualify(out, module, reference.name));
+  if (IsInWrittenRevision(out, module, reference.name)) {
+    SetArgument(out->all->session, base, Qualify(out, module, reference.name));
+    return true;
+  }
+  Lose(out, base,
+       "the revision of \"" + module->name + "\" that is written has no identity \"" +
+           std::string(reference.name) + "\"");
+  const std::string nearest = NearestWrittenBase(out, definition);
+  if (nearest.empty()) {
+    RemoveBase(out, base);
+    return false;
+  }
+  SetArgument(out->all->session, base, nearest);
+  return true;
 }
 
 void NameModulesOfDefaults(Output* out) {

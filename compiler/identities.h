@@ -10,8 +10,9 @@ namespace compiler {
 // False: only a revision of the module that is not written has the identity.
 bool IsInWrittenRevision(Output* out, Module* module, std::string_view name);
 
-// Rewrites `base`. One that the written revision of its module does not have is lost.
-void RewriteBase(Output* out, xmlNode* base);
+// Rewrites `base`. One that the written revision of its module does not have gives way to
+// what it derives from. False: it has left the tree.
+bool RewriteBase(Output* out, xmlNode* base);
 
 // Gives the modules of identities in defaults the prefixes that the library knows, before
 // arguments are rewritten.

@@ -53,6 +53,16 @@ std::vector<Identity> AllBasesOf(const xmlNode* definition) {
   return bases;
 }
 
+// The identity in the words of the output; empty: the revision that is written lacks it.
+std::string WrittenName(Output* out, const Identity& identity) {
+  Module* module = WrittenModule(out->all->repository, identity.module->name);
+  if (module == nullptr) module = identity.module;
+  const char* name = ArgumentOf(identity.definition);
+  const bool isThere =
+      name != nullptr && FindGlobal(module, SymbolKind::kIdentity, name) != nullptr;
+  return isThere ? Qualify(out, module, name) : std::string();
+}
+
 void CompleteOne(Output* out, xmlNode* identity) {
   std::set<std::string> written;
   xmlNode* last = nullptr;
@@ -63,13 +73,8 @@ void CompleteOne(Output* out, xmlNode* identity) {
   }
   if (last == nullptr) return;
   for (const Identity& base : AllBasesOf(OriginOf(identity))) {
-    // A revision that is not written may have had it.
-    Module* module = WrittenModule(out->all->repository, base.module->name);
-    if (module == nullptr) module = base.module;
-    const char* name = ArgumentOf(base.definition);
-    if (name == nullptr || FindGlobal(module, SymbolKind::kIdentity, name) == nullptr) continue;
-    const std::string text = Qualify(out, module, name);
-    if (!written.insert(text).second) continue;
+    const std::string text = WrittenName(out, base);
+    if (text.empty() || !written.insert(text).second) continue;
     xmlNode* made = MakeStatement(out->all->session, last, Keyword::kBase, text);
     InsertAfter(last, made);
     last = made;
@@ -98,6 +103,14 @@ xmlNode* Restore(Compilation* all, const xmlNode* base) {
 }
 
 }  // namespace
+
+std::string NearestWrittenBase(Output* out, const xmlNode* definition) {
+  for (const Identity& base : AllBasesOf(definition)) {
+    std::string text = WrittenName(out, base);
+    if (!text.empty()) return text;
+  }
+  return {};
+}
 
 void RestoreBases(Output* out) {
   const xmlNode* root = out->written.root;

@@ -131,8 +131,7 @@ xmlNode* RewriteOne(Rewriting* rewriting, xmlNode* s) {
     case Keyword::kType:
       return RewriteTypeHere(out, s);
     case Keyword::kBase:
-      RewriteBase(out, s);
-      break;
+      return RewriteBase(out, s) ? s : nullptr;
     case Keyword::kPath:
       RewritePath(out, s);
       break;

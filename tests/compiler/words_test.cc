@@ -300,6 +300,31 @@ TEST_F(Identities, OfDefaultsBehindATypedefStandBareAndThoseOfTypedefsAtTheType)
       Body("m"));
 }
 
+// What is compiled can be compiled again only when each base in it is found.
+TEST_F(Identities, ThatOnlyAnotherRevisionHasGiveWayToTheirBases) {
+  Write("t@2019-01-01.yang",
+        "module t { namespace urn:t; prefix t; revision 2019-01-01; identity base;\n"
+        "  identity gone { base base; } identity far { base gone; } identity root; }");
+  Write("t.yang", "module t { namespace urn:t; prefix t; revision 2020-01-01; identity base; }");
+  Module("m",
+         "import t { prefix t; revision-date 2019-01-01; }\n"
+         "identity i { base t:far; }\n"
+         "identity j { base t:root; }\n"
+         "leaf a { type identityref { base t:far; } }\n"
+         "leaf b { type identityref { base t:root; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ(4u, result.findings.size());
+  EXPECT_EQ(
+      "identity i { base t:base; } identity j; leaf a { type identityref { base t:base; } } "
+      "leaf b { type string; }",
+      BodyOf(result, "m"));
+  for (const JobModule& module : result.modules) Write("again/" + module.name + ".yin", module.yin);
+  const JobResult again = Run({Path("again/m.yin")});
+  EXPECT_EQ(JobState::kDone, again.state);
+  EXPECT_EQ(result.modules[0].yin, again.modules[0].yin);
+}
+
 // The library declares a prefix that is the name of a module.
 TEST_F(Identities, OfOtherModulesInDefaultsBehindATypedefHaveTheirModulesName) {
   Write("types.yang",
