@@ -10,6 +10,7 @@
 #include "compiler/bounds.h"
 #include "compiler/circle.h"
 #include "compiler/condition_pass.h"
+#include "compiler/departures.h"
 #include "compiler/deviations.h"
 #include "compiler/expand.h"
 #include "compiler/features.h"
@@ -18,6 +19,7 @@
 #include "compiler/identity_bases.h"
 #include "compiler/limits.h"
 #include "compiler/prefixes.h"
+#include "compiler/references.h"
 #include "compiler/rewrite.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
@@ -93,17 +95,38 @@ std::vector<Output*> ExpandAll(Compilation* all, const std::vector<Module*>& mod
   return outputs;
 }
 
+using Step = void (*)(Output*);
+
 // Each step over all modules before the next: what one finds in another must not depend
 // on their order.
-void TranslateAll(const std::vector<Output*>& outputs) {
-  constexpr void (*kSteps[])(Output*) = {
-      WrapForeignCases,        NameModulesOfDefaults, ApplyFeatures,    RestoreBases,
-      SpreadAugmentConditions, NoteTypedefNames,      RewriteArguments, CompleteBases};
-  for (const auto step : kSteps) {
-    for (Output* out : outputs) {
-      if (!out->stopped) step(out);
-    }
+void TakeStep(const std::vector<Output*>& outputs, Step step) {
+  for (Output* out : outputs) {
+    if (!out->stopped) step(out);
   }
+}
+
+// What others say of a node is looked up while it is still there.
+void DecideFeatures(Compilation* all, const std::vector<Output*>& outputs) {
+  if (!OptionsDecide(*all)) {
+    TakeStep(outputs, ApplyFeatures);
+    return;
+  }
+  const std::vector<NotedDeviation> deviations = NoteDeviations(outputs);
+  const References references = NoteReferences(outputs);
+  TakeStep(outputs, ApplyFeatures);
+  FollowDepartures(outputs, deviations);
+  TakeStep(outputs, RestoreBases);
+  SettleReferences(references);
+  all->data = {};
+}
+
+void TranslateAll(Compilation* all, const std::vector<Output*>& outputs) {
+  TakeStep(outputs, WrapForeignCases);
+  TakeStep(outputs, NameModulesOfDefaults);
+  DecideFeatures(all, outputs);
+  for (const Step step :
+       {SpreadAugmentConditions, NoteTypedefNames, RewriteArguments, CompleteBases})
+    TakeStep(outputs, step);
 }
 
 // Those named, then what they import in the written form, each once.
@@ -168,7 +191,7 @@ std::vector<Module*> WrittenImports(Compilation* all, const Output& out) {
 }
 
 std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& modules) {
-  TranslateAll(ExpandAll(all, modules));
+  TranslateAll(all, ExpandAll(all, modules));
   std::vector<Output*> outputs = InOrder(all, modules);
   StopDependents(outputs);
   SettleConditions(outputs);

@@ -95,6 +95,9 @@ struct Output {
   std::unordered_map<std::string, unsigned> typedefNumbers;  // the last that made a name free
   // Nodes that have left the tree. Paths of other modules may have led to them.
   std::vector<LooseStatement> removed;
+  // The same by what they stood in, and what lost one and is to be looked at again.
+  std::unordered_map<const xmlNode*, std::vector<const xmlNode*>> left;
+  std::vector<xmlNode*> lessened;
   NamedNodes lostIdentities;  // those among them, until one that stays has it as its base
   // The enums and bits of types, as they were read, that depend on a feature that is off.
   std::unordered_map<const xmlNode*, std::unordered_set<std::string_view>> itemsOff;

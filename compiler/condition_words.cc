@@ -6,6 +6,7 @@
 #include "compiler/data_lookup.h"
 #include "compiler/handed_down.h"
 #include "compiler/identities.h"
+#include "compiler/node_kind.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
@@ -28,13 +29,12 @@ bool IsIdentityref(const FoundNode& node) {
   return bottom != nullptr && std::string_view(ArgumentOf(bottom)) == "identityref";
 }
 
-// The node that the condition is evaluated at, in the tree as it is now.
-FoundNode ContextOf(Output* out, const xmlNode* statement) {
+// The node that has the condition, or that the augment with it leads to.
+FoundNode NodeOfCondition(Output* out, const xmlNode* statement) {
   xmlNode* parent = ParentOf(statement);
   if (Is(parent, Keyword::kDeviate)) return FindTarget(out->all, TargetSteps(ParentOf(parent)));
   if (Is(parent, Keyword::kAugment)) return AugmentTarget(out->all, out, parent);
-  const FoundNode node{parent, out};
-  return StatementOf(statement)->handedDown ? DataParent(out->all, node) : node;
+  return {parent, out};
 }
 
 struct ComparedPath {
@@ -79,7 +79,7 @@ NameRules RulesFor(Output* out, const xmlNode* statement) {
   };
   rules.isIdentity = [out, words, statement](const Xpath& xpath, uint32_t path,
                                              std::string_view literal) {
-    const FoundNode context = ContextOf(out, statement);
+    const FoundNode context = ContextOfCondition(out, statement);
     if (context.output == nullptr) return !SplitReference(literal).prefix.empty();
     return IsComparedIdentity(out->all, context, words, {&xpath, path}, literal);
   };
@@ -104,15 +104,14 @@ std::string WithoutBlanks(const NodePath& path) {
   return text;
 }
 
-// The target's type takes the place of a leafref that cannot be written.
-void PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
-  const Place* usedAt = StatementOf(type)->usedAt;
-  if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
-  InsertBefore(type, CopyStatement(out->all->session, type->doc, OriginOf(other), usedAt));
-  RemoveStatement(type);
-}
-
 }  // namespace
+
+FoundNode ContextOfCondition(Output* out, const xmlNode* statement) {
+  const FoundNode node = NodeOfCondition(out, statement);
+  if (node.node == nullptr) return node;
+  const bool isHandedDown = StatementOf(statement)->handedDown;
+  return isHandedDown || IsTransparent(KeywordOf(node.node)) ? DataParent(out->all, node) : node;
+}
 
 std::string CanonicalCondition(Compilation* all, const xmlNode* statement, const FoundNode& context,
                                const Module* bare) {
@@ -190,6 +189,19 @@ void RewritePath(Output* out, xmlNode* statement) {
   if (written != text) SetArgument(out->all->session, statement, written);
 }
 
+const xmlNode* FindReferredType(Compilation* all, FoundNode* leaf, const xmlNode** leafref) {
+  for (unsigned hop = 0; hop < kMaxHops; ++hop) {
+    const FoundNode target = LeafrefTarget(all, *leaf, *leafref);
+    const xmlNode* type = TypeOfNode(target);
+    const xmlNode* bottom = type == nullptr ? nullptr : FindBottomType(type).type;
+    if (bottom == nullptr) return nullptr;
+    if (std::string_view(ArgumentOf(bottom)) != "leafref") return type;
+    *leaf = target;
+    *leafref = bottom;
+  }
+  return nullptr;
+}
+
 void ResolveUnionMember(Output* out, xmlNode* type) {
   FoundNode leaf{nullptr, out};
   xmlNode* holder = ParentOf(type);
@@ -197,18 +209,9 @@ void ResolveUnionMember(Output* out, xmlNode* type) {
   if (holder != nullptr && (Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList)))
     leaf.node = holder;
   const xmlNode* at = FindBottomType(type).type;  // a typedef may have the path
-  for (unsigned hop = 0; hop < kMaxHops; ++hop) {
-    const FoundNode target = LeafrefTarget(out->all, leaf, at);
-    const xmlNode* targetType = TypeOfNode(target);
-    if (targetType == nullptr) break;
-    const xmlNode* bottom = FindBottomType(targetType).type;
-    if (bottom == nullptr) break;
-    if (std::string_view(ArgumentOf(bottom)) != "leafref") {
-      PutTypeOf(out, type, targetType);
-      return;
-    }
-    leaf = target;
-    at = bottom;
+  if (const xmlNode* other = FindReferredType(out->all, &leaf, &at)) {
+    PutTypeOf(out, type, other);
+    return;
   }
   // A relative path in a typedef gets its target where a leaf has the type.
   const char* path = at == nullptr ? nullptr : ArgumentOfChild(at, Keyword::kPath);

@@ -11,12 +11,6 @@ namespace compiler {
 
 namespace {
 
-// Nodes that data looks through.
-bool IsTransparent(Keyword keyword) {
-  return keyword == Keyword::kChoice || keyword == Keyword::kCase || keyword == Keyword::kInput ||
-         keyword == Keyword::kOutput;
-}
-
 const AugmentIndex& TargetsOf(Compilation* all, Output* out) {
   const auto entered = all->data.augments.try_emplace(out);
   AugmentIndex& index = entered.first->second;

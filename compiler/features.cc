@@ -7,14 +7,12 @@
 #include <string>
 #include <utility>
 
-#include "compiler/child_index.h"
+#include "compiler/departures.h"
 #include "compiler/if_feature.h"
-#include "compiler/node_kind.h"
 #include "compiler/prefixes.h"
 #include "compiler/repository.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
-#include "compiler/target.h"
 
 namespace compiler {
 
@@ -175,59 +173,6 @@ bool ApplyOne(Output* out, xmlNode* statement) {
   return true;
 }
 
-// An input or output that nothing is left of is no longer written, but the operation has
-// it all the same: paths of others may lead there.
-void LeaveUnwritten(Output* out, xmlNode* block) {
-  xmlNode* operation = ParentOf(block);
-  ForgetChildren(out->all, operation);
-  TakeOut(block);
-  LooseStatement& implied = out->implied[{operation, KeywordOf(block)}];
-  if (implied != nullptr) out->removed.push_back(std::move(implied));
-  implied.reset(block);
-  block->parent = operation;
-}
-
-// What the tree loses.
-struct Losses {
-  std::unordered_set<const xmlNode*> augments;
-  std::unordered_set<xmlNode*> lessened;  // augments that have lost a node, and stay
-};
-
-// A choice does not keep the name of a default case that has gone.
-void Leave(Output* out, xmlNode* node, Losses* losses) {
-  xmlNode* parent = ParentOf(node);
-  xmlNode* byDefault = parent != nullptr && Is(parent, Keyword::kChoice)
-                           ? FirstChild(parent, Keyword::kDefault)
-                           : nullptr;
-  if (byDefault != nullptr && ArgumentOf(node) != nullptr && ArgumentOf(byDefault) != nullptr &&
-      SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
-    RemoveStatement(byDefault);
-  if (Is(node, Keyword::kAugment)) {
-    losses->augments.insert(node);
-    losses->lessened.erase(node);
-  }
-  if (Is(node, Keyword::kIdentity) && ArgumentOf(node) != nullptr)
-    out->lostIdentities.emplace(ArgumentOf(node), node);
-  if (parent != nullptr) ForgetChildren(out->all, parent);
-  TakeOut(node);
-  out->removed.emplace_back(node);
-  if (parent == nullptr) return;
-  const bool isBlock = Is(parent, Keyword::kInput) || Is(parent, Keyword::kOutput);
-  if (isBlock && FirstChild(parent) == nullptr) LeaveUnwritten(out, parent);
-  if (Is(parent, Keyword::kAugment)) losses->lessened.insert(parent);
-}
-
-// An augment that brings nothing any more is no augment.
-void LeaveEmptyAugments(Output* out, Losses* losses) {
-  const std::unordered_set<xmlNode*> lessened = losses->lessened;
-  for (xmlNode* augment : lessened) {
-    const xmlNode* s = FirstChild(augment);
-    while (s != nullptr && !IsSchemaNode(KeywordOf(s)) && !Is(s, Keyword::kNone))
-      s = NextSibling(s);
-    if (s == nullptr) Leave(out, augment, losses);
-  }
-}
-
 }  // namespace
 
 bool IsOff(const Output* out, const xmlNode* node) {
@@ -246,18 +191,15 @@ bool SettleIfFeatures(Output* out, xmlNode* node) {
 
 void ApplyFeatures(Output* out) {
   xmlNode* root = out->written.root;
-  Losses losses;
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     if (IsEnumOrBit(s) || SettleIfFeatures(out, s)) {
       s = NextInTree(root, s);
       continue;
     }
     xmlNode* next = NextOutside(root, s);
-    Leave(out, s, &losses);
+    LeaveTree(out, s);
     s = next;
   }
-  LeaveEmptyAugments(out, &losses);
-  ForgetAugments(out, losses.augments);
 }
 
 }  // namespace compiler

@@ -38,6 +38,12 @@ constexpr bool IsSchemaNode(Keyword keyword) noexcept {
   }
 }
 
+// Nodes of a schema that data looks through.
+constexpr bool IsTransparent(Keyword keyword) noexcept {
+  return keyword == Keyword::kChoice || keyword == Keyword::kCase || keyword == Keyword::kInput ||
+         keyword == Keyword::kOutput;
+}
+
 // What stands for a case of its own directly in a choice (RFC 7950, section 7.9.2).
 constexpr bool IsShorthandCase(Keyword keyword) noexcept {
   return IsDataNode(keyword) || keyword == Keyword::kChoice;

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "compiler/identities.h"
 #include "compiler/node_kind.h"
@@ -263,6 +264,25 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
     SetArgument(session, type, Qualify(out, module, ArgumentOf(definition)));
   }
   return type;
+}
+
+xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
+  Session* session = out->all->session;
+  const Place* usedAt = StatementOf(type)->usedAt;
+  if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
+  if (IsLeafType(type)) TakeOver(out, ParentOf(type), FindBottomType(type), usedAt);
+  LooseStatement copy(CopyStatement(session, type->doc, OriginOf(other), usedAt));
+  const bool isMember = Is(ParentOf(type), Keyword::kType);
+  if (!isMember && FindBottomType(other).byDefault != nullptr) {
+    // In a union, the default of a typedef does not count.
+    LooseStatement around(MakeStatement(session, type, Keyword::kType, "union"));
+    AppendChild(around.get(), copy.release());
+    copy = std::move(around);
+  }
+  xmlNode* put = copy.release();
+  InsertBefore(type, put);
+  RemoveStatement(type);
+  return put;
 }
 
 void NoteTypedefNames(Output* out) {

@@ -344,16 +344,6 @@ TEST_F(Augments, OfNodesThatAnotherModuleDoesNotHaveAreSaid) {
   EXPECT_EQ("m.yang:3: the target of the augment is not found\n", Findings("m"));
 }
 
-TEST_F(Augments, OfNodesWhoseFeatureIsOffAreKeptInSilence) {
-  Module11("n", "feature f; container c { if-feature f; choice ch { leaf x { type string; } } }");
-  Module("m", "import n { prefix n; }\naugment /n:c/n:ch { leaf a { type string; } }");
-  CompileOptions options;
-  options.featuresComplete = true;
-  const JobResult result = Run({"m"}, options);
-  EXPECT_EQ(JobState::kDone, result.state);
-  EXPECT_EQ("augment /n:c/n:ch { case a { leaf a { type string; } } }", BodyOf(result, "m"));
-}
-
 using Submodules = Compiling;
 
 TEST_F(Submodules, FoldIntoTheirModuleWhereTheyAreIncluded) {
