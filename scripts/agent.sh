@@ -7,14 +7,12 @@
 #   PORT  where the server listens; one is found by trying when it is not given or is 0
 #   DIR   holds the keys and the agent's state, and is kept; a temporary folder by default
 #
-# Prints "port N", "user NAME", "key FILE" and the line of a client, once it can be used.
-# On a fresh Debian 12 it first installs what is missing (there the package openssh-server
-# starts a server of its own, on port 22, which has nothing to do with this one). With
-# QMODEL_AGENT, a command that runs an agent which is built already, nothing is installed or
-# built.
+# Prints "port N", "user NAME", "key FILE" and the line of a client, once it has been tried.
+# On a fresh Debian 12 it first installs what is missing; the service that the package
+# openssh-server brings is not started. With QMODEL_AGENT, a command that runs an agent which
+# is built already, nothing is installed or built.
+# Exit status: 1 it cannot be started, 4 the server runs and does not let this user in.
 set -euo pipefail
-cd "$(dirname "$0")/.."
-source=$PWD
 
 fail() {
   echo "agent.sh: $*" >&2
@@ -27,6 +25,14 @@ case $port in
   *[!0-9]* | ??????*) fail "no port: $port" ;;
 esac
 [ "$port" -le 65535 ] || fail "no port: $port"
+dir=${2:-}
+case $dir in
+  *[[:space:]%\"\'\\\$\`\#]*) fail "a folder that ssh's options cannot name: $dir" ;;
+  '' | /*) ;;
+  *) dir=$PWD/$dir ;;
+esac
+cd "$(dirname "$0")/.."
+source=$PWD
 
 run=$(mktemp -d)
 server=
@@ -88,7 +94,7 @@ sshd=$(PATH=$PATH:/usr/sbin:/sbin command -v sshd) || fail 'no sshd: install ope
 
 # Nobody else reads the keys; what was built above is for everyone.
 umask 077
-dir=${2:-$run/state}
+dir=${dir:-$run/state}
 mkdir -p "$dir/state"
 dir=$(cd "$dir" && pwd)
 for key in host_key key; do
@@ -137,7 +143,7 @@ start() {
   write_config
   "$sshd" -D -e -f "$run/sshd_config" 2>"$run/log" 8<&- &
   server=$!
-  for _ in $(seq 100); do
+  for _ in $(seq 600); do
     [ ! -s "$run/pid" ] || return 0
     kill -0 "$server" 2>/dev/null || break
     sleep 0.05
@@ -159,9 +165,20 @@ else
   [ -n "$server" ] || { cat "$run/log" >&2; fail 'no server'; }
 fi
 
+client=(ssh -F none -i "$dir/key" -o IdentitiesOnly=yes -o "UserKnownHostsFile=$dir/known_hosts"
+  -p "$port")
+status=0
+said=$(timeout 60 "${client[@]}" -n -o BatchMode=yes "$user@127.0.0.1" 'exit 7' 2>&1) || status=$?
+if [ "$status" -ne 7 ]; then
+  why=$(grep -o 'User .* not allowed because .*' "$run/log" | tail -n 1) ||
+    why=${said:-ssh ended with status $status}
+  echo "agent.sh: no login as $user: $why" >&2
+  exit 4
+fi
+
 echo "port $port"
 echo "user $user"
 echo "key $dir/key"
-printf 'ssh -F none -i %q -o IdentitiesOnly=yes -o UserKnownHostsFile=%q' "$dir/key" "$dir/known_hosts"
-printf ' -p %s -s %s@127.0.0.1 netconf\n' "$port" "$user"
+printf '%q ' "${client[@]}"
+printf '%s\n' "-s $user@127.0.0.1 netconf"
 wait "$server"

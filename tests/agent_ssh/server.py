@@ -6,6 +6,7 @@ import pathlib
 import pwd
 import shlex
 import shutil
+import signal
 import subprocess
 import tempfile
 import time
@@ -13,24 +14,32 @@ import time
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 LIMIT = 30
 SKIPPED = 77  # The exit status of a test that cannot be run here.
+NO_LOGIN = 4  # The exit status of the script when the server does not let the user in.
+
+
+class NotStarted(Exception):
+    """The script has ended at once: its exit status and what it said."""
 
 
 class Server:
     """Runs from its making to stop(). `agent` is a command of the shell."""
 
-    def __init__(self, agent, folder):
-        self.folder = pathlib.Path(folder)
+    def __init__(self, agent, folder, port=0, **options):
+        """`options` are those of the script's process."""
+        environment = {**os.environ, "QMODEL_AGENT": agent, **options.pop("environment", {})}
         self.script = subprocess.Popen(
-            [SOURCE / "scripts/agent.sh", "0", self.folder], stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE, text=True, env={**os.environ, "QMODEL_AGENT": agent})
+            [SOURCE / "scripts/agent.sh", str(port), str(folder)], stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment, **options)
         lines = [self.script.stdout.readline().rstrip("\n") for _ in range(4)]
         if not lines[3].startswith("ssh "):
-            self.script.wait(LIMIT)
-            raise RuntimeError(f"agent.sh ended with {self.script.returncode}: {lines}")
+            self.script.stdout.close()
+            with self.script.stderr as errors:
+                raise NotStarted(self.script.wait(LIMIT), errors.read())
         self.port = int(lines[0].removeprefix("port "))
         self.user = lines[1].removeprefix("user ")
         self.key = lines[2].removeprefix("key ")
         self.client = shlex.split(lines[3])
+        self.folder = pathlib.Path(self.key).parent
 
     def processes(self):
         """The processes that have the folder in their command line."""
@@ -43,14 +52,17 @@ class Server:
                 pass
         return found
 
-    def stop(self):
-        self.script.terminate()
-        self.script.wait(LIMIT)
+    def stop(self, number=signal.SIGTERM):
+        """Gives the script's exit status."""
+        self.script.send_signal(number)
+        status = self.script.wait(LIMIT)
         self.script.stdout.close()
+        self.script.stderr.close()
         end = time.monotonic() + LIMIT
         while self.processes() and time.monotonic() < end:
             time.sleep(0.02)
         assert not self.processes(), "processes are left"
+        return status
 
 
 def why_not():
@@ -65,12 +77,11 @@ def why_not():
     except KeyError:
         return "the present user has no name"
     with tempfile.TemporaryDirectory() as folder:
-        server = Server("true", folder)
         try:
-            # The command of the client's line, with another one in the place of the subsystem.
-            login = [word for word in server.client[:-1] if word != "-s"] + ["exit 7"]
-            done = subprocess.run(["timeout", str(LIMIT), *login], stdin=subprocess.DEVNULL,
-                                  capture_output=True, text=True)
-        finally:
-            server.stop()
-    return None if done.returncode == 7 else f"no login: {done.stderr.strip()}"
+            Server("true", folder).stop()
+        except NotStarted as error:
+            status, said = error.args
+            if status != NO_LOGIN:
+                raise
+            return said.strip()
+    return None
