@@ -12,6 +12,15 @@ namespace {
 // Names are at most this long to be compared: longer ones are not typed by hand.
 constexpr size_t kLongestName = 128;
 
+char ToLower(char c) noexcept {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool IsEqualWithoutCase(std::string_view a, std::string_view b) noexcept {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return ToLower(x) == ToLower(y); });
+}
+
 }  // namespace
 
 unsigned EditDistance(std::string_view a, std::string_view b, unsigned limit) {
@@ -48,8 +57,10 @@ bool Suggestion::Consider(std::string_view candidate) {
   if (candidate.empty() || candidate == wanted_ || candidate.size() > kLongestName) return true;
   if (!best_.empty() && limit_ == 0) return true;
   const unsigned limit = best_.empty() ? limit_ : limit_ - 1;
-  const unsigned distance = EditDistance(wanted_, candidate, limit);
-  if (distance > limit) return true;
+  const bool sameLetters = IsEqualWithoutCase(wanted_, candidate);
+  const unsigned distance = sameLetters ? 1 : EditDistance(wanted_, candidate, limit);
+  const bool allDiffer = !sameLetters && distance >= std::max(wanted_.size(), candidate.size());
+  if (distance > limit || allDiffer) return true;
   best_ = candidate;
   limit_ = distance;
   return true;

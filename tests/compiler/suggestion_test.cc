@@ -21,6 +21,20 @@ TEST(Suggestion, IsTheNearestAndOfEqualsTheFirst) {
   EXPECT_EQ("did you mean \"container\"?", near.Advice("nothing"));
 }
 
+TEST(Suggestion, TakesCapitalsForASmallDifference) {
+  Suggestion near("MTU");
+  for (const char* name : {"mta", "mtu"}) near.Consider(name);
+  EXPECT_EQ("did you mean \"mtu\"?", near.Advice("nothing"));
+}
+
+TEST(Suggestion, IsNoneThatSharesNoLetter) {
+  Suggestion near("a");
+  near.Consider("b");
+  EXPECT_EQ("nothing", near.Advice("nothing"));
+  near.Consider("A");
+  EXPECT_EQ("did you mean \"A\"?", near.Advice("nothing"));
+}
+
 TEST(Suggestion, IsNoneWhenNothingIsNear) {
   Suggestion near("abc");
   for (const char* name : {"", "abc", "xyz", "abcdefgh"}) near.Consider(name);
