@@ -102,6 +102,8 @@ const SchemaNode* FollowUnique(Lint* lint, const SchemaNode* list, const xmlNode
   return nullptr;
 }
 
+}  // namespace
+
 void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at) {
   std::set<const SchemaNode*> leafs;
   const SchemaNode* first = nullptr;
@@ -120,8 +122,6 @@ void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at) {
               "name leafs that are all config true or all config false");
   }
 }
-
-}  // namespace
 
 void JudgeList(Lint* lint, const SchemaNode* list) {
   const xmlNode* key = FirstChild(list->statement, Keyword::kKey);

@@ -71,38 +71,6 @@ void JudgeRefinedDefault(Lint* lint, const SchemaNode* node) {
       JudgeDefault(lint, s, type);
 }
 
-// A node below `top` that data cannot be without, choices and cases looked through.
-const SchemaNode* FindMandatory(const SchemaNode* top) {
-  for (const SchemaNode* node = top->firstChild; node != nullptr; node = node->next)
-    if (IsMandatory(node)) return node;
-  return nullptr;
-}
-
-void JudgeDefaultCase(Lint* lint, const SchemaNode* choice) {
-  const xmlNode* statement = PropertyStatement(choice, Keyword::kDefault);
-  const char* name = statement == nullptr ? nullptr : ArgumentOf(statement);
-  if (name == nullptr || !IsIdentifierRef(name, true)) return;
-  const Reference wanted = SplitReference(name);
-  const SchemaNode* found = nullptr;
-  Suggestion near(wanted.name, &lint->namesToCompare);
-  for (const SchemaNode* node = choice->firstChild; node != nullptr; node = node->next) {
-    near.Consider(node->name);
-    if (wanted.name == node->name) found = node;
-  }
-  if (found == nullptr) {
-    if (lint->view->holes.count(choice) != 0) return;
-    ErrorOn(lint, cls::kDefault, choice, statement,
-            "choice " + Quote(choice->name) + " has no case " + Quote(name),
-            near.Advice("name one of its cases"));
-    return;
-  }
-  const SchemaNode* mandatory = FindMandatory(found);
-  if (mandatory == nullptr) return;
-  ErrorOn(lint, cls::kDefault, choice, statement,
-          "the default case " + Quote(name) + " holds the mandatory node " + Quote(mandatory->name),
-          "make another case the default, or none");
-}
-
 // The node above in which an action or notification may not stand; NULL: there is none.
 const SchemaNode* FindBarrier(const SchemaNode* node) {
   for (const SchemaNode* above = node->parent; above != nullptr; above = above->parent) {
@@ -149,7 +117,8 @@ void JudgeNode(Lint* lint, const SchemaNode* node) {
   JudgeMandatory(lint, node);
   JudgeElements(lint, node);
   JudgeRefinedDefault(lint, node);
-  if (node->keyword == Keyword::kChoice) JudgeDefaultCase(lint, node);
+  const xmlNode* preset = PropertyStatement(node, Keyword::kDefault);
+  if (node->keyword == Keyword::kChoice && preset != nullptr) JudgeDefaultCase(lint, node, preset);
   if (node->keyword == Keyword::kList) JudgeList(lint, node);
   if (node->keyword == Keyword::kAction || node->keyword == Keyword::kNotification)
     JudgeOperation(lint, node);
@@ -210,6 +179,37 @@ bool IsMandatory(const SchemaNode* node) {
     default:
       return false;
   }
+}
+
+// A node below `top` that data cannot be without, choices and cases looked through.
+static const SchemaNode* FindMandatory(const SchemaNode* top) {
+  for (const SchemaNode* node = top->firstChild; node != nullptr; node = node->next)
+    if (IsMandatory(node)) return node;
+  return nullptr;
+}
+
+void JudgeDefaultCase(Lint* lint, const SchemaNode* choice, const xmlNode* statement) {
+  const char* name = ArgumentOf(statement);
+  if (name == nullptr || !IsIdentifierRef(name, true)) return;
+  const Reference wanted = SplitReference(name);
+  const SchemaNode* found = nullptr;
+  Suggestion near(wanted.name, &lint->namesToCompare);
+  for (const SchemaNode* node = choice->firstChild; node != nullptr; node = node->next) {
+    near.Consider(node->name);
+    if (wanted.name == node->name) found = node;
+  }
+  if (found == nullptr) {
+    if (lint->view->holes.count(choice) != 0) return;
+    ErrorOn(lint, cls::kDefault, choice, statement,
+            "choice " + Quote(choice->name) + " has no case " + Quote(name),
+            near.Advice("name one of its cases"));
+    return;
+  }
+  const SchemaNode* mandatory = FindMandatory(found);
+  if (mandatory == nullptr) return;
+  ErrorOn(lint, cls::kDefault, choice, statement,
+          "the default case " + Quote(name) + " holds the mandatory node " + Quote(mandatory->name),
+          "make another case the default, or none");
 }
 
 void LintNodes(Lint* lint) {

@@ -23,5 +23,9 @@ const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf);
 
 // Key and unique of a list.
 void JudgeList(Lint* lint, const SchemaNode* list);
+void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at);
+
+// That the default of a choice names a case that nobody must write.
+void JudgeDefaultCase(Lint* lint, const SchemaNode* choice, const xmlNode* statement);
 
 }  // namespace compiler

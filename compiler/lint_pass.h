@@ -138,6 +138,7 @@ void LintNodes(Lint* lint);
 void LintTemplates(Lint* lint);
 void LintTargets(Lint* lint);
 void LintDeviations(Lint* lint, const Module* file);
+void LintDeviated(Lint* lint);
 void LintPaths(Lint* lint);
 void LintConditions(Lint* lint);
 void LintStatus(Lint* lint, const Module* file);

@@ -118,6 +118,7 @@ void LintTargets(Lint* lint) {
       JudgeContents(lint, inner);
   }
   for (const Module* file : lint->files) LintDeviations(lint, file);
+  LintDeviated(lint);
 }
 
 }  // namespace compiler
