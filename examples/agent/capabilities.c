@@ -39,27 +39,6 @@ static uint32_t AddModule(QmsModule *module, void *arg) {
   return 0;
 }
 
-List Capabilities(const Agent *agent) {
-  static const char *const kOwn[] = {
-      BASE_1_0,
-      BASE_1_1,
-      "urn:ietf:params:netconf:capability:writable-running:1.0",
-      "urn:ietf:params:netconf:capability:rollback-on-error:1.0",
-      "urn:ietf:params:netconf:capability:validate:1.1",
-      "urn:ietf:params:netconf:capability:notification:1.0",
-      "urn:ietf:params:netconf:capability:interleave:1.0",
-  };
-  List list = {NULL, 0};
-  for (size_t i = 0; i < sizeof kOwn / sizeof *kOwn; i++) ListAdd(&list, kOwn[i]);
-  char *library = PrintText(
-      "urn:ietf:params:netconf:capability:yang-library:1.1?revision=2019-01-04&content-id=%" PRIu64,
-      agent->generation);
-  ListAdd(&list, library);
-  free(library);
-  Ignore(QM_CTX_ScanAllModule(agent->ctx, AddModule, &list));
-  return list;
-}
-
 static uint32_t AddLibraryModule(QmsModule *module, void *arg) {
   Text *text = arg;
   TextPrint(text, "<module><name>%s</name>", QM_MOD_GetModuleName(module));
@@ -76,6 +55,40 @@ static uint32_t AddLibraryModule(QmsModule *module, void *arg) {
   return 0;
 }
 
+/* Two lists of modules that differ have two numbers, also when the agent was started with
+   other modules in between: the hash FNV-1a of what the library tells. */
+static uint64_t ContentId(const Agent *agent) {
+  Text text = {NULL, 0, 0};
+  Ignore(QM_CTX_ScanAllModule(agent->ctx, AddLibraryModule, &text));
+  uint64_t hash = UINT64_C(14695981039346656037);
+  for (size_t i = 0; i < text.length; i++)
+    hash = (hash ^ (unsigned char)text.data[i]) * UINT64_C(1099511628211);
+  TextFree(&text);
+  return hash;
+}
+
+List Capabilities(const Agent *agent) {
+  static const char *const kOwn[] = {
+      BASE_1_0,
+      BASE_1_1,
+      "urn:ietf:params:netconf:capability:writable-running:1.0",
+      "urn:ietf:params:netconf:capability:rollback-on-error:1.0",
+      "urn:ietf:params:netconf:capability:validate:1.1",
+      "urn:ietf:params:netconf:capability:notification:1.0",
+      "urn:ietf:params:netconf:capability:interleave:1.0",
+  };
+  List list = {NULL, 0};
+  for (size_t i = 0; i < sizeof kOwn / sizeof *kOwn; i++) ListAdd(&list, kOwn[i]);
+  char *library = PrintText(
+      "urn:ietf:params:netconf:capability:yang-library:1.1?revision=2019-01-04&content-id=%"
+      "016" PRIx64,
+      ContentId(agent));
+  ListAdd(&list, library);
+  free(library);
+  Ignore(QM_CTX_ScanAllModule(agent->ctx, AddModule, &list));
+  return list;
+}
+
 void CapabilitiesAddLibrary(const Agent *agent, Text *text) {
   TextAdd(text,
           "<yang-library xmlns=\"urn:ietf:params:xml:ns:yang:ietf-yang-library\""
@@ -86,6 +99,6 @@ void CapabilitiesAddLibrary(const Agent *agent, Text *text) {
             "</module-set><schema><name>all</name><module-set>all</module-set></schema>"
             "<datastore><name>ds:running</name><schema>all</schema></datastore>"
             "<datastore><name>ds:operational</name><schema>all</schema></datastore>"
-            "<content-id>%" PRIu64 "</content-id></yang-library>",
-            agent->generation);
+            "<content-id>%016" PRIx64 "</content-id></yang-library>",
+            ContentId(agent));
 }

@@ -67,29 +67,49 @@ static QmErrNode *RemovePackage(Agent *agent, xmlNode *operation, Text *body) {
   return fault;
 }
 
-/* The interface must be there: the library has validated the message, not the datastore. */
+/* The one child that is no key; an element that leads nowhere is an error. */
+static QmErrNode *NextOfPath(xmlNode *element, xmlNode **next) {
+  *next = NULL;
+  for (xmlNode *child = FirstElement(element); child != NULL; child = NextElement(child)) {
+    if (QM_NODE_IsKey(SchemaOf(child))) continue;
+    if (*next != NULL || QM_NODE_GetRealType(SchemaOf(child)) != NULL)
+      return FaultAt(QM_ERR_TAG_BAD_ELEMENT, child, "%s does not lead to the action.", NULL);
+    *next = child;
+  }
+  return NULL;
+}
+
+/* Entries on the way to an action must be there: the library has validated the message, not the
+   datastore. The action itself is no data and so has no node in a bound tree. */
+static QmErrNode *CheckPath(Agent *agent, Instances *index, xmlNode *tree) {
+  xmlNode *there = xmlDocGetRootElement(agent->store.doc);
+  xmlNode *element = tree;
+  QmErrNode *fault = NULL;
+  while (fault == NULL && element != NULL && SchemaOf(element) != NULL) {
+    const char *missing = NULL;
+    char *instance = SchemaInstance(agent->ctx, element, SchemaOf(element), &missing);
+    if (instance == NULL)
+      return FaultAt(QM_ERR_TAG_MISSING_ELEMENT, element, "The key %s is missing.", missing);
+    free(instance);
+    there = there == NULL ? NULL : InstancesFind(index, there, element);
+    if (there == NULL && SchemaKind(element) == QMS_NODE_LIST)
+      return FaultAt(QM_ERR_TAG_DATA_MISSING, element, "The %s does not exist.", NULL);
+    fault = NextOfPath(element, &element);
+  }
+  return fault;
+}
+
 static QmErrNode *ResetCounters(Agent *agent, xmlNode *interfaces, Text *body) {
-  SchemaBind(agent->ctx, interfaces,
-             QM_CTX_FindDataNode(agent->ctx, "/router-interfaces:interfaces"));
-  xmlNode *entry = FirstElement(interfaces);
+  SchemaBind(agent->ctx, interfaces, SchemaChild(agent->ctx, NULL, interfaces));
   SharedLock(&agent->shared);
   QmErrNode *fault = DatastoreRead(agent);
   SharedUnlock(&agent->shared);
   if (fault != NULL) return fault;
-  const char *missing = NULL;
-  char *instance = SchemaInstance(agent->ctx, entry, SchemaOf(entry), &missing);
   Instances index;
   InstancesOpen(&index, agent->ctx);
-  xmlNode *there = ChildNamed(xmlDocGetRootElement(agent->store.doc), INTERFACES_NS, "interfaces");
-  if (instance == NULL) {
-    fault = FaultAt(QM_ERR_TAG_MISSING_ELEMENT, entry, "The key %s is missing.", missing);
-  } else if (there == NULL || InstancesFind(&index, there, entry) == NULL) {
-    fault = FaultAt(QM_ERR_TAG_DATA_MISSING, entry, "The %s does not exist.", NULL);
-  } else {
-    TextAdd(body, "<reset-at xmlns=\"" INTERFACES_NS "\">now</reset-at>");
-  }
+  fault = CheckPath(agent, &index, interfaces);
   InstancesClose(&index);
-  free(instance);
+  if (fault == NULL) TextAdd(body, "<reset-at xmlns=\"" INTERFACES_NS "\">now</reset-at>");
   return fault;
 }
 

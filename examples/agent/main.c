@@ -27,8 +27,9 @@ static const char kUsage[] =
 
 /* The modules whose operations and state the agent itself has. */
 static const char *const kOwnModules[] = {
-    "ietf-netconf",  "ietf-netconf-monitoring", "ietf-netconf-notifications",
-    "notifications", "ietf-yang-library",       "router-packages",
+    "ietf-netconf",    "ietf-netconf-monitoring", "ietf-netconf-notifications",
+    "notifications",   "nc-notifications",        "ietf-yang-library",
+    "router-packages",
 };
 
 /* 0 for what is no number of seconds up to a day. */

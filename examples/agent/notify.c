@@ -182,6 +182,13 @@ int NotifyCapabilities(Agent *agent, const List *before, const List *after) {
   return result;
 }
 
+void NotifyAddState(Text *text) {
+  TextAdd(text,
+          "<netconf xmlns=\"urn:ietf:params:xml:ns:netmod:notification\"><streams><stream>"
+          "<name>NETCONF</name><description>All events of the router.</description>"
+          "<replaySupport>false</replaySupport></stream></streams></netconf>");
+}
+
 static QmErrNode *CheckSubscription(const Agent *agent, const xmlNode *operation) {
   if (ChildNamed(operation, NULL, "startTime") != NULL ||
       ChildNamed(operation, NULL, "stopTime") != NULL)

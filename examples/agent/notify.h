@@ -6,6 +6,8 @@
 
 #include "agent.h"
 
+/* Adds the list of streams as XML. */
+void NotifyAddState(Text *text);
 /* The operation create-subscription. */
 QmErrNode *NotifySubscribe(Agent *agent, xmlNode *operation, Text *body);
 /* Tells all sessions: the text is the notification's own element, without a line end. The shared

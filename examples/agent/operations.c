@@ -46,6 +46,7 @@ static void AddState(Agent *agent, xmlNode *data) {
   TextAdd(&text, "<state>");
   CapabilitiesAddLibrary(agent, &text);
   SchemasAddState(agent, &text);
+  NotifyAddState(&text);
   TextAdd(&text, "</state>");
   xmlDoc *state = QM_AGENT_ParseMessage(text.data, text.length, NULL, NULL);
   xmlNode *part = state == NULL ? NULL : FirstElement(xmlDocGetRootElement(state));

@@ -7,8 +7,10 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "check.h"
 #include "datastore.h"
 #include "fault.h"
+#include "schema.h"
 
 static const char kFile[] = "packages";
 
@@ -99,16 +101,69 @@ int PackagesRefresh(Agent *agent) {
   return 1;
 }
 
-/* Loads the package into a context of its own, with all others that are installed, so that no
-   session is left with a half of it. */
-static QmErrNode *TryPackage(const Agent *agent, const List *installed, const char *name) {
+/* What is configured must stay valid; data of a module that is not there counts as absent. */
+static QmErrNode *CheckRunning(Agent *agent, QmCtx *ctx) {
+  QmErrNode *fault = DatastoreRead(agent);
+  if (fault != NULL) return fault;
+  xmlDoc *copy = Need(xmlCopyDoc(agent->store.doc, 1));
+  SchemaBind(ctx, xmlDocGetRootElement(copy), NULL);
+  fault = CheckConfig(ctx, xmlDocGetRootElement(copy));
+  xmlFreeDoc(copy);
+  return fault;
+}
+
+/* A context of its own with the packages, so that no session is left with a half of one. */
+static QmCtx *TryPackages(const Agent *agent, const List *packages) {
   QmCtx *ctx = PackagesNewContext(agent);
-  int failed = ctx == NULL;
-  for (size_t i = 0; i < installed->count && !failed; i++)
-    failed = Load(ctx, installed->items[i]) != 0;
-  failed = failed || Load(ctx, name) != 0;
+  for (size_t i = 0; i < packages->count && ctx != NULL; i++) {
+    if (Load(ctx, packages->items[i]) == 0) continue;
+    QM_CTX_Delete(ctx);
+    ctx = NULL;
+  }
+  return ctx;
+}
+
+static uint32_t AddName(QmsModule *module, void *arg) {
+  ListAdd(arg, QM_MOD_GetModuleName(module));
+  return 0;
+}
+
+/* A package brings one module. What it imports has to be there, or removing the package would
+   leave that behind in the sessions that are open, and nowhere else. */
+static QmErrNode *TryInstall(Agent *agent, const List *installed, const char *name) {
+  QmCtx *ctx = TryPackages(agent, installed);
+  List before = {NULL, 0};
+  List after = {NULL, 0};
+  Ignore(QM_CTX_ScanAllModule(ctx, AddName, &before));
+  QmErrNode *fault = NULL;
+  if (ctx == NULL || Load(ctx, name) != 0)
+    fault = Fault(QM_ERR_TAG_OPERATION_FAILED, "The package cannot be loaded.");
+  Ignore(QM_CTX_ScanAllModule(ctx, AddName, &after));
+  for (size_t i = 0; i < after.count && fault == NULL; i++) {
+    if (ListHas(&before, after.items[i]) || strcmp(after.items[i], name) == 0) continue;
+    char *why = PrintText("The package needs %s, which is not installed.", after.items[i]);
+    fault = Fault(QM_ERR_TAG_OPERATION_FAILED, why);
+    free(why);
+  }
+  if (fault == NULL) fault = CheckRunning(agent, ctx);
+  ListFree(&before);
+  ListFree(&after);
   QM_CTX_Delete(ctx);
-  return failed ? Fault(QM_ERR_TAG_OPERATION_FAILED, "The package cannot be loaded.") : NULL;
+  return fault;
+}
+
+static QmErrNode *TryRemove(Agent *agent, const List *rest, const char *name) {
+  QmCtx *ctx = TryPackages(agent, rest);
+  QmErrNode *fault = NULL;
+  if (ctx == NULL) {
+    fault = Fault(QM_ERR_TAG_OPERATION_FAILED, "The other packages cannot be loaded.");
+  } else if (QM_CTX_GetModuleByModName(ctx, name) != NULL) {
+    fault = Fault(QM_ERR_TAG_IN_USE, "Another package needs this one.");
+  } else {
+    fault = CheckRunning(agent, ctx);
+  }
+  QM_CTX_Delete(ctx);
+  return fault;
 }
 
 static QmErrNode *WriteFault(void) {
@@ -122,7 +177,7 @@ QmErrNode *PackagesInstall(Agent *agent, const char *name) {
   PackageList list = ReadList(agent);
   QmErrNode *fault = NULL;
   if (!ListHas(&list.names, name)) {
-    fault = TryPackage(agent, &list.names, name);
+    fault = TryInstall(agent, &list.names, name);
     ListAdd(&list.names, name);
     if (fault == NULL && WriteList(agent, &list) != 0) fault = WriteFault();
   }
@@ -139,7 +194,8 @@ QmErrNode *PackagesRemove(Agent *agent, const char *name) {
     PackageList rest = {list.generation, {NULL, 0}};
     for (size_t i = 0; i < list.names.count; i++)
       if (strcmp(list.names.items[i], name) != 0) ListAdd(&rest.names, list.names.items[i]);
-    if (WriteList(agent, &rest) != 0) fault = WriteFault();
+    fault = TryRemove(agent, &rest.names, name);
+    if (fault == NULL && WriteList(agent, &rest) != 0) fault = WriteFault();
     ListFree(&rest.names);
   } else {
     fault = Fault(QM_ERR_TAG_DATA_MISSING, "The package is not installed.");

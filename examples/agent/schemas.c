@@ -36,10 +36,11 @@ static char *FindFile(const Agent *agent, const QmsModule *module, const char *f
   const char *revision = QM_MOD_GetRevision(module);
   for (size_t i = 0; i < agent->folders.count; i++) {
     const char *folder = agent->folders.items[i];
-    char *path = PrintText("%s/%s.%s", folder, name, format);
+    /* Beside the file of the revision, the one without may have another. */
+    char *path = PrintText("%s/%s@%s.%s", folder, name, revision == NULL ? "" : revision, format);
     if (access(path, R_OK) == 0) return path;
     free(path);
-    path = PrintText("%s/%s@%s.%s", folder, name, revision == NULL ? "" : revision, format);
+    path = PrintText("%s/%s.%s", folder, name, format);
     if (access(path, R_OK) == 0) return path;
     free(path);
   }

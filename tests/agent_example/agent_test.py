@@ -475,7 +475,30 @@ class Knowledge(AgentTest):
         self.assertEqual(reply.values(INTERFACES, "in-octets"), ["0"])
         names = [m.find(f"{{{LIBRARY}}}name").text for m in reply.root.iter(f"{{{LIBRARY}}}module")]
         self.assertIn("router-interfaces", names)
-        self.assertEqual(reply.values(LIBRARY, "content-id"), ["0"])
+        self.assertEqual(reply.values(LIBRARY, "content-id"), [self.content_id(session)])
+
+    def content_id(self, session):
+        capability = [c for c in session.capabilities if ":yang-library:1.1?" in c]
+        self.assertEqual(len(capability), 1)
+        return capability[0].partition("&content-id=")[2]
+
+    def test_the_library_has_another_number_when_it_has_other_modules(self):
+        first = self.open()
+        # The same folder, as after a start with other models.
+        other = self.open("--module", "router-qos")
+        self.assertNotEqual(self.content_id(first), self.content_id(other))
+        self.assertEqual(self.content_id(first), self.content_id(self.open()))
+        first.rpc(f'<install-package xmlns="{PACKAGES}"><name>router-vlans</name></install-package>')
+        now = first.rpc("<get/>").values(LIBRARY, "content-id")
+        self.assertNotEqual(now, [self.content_id(first)])
+        self.assertEqual(now, [self.content_id(self.open())])
+
+    def test_the_streams_are_told(self):
+        streams = "urn:ietf:params:xml:ns:netmod:notification"
+        reply = self.open().rpc(f'<get><filter><netconf xmlns="{streams}"><streams/></netconf>'
+                                "</filter></get>")
+        self.assertEqual(reply.values(streams, "name"), ["NETCONF"])
+        self.assertEqual(reply.values(streams, "replaySupport"), ["false"])
 
     def schema(self, session, name, more=""):
         return session.rpc(f'<get-schema xmlns="{MONITORING}"><identifier>{name}</identifier>'
@@ -505,6 +528,34 @@ class Knowledge(AgentTest):
         with open(originals + "/shelf.yang", "w") as file:
             file.write(text)
         self.assertEqual(self.schema(session, "shelf").values(MONITORING, "data"), [text])
+
+    def test_get_schema_serves_the_text_of_the_revision_that_is_loaded(self):
+        folder = tempfile.mkdtemp(dir=self.state)
+        text = ('<module name="shelf" xmlns="urn:ietf:params:xml:ns:yang:yin:1" xmlns:s="urn:shelf">'
+                '<namespace uri="urn:shelf"/><prefix value="s"/><revision date="{}"/></module>')
+        with open(folder + "/shelf.yin", "w") as file:
+            file.write(text.format("2026-02-02"))
+        session = self.open("--models", folder, "--module", "shelf")
+        with open(folder + "/shelf@2026-02-02.yang", "w") as file:
+            file.write("module shelf { }")
+        with open(folder + "/shelf.yang", "w") as file:
+            file.write("module shelf { /* another */ }")
+        self.assertEqual(self.schema(session, "shelf").values(MONITORING, "data"), ["module shelf { }"])
+
+    def test_the_way_to_an_action_is_one_and_all_of_it_is_there(self):
+        session = self.open()
+        session.edit(interface("ge0"))
+        action = (f'<action xmlns="{ACTION}"><interfaces xmlns="{INTERFACES}">{{}}</interfaces></action>')
+        entry = "<interface><name>{}</name>{}</interface>"
+        reset = "<reset-counters/>"
+        self.assertIsNone(session.rpc(action.format(entry.format("ge0", reset))).error())
+        for tag, inner in (
+                ("data-missing", entry.format("ge9", reset)),
+                ("missing-element", f"<interface>{reset}</interface>"),
+                ("bad-element", entry.format("ge9", "") + entry.format("ge0", reset)),
+                ("bad-element", entry.format("ge0", reset) + entry.format("ge9", "")),
+                ("bad-element", entry.format("ge0", "<mtu>1500</mtu>" + reset))):
+            self.assertEqual(session.rpc(action.format(inner)).error(), tag, inner)
 
     def test_a_must_of_a_request_is_told_with_its_tag(self):
         image = (f'<install-image xmlns="{SYSTEM}"><file>f</file><verify>false</verify>'
@@ -639,6 +690,42 @@ class Packages(AgentTest):
                             "</get-schema>")
         self.assertEqual(reply.error(), "invalid-value")
         self.assertTrue(self.package(session, "remove", "router-qos").ok())
+
+    def test_packages_bring_one_module_each_and_stay_while_others_need_them(self):
+        module = ('<module name="{0}" xmlns="urn:ietf:params:xml:ns:yang:yin:1" xmlns:p="urn:{0}"'
+                  ' xmlns:l="urn:low"><namespace uri="urn:{0}"/><prefix value="p"/>{1}</module>')
+        folder = tempfile.mkdtemp(dir=self.state)
+        for name, rest in (("low", ""), ("high", '<import module="low"><prefix value="l"/></import>')):
+            with open(f"{folder}/{name}.yin", "w") as file:
+                file.write(module.format(name, rest))
+        session = self.open("--models", folder)
+
+        def told(session):
+            return sorted(name for name in session.rpc("<get/>").values(LIBRARY, "name")
+                          if name in ("low", "high"))
+
+        reply = self.package(session, "install", "high")
+        self.assertEqual(reply.error("error-message"),
+                         "The package needs low, which is not installed.")
+        self.assertTrue(self.package(session, "install", "low").ok())
+        self.assertTrue(self.package(session, "install", "high").ok())
+        self.assertEqual(self.package(session, "remove", "low").error(), "in-use")
+        for modules, gone in ((["high", "low"], "high"), (["low"], "low"), ([], None)):
+            self.assertEqual(told(session), modules)
+            self.assertEqual(told(self.open("--models", folder)), modules)
+            if gone:
+                self.assertTrue(self.package(session, "remove", gone).ok())
+
+    def test_a_package_that_the_configuration_does_not_fit_is_refused(self):
+        session = self.open()
+        name = '<system xmlns="{}"><host-name>{}</host-name></system>'
+        self.assertTrue(session.edit(name.format(SYSTEM, "a" * 20)).ok())
+        reply = self.package(session, "install", "router-lite")
+        self.assertEqual((reply.error(), reply.error("error-path")),
+                         ("invalid-value", "/router-system:system/host-name"))
+        self.assertTrue(session.edit(name.format(SYSTEM, "b" * 20)).ok())
+        self.assertTrue(session.edit(name.format(SYSTEM, "c")).ok())
+        self.assertTrue(self.package(session, "install", "router-lite").ok())
 
     def test_what_is_no_package_is_refused(self):
         session = self.open()
