@@ -32,9 +32,10 @@ uint32_t QM_DICT_Init(QmDict* dict) {
 }
 
 // Jenkins' one-at-a-time hash. Deliberate: bytes from 0x80 on count as negative.
-uint32_t QM_DICT_HashVal(const char* str) {
+template <typename IsEnd>
+static uint32_t HashTo(const char* str, IsEnd isEnd) {
   uint32_t hash = 0;
-  for (; *str != '\0'; ++str) {
+  for (; !isEnd(str); ++str) {
     hash += static_cast<uint32_t>(static_cast<signed char>(*str));
     hash += hash << 10;
     hash ^= hash >> 6;
@@ -43,6 +44,10 @@ uint32_t QM_DICT_HashVal(const char* str) {
   hash ^= hash >> 11;
   hash += hash << 15;
   return hash;
+}
+
+uint32_t QM_DICT_HashVal(const char* str) {
+  return HashTo(str, [](const char* at) { return *at == '\0'; });
 }
 
 static QmDictBucket* BucketOf(QmDict* dict, uint32_t hash) {
@@ -69,6 +74,19 @@ const char* FindInterned(QmDict* dict, const char* str) {
   if (str == nullptr || dict->buckets == nullptr) return nullptr;
   const QmDictEntry* entry = FindEntry(dict, str);
   return entry == nullptr ? nullptr : entry->str;
+}
+
+const char* FindInternedSpan(QmDict* dict, TextSpan span, uint32_t* refCount) {
+  if (dict->buckets == nullptr) return nullptr;
+  const char* end = span.text + span.length;
+  const uint32_t hash = HashTo(span.text, [end](const char* at) { return at == end; });
+  QmDictEntry* entry = BucketOf(dict, hash)->first;
+  while (entry != nullptr && (entry->hash != hash || !TextIs(entry->str, span))) {
+    entry = entry->next;
+  }
+  if (entry == nullptr) return nullptr;
+  *refCount = std::atomic_ref<uint32_t>(entry->refCount).load(std::memory_order_relaxed);
+  return entry->str;
 }
 
 bool ShareText(QmDict* dict, const char* interned) {

@@ -4,6 +4,7 @@
 
 #include "context/internal.h"
 #include "context/records.h"
+#include "platform/string.h"
 
 // Interns `text` into *field in place of what is there. False, with the field
 // unchanged, when `text` is NULL or memory runs out.
@@ -17,6 +18,8 @@ inline bool InternOptional(QmDict* dict, const char** field, const char* text) {
 
 // The dictionary's copy of `str`, or NULL; nothing is inserted and no reference taken.
 const char* FindInterned(QmDict* dict, const char* str);
+// The same for a part of a text; *refCount gets how many references its copy has.
+const char* FindInternedSpan(QmDict* dict, TextSpan span, uint32_t* refCount);
 
 // One more reference to a text that the dictionary itself gave; false for any other. Many
 // threads may do so at a time while nobody inserts or removes. The second takes it away

@@ -113,13 +113,27 @@ const char* QM_UTL_SkipPredicateParis(const char* str) {
   return str;
 }
 
-// The rest after the step's node name, whose length is known, and predicates, or NULL.
-static const char* SkipPredicatedNode(const char* str, uint32_t length, char* nodeOut,
-                                      uint32_t nodeSize) {
-  if (length == 0) return nullptr;
-  const char* rest = QM_UTL_SkipPredicateParis(str + length);
-  if (rest == nullptr || !EndsStep(*rest)) return nullptr;
-  return CopyName(nodeOut, nodeSize, str, length) ? rest : nullptr;
+static TextSpan NameAt(const char* str) {
+  return {str, QM_UTL_ConsumeIdentNameBestEffort(str)};
+}
+
+const char* ReadPathStep(const char* str, QmPathStep* step) {
+  step->prefix = {str, 0};
+  step->name = NameAt(str);
+  if (step->name.length == 0) return nullptr;
+  const char* rest = str + step->name.length;
+  if (*rest == ':') {
+    step->prefix = step->name;
+    step->name = NameAt(rest + 1);
+    if (step->name.length == 0) return nullptr;
+    rest = step->name.text + step->name.length;
+  }
+  if (*rest == '[') rest = QM_UTL_SkipPredicateParis(rest);
+  return rest != nullptr && EndsStep(*rest) ? rest : nullptr;
+}
+
+static bool CopySpan(char* out, uint32_t outSize, TextSpan span) {
+  return CopyName(out, outSize, span.text, static_cast<uint32_t>(span.length));
 }
 
 const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefixOut,
@@ -127,15 +141,13 @@ const char* QM_UTL_GetXPathNextPredicatedPrefixNode(const char* str, char* prefi
                                                     uint32_t nodeSize) {
   Empty(prefixOut, prefixSize);
   Empty(nodeOut, nodeSize);
-  const uint32_t length = QM_UTL_ConsumeIdentNameBestEffort(str);
-  if (length == 0) return nullptr;
-  if (str[length] != ':') return SkipPredicatedNode(str, length, nodeOut, nodeSize);
-  if (!CopyName(prefixOut, prefixSize, str, length)) return nullptr;
-  const char* name = str + length + 1;
-  const char* rest =
-      SkipPredicatedNode(name, QM_UTL_ConsumeIdentNameBestEffort(name), nodeOut, nodeSize);
-  if (rest == nullptr) Empty(prefixOut, prefixSize);
-  return rest;
+  QmPathStep step;
+  const char* rest = ReadPathStep(str, &step);
+  if (rest == nullptr) return nullptr;
+  if (step.prefix.length > 0 && !CopySpan(prefixOut, prefixSize, step.prefix)) return nullptr;
+  if (CopySpan(nodeOut, nodeSize, step.name)) return rest;
+  Empty(prefixOut, prefixSize);
+  return nullptr;
 }
 
 // Reads what most texts are, a sign and some digits, without the C library; 18 digits fit

@@ -4,10 +4,21 @@
 
 #include "context/internal.h"
 #include "context/records.h"
+#include "platform/string.h"
 
 // Takes the name that *text begins with into `name`, and moves *text behind it. False,
 // with *text as it was, without a name and for one that does not fit.
 bool TakeIdentName(const char** text, char* name, uint32_t size);
+
+// A step of a path as it stands there.
+struct QmPathStep {
+  TextSpan prefix;  // empty when there is none
+  TextSpan name;
+};
+
+// Reads the step that `str` begins with, and gives the rest after it and its predicates:
+// "/" or the end. NULL when the form is wrong.
+const char* ReadPathStep(const char* str, QmPathStep* step);
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -21,6 +21,12 @@ inline bool IsSpace(char c) {
   return IsBlank(c) || c == '\r';
 }
 
+// A part of a longer text.
+struct TextSpan {
+  const char* text;
+  size_t length;
+};
+
 // The first `length` bytes of `text` and a NUL in a new block; NULL without memory.
 char* CopyText(const char* text, size_t length);
 
@@ -69,4 +75,16 @@ inline bool TextsEqual(const char* a, const char* b) {
     if (a[i] == '\0') return true;
   }
   return RTK_StrCmp(a + kHead, b + kHead) == 0;
+}
+
+// Whether `text` has the bytes of `span` and no more.
+inline bool TextIs(const char* text, TextSpan span) {
+  for (size_t i = 0; i < span.length; ++i) {
+    if (text[i] != span.text[i]) return false;
+  }
+  return text[span.length] == '\0';
+}
+
+inline TextSpan WholeText(const char* text) {
+  return {text, RTK_StrLen(text)};
 }

@@ -10,6 +10,9 @@
 // still, because its own target is not loaded yet.
 #include "schema/lookup.h"
 
+#include <cstring>
+#include <iterator>
+
 #include <qmodel/error.h>
 
 #include "context/guard.h"
@@ -27,6 +30,13 @@ struct PathStep {
   char name[kQmsNameSize];
 };
 
+// An absolute path of names alone, cut into its steps.
+struct PlainPath {
+  QmPathStep steps[32];
+  uint32_t count;
+  uint32_t lastQualified;  // the last step that names a module
+};
+
 // A target path, split at the last step that names a module.
 struct SplitTarget {
   char moduleName[kQmsNameSize];
@@ -35,13 +45,18 @@ struct SplitTarget {
 };
 }  // namespace
 
-// Takes the step at `path` and gives what follows its "/". NULL when no step can
-// be taken, and for a "/" with nothing behind it.
+// What follows the "/" at `rest`, which may also be the end. NULL for a "/" with nothing
+// behind it.
+static const char* AfterSlash(const char* rest) {
+  if (*rest == '\0') return rest;
+  return rest[1] == '\0' ? nullptr : rest + 1;
+}
+
+// Takes the step at `path` and gives what follows its "/". NULL when no step can be taken.
 static const char* TakeStep(const char* path, PathStep* step) {
   const char* rest = QM_UTL_GetXPathNextPredicatedPrefixNode(
       path, step->qualifier, sizeof(step->qualifier), step->name, sizeof(step->name));
-  if (rest == nullptr || *rest == '\0') return rest;
-  return rest[1] == '\0' ? nullptr : rest + 1;
+  return rest == nullptr ? nullptr : AfterSlash(rest);
 }
 
 static bool BeginsWithParentStep(const char* path) {
@@ -107,17 +122,28 @@ QmsNode* QMS_MOD_GetNodeByXpath(QmsModule* module, QmsNode* startNode, const cha
   return node;
 }
 
+// Names have as many characters as fit the buffers of prescribed functions, a NUL counted.
+static bool StepFits(const QmPathStep& step) {
+  return step.prefix.length < kQmsNameSize && step.name.length < kQmsNameSize;
+}
+
+// Deliberate: the module of a top-level step is given, not looked up.
+static QmsNode* FindStep(const QmsModule* module, QmsNode* parent, const QmPathStep& step) {
+  return parent != nullptr ? FindChildNode(parent, step.prefix, step.name)
+                           : FindTopNode(module, step.name);
+}
+
 QmsNode* QMS_MOD_GetNodeBySchemaNodeId(QmsModule* module, QmsNode* startNode, const char* path) {
   if (module == nullptr || path == nullptr) return nullptr;
   QmsNode* node = startNode;
   const char* rest = *path == '/' ? path + 1 : path;
-  PathStep step;
+  QmPathStep step;
   while (*rest != '\0') {
-    rest = TakeStep(rest, &step);
+    rest = ReadPathStep(rest, &step);
+    if (rest == nullptr || !StepFits(step)) return nullptr;
+    rest = AfterSlash(rest);
     if (rest == nullptr) return nullptr;
-    // Deliberate: the module of a top-level step is given, not looked up.
-    node = node != nullptr ? QMS_NODE_FindChildNodeByName(node, step.qualifier, step.name)
-                           : QMS_MOD_FindTopLevelSchemaNode(module, step.name);
+    node = FindStep(module, node, step);
     if (node == nullptr) return nullptr;
   }
   return node;
@@ -163,14 +189,55 @@ uint32_t QMS_MOD_FindAugNodeTargetInSelfMod(QmsModule* module, QmsNode* augment,
   return QM_OK;
 }
 
+// Most target paths are plain, and are cut once: the module that the path leads into is told,
+// and the nodes are found, from the same steps. False for any other path, also one that is
+// too long, for no path at all, and for one that names no module: those are split from their
+// end.
+static bool ReadPlainPath(const char* path, PlainPath* plain) {
+  bool isQualified = false;
+  plain->count = 0;
+  if (*path != '/') return false;
+  for (; *path == '/'; ++plain->count) {
+    if (plain->count == std::size(plain->steps)) return false;
+    QmPathStep* step = &plain->steps[plain->count];
+    path = ReadPathStep(path + 1, step);
+    if (path != step->name.text + step->name.length || !StepFits(*step)) return false;
+    if (step->prefix.length == 0) continue;
+    isQualified = true;
+    plain->lastQualified = plain->count;
+  }
+  return isQualified;
+}
+
+static uint32_t SplitPlainPath(const char* path, const PlainPath& plain, SplitTarget* split) {
+  const TextSpan moduleName = plain.steps[plain.lastQualified].prefix;
+  std::memcpy(split->moduleName, moduleName.text, moduleName.length);
+  split->moduleName[moduleName.length] = '\0';
+  return CopyBothParts(path, moduleName.text - 1, &split->head, &split->tail);
+}
+
+static QmsNode* FindPlainPath(const QmsModule* module, const PlainPath& plain) {
+  QmsNode* node = nullptr;
+  for (uint32_t i = 0; i < plain.count; ++i) {
+    node = FindStep(module, node, plain.steps[i]);
+    if (node == nullptr) return nullptr;
+  }
+  return node;
+}
+
 QmsNode* QM_CTX_GetTargetNode(QmCtx* ctx, const char* path, QmsNode** augment) noexcept {
   if (augment != nullptr) *augment = nullptr;
   if (ctx == nullptr || path == nullptr) return nullptr;
+  PlainPath plain;
+  const bool isPlain = ReadPlainPath(path, &plain);
   SplitTarget split{};
-  const uint32_t ret = SplitTargetPath(path, &split);
+  const uint32_t ret =
+      isPlain ? SplitPlainPath(path, plain, &split) : SplitTargetPath(path, &split);
   const QmHeld<char> head(split.head);
   const QmHeld<char> tail(split.tail);
   if (ret != QM_OK) return nullptr;
   QmsModule* module = QM_CTX_GetModuleByModName(ctx, split.moduleName);
-  return module == nullptr ? nullptr : FindTarget(module, path, split, augment);
+  if (module == nullptr) return nullptr;
+  const bool isOfOneModule = isPlain && split.head == nullptr;
+  return isOfOneModule ? FindPlainPath(module, plain) : FindTarget(module, path, split, augment);
 }

@@ -53,14 +53,17 @@ uint32_t QMS_MOD_AddTopNodeToSchemaTree(QmsModule* mod, QmsNode* node) {
   return QM_OK;
 }
 
-QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name) {
-  if (mod == nullptr || name == nullptr) return nullptr;
+QmsNode* FindTopNode(const QmsModule* mod, TextSpan name) {
   for (QmsNode* QmsModule::*head : kOwnLists) {
     for (QmsNode* node = mod->*head; node != nullptr; node = node->next) {
-      if (NamesEqual(node->name, name)) return node;
+      if (node->name != nullptr && TextIs(node->name, name)) return node;
     }
   }
   return nullptr;
+}
+
+QmsNode* QMS_MOD_FindTopLevelSchemaNode(QmsModule* mod, const char* name) {
+  return mod == nullptr || name == nullptr ? nullptr : FindTopNode(mod, WholeText(name));
 }
 
 // The next node is read first: the callback may take its node out of the list.

@@ -14,34 +14,66 @@
 #include "context/dict.h"
 #include "schema/node.h"
 
-static bool FitsModule(const QmsNode* node, const char* moduleName) {
-  return moduleName == nullptr || *moduleName == '\0' || IsOfModule(node, moduleName);
+static bool FitsModule(const QmsNode* node, TextSpan moduleName) {
+  if (moduleName.length == 0) return true;
+  return node->module != nullptr && node->module->name != nullptr &&
+         TextIs(node->module->name, moduleName);
 }
 
 // Looks from `child` on for one whose name is the interned text.
-static QmsNode* FindByInterned(QmsNode* parent, QmsNode* child, const char* moduleName,
+static QmsNode* FindByInterned(QmsNode* parent, QmsNode* child, TextSpan moduleName,
                                const char* interned) {
-  if (interned == nullptr) return nullptr;
   for (; child != nullptr; child = NextChild(parent, child)) {
     if (child->name == interned && FitsModule(child, moduleName)) return child;
   }
   return nullptr;
 }
 
+// The same for a name that one record of the context has: it is found from both ends, since
+// the time goes to reaching the next node in memory, and two chains of nodes are reached
+// at a time.
+static QmsNode* FindTheOnly(QmsNode* parent, QmsNode* child, TextSpan moduleName,
+                            const char* interned) {
+  QmsNode* last = parent->lastChild;
+  while (child != nullptr && last != nullptr) {
+    if (last->name == interned) return FitsModule(last, moduleName) ? last : nullptr;
+    if (last == child) return nullptr;
+    last = last->prev;
+    if (child->name == interned) return FitsModule(child, moduleName) ? child : nullptr;
+    if (last == child) return nullptr;
+    child = child->next;
+  }
+  return nullptr;
+}
+
+static QmsNode* FindAmongMany(QmsNode* parent, QmsNode* child, TextSpan moduleName, TextSpan name) {
+  uint32_t refCount = 0;
+  const char* interned = FindInternedSpan(&NodeCtx(parent)->dict, name, &refCount);
+  if (interned == nullptr) return nullptr;
+  return refCount == 1 ? FindTheOnly(parent, child, moduleName, interned)
+                       : FindByInterned(parent, child, moduleName, interned);
+}
+
 // Names of loaded nodes are interned: where the children are many, the text is looked up
 // once and the rest is told by its address. Nodes made by hand may have names of their own.
-QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, const char* name) {
+QmsNode* FindChildNode(QmsNode* parent, TextSpan moduleName, TextSpan name) {
   constexpr int kFew = 16;
-  if (parent == nullptr || name == nullptr) return nullptr;
   int seen = 0;
   for (QmsNode* child = parent->firstChild; child != nullptr; child = NextChild(parent, child)) {
-    if (NamesEqual(child->name, name) && FitsModule(child, moduleName)) return child;
+    if (child->name != nullptr && TextIs(child->name, name) && FitsModule(child, moduleName)) {
+      return child;
+    }
     if (++seen != kFew || NodeCtx(parent) == nullptr) continue;
-    const char* interned = FindInterned(&NodeCtx(parent)->dict, name);
-    QmsNode* found = FindByInterned(parent, child, moduleName, interned);
+    QmsNode* found = FindAmongMany(parent, child, moduleName, name);
     if (found != nullptr) return found;
   }
   return nullptr;
+}
+
+QmsNode* QMS_NODE_FindChildNodeByName(QmsNode* parent, const char* moduleName, const char* name) {
+  if (parent == nullptr || name == nullptr) return nullptr;
+  const TextSpan module = moduleName == nullptr ? TextSpan{"", 0} : WholeText(moduleName);
+  return FindChildNode(parent, module, WholeText(name));
 }
 
 // A child of the augment `root`, wherever its children hang: in its own list, or

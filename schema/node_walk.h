@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "context/internal.h"
+#include "platform/string.h"
 #include "schema/records.h"
 
 // The child after `child`, or NULL. It also ends at the parent's last child: the
@@ -10,6 +11,9 @@
 inline QmsNode* NextChild(const QmsNode* parent, const QmsNode* child) {
   return child == parent->lastChild ? nullptr : child->next;
 }
+
+// The first schema child of that name; an empty module name fits all.
+QmsNode* FindChildNode(QmsNode* parent, TextSpan moduleName, TextSpan name);
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -116,9 +116,8 @@ const char* QM_XPATH_GetXpathLastModNameFromRear(const char* path, uint32_t* nam
   return path + end - length;
 }
 
-// `slash` is the "/" in front of the last qualified step. Both texts or none.
-static uint32_t CopyBothParts(const char* path, const char* slash, char** outParentPath,
-                              char** outLastPart) {
+uint32_t CopyBothParts(const char* path, const char* slash, char** outParentPath,
+                       char** outLastPart) {
   QmHeld<char> lastPart(QM_UTL_StrDup(slash));
   if (!lastPart) return QM_INVALID;
   if (slash != path) {

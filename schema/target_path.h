@@ -9,6 +9,11 @@
 // qualified step. False for a path that cannot be split.
 bool GetTargetModuleName(const char* path, char (&name)[kQmsNameSize]);
 
+// Copies both parts of a path, of which `slash` begins the second; the first is NULL when
+// it is empty. 0; 22 without memory, with both texts as they were.
+uint32_t CopyBothParts(const char* path, const char* slash, char** outParentPath,
+                       char** outLastPart);
+
 QM_BEGIN_INTERNAL_DECLS
 
 // Rewrites the prefixes of a schema-node path, as `module` declares them, to module

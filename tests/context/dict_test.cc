@@ -93,6 +93,23 @@ TEST_F(Dict, FindInternedTakesNoReferenceAndInsertsNothing) {
   EXPECT_EQ(nullptr, FindInterned(&dict_, "alpha"));
 }
 
+TEST_F(Dict, FindInternedSpanFindsAPartOfATextAndTellsItsReferences) {
+  const TextSpan alpha = {"alphabet", 5};
+  uint32_t refCount = 7;
+  EXPECT_EQ(nullptr, FindInternedSpan(&dict_, alpha, &refCount));
+  EXPECT_NE(nullptr, QM_DICT_Insert(&dict_, "alphabet"));
+  EXPECT_EQ(nullptr, FindInternedSpan(&dict_, alpha, &refCount));
+  EXPECT_EQ(7u, refCount);
+  const char* text = QM_DICT_Insert(&dict_, "alpha");
+  EXPECT_EQ(text, FindInternedSpan(&dict_, alpha, &refCount));
+  EXPECT_EQ(1u, refCount);
+  EXPECT_EQ(text, QM_DICT_Insert(&dict_, "alpha"));
+  EXPECT_EQ(text, FindInternedSpan(&dict_, alpha, &refCount));
+  EXPECT_EQ(2u, refCount);
+  QmDict none = {};
+  EXPECT_EQ(nullptr, FindInternedSpan(&none, alpha, &refCount));
+}
+
 TEST_F(Dict, NullTextGivesNull) {
   EXPECT_EQ(nullptr, QM_DICT_Insert(&dict_, nullptr));
   QM_DICT_Remove(&dict_, nullptr);

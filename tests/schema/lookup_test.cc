@@ -242,6 +242,74 @@ TEST(GetTargetNode, FindsNodesThatAnAugmentAdded) {
   EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(tree.schema.ctx(), "/m:c/n:extra/m:x", &augment));
 }
 
+TEST(GetTargetNode, Rows) {
+  Tree tree;
+  const struct {
+    const char* path;
+    QmsNode* node;
+  } rows[] = {
+      {"/m:c", tree.c},
+      {"/m:c/l", tree.l},
+      {"/m:c/ch/ca/in", tree.in},
+      {"/m:r/input/i", tree.i},
+      {"/m:c/extra", tree.extra},
+      {"/m:c/n:extra/below", tree.below},
+      {"/m:c/m:l", nullptr},  // below an augment of m, of which there is none
+      {"/m:c/x", nullptr},
+      {"/m:c/l/x", nullptr},
+      {"/o:c", nullptr},
+      {"", nullptr},
+      {"/", nullptr},
+      {"/c", nullptr},
+      {"/c/l", nullptr},
+      {"m:c", nullptr},
+      {"m:c/l", nullptr},
+      {"/m:c/", nullptr},
+      {"//m:c", nullptr},
+      {"/m:c//l", nullptr},
+      {"/m:c/l[1]", nullptr},
+      {"/m:c[1]/l", nullptr},
+      {"/m:c/l ", nullptr},
+      {"/m:/l", nullptr},
+      {"/m:m:c", nullptr},
+      {"/:c", nullptr},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.path);
+    EXPECT_EQ(row.node, QM_CTX_GetTargetNode(tree.schema.ctx(), row.path, nullptr));
+  }
+}
+
+TEST(GetTargetNode, APathMayHaveAnyNumberOfSteps) {
+  Schema schema;
+  QmsNode* node = Top(schema.Module("m"), QMS_NODE_CONTAINER, "a");
+  std::string path = "/m:a";
+  for (int steps = 1; steps < 100; ++steps) {
+    SCOPED_TRACE(steps);
+    EXPECT_EQ(node, QM_CTX_GetTargetNode(schema.ctx(), path.c_str(), nullptr));
+    EXPECT_EQ(nullptr, QM_CTX_GetTargetNode(schema.ctx(), (path + "/b").c_str(), nullptr));
+    node = Child(node, QMS_NODE_CONTAINER, "a");
+    path += "/a";
+  }
+}
+
+TEST(GetTargetNode, NamesOf64CharactersFitAndLongerOnesNameNothing) {
+  for (size_t length : {size_t{64}, size_t{65}}) {
+    SCOPED_TRACE(length);
+    Schema schema;
+    const std::string name(length, 'x');
+    QmsNode* top = Top(schema.Module("m"), QMS_NODE_CONTAINER, name.c_str());
+    QmsNode* child = Child(top, QMS_NODE_LEAF, name.c_str());
+    QmsNode* ofModule = Top(schema.Module(name.c_str()), QMS_NODE_CONTAINER, "c");
+    const auto find = [&schema](const std::string& path) {
+      return QM_CTX_GetTargetNode(schema.ctx(), path.c_str(), nullptr);
+    };
+    EXPECT_EQ(length == 64 ? top : nullptr, find("/m:" + name));
+    EXPECT_EQ(length == 64 ? child : nullptr, find("/m:" + name + "/" + name));
+    EXPECT_EQ(length == 64 ? ofModule : nullptr, find("/" + name + ":c"));
+  }
+}
+
 TEST(FindAugNodeTargetInSelfMod, ResolvesTargetsOfTheModuleItself) {
   Tree tree;
   QmsNode* self = Top(tree.m, QMS_NODE_AUGMENT, "/m:c/inner");

@@ -209,6 +209,47 @@ TEST(FindChildNodeByName, FindsEachOfManyWhereverItsNameIsKept) {
   children[46]->name = nameless;
 }
 
+// As many as are told by the addresses of their names, before a run, in it and behind it.
+TEST(FindChildNodeByName, FindsEachOfManyInTheRunOfAnAugmentAndNoneOutsideOfIt) {
+  for (int count : {17, 18, 40, 41}) {
+    SCOPED_TRACE(count);
+    Schema schema;
+    QmsNode* target = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
+    QmsModule* n = schema.Module("n");
+    QmsNode* augment = Top(n, QMS_NODE_AUGMENT, "/m:c");
+    QmsNode* other = Top(n, QMS_NODE_AUGMENT, "/m:c");
+    for (int i = 0; i < count; ++i) {
+      Child(target, QMS_NODE_LEAF, ("own" + std::to_string(i)).c_str());
+      Child(augment, QMS_NODE_LEAF, ("run" + std::to_string(i)).c_str());
+      Child(other, QMS_NODE_LEAF, ("late" + std::to_string(i)).c_str());
+    }
+    schema_tree::Couple(augment, target);
+    schema_tree::Couple(other, target);
+    QmsNode* expected = augment->firstChild;
+    for (int i = 0; i < count; ++i, expected = expected->next) {
+      const std::string number = std::to_string(i);
+      const std::string name = "run" + number;
+      EXPECT_EQ(expected, QMS_NODE_FindChildNodeByName(augment, nullptr, name.c_str())) << name;
+      EXPECT_EQ(expected, QMS_NODE_FindChildNodeByName(target, "n", name.c_str())) << name;
+      EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(target, "m", name.c_str())) << name;
+      EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(other, nullptr, name.c_str())) << name;
+      EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(augment, "", ("own" + number).c_str()));
+      EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(augment, "", ("late" + number).c_str()));
+    }
+  }
+}
+
+TEST(FindChildNodeByName, GivesTheFirstOfManyThatShareAName) {
+  Schema schema;
+  QmsNode* c = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
+  for (int i = 0; i < 30; ++i) Child(c, QMS_NODE_LEAF, ("a" + std::to_string(i)).c_str());
+  QmsNode* first = Child(c, QMS_NODE_LEAF, "same");
+  for (int i = 0; i < 10; ++i) Child(c, QMS_NODE_LEAF, ("b" + std::to_string(i)).c_str());
+  QmsNode* second = Child(c, QMS_NODE_LEAF, "same", schema.Module("n"));
+  EXPECT_EQ(first, QMS_NODE_FindChildNodeByName(c, nullptr, "same"));
+  EXPECT_EQ(second, QMS_NODE_FindChildNodeByName(c, "n", "same"));
+}
+
 TEST(FindChildNodeByName, SeesChoicesAndDoesNotLookThroughThem) {
   Schema schema;
   QmsNode* c = Top(schema.Module("m"), QMS_NODE_CONTAINER, "c");
