@@ -18,6 +18,7 @@
 #include "compiler/identities.h"
 #include "compiler/identity_bases.h"
 #include "compiler/limits.h"
+#include "compiler/off_defaults.h"
 #include "compiler/prefixes.h"
 #include "compiler/references.h"
 #include "compiler/rewrite.h"
@@ -127,6 +128,7 @@ void TranslateAll(Compilation* all, const std::vector<Output*>& outputs) {
   for (const Step step :
        {SpreadAugmentConditions, NoteTypedefNames, RewriteArguments, CompleteBases})
     TakeStep(outputs, step);
+  if (OptionsDecide(*all)) TakeStep(outputs, SettleDeviatedDefaults);
 }
 
 // Those named, then what they import in the written form, each once.

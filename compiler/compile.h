@@ -99,6 +99,8 @@ struct Output {
   std::unordered_map<const xmlNode*, std::vector<const xmlNode*>> left;
   std::vector<xmlNode*> lessened;
   NamedNodes lostIdentities;  // those among them, until one that stays has it as its base
+  // Defaults that have left, as they were read, by what had them.
+  std::unordered_map<const xmlNode*, std::vector<std::string>> lostDefaults;
   // The enums and bits of types, as they were read, that depend on a feature that is off.
   std::unordered_map<const xmlNode*, std::unordered_set<std::string_view>> itemsOff;
   // The inputs and outputs that operations do not write, as far as a path led to them.

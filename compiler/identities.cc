@@ -37,14 +37,6 @@ const xmlNode* TypeOfDeviation(const xmlNode* deviation) {
   return type;
 }
 
-// NULL: there is none.
-const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
-  if (!Is(parent, Keyword::kDeviate)) return FirstChild(parent, Keyword::kType);
-  const xmlNode* replaced = TypeOfDeviation(ParentOf(parent));
-  if (replaced != nullptr) return replaced;
-  return TypeOfNode(FindTarget(out->all, TargetSteps(ParentOf(parent))));
-}
-
 // True where the library may hold the text as it is written. What a deviation meets may
 // have got another type before.
 bool NeedsModuleName(const Output* out, const xmlNode* byDefault, const Module* module) {
@@ -72,6 +64,13 @@ void RemoveBase(Output* out, xmlNode* base) {
 }
 
 }  // namespace
+
+const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
+  if (!Is(parent, Keyword::kDeviate)) return FirstChild(parent, Keyword::kType);
+  const xmlNode* replaced = TypeOfDeviation(ParentOf(parent));
+  if (replaced != nullptr) return replaced;
+  return TypeOfNode(FindTarget(out->all, TargetSteps(ParentOf(parent))));
+}
 
 bool IsInWrittenRevision(Output* out, Module* module, std::string_view name) {
   Module* written = WrittenModule(out->all->repository, module->name);

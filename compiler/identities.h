@@ -18,6 +18,9 @@ bool RewriteBase(Output* out, xmlNode* base);
 // arguments are rewritten.
 void NameModulesOfDefaults(Output* out);
 
+// The type of the leaf, typedef or deviate that has a default; NULL: there is none.
+const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent);
+
 // Rewrites `default`: an identity, or the name of a case. False: it has left the tree.
 bool RewriteDefault(Output* out, xmlNode* byDefault);
 

@@ -6,6 +6,8 @@
 #include "compiler/items.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -102,10 +104,46 @@ void KeepAll(Output* out, const xmlNode* type) {
   }
 }
 
+// The number that an item has or would get (RFC 7950, sections 9.6.4.2 and 9.7.4.2): one
+// more than the highest before it. Those that have left count.
+class ItemNumbers {
+ public:
+  int64_t Next(const xmlNode* item) {
+    const char* written = NumberOf(item);
+    int64_t number = highest_ + 1;
+    if (written != nullptr) {
+      const std::string_view text = written;
+      std::from_chars(text.data(), text.data() + text.size(), number);
+    }
+    highest_ = isFirst_ ? number : std::max(highest_, number);
+    isFirst_ = false;
+    return number;
+  }
+
+  static const char* NumberOf(const xmlNode* item) {
+    return ArgumentOfChild(item, Is(item, Keyword::kEnum) ? Keyword::kValue : Keyword::kPosition);
+  }
+
+ private:
+  int64_t highest_ = -1;
+  bool isFirst_ = true;
+};
+
+// What stays keeps the number that it had beside what has left.
 void SettleEach(Output* out, xmlNode* type, const NamesOff& off) {
+  const bool isNumbered = IsBuiltInType(TypeName(type));
+  ItemNumbers before;
+  ItemNumbers after;
   for (xmlNode* item = FirstItem(type); item != nullptr;) {
     xmlNode* next = NextItem(NextSibling(item));
-    if (IsAmong(off, item) || !SettleIfFeatures(out, item)) Leave(out, item);
+    const int64_t number = before.Next(item);
+    if (IsAmong(off, item) || !SettleIfFeatures(out, item)) {
+      Leave(out, item);
+    } else if (after.Next(item) != number && isNumbered) {
+      const Keyword keyword = Is(item, Keyword::kEnum) ? Keyword::kValue : Keyword::kPosition;
+      AppendChild(item, MakeStatement(out->all->session, item, keyword, std::to_string(number)));
+      after = before;
+    }
     item = next;
   }
 }
@@ -137,6 +175,22 @@ void SettleItems(Output* out, xmlNode* type) {
              " of the type depends on a feature that is off; it is written without, and so "
              "takes all that its typedef does");
   SettleEach(out, type, off);
+}
+
+bool LosesEveryItem(Output* out, const xmlNode* type) {
+  return HasNoValue(type, NamesOffFor(out, type));
+}
+
+bool LosesItem(Output* out, const xmlNode* type, std::string_view name) {
+  const xmlNode* at = OriginOf(type);
+  for (unsigned chain = 0; at != nullptr && chain < kMaxChain; ++chain) {
+    // A type that would lose all keeps them, or goes without its restriction.
+    if (OwnNamesOff(out, at).count(name) != 0 && !LosesEveryItem(out, at)) return true;
+    if (IsBuiltInType(TypeName(at))) break;
+    const xmlNode* definition = FindSymbol(at, SymbolKind::kTypedef, TypeName(at));
+    at = definition == nullptr ? nullptr : FirstChild(definition, Keyword::kType);
+  }
+  return false;
 }
 
 }  // namespace compiler

@@ -9,9 +9,11 @@
 
 #include "compiler/condition_words.h"
 #include "compiler/data_lookup.h"
+#include "compiler/departures.h"
 #include "compiler/identities.h"
 #include "compiler/items.h"
 #include "compiler/node_kind.h"
+#include "compiler/off_defaults.h"
 #include "compiler/path.h"
 #include "compiler/prefixes.h"
 #include "compiler/statement.h"
@@ -121,6 +123,7 @@ xmlNode* RewriteTypeHere(Output* out, xmlNode* type) {
   }
   xmlNode* now = RewriteType(out, type);
   SettleItems(out, now);
+  if (OptionsDecide(*out->all)) LeaveDefaultOfTypedef(out, now);
   return now;
 }
 
@@ -136,6 +139,10 @@ xmlNode* RewriteOne(Rewriting* rewriting, xmlNode* s) {
       RewritePath(out, s);
       break;
     case Keyword::kDefault:
+      if (OptionsDecide(*out->all) && IsDefaultOff(out, s)) {
+        LeaveDefault(out, s);
+        return nullptr;
+      }
       return RewriteDefault(out, s) ? s : nullptr;
     case Keyword::kKey:
       RewriteNames(out, s);

@@ -117,7 +117,7 @@ TEST_F(Features, ThatAreOffTakeBlocksAndAugmentsOfNothingElseAlong) {
 TEST_F(Features, OfItemsOfTypedefsThatMoveAreDecidedToo) {
   Module11("m",
            "feature a;\n"
-           "container c { typedef t { type enumeration { enum x { if-feature a; } enum z; } }\n"
+           "container c { typedef t { type enumeration { enum z; enum x { if-feature a; } } }\n"
            "  leaf l { type t; } }");
   EXPECT_EQ(JobState::kLost, Run({"m"}).state) << "the condition of x is undecided";
   EXPECT_EQ(
@@ -126,13 +126,13 @@ TEST_F(Features, OfItemsOfTypedefsThatMoveAreDecidedToo) {
       BodyOf(Run({"m"}, On({}, true)), "m"));
   EXPECT_EQ(
       "feature a; container c { leaf l { type t; } } "
-      "typedef t { type enumeration { enum x; enum z; } }",
+      "typedef t { type enumeration { enum z; enum x; } }",
       BodyOf(Run({"m"}, On({{"m", "a"}})), "m"));
 }
 
 TEST_F(Features, ThatAreOffTakeItemsFromDerivedTypesToo) {
   Module11("m",
-           "feature a; typedef t { type enumeration { enum x { if-feature a; } enum z; } }\n"
+           "feature a; typedef t { type enumeration { enum z; enum x { if-feature a; } } }\n"
            "typedef u { type t { enum x; enum z; } } leaf l { type u { enum x; enum z; } }");
   EXPECT_EQ(
       "feature a; typedef t { type enumeration { enum z; } } typedef u { type t { enum z; } } "

@@ -143,5 +143,37 @@ TEST_P(DeviatedByTwo, LeafsTakeDefaultTypeAndMandatoryInEachOrder) {
 
 INSTANTIATE_TEST_SUITE_P(Orders, DeviatedByTwo, testing::Values("tyz", "tzy", "ytz", "zyt"));
 
+// What features take away takes along what the library would refuse, or wait for.
+TEST_F(Loading, ModelsWithEveryFeatureOffLoadWithoutErrors) {
+  Module11(
+      "n",
+      "feature a; identity b; identity gone { base b; if-feature a; }\n"
+      "container c { leaf target { if-feature a; type uint8; } leaf ref { type leafref {\n"
+      "    path ../target; } }\n"
+      "  list keyed { key k; leaf k { if-feature a; type string; } leaf v { type string; } }\n"
+      "  list state { config false; leaf v { if-feature a; type string; } }\n"
+      "  list l { key k; unique u; leaf k { type string; } leaf u { if-feature a; type int8; } }\n"
+      "  leaf def { type identityref { base b; } default gone; }\n"
+      "  leaf enum { type enumeration { enum x { if-feature a; } enum y; } default x; }\n"
+      "  leaf cond { when \"../target\"; must \"not(../target) or ../def\"; type string; } }");
+  Module11("m",
+           "import n { prefix n; }\n"
+           "augment /n:c/n:keyed { leaf w { type string; } }\n"
+           "deviation /n:c/n:target { deviate add { default 3; } }\n"
+           "deviation /n:c/n:l { deviate delete { unique u; } }\n"
+           "deviation /n:c/n:def { deviate delete { default n:gone; } }\n"
+           "deviation /n:c/n:enum { deviate replace { default y; } }\n"
+           "deviation /n:c/n:cond { deviate delete { must \"not(../n:target) or ../n:def\"; } }");
+  CompileOptions options;
+  options.featuresComplete = true;
+  Load({"m", "n"}, options);
+  EXPECT_EQ("", Errors());
+  for (const char* path : {"/n:c/target", "/n:c/keyed", "/n:c/state"}) EXPECT_FALSE(Has(path));
+  EXPECT_EQ(QM_OK, QM_NODE_ValidateValue(QM_CTX_GetTargetNode(ctx_, "/n:c/ref", nullptr),
+                                         QM_INPUT_TEXT, "200"));
+  EXPECT_STREQ("y", QM_NODE_GetDefaultValueStr(QM_CTX_GetTargetNode(ctx_, "/n:c/enum", nullptr)));
+  EXPECT_EQ(nullptr, QM_NODE_GetDefaultValueStr(QM_CTX_GetTargetNode(ctx_, "/n:c/def", nullptr)));
+}
+
 }  // namespace
 }  // namespace compiler
