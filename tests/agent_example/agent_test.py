@@ -36,6 +36,13 @@ class Framing(AgentTest):
         session.write(b"\n#%d\n%s\n##\n" % (len(rest), rest))
         self.assertEqual(session.answer().root.get("message-id"), "a")
 
+    def test_the_end_mark_may_come_in_pieces(self):
+        session = self.open(base="1.0")
+        request = f'<rpc message-id="a" xmlns="{BASE}"><close-session/></rpc>]]>]]>'
+        for byte in request.encode():
+            session.write(bytes([byte]))
+        self.assertTrue(session.answer().ok())
+
     def test_an_end_mark_that_is_none_belongs_to_the_message(self):
         session = self.open(base="1.0")
         session.write(f'<rpc message-id="a]]]>]" xmlns="{BASE}"><close-session/></rpc>'.encode()
@@ -659,6 +666,37 @@ class Packages(AgentTest):
         change = two.notification()
         self.assertIn("router-vlans", change.values(CHANGE, "deleted-capability")[-1])
         self.assertEqual(two.edit(vlan).error(), "unknown-namespace")
+
+    def test_a_request_for_a_module_is_judged_by_what_is_there_when_its_turn_comes(self):
+        session = self.open()
+        vlan = ("<edit-config><target><running/></target><config>"
+                + interface("ge0", f'<vlan xmlns="{VLANS}"><native>5</native></vlan>').replace("nc:", "")
+                + "</config></edit-config>")
+        package = f'<{{}}-package xmlns="{PACKAGES}"><name>router-vlans</name></{{}}-package>'
+        steps = [(package.format("install", "install"), None), (vlan, None),
+                 (package.format("remove", "remove"), None), (vlan, "unknown-namespace")] * 3
+        data = b""
+        for operation, _ in steps:
+            text = f'<rpc message-id="a" xmlns="{BASE}">{operation}</rpc>'.encode()
+            data += b"\n#%d\n%s\n##\n" % (len(text), text)
+        session.write(data)
+        self.assertEqual([session.answer().error() for _ in steps], [tag for _, tag in steps])
+
+    def test_all_sessions_are_told_of_what_comes_goes_and_changes(self):
+        sessions = [self.open(base=base) for base in ("1.0", "1.1", "1.1")]
+        for session in sessions:
+            session.rpc(f'<create-subscription xmlns="{NOTIFICATION}"/>')
+        self.assertTrue(self.package(sessions[1], "install", "router-lite").ok())
+        for session in sessions:
+            told = session.notification()
+            self.assertIn("urn:example:router-lite?", told.values(CHANGE, "added-capability")[0])
+            modified = told.values(CHANGE, "modified-capability")
+            self.assertTrue([c for c in modified if "router-system" in c and "=router-lite" in c])
+            self.assertTrue([c for c in modified if ":yang-library:" in c])
+        self.assertTrue(self.package(sessions[0], "remove", "router-lite").ok())
+        for session in sessions:
+            told = session.notification()
+            self.assertIn("urn:example:router-lite?", told.values(CHANGE, "deleted-capability")[0])
 
     def test_data_of_a_package_waits_for_it(self):
         session = self.open()

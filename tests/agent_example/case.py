@@ -16,9 +16,20 @@ class AgentTest(unittest.TestCase):
         self.sessions = []
 
     def tearDown(self):
-        for session in self.sessions:
-            session.leave()
+        said = [self.ended(session) for session in self.sessions]
         shutil.rmtree(self.state)
+        # What sanitizers find, leaks among it, is told at the end of a process.
+        self.assertFalse([text for text in said if "Sanitizer" in text or "runtime error" in text])
+
+    @staticmethod
+    def ended(session):
+        """Ends a session as a client does that goes, and gives what it has said."""
+        try:
+            return "" if session.process.stderr.closed else session.end()[1]
+        except BrokenPipeError:
+            return ""
+        finally:
+            session.leave()
 
     def open(self, *more, **options):
         """A session; `more` are words of the agent's command line."""

@@ -1,9 +1,10 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
 /* Preloaded into the agent: counts the calls that change files, and kills the process at one of
    them. CRASH_AT is the number of the call, from 1 on; CRASH_WHEN is "before", "half" (of what
-   a write has) or "after". CRASH_COUNT names a file that holds the number of the last call.
-   CRASH_NO_WATCH=yes: folders cannot be watched, as where too many are already.
-   CRASH_NO_KILL=yes: processes cannot be signalled, as those of another user. */
+   a write has) or "after"; with "fail" the call fails instead, as on a disk that is full.
+   CRASH_COUNT names a file that holds the number of the last call. CRASH_NO_WATCH=yes: folders
+   cannot be watched, as where too many are already. CRASH_NO_KILL=yes: processes cannot be
+   signalled, as those of another user. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -62,6 +63,13 @@ static void End(int here) {
   if (here) Die();
 }
 
+/* Fails the call that was begun, when it is the one and that is wanted. */
+static int Fails(int here) {
+  if (!here || !Is("CRASH_WHEN", "fail")) return 0;
+  errno = ENOSPC;
+  return 1;
+}
+
 int inotify_init1(int flags) {
   NEXT(WatchFunc, next, inotify_init1);
   if (!Is("CRASH_NO_WATCH", "yes")) return next(flags);
@@ -79,6 +87,7 @@ int pidfd_send_signal(int process, int number, siginfo_t* info, unsigned flags) 
 ssize_t write(int file, const void* bytes, size_t length) {
   NEXT(WriteFunc, next, write);
   int here = Begin();
+  if (Fails(here)) return -1;
   ssize_t result = next(file, bytes, here && Is("CRASH_WHEN", "half") ? length / 2 : length);
   End(here);
   return result;
@@ -87,6 +96,7 @@ ssize_t write(int file, const void* bytes, size_t length) {
 int fsync(int file) {
   NEXT(SyncFunc, next, fsync);
   int here = Begin();
+  if (Fails(here)) return -1;
   int result = next(file);
   End(here);
   return result;
@@ -95,6 +105,7 @@ int fsync(int file) {
 int renameat(int from, const char* name, int to, const char* newName) {
   NEXT(RenameFunc, next, renameat);
   int here = Begin();
+  if (Fails(here)) return -1;
   int result = next(from, name, to, newName);
   End(here);
   return result;
@@ -103,6 +114,7 @@ int renameat(int from, const char* name, int to, const char* newName) {
 int unlinkat(int folder, const char* name, int flags) {
   NEXT(UnlinkFunc, next, unlinkat);
   int here = Begin();
+  if (Fails(here)) return -1;
   int result = next(folder, name, flags);
   End(here);
   return result;

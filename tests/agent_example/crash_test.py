@@ -88,6 +88,17 @@ class CrashTest(unittest.TestCase):
         self.assertTrue(kept[-1])
         self.assertEqual(kept, sorted(kept))
 
+    def test_a_call_that_fails_is_told_or_does_no_harm(self):
+        """The calls of the edit; those before are the session's entry and its hello."""
+        outcomes = []
+        for number in range(6, 12):
+            with self.subTest(call=number):
+                answered = self.edit(CRASH_AT=str(number), CRASH_WHEN="fail")
+                outcomes.append((answered, self.check(answered)))
+        # Writing, syncing and renaming the new file; the folder's sync comes when it is there already.
+        # Events that cannot be kept are lost.
+        self.assertEqual(outcomes, [(False, False)] * 3 + [(False, True)] + [(True, True)] * 2)
+
     def test_a_session_that_cannot_watch_the_folder_is_told_all_the_same(self):
         self.base.rename(self.state)
         blind, other = self.open(CRASH_NO_WATCH="yes"), self.open()
