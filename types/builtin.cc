@@ -55,6 +55,12 @@ const char* BuiltInTypeName(uint32_t baseType) {
   return baseType < QMT_BASE_COUNT ? kBuiltIns[baseType].name : nullptr;
 }
 
+const QmtLimits* IntegerLimits(uint32_t baseType) {
+  if (baseType >= QMT_BASE_COUNT || baseType == QMT_BASE_DECIMAL64) return nullptr;
+  const QmtLimits* limits = &kBuiltIns[baseType].limits;
+  return limits->signKind == QMT_SIGN_NONE ? nullptr : limits;
+}
+
 uint32_t QMT_CONS_GetBasedIntegerMinMaxVal(uint32_t baseType, QmtLimits* out) {
   if (baseType >= QMT_BASE_COUNT || out == nullptr) return QM_INVALID;
   *out = kBuiltIns[baseType].limits;

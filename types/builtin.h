@@ -7,6 +7,8 @@
 
 // The YANG name of a built-in type, "int8"; NULL for 0 and for ids above 19.
 const char* BuiltInTypeName(uint32_t baseType);
+// The limits of an integer type, or NULL: those of decimal64 bound the scaled number.
+const QmtLimits* IntegerLimits(uint32_t baseType);
 
 QM_BEGIN_INTERNAL_DECLS
 

@@ -150,18 +150,19 @@ static uint32_t MeetIdentity(BaseWalk* walk, const char* moduleName, const char*
   return QM_OK;
 }
 
-// A found base ends the scan of the bases with a result that is not 0.
-static uint32_t MeetBaseCb(const char* moduleName, const char* identityName, void* arg) {
-  auto* walk = static_cast<BaseWalk*>(arg);
-  const uint32_t ret = MeetIdentity(walk, moduleName, identityName);
-  return walk->found ? uint32_t{QM_FAILED} : ret;
+static uint32_t MeetBases(BaseWalk* walk, const QmsIdentity* identity) {
+  for (uint32_t i = 0; identity->bases != nullptr && i < identity->baseCount; ++i) {
+    const uint32_t ret = MeetIdentity(walk, identity->bases[i].prefix, identity->bases[i].name);
+    if (ret != QM_OK || walk->found) return ret;
+  }
+  return QM_OK;
 }
 
 // Expands the identities of one depth; those that are met belong to the next.
 static uint32_t ExpandDepth(BaseWalk* walk, uint32_t first, uint32_t end) {
   for (uint32_t i = first; i < end && !walk->found; ++i) {
-    const uint32_t ret = QM_MOD_ScanIdentityBase(walk->met[i], MeetBaseCb, walk);
-    if (ret == QM_NO_MEMORY) return ret;
+    const uint32_t ret = MeetBases(walk, walk->met[i]);
+    if (ret != QM_OK) return ret;
   }
   return QM_OK;
 }

@@ -14,11 +14,27 @@
 #include "values/segment.h"
 #include "values/type_check.h"
 
-// False for a type that is no integer: the limits of decimal64 bound the scaled number.
-static bool IntegerLimits(uint32_t baseType, QmtLimits* limits) {
-  return baseType != QMT_BASE_DECIMAL64 &&
-         QMT_CONS_GetBasedIntegerMinMaxVal(baseType, limits) == QM_OK &&
-         limits->signKind != QMT_SIGN_NONE;
+static const char* SkipBlanks(const char* text) {
+  while (IsBlank(*text)) ++text;
+  return text;
+}
+
+// Reads what nearly all texts of integers are, at most 18 digits behind an optional sign,
+// with blanks around; they fit both numbers. False for anything else, which the readers of
+// any text judge.
+static bool ReadShort(const char* text, uint32_t signKind, QmtGenericSeg* out) {
+  constexpr int kMaxDigits = 18;
+  const char* digit = SkipBlanks(text);
+  const bool isNegative = *digit == '-';
+  if (isNegative && signKind != QMT_SIGN_SIGNED) return false;
+  if (isNegative || *digit == '+') ++digit;
+  const char* const first = digit;
+  uint64_t number = 0;
+  for (; IsDigit(*digit); ++digit) number = number * 10 + static_cast<uint64_t>(*digit - '0');
+  if (digit == first || digit - first > kMaxDigits || *SkipBlanks(digit) != '\0') return false;
+  out->start = isNegative ? 0 - number : number;
+  out->segFlags = signKind == QMT_SIGN_SIGNED ? QMT_SEG_SIGNED : QMT_SEG_UNSIGNED;
+  return true;
 }
 
 static uint32_t ReadSigned(const char* text, char** end, QmtGenericSeg* out) {
@@ -38,8 +54,12 @@ static uint32_t ReadUnsigned(const char* text, char** end, QmtGenericSeg* out) {
 }
 
 static uint32_t ParseInteger(const char* text, uint32_t signKind, QmtGenericSeg* out) {
-  char* end = nullptr;
   QmtGenericSeg value{};
+  if (ReadShort(text, signKind, &value)) {
+    *out = value;
+    return QM_OK;
+  }
+  char* end = nullptr;
   const uint32_t ret = signKind == QMT_SIGN_SIGNED ? ReadSigned(text, &end, &value)
                                                    : ReadUnsigned(text, &end, &value);
   if (ret != QM_OK || *QM_UTL_ConsumeAllSpaceChar(end) != '\0') return QM_INVALID;
@@ -49,11 +69,9 @@ static uint32_t ParseInteger(const char* text, uint32_t signKind, QmtGenericSeg*
 
 uint32_t QMT_CONS_ParseInputValStrToBasedInteger(const char* valueStr, uint32_t baseType,
                                                  QmtGenericSeg* out) {
-  QmtLimits limits;
-  if (valueStr == nullptr || out == nullptr || !IntegerLimits(baseType, &limits)) {
-    return QM_INVALID;
-  }
-  return ParseInteger(valueStr, limits.signKind, out);
+  const QmtLimits* limits = IntegerLimits(baseType);
+  if (valueStr == nullptr || out == nullptr || limits == nullptr) return QM_INVALID;
+  return ParseInteger(valueStr, limits->signKind, out);
 }
 
 static uint32_t CompareWithLimits(const QmtGenericSeg& value, const QmtLimits& limits) {
@@ -67,14 +85,14 @@ static uint32_t CompareWithLimits(const QmtGenericSeg& value, const QmtLimits& l
 uint32_t QMT_CONS_CheckValStrAgainstDefRestrictRange(uint32_t baseType, const char* valueStr,
                                                      QmtCheckCtx* checkCtx) {
   QmtGenericSeg value{};
-  QmtLimits limits;
-  if (valueStr == nullptr || !IntegerLimits(baseType, &limits) ||
-      ParseInteger(valueStr, limits.signKind, &value) != QM_OK ||
-      CompareWithLimits(value, limits) != QM_OK) {
+  const QmtLimits* limits = IntegerLimits(baseType);
+  if (valueStr == nullptr || limits == nullptr ||
+      ParseInteger(valueStr, limits->signKind, &value) != QM_OK ||
+      CompareWithLimits(value, *limits) != QM_OK) {
     return QM_VALUE_BAD_RANGE;
   }
   if (checkCtx->minMaxPending != 0) {
-    checkCtx->parentLimits = {limits.min, limits.max, value.segFlags};
+    checkCtx->parentLimits = {limits->min, limits->max, value.segFlags};
   }
   return QM_OK;
 }

@@ -85,6 +85,12 @@ TEST(IntegerValue, FormsOfTheText) {
                         {"+5", QM_OK},
                         {"-0", QM_OK},
                         {"007", QM_OK},
+                        {"000000000000000005", QM_OK},
+                        {" -000000000000000000128 ", QM_OK},
+                        {"-000000000000000000129", QM_VALUE_BAD_RANGE},
+                        {"18446744073709551621", QM_VALUE_BAD_RANGE},  // 5, were it cut off
+                        {"+-5", QM_VALUE_BAD_RANGE},
+                        {"\r5", QM_OK},  // the C library's blanks in front
                         {"5x", QM_VALUE_BAD_RANGE},
                         {"5 x", QM_VALUE_BAD_RANGE},
                         {"5\r", QM_VALUE_BAD_RANGE},
