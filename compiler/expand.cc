@@ -126,6 +126,26 @@ bool IsExtensionWithUses(const xmlNode* statement) {
   return false;
 }
 
+int StatusRank(const char* status) {
+  if (status == nullptr) return 0;
+  const std::string_view text = status;
+  return text == "obsolete" ? 2 : text == "deprecated" ? 1 : 0;
+}
+
+void InheritStatus(Output* out, const xmlNode* status, xmlNode* node, const Place* usedAt) {
+  xmlNode* own = FirstChild(node, Keyword::kStatus);
+  if (StatusRank(ArgumentOf(status)) <= StatusRank(own == nullptr ? nullptr : ArgumentOf(own)))
+    return;
+  if (own != nullptr) RemoveStatement(own);
+  AppendChild(node, CopyStatement(out->all->session, node->doc, status, usedAt));
+}
+
+// An implied case is as current as the node that it stands for.
+void GiveStatus(Output* out, const xmlNode* node, xmlNode* impliedCase) {
+  const xmlNode* status = FirstChild(node, Keyword::kStatus);
+  if (status != nullptr) InheritStatus(out, status, impliedCase, StatementOf(status)->usedAt);
+}
+
 void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* usedAt) {
   const Keyword keyword = KeywordOf(statement);
   if (keyword == Keyword::kUses) {
@@ -153,10 +173,12 @@ void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* u
   if (keyword == Keyword::kAugment) {
     AppendChild(to, copy);
     out->augments.push_back({copy, TargetSteps(copy), {}, false});
-  } else {
-    PutNode(out, to, copy);
+    CopyContents(out, statement, copy, usedAt);
+    return;
   }
+  xmlNode* put = PutNode(out, to, copy);
   CopyContents(out, statement, copy, usedAt);
+  if (put != copy) GiveStatus(out, copy, put);
 }
 
 bool IsHeader(Keyword keyword) {
@@ -185,18 +207,11 @@ void CopyFile(Module* file, void* arg) {
   }
 }
 
-int StatusRank(const char* status) {
-  if (status == nullptr) return 0;
-  const std::string_view text = status;
-  return text == "obsolete" ? 2 : text == "deprecated" ? 1 : 0;
-}
-
-void InheritStatus(Output* out, const xmlNode* status, xmlNode* node, const Place* usedAt) {
-  xmlNode* own = FirstChild(node, Keyword::kStatus);
-  if (StatusRank(ArgumentOf(status)) <= StatusRank(own == nullptr ? nullptr : ArgumentOf(own)))
-    return;
-  if (own != nullptr) RemoveStatement(own);
-  AppendChild(node, CopyStatement(out->all->session, node->doc, status, usedAt));
+// The node that an implied case stands for: the first that came into it.
+xmlNode* ImpliedBy(const xmlNode* impliedCase) {
+  xmlNode* s = FirstChild(impliedCase);
+  while (!IsSchemaNode(KeywordOf(s))) s = NextSibling(s);
+  return s;
 }
 
 // Puts a copy in front of the other substatements, behind an argument.
@@ -242,6 +257,15 @@ void ExpandModule(Output* out) {
   ForEachFile(out->module, CopyFile, out);
 }
 
+xmlNode* MakeImpliedCase(Output* out, const xmlNode* node) {
+  const char* name = ArgumentOf(node);
+  LooseStatement made(
+      MakeStatement(out->all->session, node, Keyword::kCase, name == nullptr ? "" : name));
+  StatementOf(made.get())->isImplied = true;
+  GiveStatus(out, node, made.get());
+  return made.release();
+}
+
 xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
   if (!Is(target, Keyword::kChoice) || !IsShorthandCase(KeywordOf(node))) {
     AppendChild(target, node);
@@ -249,9 +273,7 @@ xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node) {
     return node;
   }
   LooseStatement guard(node);
-  const char* name = ArgumentOf(node);
-  xmlNode* wrapping =
-      MakeStatement(out->all->session, node, Keyword::kCase, name == nullptr ? "" : name);
+  xmlNode* wrapping = MakeImpliedCase(out, node);
   AppendChild(wrapping, guard.release());
   AppendChild(target, wrapping);
   NoteChild(out->all, target, wrapping);
@@ -304,7 +326,9 @@ void Inherit(Output* out, const std::vector<const xmlNode*>& from, xmlNode* node
   for (auto s = from.rbegin(); s != from.rend(); ++s) {
     if (Is(*s, Keyword::kWhen)) InheritWhen(out, *s, node, usedAt);
     if (Is(*s, Keyword::kIfFeature)) PutFirst(out, *s, node, usedAt);
-    if (Is(*s, Keyword::kStatus)) InheritStatus(out, *s, node, usedAt);
+    if (!Is(*s, Keyword::kStatus)) continue;
+    InheritStatus(out, *s, node, usedAt);
+    if (StatementOf(node)->isImplied) InheritStatus(out, *s, ImpliedBy(node), usedAt);
   }
 }
 

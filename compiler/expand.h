@@ -29,6 +29,9 @@ xmlNode* SchemaChild(Output* out, xmlNode* parent, std::string_view name);
 // `case`. Gives what now stands below the target.
 xmlNode* PutNode(Output* out, xmlNode* target, xmlNode* node);
 
+// The `case` that a node of a choice stands for, still empty and not linked.
+xmlNode* MakeImpliedCase(Output* out, const xmlNode* node);
+
 // Hands a condition to a node, to be moved to its place later; reported where the node
 // takes none.
 void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt);

@@ -62,6 +62,7 @@ struct Statement {
   Keyword keyword = Keyword::kNone;  // kNone: an extension instance, or not known
   const xmlNode* origin = nullptr;   // of a copy: the statement of the file; NULL: this is it
   bool handedDown = false;           // a `when` that a uses or augment gave to its nodes
+  bool isImplied = false;            // a `case` that a node of a choice stands for
   bool argumentIsElement = false;    // in YIN; of an extension as its definition says
 };
 

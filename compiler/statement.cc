@@ -166,6 +166,7 @@ xmlNode* MakeStatement(Session* session, const xmlNode* like, Keyword keyword,
   Statement* record = &session->statements.emplace_back(*StatementOf(like));
   record->origin = nullptr;
   record->keyword = keyword;
+  record->isImplied = false;
   record->argumentIsElement = RowOf(keyword).argumentIsElement;
   made->_private = record;
   SetArgument(session, made.get(), argument);

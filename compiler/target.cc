@@ -207,7 +207,7 @@ void WrapChildren(Output* out, const WrittenAugment& augment) {
   for (xmlNode* s = FirstChild(augment.node); s != nullptr;) {
     xmlNode* next = NextSibling(s);
     if (IsShorthandCase(KeywordOf(s))) {
-      xmlNode* wrapping = MakeStatement(out->all->session, s, Keyword::kCase, ArgumentOf(s));
+      xmlNode* wrapping = MakeImpliedCase(out, s);
       InsertBefore(s, wrapping);
       TakeOut(s);
       AppendChild(wrapping, s);
@@ -215,6 +215,24 @@ void WrapChildren(Output* out, const WrittenAugment& augment) {
       if (hung != nullptr && named != hung->end() && named->second == s) named->second = wrapping;
     }
     s = next;
+  }
+}
+
+bool LeadsThroughOthers(const Output& out, const WrittenAugment& augment) {
+  return IsOwn(out, augment.steps) && !IsOwnStep(out, augment.steps[0]);
+}
+
+// What an own augment finds below another module's choice are cases already.
+void WrapCasesThatOwnPathsMeet(Output* out) {
+  auto& all = out->augments;
+  if (std::none_of(all.begin(), all.end(), [out](const WrittenAugment& augment) {
+        return LeadsThroughOthers(*out, augment);
+      }))
+    return;
+  for (WrittenAugment& augment : all) {
+    if (IsOwn(*out, augment.steps)) continue;
+    const FoundNode target = TargetOf(out->all, &augment);
+    if (target.node != nullptr && Is(target.node, Keyword::kChoice)) WrapChildren(out, augment);
   }
 }
 
@@ -273,6 +291,7 @@ void ForgetAugments(Output* out, const std::unordered_set<const xmlNode*>& gone)
 }
 
 void FoldOwnAugments(Output* out) {
+  WrapCasesThatOwnPathsMeet(out);
   Folding folding;
   folding.out = out;
   for (WrittenAugment& augment : out->augments) {

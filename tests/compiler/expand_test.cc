@@ -197,6 +197,29 @@ TEST_F(Refinements, DoNotReachOtherUsesOfTheGrouping) {
       Body("m"));
 }
 
+using ImpliedCases = Compiling;
+
+TEST_F(ImpliedCases, AreAsCurrentAsTheirNode) {
+  Module("n", "choice ch;");
+  Module("m",
+         "import n { prefix n; }\n"
+         "container h { choice ch { container a { status deprecated; }\n"
+         "  leaf b { type string; status obsolete; } case c { leaf c { type string; } } } }\n"
+         "augment /h/ch { status deprecated; leaf d { type string; }\n"
+         "  leaf e { type string; status obsolete; } }\n"
+         "augment /n:ch { leaf f { type string; status deprecated; } }");
+  EXPECT_EQ(
+      "container h { choice ch { "
+      "case a { container a { status deprecated; } status deprecated; } "
+      "case b { status obsolete; leaf b { type string; status obsolete; } } "
+      "case c { leaf c { type string; } } "
+      "case d { leaf d { type string; status deprecated; } status deprecated; } "
+      "case e { status obsolete; leaf e { type string; status obsolete; } } } } "
+      "augment /n:ch { case f { status deprecated; "
+      "leaf f { type string; status deprecated; } } }",
+      Body("m"));
+}
+
 using Augments = Compiling;
 
 TEST_F(Augments, InsideUsesExtendWhatTheyBring) {
@@ -289,6 +312,19 @@ TEST_F(Augments, BringCasesToChoicesOfOtherModules) {
   EXPECT_EQ(
       "augment /n:ch { case b { leaf b { type string; } } case c { leaf c { type string; } } } "
       "augment /n:ch/n:a { leaf a2 { type string; } }",
+      Body("m"));
+}
+
+TEST_F(Augments, ReachTheOwnCasesThatTheyBringToChoicesOfOtherModules) {
+  Module("n", "choice ch { leaf a { type string; } }");
+  Module("m",
+         "import n { prefix n; }\n"
+         "augment /n:ch/m:b { leaf b2 { type string; } }\n"
+         "augment /n:ch/m:c/m:c { leaf c2 { type string; } }\n"
+         "augment /n:ch { leaf b { type string; } container c; }");
+  EXPECT_EQ(
+      "augment /n:ch { case b { leaf b { type string; } leaf b2 { type string; } } "
+      "case c { container c { leaf c2 { type string; } } } }",
       Body("m"));
 }
 
