@@ -93,6 +93,9 @@ struct Output {
   std::unordered_map<const xmlNode*, std::string> hoisted;
   std::unordered_set<std::string> typedefNames;
   std::unordered_map<std::string, unsigned> typedefNumbers;  // the last that made a name free
+  // The leafs whose types were copied into unions, by the copies.
+  std::unordered_map<const xmlNode*, FoundNode> copiedTypes;
+  size_t typesInUnions = 0;  // that came so
   // Nodes that have left the tree. Paths of other modules may have led to them.
   std::vector<LooseStatement> removed;
   // The same by what they stood in, and what lost one and is to be looked at again.

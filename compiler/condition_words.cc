@@ -21,6 +21,7 @@ namespace {
 
 constexpr char kConditionClass[] = "condition";
 constexpr unsigned kMaxHops = 128;
+constexpr size_t kMaxTypesInUnions = 200000;
 
 bool IsIdentityref(const FoundNode& node) {
   const xmlNode* type = TypeOfNode(node);
@@ -102,6 +103,53 @@ std::string WithoutBlanks(const NodePath& path) {
     }
   }
   return text;
+}
+
+size_t TypesIn(const xmlNode* type) {
+  size_t count = 1;
+  for (const xmlNode* s = FirstChild(type, Keyword::kType); s != nullptr;
+       s = NextSibling(s, Keyword::kType))
+    count += TypesIn(s);
+  return count;
+}
+
+// The leaf that a path in a type starts from: that whose type it is by origin. None: the
+// type stands in a typedef.
+FoundNode LeafOf(Output* out, const xmlNode* type) {
+  xmlNode* s = ParentOf(type);
+  for (; Is(s, Keyword::kType); s = ParentOf(s)) {
+    const auto copied = out->copiedTypes.find(s);
+    if (copied != out->copiedTypes.end()) return copied->second;
+  }
+  const bool isLeaf = Is(s, Keyword::kLeaf) || Is(s, Keyword::kLeafList);
+  return {isLeaf ? s : nullptr, out};
+}
+
+// True when the type is part of what the leaf's type comes to.
+bool LeadsBack(Output* out, const xmlNode* type, const FoundNode& leaf) {
+  const xmlNode* s = ParentOf(type);
+  for (; Is(s, Keyword::kType); s = ParentOf(s)) {
+    const auto copied = out->copiedTypes.find(s);
+    if (copied != out->copiedTypes.end() && copied->second.node == leaf.node) return true;
+  }
+  return s == leaf.node;
+}
+
+void PutTypeInUnion(Output* out, xmlNode* type, const FoundNode& leaf) {
+  if (LeadsBack(out, type, leaf)) {
+    Lose(out, type,
+         "the library checks no leafref in a union, and this one leads back to its own leaf");
+    return;
+  }
+  const xmlNode* other = TypeOfNode(leaf);
+  out->typesInUnions += TypesIn(OriginOf(other));
+  if (out->typesInUnions > kMaxTypesInUnions) {
+    Stop(out, "type", type,
+         "spelled out, unions get more than " + std::to_string(kMaxTypesInUnions) +
+             " types from the targets of their leafrefs");
+    return;
+  }
+  PutTypeOf(out, type, other, leaf);
 }
 
 }  // namespace
@@ -189,34 +237,36 @@ void RewritePath(Output* out, xmlNode* statement) {
   if (written != text) SetArgument(out->all->session, statement, written);
 }
 
-const xmlNode* FindReferredType(Compilation* all, FoundNode* leaf, const xmlNode** leafref) {
+FoundNode FindReferredLeaf(Compilation* all, FoundNode* leaf, const xmlNode** leafref) {
   for (unsigned hop = 0; hop < kMaxHops; ++hop) {
     const FoundNode target = LeafrefTarget(all, *leaf, *leafref);
     const xmlNode* type = TypeOfNode(target);
     const xmlNode* bottom = type == nullptr ? nullptr : FindBottomType(type).type;
-    if (bottom == nullptr) return nullptr;
-    if (std::string_view(ArgumentOf(bottom)) != "leafref") return type;
+    if (bottom == nullptr) return {};
+    if (std::string_view(ArgumentOf(bottom)) != "leafref") return target;
     *leaf = target;
     *leafref = bottom;
   }
-  return nullptr;
+  return {};
 }
 
 void ResolveUnionMember(Output* out, xmlNode* type) {
-  FoundNode leaf{nullptr, out};
-  xmlNode* holder = ParentOf(type);
-  while (holder != nullptr && Is(holder, Keyword::kType)) holder = ParentOf(holder);
-  if (holder != nullptr && (Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList)))
-    leaf.node = holder;
+  if (out->stopped) return;
+  const FoundNode start = LeafOf(out, type);
+  FoundNode leaf = start;
   const xmlNode* at = FindBottomType(type).type;  // a typedef may have the path
-  if (const xmlNode* other = FindReferredType(out->all, &leaf, &at)) {
-    PutTypeOf(out, type, other);
+  const FoundNode end = FindReferredLeaf(out->all, &leaf, &at);
+  if (end.node != nullptr) {
+    PutTypeInUnion(out, type, end);
     return;
   }
   // A relative path in a typedef gets its target where a leaf has the type.
   const char* path = at == nullptr ? nullptr : ArgumentOfChild(at, Keyword::kPath);
-  const bool isForLeafs = leaf.node == nullptr && path != nullptr && *path != '/';
-  if (isForLeafs && holder != nullptr && Is(holder, Keyword::kTypedef)) return;
+  if (start.node == nullptr && leaf.node == nullptr && path != nullptr && *path != '/') {
+    const xmlNode* holder = ParentOf(type);
+    while (Is(holder, Keyword::kType)) holder = ParentOf(holder);
+    if (Is(holder, Keyword::kTypedef)) return;
+  }
   Lose(out, type,
        "the library checks no leafref in a union, and the type of this one's target is not known");
 }

@@ -26,9 +26,9 @@ std::string CanonicalCondition(Compilation* all, const xmlNode* statement, const
 // they are now. Its node is NULL at the top, its output where it is not known.
 FoundNode ContextOfCondition(Output* out, const xmlNode* statement);
 
-// The type that values of a leafref have: that at the end of a chain of leafrefs, of which
-// the last that was found is left in `leaf` and `leafref`. NULL: it is not known.
-const xmlNode* FindReferredType(Compilation* all, FoundNode* leaf, const xmlNode** leafref);
+// The leaf whose type the values of a leafref have: that at the end of a chain of leafrefs,
+// of which the last that was found is left in `leaf` and `leafref`. No node: not known.
+FoundNode FindReferredLeaf(Compilation* all, FoundNode* leaf, const xmlNode** leafref);
 
 // In a union, members that are leafrefs become the type of their target, where that is
 // known.

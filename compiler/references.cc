@@ -160,10 +160,11 @@ void NoteLeafref(Output* out, xmlNode* type, References* references) {
   if (IsSettledAtTypedef(out->all, bottom)) return;
   FoundNode leaf = LeafOf(out, type);
   if (leaf.output == nullptr) return;
-  NotedLeafref noted{out, type, LeafrefTarget(out->all, leaf, bottom.type), nullptr};
+  NotedLeafref noted{out, type, LeafrefTarget(out->all, leaf, bottom.type), {}, nullptr};
   if (noted.target.node == nullptr) return;
   const xmlNode* leafref = bottom.type;
-  noted.referred = FindReferredType(out->all, &leaf, &leafref);
+  noted.referred = FindReferredLeaf(out->all, &leaf, &leafref);
+  noted.valueType = TypeOfNode(noted.referred);
   references->leafrefs.push_back(noted);
 }
 
@@ -234,8 +235,8 @@ void SettleLeafref(const NotedLeafref& noted) {
        "the target \"" + std::string(path) +
            "\" of the leafref depends on a feature that is off, so no value can be valid; the "
            "type of the target takes its place");
-  if (noted.referred != nullptr) {
-    PutTypeOf(out, noted.type, noted.referred);
+  if (noted.valueType != nullptr) {
+    PutTypeOf(out, noted.type, noted.valueType, noted.referred);
     return;
   }
   LooseStatement any(MakeStatement(out->all->session, noted.type, Keyword::kType, "string"));

@@ -33,7 +33,8 @@ struct NotedLeafref {
   Output* output = nullptr;
   xmlNode* type = nullptr;
   FoundNode target;
-  const xmlNode* referred = nullptr;  // the type that its values have; NULL: it is not known
+  FoundNode referred;                  // the leaf whose type its values have, where it is known
+  const xmlNode* valueType = nullptr;  // that type; NULL: it is not known
 };
 
 struct References {

@@ -196,6 +196,11 @@ xmlNode* InlineType(Output* out, xmlNode* type, const BottomType& bottom) {
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
   xmlNode* copy = CopyStatement(out->all->session, type->doc, bottom.type, usedAt);
   InsertBefore(type, copy);
+  const auto copied = out->copiedTypes.find(type);
+  if (copied != out->copiedTypes.end()) {
+    out->copiedTypes.emplace(copy, copied->second);
+    out->copiedTypes.erase(copied);
+  }
   // The nearest word on whether the instance must exist holds.
   xmlNode* require = FirstChild(type, Keyword::kRequireInstance);
   if (require != nullptr) {
@@ -249,7 +254,9 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   Module* module = ModuleOfDefinition(definition);
   const bool isForeign = module->name != out->module->name;
   const bool depends = isForeign && DependsOnUser(type, 0);
-  if (IsOfLeaf(type) && IsUnionForLeaf(type, 0)) return InlineType(out, type, FindBottomType(type));
+  const bool isOfOtherLeaf = out->copiedTypes.count(type) != 0 && DependsOnUser(type, 0);
+  if (IsOfLeaf(type) && (isOfOtherLeaf || IsUnionForLeaf(type, 0)))
+    return InlineType(out, type, FindBottomType(type));
   if (IsDefaultedIdentity(type)) return InlineType(out, type, FindBottomType(type));
   if (depends && IsLeafType(type)) {
     const BottomType bottom = FindBottomType(type);
@@ -266,7 +273,7 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   return type;
 }
 
-xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
+xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other, const FoundNode& leaf) {
   Session* session = out->all->session;
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
@@ -281,6 +288,7 @@ xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other) {
   }
   xmlNode* put = copy.release();
   InsertBefore(type, put);
+  out->copiedTypes[put] = leaf;
   RemoveStatement(type);
   return put;
 }

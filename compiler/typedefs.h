@@ -24,9 +24,10 @@ bool IsBuiltInType(std::string_view name) noexcept;
 // the path itself.
 xmlNode* RewriteType(Output* out, xmlNode* type);
 
-// The type of another node takes the place of one: its values, not its default. A leaf
-// keeps what it had from its typedef. Gives the statement that now stands there.
-xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other);
+// The type of another leaf takes the place of one: its values, not its default. A leaf
+// keeps what it had from its typedef. Paths in it go on to begin at the other leaf. Gives
+// the statement that now stands there.
+xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other, const FoundNode& leaf);
 
 // Notes the names of the module's own typedefs, which others must not clash with.
 void NoteTypedefNames(Output* out);

@@ -221,6 +221,61 @@ TEST_F(Paths, OfAnotherModulesUnionTargetTakePrefixes) {
   EXPECT_EQ("leaf u { type union { type n:t; type empty; } }", Body("m"));
 }
 
+// A union that comes from a target keeps the paths of that leaf.
+TEST_F(Paths, InTheUnionOfATargetBeginAtTheTarget) {
+  Module11("n",
+           "typedef near { type union { type leafref { path ../s; } type empty; } }\n"
+           "typedef far { type union { type leafref { path /k; } type empty; } }\n"
+           "leaf k { type uint8; }\n"
+           "container in { leaf s { type int8; } leaf near { type near; } leaf far { type far; }\n"
+           "  leaf u { type union { type leafref { path ../s; } type boolean; } } }");
+  Module11("m",
+           "import n { prefix n; }\n"
+           "leaf s { type string; }\n"
+           "leaf u { type union { type leafref { path /n:in/n:u; }\n"
+           "  type leafref { path /n:in/n:near; } type leafref { path /n:in/n:far; } } }");
+  EXPECT_EQ(
+      "leaf s { type string; } leaf u { type union { type union { type int8; type boolean; } "
+      "type union { type int8; type empty; } type union { type uint8; type empty; } } }",
+      Body("m"));
+}
+
+TEST_F(Paths, InAUnionThatLeadBackToTheirLeafStay) {
+  Module11("m",
+           "container c {\n"
+           "leaf a { type union { type leafref { path ../a; } type int8; } }\n"
+           "leaf b { type union { type leafref { path ../d; } type int8; } }\n"
+           "leaf d { type leafref { path ../e; } }\n"
+           "leaf e { type union { type leafref { path ../b; } type string; } } }");
+  EXPECT_EQ(
+      "m.yang:3: the library checks no leafref in a union, and this one leads back to its own "
+      "leaf\n"
+      "m.yang:4: the library checks no leafref in a union, and this one leads back to its own "
+      "leaf, used at m.yang:6\n"
+      "m.yang:6: the library checks no leafref in a union, and this one leads back to its own "
+      "leaf, used at m.yang:4\n",
+      Findings("m"));
+  EXPECT_EQ(
+      "container c { leaf a { type union { type leafref { path ../m:a; } type int8; } } "
+      "leaf b { type union { type union { type leafref { path ../m:b; } type string; } "
+      "type int8; } } leaf d { type leafref { path ../m:e; } } "
+      "leaf e { type union { type union { type leafref { path ../m:d; } type int8; } "
+      "type string; } } }",
+      BodyOf(Run({"m"}), "m"));
+}
+
+// Each union has the one before twice.
+TEST_F(Paths, InUnionsThatDoubleAreRefusedInTime) {
+  std::string leafs = "leaf l0 { type string; }\n";
+  for (int i = 1; i <= 40; ++i) {
+    const std::string path = "{ path ../l" + std::to_string(i - 1) + "; } ";
+    leafs += "leaf l" + std::to_string(i) + " { type union { type leafref " + path +
+             "type leafref " + path + "} }\n";
+  }
+  Module11("m", "container c {\n" + leafs + "}");
+  EXPECT_EQ(JobState::kStopped, Run({"m"}).state);
+}
+
 // An absolute path means the same wherever its typedef is used; a relative one begins at
 // the leaf.
 TEST_F(Paths, OfATypedefInAUnionBecomeTheTypeOfTheirTarget) {
