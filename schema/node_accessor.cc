@@ -3,6 +3,9 @@
 #include <qmodel/context.h>
 #include <qmodel/schema.h>
 
+#include "platform/avl.h"
+#include "schema/definitions.h"
+#include "schema/module.h"
 #include "schema/node.h"
 
 static uint32_t FlagOf(const QmsNode* node, uint32_t bits) {
@@ -99,12 +102,27 @@ QmsNode* QM_NODE_GetAugmentTargetNode(const QmsNode* node) noexcept {
   return QM_CTX_GetTargetNode(NodeCtx(node), node->name, nullptr);
 }
 
+// A registered module is the one that a lookup of its name finds. A zero-filled link is in
+// no tree either.
+static bool IsRegistered(const QmsModule* module) {
+  return module->ctx != nullptr && RTK_AVL3_IsLinked(&module->nameLink) &&
+         module->nameLink.parent != nullptr;
+}
+
+// Most conditions name a feature of the node's own module, which need not be looked up.
+static bool IsReferenceEnabled(QmsModule* own, const QmsIfFeature* ref) {
+  if (ref->module == own->name && ref->module != nullptr && IsRegistered(own)) {
+    const QmsFeature* feature = QMS_MOD_FindFeatureByName(own, ref->feature);
+    return feature != nullptr && IsFeatureEnabled(feature);
+  }
+  // Only 1 says enabled; a bad argument gives another non-zero number.
+  return QM_CTX_IsModFeatureEnable(own->ctx, ref->module, ref->feature) == 1;
+}
+
 uint32_t QM_NODE_IsEnabled(const QmsNode* node) noexcept {
   if (node == nullptr || node->module == nullptr) return 0;
   for (uint32_t i = 0; node->ifFeatures != nullptr && i < node->ifFeatureCount; ++i) {
-    const QmsIfFeature* ref = &node->ifFeatures[i];
-    // Only 1 says enabled; a bad argument gives another non-zero number.
-    if (QM_CTX_IsModFeatureEnable(node->module->ctx, ref->module, ref->feature) != 1) return 0;
+    if (!IsReferenceEnabled(node->module, &node->ifFeatures[i])) return 0;
   }
   return 1;
 }

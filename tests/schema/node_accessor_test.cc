@@ -164,6 +164,34 @@ TEST(IsEnabled, NeedsEveryFeature) {
   EXPECT_EQ(1u, QM_NODE_IsEnabled(node));
 }
 
+// A record that is being read, or is about to be destroyed, may share its name with the one
+// that the context knows.
+TEST(IsEnabled, AsksTheRegisteredModuleOfThatName) {
+  Schema schema;
+  QmsModule* registered = schema.Module("m");
+  ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(registered, "f"));
+  for (const bool isInitialized : {false, true}) {
+    SCOPED_TRACE(isInitialized);
+    QmsModule loose{};
+    loose.ctx = schema.ctx();
+    loose.name = registered->name;
+    if (isInitialized) RTK_AVL3_InitLink(&loose.nameLink);
+    ASSERT_EQ(QM_OK, QMS_MOD_AppendOneFeature(&loose, "f"));
+    QmsIfFeature reference = {loose.name, loose.features[0].name};
+    QmsNode node{};
+    node.module = &loose;
+    node.ifFeatures = &reference;
+    node.ifFeatureCount = 1;
+    ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(&loose, "f"));
+    ASSERT_EQ(QM_OK, QM_MOD_DisableFeature(registered, "f"));
+    EXPECT_EQ(0u, QM_NODE_IsEnabled(&node));
+    ASSERT_EQ(QM_OK, QM_MOD_DisableFeature(&loose, "f"));
+    ASSERT_EQ(QM_OK, QM_MOD_EnableFeature(registered, "f"));
+    EXPECT_EQ(1u, QM_NODE_IsEnabled(&node));
+    QMS_MOD_FreeFeatures(schema.dict(), loose.features, loose.featureCount);
+  }
+}
+
 TEST(IsEnabled, IsFalseWhenTheFeatureCannotBeAskedFor) {
   Schema schema;
   QmsModule* module = schema.Module("m");
