@@ -208,5 +208,9 @@ void HandlersRaiseAlarms(Agent *agent, xmlDoc *before, xmlDoc *after) {
     int down = IsDown(entry);
     if (down != (was != NULL && IsDown(was))) RaiseAlarm(agent, entry, down);
   }
+  /* An interface that is gone is not down any more. */
+  for (entry = old == NULL ? NULL : FirstElement(old); entry != NULL; entry = NextElement(entry))
+    if (IsDown(entry) && (new == NULL || InstancesFind(&index, new, entry) == NULL))
+      RaiseAlarm(agent, entry, 0);
   InstancesClose(&index);
 }

@@ -600,6 +600,10 @@ class Notifications(AgentTest):
         one.edit(interface("ge0", "<enabled>true</enabled>"))
         self.assertIn("alarm-cleared", two.notification().text)
         self.assertIsNone(two.get_config().error())
+        one.edit(interface("ge0", "<enabled>false</enabled>"))
+        self.assertIn("link-down", two.notification().text)
+        one.edit(f'<interfaces xmlns="{INTERFACES}" nc:operation="remove"/>')
+        self.assertIn("alarm-cleared", two.notification().text)
 
     def test_line_ends_in_a_name_do_not_end_an_event(self):
         session = self.open()
