@@ -4,7 +4,7 @@ import pathlib
 
 import case
 from case import AgentTest
-from client import BASE
+from client import BASE, Reply
 
 STORE = "urn:store"
 YANG = "urn:ietf:params:xml:ns:yang:1"
@@ -137,6 +137,64 @@ class Filters(DataTest):
                                  "x:running</name><schema/></datastore></yang-library></filter></get>")
         self.assertEqual(len(reply.values(library, "datastore")), 1, reply.text)
         self.assertEqual(reply.values(library, "schema"), ["all"])
+
+
+class PublishedFilters(DataTest):
+    """The examples of RFC 6241 section 6.4, but those that name elements by attributes."""
+    SPACE = "http://example.com/schema/1.2/config"
+    LEAVES = "".join(f'<leaf name="{name}"><type name="string"/></leaf>'
+                     for name in ("name", "type", "full-name"))
+    OTHER = (f'<module name="users" xmlns="urn:ietf:params:xml:ns:yang:yin:1" xmlns:u="{SPACE}">'
+             f'<namespace uri="{SPACE}"/><prefix value="u"/><container name="top">'
+             f'<container name="users"><list name="user"><key value="name"/>{LEAVES}'
+             '<container name="company-info"><leaf name="dept"><type name="uint32"/></leaf>'
+             '<leaf name="id"><type name="uint32"/></leaf></container></list></container>'
+             "</container></module>")
+    USER = ("<user><name>{}</name><type>{}</type><full-name>{}</full-name>"
+            "<company-info><dept>{}</dept><id>{}</id></company-info></user>")
+    ROOT = USER.format("root", "superuser", "Charlie Root", 1, 1)
+    FRED = USER.format("fred", "admin", "Fred Flintstone", 2, 2)
+    BARNEY = USER.format("barney", "admin", "Barney Rubble", 2, 3)
+    ALL = ROOT + FRED + BARNEY
+
+    def setUp(self):
+        super().setUp()
+        (pathlib.Path(self.state) / "models" / "users.yin").write_text(self.OTHER)
+        self.session = self.open("--models", f"{self.state}/models", "--module", "users")
+        self.assertTrue(self.session.edit(self.top(f"<users>{self.ALL}</users>")).ok())
+
+    def top(self, inner):
+        return f'<top xmlns="{self.SPACE}">{inner}</top>'
+
+    def test_each_selects_what_is_printed_beside_it(self):
+        one = "<users><user><name>fred</name>{}</user></users>"
+        several = ("<users><user><name>root</name><company-info/></user>"
+                   "<user><name>fred</name><company-info><id/></company-info></user>"
+                   "<user><name>barney</name><type>superuser</type>"
+                   "<company-info><dept/></company-info></user></users>")
+        rows = [
+            (self.top("<users/>"), f"<users>{self.ALL}</users>"),
+            (self.top("<users><user/></users>"), f"<users>{self.ALL}</users>"),
+            (self.top("<users><user><name/></user></users>"),
+             "<users>" + "".join(f"<user><name>{name}</name></user>"
+                                 for name in ("root", "fred", "barney")) + "</users>"),
+            (self.top(one.format("")), f"<users>{self.FRED}</users>"),
+            (self.top(one.format("<type/><full-name/>")),
+             one.format("<type>admin</type><full-name>Fred Flintstone</full-name>")),
+            (self.top(several),
+             "<users><user><name>root</name><company-info><dept>1</dept><id>1</id></company-info>"
+             "</user><user><name>fred</name><company-info><id>2</id></company-info></user></users>"),
+        ]
+        for match, expected in rows:
+            data = self.session.get_config(match).root[0]
+            wanted = Reply(f"<data>{self.top(expected)}</data>").root
+            self.assertEqual(self.tree(data), self.tree(wanted), match)
+        self.assertEqual(len(self.session.get_config("").root[0]), 0)
+        self.assertEqual(self.tree(self.session.get_config().root[0]),
+                         self.tree(Reply(f"<data>{self.top(rows[0][1])}</data>").root))
+
+    def tree(self, element):
+        return [(child.tag, child.text, self.tree(child)) for child in element]
 
 
 class Order(DataTest):
