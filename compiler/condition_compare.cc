@@ -365,6 +365,22 @@ std::optional<Piece> ConditionWriter::CompareValues(uint32_t index, const Side& 
   return Or(pieces);
 }
 
+// A default that is not there is as unequal to the text as what is missing.
+bool ConditionWriter::IsUnequalToDefault(uint32_t index, const PlainPath& path,
+                                         const Side& other) const {
+  if (path.target == nullptr || path.target->keyword != Keyword::kLeaf ||
+      other.kind != Side::kText || other.literal.empty() ||
+      xpath_.Of(xpath_.At(index).operators[0]) != "=")
+    return false;
+  // Where a value can be written in one way only.
+  DataModule* words = nullptr;
+  const xmlNode* type = place_.schema->TypeOf(path.target, &words);
+  const bool isString = type != nullptr && YinArgument(type) == "string";
+  if (!isString && place_.schema->ValueOf(path.target) != ValueKind::kWord) return false;
+  const xmlNode* byDefault = place_.schema->DefaultOf(path.target);
+  return byDefault != nullptr && YinArgument(byDefault) != other.literal;
+}
+
 bool ConditionWriter::AreComparable(uint32_t index, const Side& left, const PlainPath* leftPath,
                                     const Side& right, const PlainPath* rightPath) {
   const bool equality = xpath_.At(index).kind == XpathKind::kEquality;
@@ -372,7 +388,10 @@ bool ConditionWriter::AreComparable(uint32_t index, const Side& left, const Plai
   const PlainPath* paths[2] = {leftPath, rightPath};
   for (size_t i = 0; i < 2; ++i) {
     if (paths[i] == nullptr) continue;
-    if (!IsComparable(index, *paths[i])) return false;
+    PlainPath path = *paths[i];
+    const Side& other = i == 0 ? right : left;
+    path.lacksDefault = path.lacksDefault && !IsUnequalToDefault(index, path, other);
+    if (!IsComparable(index, path)) return false;
     if (paths[i]->target != nullptr) kinds[i] = place_.schema->ValueOf(paths[i]->target);
   }
   const bool asNumbers = !equality || left.kind == Side::kNumber || right.kind == Side::kNumber;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "compiler/node_kind.h"
 #include "compiler/path.h"
 
 // A path is walked step by step, in the text and in the schema at once. Containers without
@@ -330,19 +331,41 @@ class Walk {
   }
 
   // The library adds a default whatever its `when` says, and takes it away in its turn, in
-  // the order of the tree; until then others see it. Conditions of `must` come afterwards.
+  // the order of the tree; until then others see it. What it does not add itself is
+  // refused when its `when` is false. Conditions of `must` come afterwards.
   bool MayLeave() const {
     if (!place_.isWhen || !IsRequest() || entered_.empty()) return false;
     const DataNode* last = entered_.back();
-    const bool isAdded = IsPlainContainer(last) || place_.schema->HasDefault(last);
-    if (!isAdded) return false;
-    return std::any_of(entered_.begin(), entered_.end(), [this](const DataNode* node) {
-      const DataNode* end = DataSchema::DataParent(node);
-      bool hasWhen = false;
-      for (const DataNode* one = node; one != end; one = one->parent)
-        hasWhen = hasWhen || one->hasWhen;
-      return hasWhen && (place_.decides == nullptr || !StandsBefore(node, place_.decides));
-    });
+    if (!IsPlainContainer(last) && !place_.schema->HasDefault(last)) return false;
+    for (auto node = entered_.rbegin(); node != entered_.rend(); ++node) {
+      if (*node != last && !IsPlainContainer(*node)) return false;
+      if (LeavesLater(*node)) return true;
+    }
+    return false;
+  }
+
+  bool LeavesLater(const DataNode* node) const {
+    const DataNode* end = DataSchema::DataParent(node);
+    bool hasWhen = false;
+    for (const DataNode* one = node; one != end; one = one->parent)
+      hasWhen = hasWhen || (one->hasWhen && !IsAskedForToo(one));
+    return hasWhen && (place_.decides == nullptr || !StandsBefore(node, place_.decides));
+  }
+
+  // The condition holds only where that of the sibling does, as those of one `uses`.
+  bool IsAskedForToo(const DataNode* node) const {
+    const xmlNode* when = YinChild(node->statement, Keyword::kWhen);
+    if (when == nullptr || place_.decides == nullptr || node->module != place_.decides->module ||
+        !IsDataNode(node->keyword) || !IsDataNode(place_.decides->keyword) ||
+        DataSchema::DataParent(node) != DataSchema::DataParent(place_.decides))
+      return false;
+    const std::string_view text = YinArgument(when);
+    const uint32_t root = WithoutParentheses(xpath_, xpath_.root);
+    const XpathNode& all = xpath_.At(root);
+    return all.kind == XpathKind::kAnd &&
+           std::any_of(all.operands.begin(), all.operands.end(), [&](uint32_t operand) {
+             return xpath_.Of(xpath_.At(WithoutParentheses(xpath_, operand)).span) == text;
+           });
   }
 
   void DropPlainContainers() {

@@ -82,6 +82,7 @@ class ConditionWriter {
   bool IsComparable(uint32_t index, const PlainPath& path);
   bool AreComparable(uint32_t index, const Side& left, const PlainPath* leftPath, const Side& right,
                      const PlainPath* rightPath);
+  bool IsUnequalToDefault(uint32_t index, const PlainPath& path, const Side& other) const;
   bool IsLiteralRight(uint32_t index, const PlainPath& path, std::string_view literal);
   std::string SideText(const Side& side, const PlainPath* path, const PlainPath* other) const;
   std::optional<double> Constant(uint32_t index) const;

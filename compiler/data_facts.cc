@@ -119,17 +119,19 @@ const xmlNode* DataSchema::FindTypedef(const xmlNode* at, DataModule** module,
   return found == (*module)->typedefs.end() ? nullptr : found->second;
 }
 
-bool DataSchema::HasDefault(const DataNode* leaf) {
-  if (YinChild(leaf->statement, Keyword::kDefault) != nullptr) return true;
+const xmlNode* DataSchema::DefaultOf(const DataNode* leaf) {
+  const xmlNode* own = YinChild(leaf->statement, Keyword::kDefault);
+  if (own != nullptr) return own;
   DataModule* module = leaf->module;
   const xmlNode* type = YinChild(leaf->statement, Keyword::kType);
   for (int depth = 0; type != nullptr && depth < kMaxTypeDepth; ++depth) {
     const xmlNode* definition = FindTypedef(type, &module, YinArgument(type));
-    if (definition == nullptr) return false;
-    if (YinChild(definition, Keyword::kDefault) != nullptr) return true;
+    if (definition == nullptr) return nullptr;
+    const xmlNode* inherited = YinChild(definition, Keyword::kDefault);
+    if (inherited != nullptr) return inherited;
     type = YinChild(definition, Keyword::kType);
   }
-  return false;
+  return nullptr;
 }
 
 const xmlNode* DataSchema::TypeOf(const DataNode* leaf, DataModule** words) {
@@ -212,6 +214,7 @@ bool StandsBefore(const DataNode* node, const DataNode* other) {
     if (above == node) return true;
   const DataNode* top = DataSchema::DataParent(node);
   if (top == nullptr || top != DataSchema::DataParent(other)) return false;
+  if (node->module != other->module) return false;
   std::vector<const DataNode*> around;  // what `other` stands in
   for (const DataNode* one = other; one != top; one = one->parent) around.push_back(one);
   for (const DataNode* one = node; one != top; one = one->parent) {

@@ -101,8 +101,9 @@ class DataSchema {
   static const DataNode* MessageOf(const DataNode* node);
 
   ValueKind ValueOf(const DataNode* leaf);
-  // Of its own or of a typedef.
-  bool HasDefault(const DataNode* leaf);
+  // The first of its own or that of a typedef; NULL: there is none.
+  const xmlNode* DefaultOf(const DataNode* leaf);
+  bool HasDefault(const DataNode* leaf) { return DefaultOf(leaf) != nullptr; }
   // The type statement at the end of the typedefs, and the module that it is written in;
   // NULL: it cannot be told.
   const xmlNode* TypeOf(const DataNode* leaf, DataModule** words);
@@ -148,8 +149,9 @@ Presence PresenceOf(DataSchema* schema, DataNode* node);
 
 bool IsPlainContainer(const DataNode* node);  // a container without presence
 
-// True when `node` stands before `other` wherever the library adds both: it adds defaults
-// in the order of the schema. Said of siblings, as data see them, and of what stands above.
+// True when `node` stands before `other` wherever the library adds it: it adds defaults in
+// the order of the schema, before what follows of the same module; nodes of others may
+// stand anywhere. Said of siblings, as data see them, and of what stands above.
 bool StandsBefore(const DataNode* node, const DataNode* other);
 
 // The argument of an element of YIN, and the first substatement of that keyword.
