@@ -11,6 +11,7 @@
 #include "compiler/circle.h"
 #include "compiler/condition_pass.h"
 #include "compiler/departures.h"
+#include "compiler/deviation_order.h"
 #include "compiler/deviations.h"
 #include "compiler/expand.h"
 #include "compiler/features.h"
@@ -200,6 +201,7 @@ std::vector<Output*> CompileAll(Compilation* all, const std::vector<Module*>& mo
   for (Output* out : outputs) {
     if (!out->stopped) SettleDeviations(out);
   }
+  ReportOrderOfDeviations(outputs);
   SettleVersions(outputs);
   for (Output* out : outputs) {
     if (!out->stopped) KeepLimits(out);

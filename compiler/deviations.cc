@@ -25,13 +25,6 @@ namespace {
 
 constexpr char kTargetClass[] = "target";
 
-Module* WrittenPrefixModule(const Output& other, std::string_view prefix) {
-  for (const WrittenPrefix& one : other.prefixes) {
-    if (one.prefix == prefix) return one.module;
-  }
-  return nullptr;
-}
-
 std::string InOwnLiterals(Output* out, const Output& other, const char* text) {
   Xpath xpath;
   XpathError error;
@@ -39,7 +32,7 @@ std::string InOwnLiterals(Output* out, const Output& other, const char* text) {
   NameRules rules;
   rules.nodes = [](std::string_view prefix) { return std::string(prefix); };
   rules.identities = [&](std::string_view prefix) -> std::optional<std::string> {
-    Module* module = WrittenPrefixModule(other, prefix);
+    Module* module = ModuleOfWritten(other, prefix);
     if (module == nullptr) return std::nullopt;
     return PrefixOf(out, module);
   };

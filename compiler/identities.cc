@@ -37,21 +37,17 @@ const xmlNode* TypeOfDeviation(const xmlNode* deviation) {
   return type;
 }
 
-// True where the library may hold the text as it is written. What a deviation meets may
-// have got another type before.
-bool NeedsModuleName(const Output* out, const xmlNode* byDefault, const Module* module) {
-  const xmlNode* parent = ParentOf(byDefault);
-  if (Is(parent, Keyword::kDeviate)) return true;
-  return Is(parent, Keyword::kLeaf) && module->name != out->module->name &&
-         !FindBottomType(FirstChild(parent, Keyword::kType)).direct;
+bool IsDeletion(const xmlNode* deviate) {
+  const char* kind = ArgumentOf(deviate);
+  return Is(deviate, Keyword::kDeviate) && kind != nullptr && std::string_view(kind) == "delete";
 }
 
-// The module of the identity that the default names; NULL: it names none that is known.
-Module* ModuleOfDefault(Output* out, const xmlNode* byDefault) {
+// The module of the identity that a default of that type names, in the words that it was
+// written in; NULL: it names none that is known.
+Module* ModuleOfIdentity(const xmlNode* byDefault, const xmlNode* type) {
   const char* text = ArgumentOf(byDefault);
-  if (text == nullptr || Is(ParentOf(byDefault), Keyword::kChoice)) return nullptr;
-  const xmlNode* type = TypeOfDefault(out, ParentOf(byDefault));
-  if (type == nullptr || !IsIdentityref(FindBottomType(type).type)) return nullptr;
+  if (text == nullptr || type == nullptr || !IsIdentityref(FindBottomType(type).type))
+    return nullptr;
   return ModuleOfPrefix(StatementOf(byDefault)->words, SplitReference(text).prefix);
 }
 
@@ -61,6 +57,40 @@ void RemoveBase(Output* out, xmlNode* base) {
   RemoveStatement(base);
   if (Is(parent, Keyword::kType) && FirstChild(parent, Keyword::kBase) == nullptr)
     SetArgument(out->all->session, parent, "string");
+}
+
+void NameModule(Output* out, const xmlNode* byDefault, Module* module) {
+  if (module == nullptr || TakeNameAsPrefix(out, module)) return;
+  Lose(out, byDefault,
+       "the default \"" + std::string(ArgumentOf(byDefault)) + "\" is added to requests with " +
+           "a prefix that the library does not declare, since XML has \"" + module->name +
+           "\" for itself");
+}
+
+// What is deleted gets the text of the target's.
+void NameModulesOfTarget(Output* out, const FoundNode& target) {
+  if (target.node == nullptr) return;
+  for (const xmlNode* s = FirstChild(target.node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault)) {
+    Module* module = ModuleOfIdentity(s, TypeOfNode(target));
+    if (module != nullptr) TakeNameAsPrefix(out, module);
+  }
+}
+
+// Behind a typedef of the leaf, or one that it may get before a deviation comes to it, the
+// library holds the text as it is written.
+void NameModulesOf(Output* out, const xmlNode* byDefault) {
+  const xmlNode* parent = ParentOf(byDefault);
+  if (IsDeletion(parent)) {
+    NameModulesOfTarget(out, FindTarget(out->all, TargetSteps(ParentOf(parent))));
+  } else if (Is(parent, Keyword::kDeviate)) {
+    NameModule(out, byDefault, ModuleOfIdentity(byDefault, TypeOfDefault(out, parent)));
+  } else if (Is(parent, Keyword::kLeaf)) {
+    const xmlNode* type = FirstChild(parent, Keyword::kType);
+    Module* module = ModuleOfIdentity(byDefault, type);
+    if (module != nullptr && module->name != out->module->name && !FindBottomType(type).direct)
+      NameModule(out, byDefault, module);
+  }
 }
 
 }  // namespace
@@ -109,21 +139,14 @@ bool RewriteBase(Output* out, xmlNode* base) {
 void NameModulesOfDefaults(Output* out) {
   const xmlNode* root = out->written.root;
   for (const xmlNode* s = FirstChild(root); s != nullptr; s = NextInTree(root, s)) {
-    if (!Is(s, Keyword::kDefault)) continue;
-    Module* module = ModuleOfDefault(out, s);
-    if (module == nullptr || !NeedsModuleName(out, s, module) || TakeNameAsPrefix(out, module))
-      continue;
-    Lose(out, s,
-         "the default \"" + std::string(ArgumentOf(s)) + "\" is added to requests with a prefix " +
-             "that the library does not declare, since XML has \"" + module->name +
-             "\" for itself");
+    if (Is(s, Keyword::kDefault)) NameModulesOf(out, s);
   }
 }
 
 bool RewriteDefault(Output* out, xmlNode* byDefault) {
   const xmlNode* parent = ParentOf(byDefault);
   const char* text = ArgumentOf(byDefault);
-  if (text == nullptr) return true;
+  if (text == nullptr || IsDeletion(parent)) return true;
   Session* session = out->all->session;
   const Reference reference = SplitReference(text);
   if (Is(parent, Keyword::kChoice)) {

@@ -21,7 +21,8 @@ void NameModulesOfDefaults(Output* out);
 // The type of the leaf, typedef or deviate that has a default; NULL: there is none.
 const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent);
 
-// Rewrites `default`: an identity, or the name of a case. False: it has left the tree.
+// Rewrites `default`: an identity, or the name of a case. What a deviation deletes waits for
+// SettleDeviations(). False: it has left the tree.
 bool RewriteDefault(Output* out, xmlNode* byDefault);
 
 // True for the type of a typedef of identityrefs that gives them a default.

@@ -201,6 +201,13 @@ bool TakeNameAsPrefix(Output* out, Module* module) {
   return true;
 }
 
+Module* ModuleOfWritten(const Output& out, std::string_view prefix) {
+  const auto found =
+      std::find_if(out.prefixes.begin(), out.prefixes.end(),
+                   [&](const WrittenPrefix& written) { return written.prefix == prefix; });
+  return found == out.prefixes.end() ? nullptr : found->module;
+}
+
 std::string Qualify(Output* out, Module* module, std::string_view name) {
   if (module->name == out->module->name) return std::string(name);
   return PrefixOf(out, module) + ":" + std::string(name);

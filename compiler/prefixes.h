@@ -23,6 +23,9 @@ const std::string& PrefixOf(Output* out, Module* module, std::string_view prefer
 // False: no prefix can be like that.
 bool TakeNameAsPrefix(Output* out, Module* module);
 
+// The module of a prefix of what is written; NULL: there is none.
+Module* ModuleOfWritten(const Output& out, std::string_view prefix);
+
 // "name" for what belongs to the written module, else "prefix:name".
 std::string Qualify(Output* out, Module* module, std::string_view name);
 

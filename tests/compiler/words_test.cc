@@ -614,6 +614,30 @@ TEST_F(Deviations, DeleteWhatWasLeftOutAlready) {
   EXPECT_EQ("deviation /n:r/n:input/n:a { deviate delete; }", BodyOf(Run({"m"}, options), "m"));
 }
 
+TEST_F(Deviations, ThatDependOnTheOrderOfLoadsAreToldInEachModuleOnce) {
+  Module("q", "container c { leaf a { type string; } leaf b { type string; default x; } }");
+  Module("m",
+         "import q { prefix q; }\n"
+         "deviation /q:c/q:a { deviate add { default 1; } }\n"
+         "deviation /q:c/q:b { deviate replace { default 2; type int8; } }");
+  Module("n",
+         "import q { prefix q; } import m { prefix m; }\n"
+         "deviation /q:c/q:a { deviate add { mandatory true; } }\n"
+         "deviation /q:c/q:b { deviate replace { default 3; }\n"
+         "  deviate add { units s; } }");
+  Module("o",
+         "import q { prefix q; } import n { prefix n; }\n"
+         "deviation /q:c/q:a { deviate replace { type int8; } }\n"
+         "deviation /q:c/q:b { deviate delete { default x; } }");
+  const std::string tail =
+      "\" deviates the leaf \"b\", too, and what becomes of it depends on which of the two is "
+      "loaded "
+      "first\n";
+  EXPECT_EQ(
+      "o.yang:4: module \"n" + tail + "n.yang:4: module \"o" + tail + "m.yang:4: module \"o" + tail,
+      Findings("o"));
+}
+
 TEST_F(Deviations, OfAnInputThatIsNotWrittenAreReported) {
   Module("n", "rpc r { output { leaf a { type string; } } }");
   Module("m",
