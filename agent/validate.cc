@@ -12,6 +12,7 @@
 #include "data/bind.h"
 #include "data/default_list.h"
 #include "data/error.h"
+#include "data/indexed_run.h"
 #include "data/validate.h"
 #include "schema/module_nodes.h"
 #include "schema/module_registry.h"

@@ -17,9 +17,9 @@
 #include "data/bound_children.h"
 #include "data/default_list.h"
 #include "data/error.h"
+#include "data/indexed_run.h"
 #include "data/must.h"
 #include "data/node_check.h"
-#include "data/run_index.h"
 #include "platform/string.h"
 #include "xpath/child_lookup.h"
 #include "xpath/kept_conditions.h"
@@ -68,16 +68,6 @@ uint32_t QMD_PAS_ValidateDataTree(QmCheckAux* aux, xmlNode* root) {
   if (ret != QM_OK) return ret;
   xmlNode* startNode = (aux->flags & QMD_MODE_ACTION_TREE) != 0 ? aux->actionNode : root;
   return startNode == nullptr ? QM_INVALID : CheckBoundTree(aux, startNode);
-}
-
-uint32_t RunWithIndex(QmCheckAux* aux, xmlNode* root) {
-  QmdRunIndex index;
-  InitRunIndex(&index);
-  aux->index = &index;
-  const uint32_t ret = QMD_PAS_ValidateDataTree(aux, root);
-  aux->index = nullptr;
-  FreeRunIndex(&index);
-  return ret;
 }
 
 // Requests. Every failure has a record: where no check made one, a general one stands

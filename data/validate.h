@@ -7,10 +7,6 @@
 #include "context/internal.h"
 #include "data/records.h"
 
-// One run as below, for a tree that carries no binding: what it asks of the schema again and
-// again is kept while it lasts. The results are the same.
-uint32_t RunWithIndex(QmCheckAux* aux, xmlNode* root);
-
 QM_BEGIN_INTERNAL_DECLS
 
 // Fills a record that the caller has zeroed; its default list is empty, its callback may

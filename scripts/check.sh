@@ -48,6 +48,9 @@ step "instructions of the library within their budgets"
 cmake --build build/release --target bench_count
 python3 bench/check_budgets.py build/release
 
+step 'every message validated in all ways'
+scripts/check_differential.sh build/release
+
 step 'reference without a gap, man pages'
 cmake -S . -B build/docs -G Ninja -DQMODEL_BUILD_DOCS=ON -DQMODEL_BUILD_TESTS=OFF >/dev/null
 cmake --build build/docs --target reference man

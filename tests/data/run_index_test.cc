@@ -165,11 +165,26 @@ void SwitchFeatures(QmCtx* ctx, const std::string& features, bool on) {
   }
 }
 
+// Each of the modules goes and is read again from its file.
+void ExpectSameAfterReloads(QmCtx* ctx, const Message& message,
+                            const std::vector<std::string>& modules) {
+  const std::string before = RunOnce(ctx, message, kEverything).text;
+  for (const std::string& name : modules) {
+    SCOPED_TRACE("without " + name);
+    EXPECT_EQ(QM_OK, QM_CTX_UnloadModule(ctx, name.c_str()));
+    static_cast<void>(ExpectSameEverywhere(ctx, message));
+    EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str()));
+    static_cast<void>(ExpectSameEverywhere(ctx, message));
+  }
+  EXPECT_EQ(before, RunOnce(ctx, message, kEverything).text);
+}
+
 void ExpectSameOfRealMessage(const std::string& folder, const std::vector<std::string>& row) {
   SCOPED_TRACE(row[0]);
   QmCtx* ctx = QM_CTX_Create(QM_LOAD_IMPORTS);
   EXPECT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx, (folder + "/models").c_str()));
-  for (const std::string& name : Split(row[2], ' ')) {
+  const std::vector<std::string> modules = Split(row[2], ' ');
+  for (const std::string& name : modules) {
     EXPECT_EQ(QM_OK, QM_CTX_LoadModule(ctx, name.c_str())) << name;
   }
   const Message message = {row[1].find("notif") == 0, FileText(folder + "/messages/" + row[0])};
@@ -177,6 +192,7 @@ void ExpectSameOfRealMessage(const std::string& folder, const std::vector<std::s
     SwitchFeatures(ctx, row[3], on);
     static_cast<void>(ExpectSameEverywhere(ctx, message));
   }
+  ExpectSameAfterReloads(ctx, message, modules);
   QM_CTX_Delete(ctx);
 }
 
