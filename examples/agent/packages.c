@@ -22,7 +22,7 @@ typedef struct PackageList {
 static PackageList ReadList(const Agent *agent) {
   PackageList list = {0, {NULL, 0}};
   Text text = {NULL, 0, 0};
-  if (SharedRead(&agent->shared, kFile, &text) != 0) TextAdd(&text, "");
+  SharedRead(&agent->shared, kFile, &text);
   char *rest = NULL;
   char *line = strtok_r(text.data, "\n", &rest);
   if (line != NULL) list.generation = strtoull(line, NULL, 10);

@@ -56,7 +56,7 @@ static uint64_t StartOf(pid_t pid) {
 static Table *ReadTable(const Agent *agent) {
   Table *table = Need(calloc(1, sizeof *table));
   Text text = {NULL, 0, 0};
-  if (SharedRead(&agent->shared, kFile, &text) != 0) TextAdd(&text, "");
+  SharedRead(&agent->shared, kFile, &text);
   char *rest = NULL;
   char *line = strtok_r(text.data, "\n", &rest);
   if (line != NULL) table->last = (uint32_t)strtoul(line, NULL, 10);

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -28,15 +29,16 @@ void SharedUnlock(const Shared *shared) {
   (void)flock(shared->lock, LOCK_UN);
 }
 
-int SharedRead(const Shared *shared, const char *name, Text *text) {
-  int file = openat(shared->folder, name, O_RDONLY | O_CLOEXEC);
-  if (file < 0) return -1;
+void SharedRead(const Shared *shared, const char *name, Text *text) {
   TextClear(text);
-  int failed = SharedReadFrom(file, 0, text);
-  int error = errno;
+  TextAdd(text, "");
+  int file = openat(shared->folder, name, O_RDONLY | O_CLOEXEC);
+  if (file < 0 && errno == ENOENT) return;
+  if (file < 0 || SharedReadFrom(file, 0, text) != 0) {
+    fprintf(stderr, "netconf_agent: %s: %s\n", name, strerror(errno));
+    exit(3);
+  }
   close(file);
-  errno = error;
-  return failed;
 }
 
 int SharedReadFrom(int file, off_t offset, Text *text) {

@@ -20,8 +20,9 @@ int SharedOpen(Shared *shared, const char *path);
 void SharedLock(const Shared *shared);
 void SharedUnlock(const Shared *shared);
 
-/* Reads a whole file; -1 with errno, which is ENOENT when there is none. */
-int SharedRead(const Shared *shared, const char *name, Text *text);
+/* Reads a whole file; one that is not there is empty. Ends the process when it cannot be read,
+   since an empty table would take the locks of others away. */
+void SharedRead(const Shared *shared, const char *name, Text *text);
 /* Adds what an open file has from an offset on; -1 with errno. */
 int SharedReadFrom(int file, off_t offset, Text *text);
 /* Replaces a file: whoever reads it, also after the machine has lost its power at any moment,

@@ -446,6 +446,22 @@ class Locks(AgentTest):
         two.process.wait()
         self.assertTrue(three.rpc(self.LOCK).ok())
 
+    def test_a_table_that_cannot_be_read_is_not_taken_for_an_empty_one(self):
+        for name in ("sessions", "packages"):
+            one, two = self.open(), self.open()
+            file = pathlib.Path(self.state) / name
+            if not file.exists():
+                file.write_text("0\n")
+            file.rename(self.state + "/kept")
+            file.mkdir()
+            # An idle session sees the list of packages, and can be gone before the request.
+            with self.assertRaises((Ended, BrokenPipeError)):
+                two.rpc(self.LOCK)
+            self.assertEqual(two.process.wait(30), 3)
+            file.rmdir()
+            pathlib.Path(self.state + "/kept").rename(file)
+            self.assertTrue(name == "packages" or one.rpc(self.LOCK).ok())
+
     def test_kill_session_ends_another_and_releases_its_lock(self):
         one, two = self.open(), self.open()
         one.rpc(self.LOCK)
