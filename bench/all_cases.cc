@@ -9,6 +9,7 @@ std::vector<Case> AllCases() {
   std::vector<Case> all = RealCases();
   Append(&all, LoadCases());
   Append(&all, MessageCases());
+  Append(&all, AgentCases());
   Append(&all, ValueCases());
   Append(&all, LookupCases());
   return all;

@@ -38,6 +38,7 @@ struct Growth {
 
 std::vector<Case> LoadCases();
 std::vector<Case> MessageCases();
+std::vector<Case> AgentCases();
 std::vector<Case> ValueCases();
 std::vector<Case> LookupCases();
 std::vector<Case> RealCases();  // none without the folder of real models
