@@ -41,6 +41,14 @@ void CopyContents(Output* out, const xmlNode* from, xmlNode* to, const Place* us
   --out->depth;
 }
 
+constexpr char kHasNoPlace[] = " has no place in the output";
+
+// Says what is not copied as if it had been.
+void LoseHere(Output* out, const xmlNode* statement, std::string message, const Place* usedAt) {
+  Lose(out, statement, std::move(message));
+  out->report.findings.back().usedAt = usedAt;
+}
+
 // What a grouping or an augment has for itself, and does not give to its target.
 bool IsOwnProperty(const xmlNode* statement) {
   switch (KeywordOf(statement)) {
@@ -64,7 +72,7 @@ BroughtNodes Bring(Output* out, const xmlNode* from, xmlNode* to, const Place* u
   for (const xmlNode* s = FirstChild(from); s != nullptr; s = NextSibling(s)) {
     if (IsOwnProperty(s)) continue;
     if (Is(s, Keyword::kNone)) {
-      Lose(out, s, std::string("an extension in ") + NameOf(from) + " has no place in the output");
+      LoseHere(out, s, std::string("an extension in ") + NameOf(from) + kHasNoPlace, usedAt);
     } else {
       CopyInto(out, s, to, usedAt);
     }
@@ -101,7 +109,8 @@ void ExpandUses(Output* out, const xmlNode* uses, xmlNode* to, const Place* used
   BroughtNodes roots = Bring(out, grouping, to, place);
   for (const xmlNode* s = FirstChild(uses); s != nullptr; s = NextSibling(s)) {
     if (Is(s, Keyword::kRefine)) Refine(out, s, &roots, usedAt);
-    if (Is(s, Keyword::kNone)) Lose(out, s, "an extension in uses has no place in the output");
+    if (Is(s, Keyword::kNone))
+      LoseHere(out, s, std::string("an extension in uses") + kHasNoPlace, usedAt);
   }
   for (const xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
        s = NextSibling(s, Keyword::kAugment))
@@ -154,7 +163,7 @@ void CopyInto(Output* out, const xmlNode* statement, xmlNode* to, const Place* u
   }
   if (keyword == Keyword::kGrouping) return;
   if (keyword == Keyword::kAugment && to != out->written.root) {
-    Lose(out, statement, "an augment cannot stand here; it is left out");
+    LoseHere(out, statement, "an augment cannot stand here; it is left out", usedAt);
     return;
   }
   // Typedefs further in move to the module's level when a type names them.

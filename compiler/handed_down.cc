@@ -23,6 +23,17 @@ bool IsAtTop(const xmlNode* node) {
   return true;
 }
 
+void MoveExtensions(xmlNode* from, xmlNode* to) {
+  for (xmlNode* s = FirstChild(from); s != nullptr;) {
+    xmlNode* next = NextSibling(s);
+    if (Is(s, Keyword::kNone)) {
+      TakeOut(s);
+      AppendChild(to, s);
+    }
+    s = next;
+  }
+}
+
 }  // namespace
 
 bool LibraryHandsDown(const xmlNode* augment, std::string_view condition) {
@@ -63,7 +74,10 @@ void JoinConditionsOf(Output* out, xmlNode* node) {
   std::string text = ArgumentOf(all.back());
   for (size_t i = all.size() - 1; i-- > 0;) text = JoinConditions(ArgumentOf(all[i]), text);
   SetArgument(out->all->session, all[0], text);
-  for (size_t i = 1; i < all.size(); ++i) RemoveStatement(all[i]);
+  for (size_t i = 1; i < all.size(); ++i) {
+    MoveExtensions(all[i], all[0]);
+    RemoveStatement(all[i]);
+  }
 }
 
 void SpreadAugmentConditions(Output* out) {

@@ -106,6 +106,13 @@ void RewriteExtension(Rewriting* rewriting, xmlNode* statement) {
            (asElement ? "\" with " : "\" in ") + place + "; it stays in the file");
 }
 
+// A condition has no other statements that would be rewritten.
+void RewriteExtensionsIn(Rewriting* rewriting, const xmlNode* condition) {
+  for (xmlNode* s = NextInTree(condition, condition); s != nullptr; s = NextInTree(condition, s)) {
+    if (Is(s, Keyword::kNone)) RewriteExtension(rewriting, s);
+  }
+}
+
 bool IsUnionMember(const xmlNode* type) {
   return Is(ParentOf(type), Keyword::kType);
 }
@@ -175,6 +182,7 @@ void RewriteArguments(Output* out) {
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     xmlNode* outside = NextOutside(root, s);
     if (IsCondition(s)) {
+      RewriteExtensionsIn(&rewriting, s);
       TranslateCondition(out, s);
       s = outside;
       continue;
