@@ -13,6 +13,7 @@
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
 #include "compiler/target.h"
+#include "compiler/typedefs.h"
 #include "compiler/xpath_edit.h"
 #include "compiler/xpath_token.h"
 
@@ -20,7 +21,8 @@ namespace compiler {
 
 namespace {
 
-constexpr size_t kMaxName = 64;         // characters of a name that is looked up
+constexpr size_t kMaxName = 64;  // characters of a name that is looked up
+constexpr char kLongName[] = "the name is longer than 64 characters";
 constexpr size_t kMaxCondition = 3096;  // of a condition, with module names for prefixes
 constexpr size_t kMaxPath = 3095;       // of a path, likewise
 constexpr size_t kMaxDepth = 256;       // elements one in the other that libxml2 takes
@@ -90,14 +92,27 @@ bool LeafrefFits(const Output& out, const char* text) {
   return ParseLeafrefPath(text, &path, &error) && !path.throughDeref && PathFits(out, path);
 }
 
-// The library knows neither axes nor variables, and records a load error for them.
-bool LibraryReads(const char* text) {
+bool IsLongName(std::string_view text, const XpathToken& token) {
+  if (token.kind != XpathTokenKind::kName) return false;
+  const std::string_view name = text.substr(token.span.begin, token.span.end - token.span.begin);
+  return SplitReference(name).name.size() > kMaxName;
+}
+
+// The library knows neither axes nor variables, and records a load error for them. A
+// longer name it finds nowhere.
+const char* ExcessOfCondition(const Output& out, const char* text) {
+  constexpr const char* kUnread = "the library cannot read this condition";
   std::vector<XpathToken> tokens;
   XpathError error;
-  if (!TokenizeXpath(text, &tokens, &error)) return false;
-  return std::none_of(tokens.begin(), tokens.end(), [](const XpathToken& token) {
-    return token.kind == XpathTokenKind::kAxis || token.kind == XpathTokenKind::kVariable;
-  });
+  if (!TokenizeXpath(text, &tokens, &error)) return kUnread;
+  for (const XpathToken& token : tokens) {
+    if (token.kind == XpathTokenKind::kAxis || token.kind == XpathTokenKind::kVariable)
+      return kUnread;
+    if (IsLongName(text, token)) return "the condition has a name of more than 64 characters";
+  }
+  return LengthWithModuleNames(out, text) <= kMaxCondition
+             ? nullptr
+             : "the condition is longer than the 3096 characters that the loader takes";
 }
 
 // A number, "..", "|", "min", "max" each are one token, and the end is one.
@@ -127,23 +142,33 @@ bool ReferenceFits(std::string_view text) {
   return reference.prefix.size() <= kMaxName && reference.name.size() <= kMaxName;
 }
 
+// The loader reads the default of an identityref as a reference.
+bool DefaultFits(Output* out, const xmlNode* statement) {
+  const xmlNode* holder = ParentOf(statement);
+  const xmlNode* type = FirstChild(holder, Keyword::kType);
+  if (type == nullptr && Is(holder, Keyword::kDeviate)) {
+    const FoundNode target = FindTarget(out->all, TargetSteps(ParentOf(holder)));
+    if (target.node != nullptr) type = FirstChild(target.node, Keyword::kType);
+  }
+  const xmlNode* bottom = type == nullptr ? nullptr : FindBottomType(type).type;
+  return bottom == nullptr || std::string_view(ArgumentOf(bottom)) != "identityref" ||
+         ReferenceFits(ArgumentOf(statement));
+}
+
 // The reason why the statement cannot be written as it stands; NULL: it can.
-const char* Excess(const Output& out, const xmlNode* s) {
+const char* Excess(Output* out, const xmlNode* s) {
   const char* text = ArgumentOf(s);
   if (text == nullptr) return nullptr;
   switch (KeywordOf(s)) {
     case Keyword::kWhen:
     case Keyword::kMust:
-      if (!LibraryReads(text)) return "the library cannot read this condition";
-      return LengthWithModuleNames(out, text) <= kMaxCondition
-                 ? nullptr
-                 : "the condition is longer than the 3096 characters that the loader takes";
+      return ExcessOfCondition(*out, text);
     case Keyword::kAugment:
     case Keyword::kDeviation:
       if (!Is(ParentOf(s), Keyword::kModule)) return nullptr;
-      return TargetFits(out, text) ? nullptr : "the loader does not take this target path";
+      return TargetFits(*out, text) ? nullptr : "the loader does not take this target path";
     case Keyword::kPath:
-      return LeafrefFits(out, text) ? nullptr : "the loader does not take this path";
+      return LeafrefFits(*out, text) ? nullptr : "the loader does not take this path";
     case Keyword::kRange:
     case Keyword::kLength:
       return RangeTokens(text) <= kMaxTokens
@@ -151,7 +176,9 @@ const char* Excess(const Output& out, const xmlNode* s) {
                  : "the loader takes no more than 256 tokens in a range or length";
     case Keyword::kIfFeature:
     case Keyword::kBase:
-      return ReferenceFits(text) ? nullptr : "the name is longer than 64 characters";
+      return ReferenceFits(text) ? nullptr : kLongName;
+    case Keyword::kDefault:
+      return DefaultFits(out, s) ? nullptr : kLongName;
     default:
       return nullptr;
   }
@@ -222,6 +249,47 @@ size_t DepthOf(const xmlNode* statement) {
   return depth;
 }
 
+// How many levels a type needs for what the loader must find in it.
+size_t LevelsOfType(const xmlNode* type) {
+  size_t below = 0;
+  for (const xmlNode* s = FirstChild(type); s != nullptr; s = NextSibling(s)) {
+    const bool isText = StatementOf(s)->argumentIsElement;
+    if (!isText) below = std::max(below, Is(s, Keyword::kType) ? LevelsOfType(s) : size_t{1});
+  }
+  return 1 + below;
+}
+
+// True where the statement, a leaf with its type, fits into the levels of the parser.
+bool FitsDepth(const xmlNode* statement) {
+  size_t levels = DepthOf(statement);
+  const xmlNode* type = FirstChild(statement, Keyword::kType);
+  if (type != nullptr && !Is(statement, Keyword::kType)) levels += LevelsOfType(type);
+  return levels <= kMaxDepth;
+}
+
+// The loader refuses a list with a key that is not one of its leafs or has a longer name.
+// False: none is left.
+bool KeepKeys(Output* out, xmlNode* key) {
+  const char* text = ArgumentOf(key);
+  std::string kept;
+  for (const std::string_view name : SplitNames(text == nullptr ? "" : text)) {
+    const xmlNode* leaf = FindSchemaChild(out->all, ParentOf(key), name);
+    const bool isLeaf = leaf != nullptr && Is(leaf, Keyword::kLeaf) && FitsDepth(leaf);
+    if (!isLeaf || name.size() > kMaxName) {
+      Lose(out, key,
+           "the key \"" + std::string(name) +
+               "\" is left out; the loader takes leafs of the list, with names of up to 64 "
+               "characters");
+      continue;
+    }
+    if (!kept.empty()) kept += ' ';
+    kept += name;
+  }
+  if (kept.empty()) return false;
+  if (kept != text) SetArgument(out->all->session, key, kept);
+  return true;
+}
+
 }  // namespace
 
 void KeepLimits(Output* out) {
@@ -234,11 +302,16 @@ void KeepLimits(Output* out) {
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
     // What stands beside a path goes with it.
     xmlNode* outside = NextOutside(root, Is(s, Keyword::kPath) ? ParentOf(s) : s);
-    const char* excess = Excess(*out, s);
-    if (excess == nullptr && DepthOf(s) > kMaxDepth) excess = "it stands deeper than 256 levels";
+    const char* excess = Excess(out, s);
+    if (excess == nullptr && !FitsDepth(s)) excess = "it stands deeper than 256 levels";
     if (excess != nullptr) {
       Lose(out, s, std::string(excess) + "; it is left out");
       LeaveOut(out, s, &gone);
+      s = outside;
+      continue;
+    }
+    if (Is(s, Keyword::kKey) && !KeepKeys(out, s)) {
+      RemoveStatement(s);
       s = outside;
       continue;
     }

@@ -248,6 +248,46 @@ TEST_F(Limits, StatementsDeeperThan256LevelsAreLeftOut) {
   EXPECT_EQ(255u, containers) << "and the module itself";
 }
 
+// The loader takes no leaf without its type, and no list with a key that is not there.
+TEST_F(Limits, LeafsWhoseTypeWouldStandTooDeepAreLeftOut) {
+  const auto in = [](size_t depth, const std::string& leafs) {
+    std::string text;
+    for (size_t i = 0; i < depth; ++i) text += "container c { ";
+    return text + leafs + std::string(depth, '}');
+  };
+  Module("m", in(253, "list l { key \"k q\"; leaf k { type string; } leaf q { type string; } }"));
+  const std::string body = BodyOf(Run({"m"}), "m");
+  EXPECT_NE(std::string::npos, body.find("list l;")) << body;
+  Module11("n", in(253, "leaf a { type union { type int8; } } leaf b { type int8; }"));
+  const std::string other = BodyOf(Run({"n"}), "n");
+  EXPECT_EQ(std::string::npos, other.find("leaf a")) << other;
+  EXPECT_NE(std::string::npos, other.find("leaf b { type int8; }")) << other;
+}
+
+TEST_F(Limits, LongNamesWhereTheLoaderLooksThemUpAreLeftOut) {
+  const std::string n(65, 'n');
+  Module("m", "identity i; identity " + n + " { base i; }\n" + "leaf " + n + " { type string; }\n" +
+                  "leaf a { type identityref { base i; } default " + n + "; }\n" +
+                  "leaf b { type string; must \"../" + n + "\"; }\n" + "list l { key \"k " + n +
+                  "\"; leaf k { type string; } leaf " + n + " { type string; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("identity i; identity " + n + " { base i; } leaf " + n +
+                " { type string; } leaf a { type identityref { base i; } } "
+                "leaf b { type string; } list l { key k; leaf k { type string; } leaf " +
+                n + " { type string; } }",
+            BodyOf(result, "m"));
+}
+
+TEST_F(Limits, KeysThatAreNoLeafsOfTheListAreLeftOut) {
+  Module("m",
+         "list l { key \"k none c\"; leaf k { type string; } container c; }\n"
+         "list e { key none; leaf k { type string; } }");
+  EXPECT_EQ(
+      "list l { key k; leaf k { type string; } container c; } list e { leaf k { type string; } }",
+      BodyOf(Run({"m"}), "m"));
+}
+
 TEST_F(Limits, MoreThan65535OfAKindAreLeftOut) {
   std::string text = "typedef t { type enumeration {\n";
   for (int i = 0; i < 65540; ++i) text += "enum e" + std::to_string(i) + ";\n";
