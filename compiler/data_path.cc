@@ -60,13 +60,31 @@ DataCursor UnknownCursor(const DataCursor& from) {
   return Moved(from, nullptr, true);
 }
 
-DataCursor RootOf(const DataCursor& context, const Module* module) {
+// The one root, of data or a template of the module, that has the node; that of data if
+// none has.
+static DataCursor RootOfGrouping(const DataCursor& context, const Module* module,
+                                 std::string_view name) {
+  const SchemaView* view = context.view;
+  const auto templates = view->templates.find(module);
+  const auto tree = view->trees.find(module);
+  if (tree == view->trees.end()) return UnknownCursor(context);
+  if (templates == view->templates.end()) return Moved(context, tree->second);
+  if (name.empty()) return UnknownCursor(context);
+  std::vector<const SchemaNode*> roots;
+  if (FindDataChild(*view, tree->second, module, name) != nullptr) roots.push_back(tree->second);
+  for (const SchemaNode* root : templates->second)
+    if (FindDataChild(*view, root, module, name) != nullptr || IsOpen(*view, root))
+      roots.push_back(root);
+  if (roots.size() > 1) return UnknownCursor(context);
+  return Moved(context, roots.empty() ? tree->second : roots[0]);
+}
+
+DataCursor RootOf(const DataCursor& context, const Module* module, std::string_view name) {
   const SchemaView* view = context.view;
   const SchemaNode* top = context.node == nullptr ? nullptr : TopOf(context.node);
   if (top != nullptr && top->keyword == Keyword::kNone) return Moved(context, top);
-  // A grouping alone may be one for templates.
-  if (top != nullptr && top->keyword == Keyword::kGrouping && view->hasTemplates)
-    return UnknownCursor(context);
+  if (top != nullptr && top->keyword == Keyword::kGrouping)
+    return RootOfGrouping(context, module, name);
   const auto tree = view->trees.find(module);
   if (tree == view->trees.end()) return UnknownCursor(context);
   return Moved(context, tree->second);

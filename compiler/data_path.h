@@ -24,8 +24,10 @@ struct DataCursor {
 DataCursor CursorAt(const SchemaView* view, const SchemaNode* place);
 
 // The root for a path from `context`, when `module` is whose top-level nodes are asked for.
-// A template of data is a root of its own.
-DataCursor RootOf(const DataCursor& context, const Module* module);
+// A template of data is a root of its own; in a grouping that is looked at alone the path
+// may begin at one, too, so there `name` is the node that is asked for, empty where it
+// stands without a prefix: then it may belong to any module that uses the grouping.
+DataCursor RootOf(const DataCursor& context, const Module* module, std::string_view name);
 
 // A path that cannot be followed any further.
 DataCursor UnknownCursor(const DataCursor& from);

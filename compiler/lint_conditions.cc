@@ -67,7 +67,8 @@ DataCursor FollowName(const Condition& condition, const XpathStep& step, const D
   const Module* space = SpaceOf(condition, condition.xpath->Of(step.prefix));
   if (space == nullptr || step.axis != XpathAxis::kChild || step.descendants || from.unknown)
     return Unknown(condition);
-  const DataCursor at = root ? RootOf(condition.context, space) : from;
+  const DataCursor at =
+      root ? RootOf(condition.context, space, step.prefix.empty() ? "" : name) : from;
   const DataCursor next = StepDown(at, space, name);
   if (next.unknown) return next;
   if (next.node != nullptr) return SeeState(condition, next) ? Unknown(condition) : next;

@@ -143,9 +143,12 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, Fault* fault) {
   DataCursor cursor = CursorAt(lint->view, leafref.node);
   if (path.absolute) {
     Module* first = leafref.node->space;
-    if (!path.steps.empty() && !path.steps[0].prefix.empty())
+    std::string_view name;
+    if (!path.steps.empty() && !path.steps[0].prefix.empty()) {
       first = ResolvePrefix(lint, cls::kPath, leafref.path, path.Of(path.steps[0].prefix));
-    cursor = RootOf(cursor, first);
+      name = path.Of(path.steps[0].name);
+    }
+    cursor = RootOf(cursor, first, name);
     if (cursor.unknown) return nullptr;
   }
   if (!TakeUps(path.ups, &cursor, fault)) return nullptr;

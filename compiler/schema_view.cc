@@ -321,8 +321,8 @@ SchemaNode* ViewAlone(SchemaView* view, xmlNode* holder) {
   SchemaNode* top =
       MakeNode(&builder, holder, isRoot ? Keyword::kNone : Keyword::kGrouping, nullptr);
   view->alone.emplace(holder, top);
-  view->hasTemplates = view->hasTemplates || kind != DataTemplate::kNone;
   if (top == nullptr) return nullptr;
+  if (isRoot) view->templates[builder.space].push_back(top);
   builder.open.push_back(holder);
   Expand(&builder, holder, top);
   return top;

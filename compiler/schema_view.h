@@ -65,7 +65,8 @@ struct SchemaView {
                              std::unordered_multimap<std::string_view, SchemaNode*>>
       dataChildren;
   mutable std::unordered_map<const SchemaNode*, bool> open;  // kept by StepDown()
-  bool hasTemplates = false;                                 // of data: `alone` has some
+  // The templates of data in `alone`, by their module.
+  std::unordered_map<const Module*, std::vector<const SchemaNode*>> templates;
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 
