@@ -3,10 +3,10 @@
 // namespace in the module that its prefix means, the name of the argument and its form
 // in the definition there. In YANG text the prefix tells the module, in YIN the
 // namespace does, and the argument is already what it is.
-#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "compiler/build.h"
 #include "compiler/path.h"
@@ -26,64 +26,45 @@ struct ExtensionForm {
   const char* argument = nullptr;  // NULL: it takes none
 };
 
-using FormsByName = std::map<std::pair<const Module*, std::string_view>, ExtensionForm>;
+using FormsByName = std::unordered_map<std::string_view, ExtensionForm>;
 
 struct Binder {
   Session* session = nullptr;
   Module* module = nullptr;
   Report* report = nullptr;
-  FormsByName forms;  // asked for once
+  std::unordered_map<const Module*, FormsByName> forms;  // of modules that were asked for
 };
 
 std::string_view View(const xmlChar* text) noexcept {
   return reinterpret_cast<const char*>(text);
 }
 
-bool Declares(const xmlNode* root, std::string_view prefix) noexcept {
-  for (const xmlNs* ns = root->nsDef; ns != nullptr; ns = ns->next)
-    if (ns->prefix != nullptr && View(ns->prefix) == prefix) return true;
-  return false;
-}
+// The declarations of a root, as far as they were made.
+struct Declarations {
+  xmlNode* root = nullptr;
+  xmlNs* last = nullptr;
+  std::unordered_set<std::string_view> prefixes;
+};
 
-void Declare(xmlNode* root, const std::string& prefix, const std::string& uri) {
-  if (prefix.empty() || uri.empty() || Declares(root, prefix)) return;
-  AppendNamespace(root, prefix, uri);
+void Declare(Declarations* all, const std::string& prefix, const std::string& uri) {
+  if (prefix.empty() || uri.empty() || !all->prefixes.insert(prefix).second) return;
+  all->last = AppendNamespace(all->root, all->last, prefix, uri);
 }
 
 void DeclareNamespaces(Module* module) {
+  Declarations all{module->root, nullptr, {}};
+  for (const xmlNs* ns = module->root->nsDef; ns != nullptr; ns = ns->next)
+    if (ns->prefix != nullptr) all.prefixes.insert(View(ns->prefix));
   const Module* main = MainModuleOf(module);
-  if (main != nullptr) Declare(module->root, module->prefix, main->nameSpace);
+  if (main != nullptr) Declare(&all, module->prefix, main->nameSpace);
   for (const Import& import : module->imports)
-    if (import.target != nullptr) Declare(module->root, import.prefix, import.target->nameSpace);
+    if (import.target != nullptr) Declare(&all, import.prefix, import.target->nameSpace);
 }
 
-// The definition of an extension in one file.
-const xmlNode* FindDefinition(const Module* file, std::string_view name) noexcept {
-  for (const xmlNode* s = FirstChild(file->root, Keyword::kExtension); s != nullptr;
-       s = NextSibling(s, Keyword::kExtension)) {
-    const char* argument = ArgumentOf(s);
-    if (argument != nullptr && name == argument) return s;
-  }
-  return nullptr;
-}
-
-struct Wanted {
-  std::string_view name;
-  const xmlNode* definition = nullptr;
-};
-
-void LookInFile(Module* file, void* arg) {
-  auto* wanted = static_cast<Wanted*>(arg);
-  if (wanted->definition == nullptr) wanted->definition = FindDefinition(file, wanted->name);
-}
-
-ExtensionForm ReadForm(Module* module, std::string_view name) {
-  Wanted wanted{name};
-  ForEachFile(module, LookInFile, &wanted);
+ExtensionForm ReadForm(const xmlNode* definition) {
   ExtensionForm form;
-  if (wanted.definition == nullptr) return form;
   form.found = true;
-  const xmlNode* argument = FirstChild(wanted.definition, Keyword::kArgument);
+  const xmlNode* argument = FirstChild(definition, Keyword::kArgument);
   if (argument == nullptr) return form;
   form.argument = ArgumentOf(argument);
   const char* yinElement = ArgumentOfChild(argument, Keyword::kYinElement);
@@ -91,10 +72,19 @@ ExtensionForm ReadForm(Module* module, std::string_view name) {
   return form;
 }
 
-const ExtensionForm& FormOf(Binder* b, Module* module, std::string_view name) {
-  const auto [place, isNew] = b->forms.try_emplace({module, name});
-  if (isNew) place->second = ReadForm(module, name);
-  return place->second;
+void ReadForms(Module* file, void* arg) {
+  auto* forms = static_cast<FormsByName*>(arg);
+  for (const xmlNode* s = FirstChild(file->root, Keyword::kExtension); s != nullptr;
+       s = NextSibling(s, Keyword::kExtension)) {
+    if (ArgumentOf(s) != nullptr) forms->emplace(ArgumentOf(s), ReadForm(s));
+  }
+}
+
+ExtensionForm FormOf(Binder* b, Module* module, std::string_view name) {
+  const auto [place, isNew] = b->forms.try_emplace(module);
+  if (isNew) ForEachFile(module, ReadForms, &place->second);
+  const auto form = place->second.find(name);
+  return form == place->second.end() ? ExtensionForm() : form->second;
 }
 
 // The module that an instance in YIN names by its namespace; NULL: it is not imported.
@@ -184,7 +174,7 @@ bool BindTo(Binder* b, const ExtensionInstance& instance, Module* target) {
                    "' has no namespace of its own");
     return false;
   }
-  const ExtensionForm& form = FormOf(b, target, View(element->name));
+  const ExtensionForm form = FormOf(b, target, View(element->name));
   if (!form.found) {
     AddFinding(b->report, Severity::kError, kExtensionClass, element,
                "module '" + target->name + "' defines no extension '" + NameOf(element) + "'");

@@ -103,7 +103,8 @@ bool IsXmlNamespace(std::string_view uri) noexcept {
   return uri != "http://www.w3.org/XML/1998/namespace" && uri != "http://www.w3.org/2000/xmlns/";
 }
 
-void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri) {
+xmlNs* AppendNamespace(xmlNode* element, xmlNs* last, std::string_view prefix,
+                       std::string_view uri) {
   // The declaration owns its texts from the start, so whoever frees it frees them.
   std::unique_ptr<xmlNs, void (*)(xmlNs*)> made(static_cast<xmlNs*>(Need(xmlMalloc(sizeof(xmlNs)))),
                                                 xmlFreeNs);
@@ -111,9 +112,10 @@ void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view
   made->type = XML_NAMESPACE_DECL;
   made->href = CopyText(uri);
   made->prefix = CopyText(prefix);
-  xmlNs** last = &element->nsDef;
-  while (*last != nullptr) last = &(*last)->next;
-  *last = made.release();
+  xmlNs** place = last == nullptr ? &element->nsDef : &last->next;
+  while (*place != nullptr) place = &(*place)->next;
+  *place = made.release();
+  return *place;
 }
 
 void RenameNamespace(xmlNode* element, std::string_view before, std::string_view after) {

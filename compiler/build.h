@@ -29,8 +29,10 @@ void SetAttributeText(xmlAttr* attribute, std::string_view value);
 bool IsXmlPrefix(std::string_view prefix) noexcept;
 bool IsXmlNamespace(std::string_view uri) noexcept;
 
-// Appends a namespace declaration to those of an element.
-void AppendNamespace(xmlNode* element, std::string_view prefix, std::string_view uri);
+// Appends a namespace declaration to those of an element, and gives it. `last` may be the
+// one that was appended before, when many are.
+xmlNs* AppendNamespace(xmlNode* element, xmlNs* last, std::string_view prefix,
+                       std::string_view uri);
 
 // Gives the element's declaration of a prefix another one.
 void RenameNamespace(xmlNode* element, std::string_view before, std::string_view after);

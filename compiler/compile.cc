@@ -33,43 +33,65 @@ namespace compiler {
 
 namespace {
 
-// True when a file of the module has errors of its own, or lacks what it needs.
+// A module of which it is asked whether it can be expanded.
+struct Probe {
+  Module* module = nullptr;
+  bool stopped = false;
+  std::vector<const Import*> imports;
+  size_t next = 0;
+};
+
+// Whether a file of the module has errors of its own, or lacks what it needs.
 void CheckFile(Module* file, void* arg) {
-  auto* out = static_cast<Output*>(arg);
+  auto* probe = static_cast<Probe*>(arg);
   bool fails = file->broken;
-  for (const Import& import : file->imports) fails = fails || import.target == nullptr;
   for (const Include& include : file->includes) fails = fails || include.target == nullptr;
-  out->stopped = out->stopped || fails;
+  for (const Import& import : file->imports) {
+    fails = fails || import.target == nullptr;
+    probe->imports.push_back(&import);
+  }
+  probe->stopped = probe->stopped || fails;
 }
 
-void NeedImports(Module* file, void* arg);
-
-// True when the module can be expanded: what it needs is there, too.
-bool IsSound(Compilation* all, Module* module) {
-  const auto known = all->sound.find(module);
-  if (known != all->sound.end()) return known->second;
-  // A circle of imports leads here again; who is in one is not sound.
-  all->sound[module] = false;
-  Output probe;
-  probe.all = all;
+// What the module is by itself.
+Probe StartProbe(Compilation* all, Module* module) {
+  Probe probe;
   probe.module = module;
   // A submodule that does not say of which module is no operand, and lint says what it lacks.
   probe.stopped = !Is(module->root, Keyword::kModule);
   ForEachFile(module, CheckFile, &probe);
   probe.stopped = probe.stopped || ReportDefinitionCircles(module, all->report);
-  ForEachFile(module, NeedImports, &probe);
-  all->sound[module] = !probe.stopped;
-  return !probe.stopped;
+  // A circle of imports leads here again; who is in one is not sound.
+  all->sound[module] = false;
+  return probe;
 }
 
-void NeedImports(Module* file, void* arg) {
-  auto* probe = static_cast<Output*>(arg);
-  for (const Import& import : file->imports) {
-    if (probe->stopped || IsSound(probe->all, import.target)) continue;
+// True when the module can be expanded: what it needs is there, too. Modules that import
+// one another may be a long chain, so they wait on a stack of our own.
+bool IsSound(Compilation* all, Module* module) {
+  const auto known = all->sound.find(module);
+  if (known != all->sound.end()) return known->second;
+  std::vector<Probe> open = {StartProbe(all, module)};
+  while (!open.empty()) {
+    Probe* probe = &open.back();
+    if (probe->stopped || probe->next == probe->imports.size()) {
+      all->sound[probe->module] = !probe->stopped;
+      open.pop_back();
+      continue;
+    }
+    const Import* import = probe->imports[probe->next];
+    const auto need = all->sound.find(import->target);
+    if (need == all->sound.end()) {
+      open.push_back(StartProbe(all, import->target));
+      continue;
+    }
+    ++probe->next;
+    if (need->second) continue;
     probe->stopped = true;
-    AddFinding(probe->all->report, Severity::kFatal, kLinkageClass, import.statement,
-               "the imported module \"" + import.module + "\" has errors");
+    AddFinding(all->report, Severity::kFatal, kLinkageClass, import->statement,
+               "the imported module \"" + import->module + "\" has errors");
   }
+  return all->sound[module];
 }
 
 // The modules and all that they import, as their files say it, each once.

@@ -57,16 +57,16 @@ bool IsUsed(const Uses& uses, const Import& import) {
          (import.target != nullptr && uses.nameSpaces.count(import.target->nameSpace) != 0);
 }
 
-// An instance of an extension that is not known has left the tree, with its prefix.
-bool HasLostInstances(const Lint& lint, const Module* file) {
-  return std::any_of(
-      lint.report->findings.begin(), lint.report->findings.end(), [file](const Finding& finding) {
-        return finding.place.file == file->file && std::strcmp(finding.group, cls::kExtension) == 0;
-      });
+// The files of which an instance of an extension that is not known has left the tree, with
+// its prefix.
+std::unordered_set<const SourceFile*> FilesWithLostInstances(const Lint& lint) {
+  std::unordered_set<const SourceFile*> files;
+  for (const Finding& finding : lint.report->findings)
+    if (std::strcmp(finding.group, cls::kExtension) == 0) files.insert(finding.place.file);
+  return files;
 }
 
 void JudgeImports(Lint* lint, const Module* file) {
-  if (HasLostInstances(*lint, file)) return;
   const Uses uses = UsesOf(file);
   for (const Import& import : file->imports)
     if (!import.prefix.empty() && import.prefix != file->prefix && !IsUsed(uses, import))
@@ -111,8 +111,9 @@ void CollectUsed(const Session& session, std::unordered_set<const xmlNode*>* use
 
 void LintUnused(Lint* lint) {
   const bool definesData = DefinesData(*lint);
+  const std::unordered_set<const SourceFile*> lost = FilesWithLostInstances(*lint);
   for (const Module* file : lint->files) {
-    JudgeImports(lint, file);
+    if (lost.count(file->file) == 0) JudgeImports(lint, file);
     for (const Keyword keyword : {Keyword::kTypedef, Keyword::kGrouping})
       ForEachStatement(file, keyword,
                        [&](const xmlNode* s) { JudgeDefinition(lint, s, definesData); });

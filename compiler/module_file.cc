@@ -146,6 +146,8 @@ void ReadHeader(Module* module) {
   module->name = TextOrEmpty(ArgumentOf(module->root));
   for (xmlNode* s = FirstChild(module->root); s != nullptr; s = NextSibling(s))
     TakeStatement(module, s);
+  for (const Import& import : module->imports)
+    module->importOfPrefix.emplace(import.prefix, &import);
 }
 
 }  // namespace compiler

@@ -39,7 +39,8 @@ std::string FreePrefix(const Output& out, std::string wanted) {
 
 void Declare(Output* out, const std::string& prefix, Module* module) {
   out->prefixes.push_back({prefix, module});
-  if (!module->nameSpace.empty()) AppendNamespace(out->written.root, prefix, module->nameSpace);
+  if (!module->nameSpace.empty())
+    AppendNamespace(out->written.root, nullptr, prefix, module->nameSpace);
 }
 
 // The prefix of the module's own. The file cannot be written with one that XML or the

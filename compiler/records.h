@@ -128,6 +128,8 @@ struct Module {
   bool broken = false;      // its text has errors; the tree holds what could be read
   Module* owner = nullptr;  // of a submodule: its module, NULL until that is found
   std::vector<Import> imports;
+  // Of each prefix the first import, once the header was read.
+  std::unordered_map<std::string_view, const Import*> importOfPrefix;
   std::vector<Include> includes;
   SymbolTable symbols;                        // of a module, filled by FindGlobal()
   std::vector<ExtensionInstance> extensions;  // in order of the file; none once bound

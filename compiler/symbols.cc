@@ -4,7 +4,8 @@
 // statements around its place.
 #include "compiler/symbols.h"
 
-#include <algorithm>
+#include <unordered_set>
+#include <vector>
 
 #include "compiler/statement.h"
 
@@ -66,12 +67,11 @@ xmlNode* FindInner(const SymbolTable& table, const xmlNode* at, Keyword keyword,
   return nullptr;
 }
 
-void VisitFile(Module* file, std::vector<Module*>* seen, void (*visit)(Module*, void*), void* arg) {
-  if (file == nullptr || std::find(seen->begin(), seen->end(), file) != seen->end()) return;
-  seen->push_back(file);
-  for (const Include& include : file->includes) VisitFile(include.target, seen, visit, arg);
-  visit(file, arg);
-}
+// A file whose includes are being visited.
+struct OpenFile {
+  Module* file = nullptr;
+  size_t next = 0;
+};
 
 }  // namespace
 
@@ -87,16 +87,12 @@ Module* MainModuleOf(Module* file) noexcept {
 
 Module* ModuleOfPrefix(Module* file, std::string_view prefix) noexcept {
   if (prefix.empty() || prefix == file->prefix) return MainModuleOf(file);
-  for (const Import& import : file->imports) {
-    if (prefix == import.prefix) return import.target;
-  }
-  return nullptr;
+  const auto import = file->importOfPrefix.find(prefix);
+  return import == file->importOfPrefix.end() ? nullptr : import->second->target;
 }
 
 bool KnowsPrefix(const Module* file, std::string_view prefix) noexcept {
-  return prefix == file->prefix ||
-         std::any_of(file->imports.begin(), file->imports.end(),
-                     [prefix](const Import& import) { return prefix == import.prefix; });
+  return prefix == file->prefix || file->importOfPrefix.count(prefix) != 0;
 }
 
 xmlNode* FindGlobal(Module* module, SymbolKind kind, std::string_view name) {
@@ -130,8 +126,19 @@ const xmlNode* OriginOf(const xmlNode* statement) noexcept {
 }
 
 void ForEachFile(Module* module, void (*visit)(Module* file, void* arg), void* arg) {
-  std::vector<Module*> seen;
-  VisitFile(module, &seen, visit, arg);
+  if (module == nullptr) return;
+  std::unordered_set<const Module*> seen = {module};
+  std::vector<OpenFile> open = {{module, 0}};
+  while (!open.empty()) {
+    OpenFile* top = &open.back();
+    if (top->next == top->file->includes.size()) {
+      visit(top->file, arg);
+      open.pop_back();
+      continue;
+    }
+    Module* included = top->file->includes[top->next++].target;
+    if (included != nullptr && seen.insert(included).second) open.push_back({included, 0});
+  }
 }
 
 }  // namespace compiler

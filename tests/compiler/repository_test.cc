@@ -2,6 +2,7 @@
 // Which file a module is taken from.
 #include "compiler/repository.h"
 
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -179,6 +180,35 @@ TEST_F(Lookup, OfOperandsThatAreOneModuleTheNewestIsWritten) {
               result.findings);
   }
   EXPECT_EQ(JobState::kDone, Run({newer, "m", newer}).state);
+}
+
+// Who imports whom may be a long chain, which is not to be one of calls.
+TEST_F(Lookup, AChainOfImportsTakesNoStack) {
+  constexpr int kLength = 1000;
+  Module("m0", "leaf a { type string; }");
+  for (int i = 1; i < kLength; ++i)
+    Module("m" + std::to_string(i), "import m" + std::to_string(i - 1) + " { prefix p; }");
+  struct Call {
+    JobRequest request;
+    JobResult result;
+  };
+  Call call;
+  call.request.folders = {folder()};
+  call.request.operands = {"m" + std::to_string(kLength - 1)};
+  call.request.withImports = true;
+  const auto compile = [](void* arg) -> void* {
+    auto* one = static_cast<Call*>(arg);
+    one->result = RunJob(one->request);
+    return nullptr;
+  };
+  pthread_attr_t attributes;
+  ASSERT_EQ(0, pthread_attr_init(&attributes));
+  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, size_t{1} << 20));
+  pthread_t thread{};
+  ASSERT_EQ(0, pthread_create(&thread, &attributes, compile, &call));
+  ASSERT_EQ(0, pthread_join(thread, nullptr));
+  ASSERT_EQ(0, pthread_attr_destroy(&attributes));
+  EXPECT_EQ(size_t{kLength}, call.result.modules.size());
 }
 
 TEST_F(Lookup, SyntaxErrorsStopAModuleAndWhatNeedsIt) {

@@ -26,6 +26,7 @@ namespace {
 
 constexpr int kFew = 1000;
 constexpr int kMany = 4 * kFew;
+constexpr int kPerFile = 8;  // of the shapes that are made of files, there are fewer
 
 // The files of a model of that size; the last one is compiled.
 using Files = std::vector<std::pair<std::string, std::string>>;
@@ -70,6 +71,33 @@ Files Two(const std::string& first, const std::string& second) {
 
 std::string Containers(int size) {
   return "container h {" + Each(size, "container c#;") + "}";
+}
+
+// Modules that each import the one before.
+Files Chain(int size) {
+  Files files = {{"m0", Module("m0", {}, "leaf a { type string; }")}};
+  for (int i = 1; i < size; ++i) {
+    const std::string name = "m" + std::to_string(i);
+    files.emplace_back(name, Module(name, {files.back().first}, "leaf a { type string; }"));
+  }
+  return files;
+}
+
+// A module of submodules, which it includes itself or each of them the next.
+Files WithSubmodules(int size, bool inAChain) {
+  Files files;
+  for (int i = 0; i < size; ++i) {
+    const std::string number = std::to_string(i);
+    const bool includesNext = inAChain && i + 1 < size;
+    files.emplace_back("s" + number,
+                       "submodule s" + number + " { belongs-to m { prefix m; } " +
+                           (includesNext ? "include s" + std::to_string(i + 1) + ";" : "") +
+                           " typedef t" + number + " { type string; } leaf l" + number +
+                           " { type t" + number + "; } }");
+  }
+  const std::string includes = inAChain ? "include s0;" : Each(size, "include s#;");
+  files.emplace_back("m", "module m { namespace urn:m; prefix m; " + includes + "}");
+  return files;
 }
 
 // Chains of fifty augments, each in what the next one in the text brings.
@@ -228,6 +256,21 @@ const Shape kShapes[] = {
        return One("container h { choice c {" + Each(n, "leaf x# { type string; when ../x#; }") +
                   "} }");
      }},
+    {"Extensions",
+     [](int n) {
+       return One(Each(n, "extension e# { argument a; }") + "leaf l { type string; " +
+                  Each(n, "a:e# x;") + "}");
+     }},
+    {"ImportsOfOneModule",
+     [](int n) {
+       return Files{
+           {"b", Module("b", {}, "typedef t { type string; }")},
+           {"a", "module a { namespace urn:a; prefix a;" + Each(n, "import b { prefix b#; }") +
+                     Each(n, "leaf l# { type b#:t; }") + "}"}};
+     }},
+    {"ModulesInAChain", [](int n) { return Chain(n / kPerFile); }},
+    {"Submodules", [](int n) { return WithSubmodules(n / kPerFile, false); }},
+    {"SubmodulesInAChain", [](int n) { return WithSubmodules(n / kPerFile, true); }},
     {"PathsThatLeadNowhere",
      [](int n) {
        return One("container h {" + Each(n, "leaf c# { type string; must \"../no\"; }") + "}");
