@@ -122,12 +122,19 @@ static QmErrNode *CheckInputElement(QmCtx *ctx, xmlNode *element, int deleted) {
   return fault == NULL ? CheckSiblings(ctx, element) : fault;
 }
 
+/* What is wrong with "config" itself, which has no node and so no path. An operation there would be
+   passed over, whatever the client meant. */
+static QmErrNode *CheckOutermost(xmlNode *config) {
+  if (config->properties == NULL) return CheckShape(config);
+  QmErrNode *fault = FaultAt(QM_ERR_TAG_UNKNOWN_ATTRIBUTE, config, "%s has an attribute.", NULL);
+  return With(fault, QM_AGENT_FIELD_BAD_ATTRIBUTE, C(config->properties->name));
+}
+
 QmErrNode *CheckInput(QmCtx *ctx, xmlNode *config) {
   QmErrNode *fault = NULL;
   config->_private = NULL;
-  QmErrNode *text = CheckShape(config);
-  /* It has no node and so no path. */
-  if (text != NULL) return With(text, QM_AGENT_FIELD_PATH, NULL);
+  QmErrNode *own = CheckOutermost(config);
+  if (own != NULL) return With(own, QM_AGENT_FIELD_PATH, NULL);
   for (xmlNode *child = FirstElement(config); child && !fault; child = NextElement(child))
     fault = CheckInputElement(ctx, child, 0);
   return fault == NULL ? CheckSiblings(ctx, config) : fault;

@@ -373,6 +373,15 @@ class Checks(AgentTest):
         self.assertEqual(session.edit(interface("ge0").replace("<name>", '<name a="b">')).error(),
                          "unknown-attribute")
 
+    def test_an_operation_of_the_whole_is_not_passed_over(self):
+        session = self.open()
+        reply = session.rpc('<edit-config><target><running/></target>'
+                            f'<config xmlns:nc="{BASE}" nc:operation="replace">{interface("ge0")}'
+                            "</config></edit-config>")
+        self.assertEqual((reply.error(), reply.error("bad-attribute"), reply.error("error-path")),
+                         ("unknown-attribute", "operation", None))
+        self.assertEqual(self.names(session), [])
+
     def test_running_is_valid(self):
         self.assertTrue(self.open().rpc("<validate><source><running/></source></validate>").ok())
 
