@@ -39,23 +39,25 @@ server=
 made_place=
 
 # Stops a process with all that descend from it, and prints their numbers: what is stopped
-# starts nothing, so that the second look, or the third, finds no more.
+# starts nothing, so that the second look, or the third, finds no more. What was found stays
+# found: its parent may end in between.
 stop_all() {
   local all=$1 before=
   while [ "$all" != "$before" ]; do
     # shellcheck disable=SC2086  # a list of words
     kill -STOP $all 2>/dev/null || true
     before=$all
-    all=$(cat /proc/[0-9]*/stat 2>/dev/null | awk -v all="$1" '
+    all=$(cat /proc/[0-9]*/stat 2>/dev/null | awk -v all="$all" '
       { pid = $1; sub(/^.*\) /, ""); parent[pid] = $2 }
       END {
-        found[all]
+        split(all, known, " ")
+        for (i in known) found[known[i]]
         do {
           count = length(found)
           for (pid in parent) if (parent[pid] in found) found[pid]
         } while (count != length(found))
         for (pid in found) print pid
-      }' | sort -n)
+      }' | sort -n | tr '\n' ' ')
   done
   echo "$all"
 }
