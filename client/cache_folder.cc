@@ -79,6 +79,18 @@ bool WriteBytes(int fd, std::string_view content) {
   return true;
 }
 
+// Closed on every way out.
+class OpenFile {
+ public:
+  explicit OpenFile(int fd) : fd_(fd) {}
+  ~OpenFile() { static_cast<void>(close(fd_)); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+
+ private:
+  int fd_;
+};
+
 struct CloseFolder {
   void operator()(DIR* folder) const noexcept { static_cast<void>(closedir(folder)); }
 };
@@ -145,11 +157,11 @@ bool CacheFolder::Read(uint64_t id, std::string* content) const {
   const int fd =
       openat(fd_, NameOf(id).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
   if (fd < 0) return false;
+  const OpenFile file(fd);
   struct stat info {};
   const bool done = fstat(fd, &info) == 0 && IsOwnFile(info) &&
                     ReadBytes(fd, static_cast<size_t>(info.st_size), content);
   if (done) static_cast<void>(futimens(fd, nullptr));
-  static_cast<void>(close(fd));
   return done;
 }
 
@@ -157,13 +169,14 @@ void CacheFolder::Write(uint64_t id, std::string_view content) const {
   uint64_t random = 0;
   if (content.size() > kMaxBytes || getrandom(&random, sizeof(random), 0) != sizeof(random)) return;
   const std::string unfinished = NameOf(random).append(kUnfinished);
+  const std::string whole = NameOf(id);  // memory may be refused, and not with a file begun
   MakeRoom(fd_, content.size());
   const int fd =
       openat(fd_, unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
   if (fd < 0) return;
   bool done = WriteBytes(fd, content);
   done = close(fd) == 0 && done;
-  done = done && renameat(fd_, unfinished.c_str(), fd_, NameOf(id).c_str()) == 0;
+  done = done && renameat(fd_, unfinished.c_str(), fd_, whole.c_str()) == 0;
   if (!done) static_cast<void>(unlinkat(fd_, unfinished.c_str(), 0));
   MakeRoom(fd_, 0);  // others may have written meanwhile
 }

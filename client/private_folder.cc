@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "client/options.h"
 
@@ -25,14 +26,15 @@ bool PrivateFolder::Make() {
     PrintError("%s: %s", path.c_str(), std::strerror(errno));
     return false;
   }
-  path_ = path;
+  path_ = std::move(path);
   return true;
 }
 
 bool PrivateFolder::Write(const std::string& name, std::string_view content) {
   const std::string path = path_ + "/" + name;
+  files_.push_back(path);  // before it is there, since memory may be refused
   std::FILE* file = std::fopen(path.c_str(), "wbx");
-  if (file != nullptr) files_.push_back(path);
+  if (file == nullptr) files_.pop_back();
   bool written =
       file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
   if (file != nullptr && std::fclose(file) != 0) written = false;

@@ -11,6 +11,8 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include <qmodel/inspect.h>
 #include <qmodel/loader.h>
@@ -26,6 +28,11 @@ namespace {
 struct Printing {
   const Options& options;
   bool printed = false;
+  bool refused = false;  // memory, on the way
+};
+
+struct DeleteContext {
+  void operator()(QmCtx* ctx) const noexcept { QM_CTX_Delete(ctx); }
 };
 
 // The file that the person who called knows: with -c the one that was compiled.
@@ -34,20 +41,31 @@ std::string KnownFile(const Options& options, const char* file) {
   return ShowControls(source == options.sources.end() ? file : source->second.c_str());
 }
 
+std::string LoadErrorLine(const Options& options, const char* module, const char* file,
+                          const char* message) {
+  std::string line = ShowControls(module) + ": ";
+  if (file != nullptr) line += KnownFile(options, file) + ": ";
+  return line + ShowControls(message) + "\n";
+}
+
+// Nothing may be thrown through the library, which holds a lock here.
 uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* arg) {
   auto* printing = static_cast<Printing*>(arg);
   printing->printed = true;
-  std::string line = ShowControls(module) + ": ";
-  if (file != nullptr) line += KnownFile(printing->options, file) + ": ";
-  line += ShowControls(message) + "\n";
-  static_cast<void>(std::fputs(line.c_str(), stderr));
-  return 0;
+  try {
+    const std::string line = LoadErrorLine(printing->options, module, file, message);
+    static_cast<void>(std::fputs(line.c_str(), stderr));
+  } catch (const std::bad_alloc&) {
+    printing->refused = true;
+  }
+  return printing->refused ? 1 : 0;
 }
 
 // True when there was at least one.
 bool PrintLoadErrors(QmCtx* ctx, const Options& options) {
   Printing printing{options};
   static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, PrintLoadError, &printing));
+  if (printing.refused) throw std::bad_alloc();
   return printing.printed;
 }
 
@@ -157,16 +175,14 @@ int Prepare(QmCtx* ctx, const Options& options, bool loadOperands) {
 }  // namespace
 
 QmCtx* OpenSession(const Options& options, bool loadOperands, int* status) {
-  QmCtx* ctx = QM_CTX_Create(options.loadFlags);
+  std::unique_ptr<QmCtx, DeleteContext> ctx(QM_CTX_Create(options.loadFlags));
   if (ctx == nullptr) {
     PrintError("out of memory");
     *status = kExitUnusable;
     return nullptr;
   }
-  *status = Prepare(ctx, options, loadOperands);
-  if (*status == kExitOk) return ctx;
-  QM_CTX_Delete(ctx);
-  return nullptr;
+  *status = Prepare(ctx.get(), options, loadOperands);
+  return *status == kExitOk ? ctx.release() : nullptr;
 }
 
 int ValidateFiles(const Options& options, ValidateFunc validate) {
