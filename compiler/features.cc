@@ -173,6 +173,18 @@ bool ApplyOne(Output* out, xmlNode* statement) {
   return true;
 }
 
+// The options name the feature by itself, and it is off all the same.
+void SayOffThoughNamed(const Output* out, const xmlNode* feature) {
+  const char* name = ArgumentOf(feature);
+  for (const FeatureName& one : out->all->options.features) {
+    if (name == nullptr || one.module != out->module->name || one.feature != name) continue;
+    AddFinding(out->all->report, Severity::kLoss, kLossClass, feature,
+               "the feature \"" + one.feature +
+                   "\" is off although -f names it, since it depends on one that is off");
+    return;
+  }
+}
+
 }  // namespace
 
 bool IsOff(const Output* out, const xmlNode* node) {
@@ -197,6 +209,7 @@ void ApplyFeatures(Output* out) {
       continue;
     }
     xmlNode* next = NextOutside(root, s);
+    if (Is(s, Keyword::kFeature)) SayOffThoughNamed(out, s);
     LeaveTree(out, s);
     s = next;
   }

@@ -78,6 +78,19 @@ TEST_F(Features, ThatAreNotDefinedLeaveTheirConditionOut) {
   EXPECT_EQ("leaf l { type string; }", BodyOf(result, "m"));
 }
 
+// RFC 7950, section 7.20.1. It is said also of a module that is not written.
+TEST_F(Features, ThatNeedWhatIsOffAreOffAndSaidWhenTheyAreNamed) {
+  Module11("n", "feature a; feature b {\n  if-feature a; }");
+  Module11("m", "import n { prefix n; } leaf l { if-feature n:b; type string; }");
+  CompileOptions options = On({{"n", "b"}}, true);
+  EXPECT_EQ(
+      "n.yang:2: the feature \"b\" is off although -f names it, since it depends on one that is "
+      "off\n",
+      Findings("m", options));
+  EXPECT_EQ("", Findings("m", On({{"n", "*"}, {"m", "*"}}, true)));
+  EXPECT_EQ("", BodyOf(Run({"m"}, options), "m"));
+}
+
 TEST_F(Features, ADefaultCaseThatGoesTakesTheDefaultAlong) {
   Module11("m",
            "feature a; choice ch { default x; case x { if-feature a; leaf x { type string; } }\n"
