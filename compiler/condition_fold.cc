@@ -6,6 +6,7 @@
 #include "compiler/condition_fold.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -13,6 +14,8 @@
 namespace compiler {
 
 namespace {
+
+constexpr char kZero[] = "0";
 
 enum class Known : uint8_t {
   kNothing,
@@ -203,12 +206,36 @@ class Folder {
     for (const uint32_t operand : node.operands) sides.push_back(Fold(operand));
     const auto isNone = [](const Part& part) { return part.known == Known::kNoNodes; };
     const auto none = std::find_if(sides.begin(), sides.end(), isNone);
-    if (none == sides.end()) return Values(index);
+    if (none == sides.end()) return Numbers(index, sides);
     if (sides.size() != 2) return Author(index);
     const size_t at = static_cast<size_t>(none - sides.begin());
     if (TypeOf(xpath_, node.operands[1 - at]) != XpathType::kBoolean || isNone(sides[1 - at]))
       return {Known::kFalse, true};
     return CompareFalse(index, at, sides[1 - at]);
+  }
+
+  std::optional<double> NumberOf(uint32_t operand, const Part& part) const {
+    if (xpath_.At(operand).kind != XpathKind::kNumber && part.text != kZero) return std::nullopt;
+    return std::strtod(part.text.c_str(), nullptr);
+  }
+
+  // What counts nodes may have become a number.
+  Part Numbers(uint32_t index, const std::vector<Part>& sides) {
+    const XpathNode& node = xpath_.At(index);
+    const bool isChanged = sides.size() == 2 && (sides[0].changed || sides[1].changed);
+    const auto left = isChanged ? NumberOf(node.operands[0], sides[0]) : std::nullopt;
+    const auto right = isChanged ? NumberOf(node.operands[1], sides[1]) : std::nullopt;
+    if (!left || !right) return Values(index);
+    const std::string_view op = xpath_.Of(node.operators[0]);
+    const bool isLess = *left < *right;
+    const bool isMore = *left > *right;
+    const bool holds = op == "="    ? !isLess && !isMore
+                       : op == "!=" ? isLess || isMore
+                       : op == "<"  ? isLess
+                       : op == "<=" ? !isMore
+                       : op == ">"  ? isMore
+                                    : !isLess;
+    return {OfBoolean(holds), true};
   }
 
   Part CompareFalse(uint32_t index, size_t at, const Part& other) {
@@ -237,7 +264,7 @@ class Folder {
     if (name == "boolean" || name == "bit-is-set" || name == "derived-from" ||
         name == "derived-from-or-self")
       return {Known::kFalse, true};
-    if (name == "count" || name == "sum" || name == "string-length") return Fresh("0");
+    if (name == "count" || name == "sum" || name == "string-length") return Fresh(kZero);
     if (name == "deref") return {Known::kNoNodes, true};
     if (name == "enum-value") return Fresh("number('')");
     if (name == "local-name" || name == "name" || name == "namespace-uri" || name == "string")

@@ -30,9 +30,26 @@ std::string Named(const xmlNode* node) {
   return std::string(NameOf(node)) + " \"" + (name == nullptr ? "" : name) + "\"";
 }
 
-// An input or output that nothing is left of is no longer written, but the operation has
+// What else stands in an input, output or augment that has lost its nodes goes with them.
+void LeaveRest(Output* out, xmlNode* parent) {
+  for (xmlNode* s = FirstChild(parent); s != nullptr;) {
+    xmlNode* next = NextSibling(s);
+    const bool isMust = Is(s, Keyword::kMust);
+    if (isMust || Is(s, Keyword::kNone))
+      Lose(out, s,
+           std::string(isMust ? "the must in " : "an extension in ") + NameOf(parent) +
+               " has no place in the output, since every node there depends on a feature that is "
+               "off");
+    TakeOut(s);
+    out->removed.emplace_back(s);
+    s = next;
+  }
+}
+
+// An input or output that no node is left of is no longer written, but the operation has
 // it all the same: paths of others may lead there.
 void LeaveUnwritten(Output* out, xmlNode* block) {
+  LeaveRest(out, block);
   xmlNode* operation = ParentOf(block);
   ForgetChildren(out->all, operation);
   TakeOut(block);
@@ -53,13 +70,6 @@ void ForgetDefault(const xmlNode* choice, const xmlNode* node) {
 bool HoldsNode(const xmlNode* parent) {
   for (const xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s)) {
     if (IsSchemaNode(KeywordOf(s))) return true;
-  }
-  return false;
-}
-
-bool HoldsNodeOrExtension(const xmlNode* parent) {
-  for (const xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s)) {
-    if (IsSchemaNode(KeywordOf(s)) || Is(s, Keyword::kNone)) return true;
   }
   return false;
 }
@@ -152,7 +162,10 @@ class Departures {
       xmlNode* parent = out->lessened.back();
       out->lessened.pop_back();
       if (!StaysInTree({parent, out})) continue;
-      if (Is(parent, Keyword::kAugment) && !HoldsNodeOrExtension(parent)) Leave(out, parent);
+      if (Is(parent, Keyword::kAugment) && !HoldsNode(parent)) {
+        LeaveRest(out, parent);
+        Leave(out, parent);
+      }
       if (Is(parent, Keyword::kNone)) SettleTemplate(out, parent);
       if (Is(parent, Keyword::kList)) SettleList(out, parent);
       if (Is(parent, Keyword::kCase)) parent = ParentOf(parent);
@@ -295,7 +308,7 @@ void LeaveTree(Output* out, xmlNode* node) {
   const bool isShorthand = Is(parent, Keyword::kCase) && StatementOf(parent)->origin == nullptr;
   if (isShorthand && FirstChild(parent) == nullptr) LeaveTree(out, parent);
   const bool isBlock = Is(parent, Keyword::kInput) || Is(parent, Keyword::kOutput);
-  if (isBlock && FirstChild(parent) == nullptr) LeaveUnwritten(out, parent);
+  if (isBlock && !HoldsNode(parent)) LeaveUnwritten(out, parent);
 }
 
 bool StaysInTree(const FoundNode& node) {

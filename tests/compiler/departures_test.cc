@@ -118,6 +118,21 @@ TEST_F(Departures, AUniqueThatNamesWhatHasLeftNeverApplies) {
   EXPECT_EQ("deviation /n:l { deviate delete { unique v w; } }", BodyOf(result, "m"));
 }
 
+TEST_F(Departures, WhatStoodBesideTheNodesGoesWithThemAndIsSaid) {
+  Module11("n",
+           "feature a; extension e;\n"
+           "rpc r { input {\n  must \"x\"; leaf x { if-feature a; type string; } }\n"
+           "  output {\n  n:e; leaf o { if-feature a; type string; } } }\n"
+           "container c;");
+  Module11("m",
+           "import n { prefix n; } feature b;\n"
+           "augment /n:c {\n  n:e; leaf al { if-feature b; type string; } }\n"
+           "augment /n:r/n:input { leaf ai { type string; } }");
+  const JobResult result = RunOff({"m", "n"}, 3);
+  EXPECT_EQ("feature a; extension e; rpc r; container c;", BodyOf(result, "n"));
+  EXPECT_EQ("feature b; augment /n:r/n:input { leaf ai { type string; } }", BodyOf(result, "m"));
+}
+
 TEST_F(Departures, AMandatoryChoiceWithoutNodesIsReported) {
   Module11(
       "m",
