@@ -133,8 +133,8 @@ class Messages(AgentTest):
             session.receive()
         self.assertEqual(session.process.wait(30), 1)
         # The limit is not one of the session.
-        greeted = self.open("--hello-timeout", "1")
-        time.sleep(1.5)
+        greeted = self.open("--hello-timeout", "4")
+        time.sleep(4.2)
         self.assertIsNone(greeted.get_config().error())
 
     def test_attributes_of_a_request_come_back(self):
