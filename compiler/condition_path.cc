@@ -201,7 +201,7 @@ class Walk {
     const bool another =
         item.node == nullptr && schema.DataChild(current_, nullptr, item.name) != nullptr;
     out_.namesake = out_.namesake || another ||
-                    (item.node != nullptr && schema.HasNamesake(current_, item.node));
+                    (item.node != nullptr && schema.HasNamesake(current_, item.node, place_.words));
     EnterChild(item);
   }
 

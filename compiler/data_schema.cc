@@ -227,7 +227,7 @@ DataNode* DataSchema::FindTarget(DataModule* module, std::string_view path) {
 void DataSchema::Link(DataModule* module) {
   if (module->linked) return;
   module->linked = true;
-  ++links_;
+  bool hangs = false;
   for (const xmlNode* augment = NextElement(module->root->children); augment != nullptr;
        augment = NextElement(augment->next)) {
     if (YinKeyword(augment) != Keyword::kAugment) continue;
@@ -241,7 +241,21 @@ void DataSchema::Link(DataModule* module) {
       if (conditional) node->conditional = true;
       if (hasWhen) node->hasWhen = true;
       if (target != nullptr) target->augmented.push_back(node);
+      hangs = hangs || target != nullptr;
     }
+  }
+  if (hangs) ++links_;
+}
+
+void DataSchema::LinkAllKnownTo(DataModule* module) {
+  if (module->knowsAll) return;
+  module->knowsAll = true;
+  Link(module);
+  for (const auto& import : module->imports) {
+    DataModule* imported = FindModule(import.second);
+    if (imported == nullptr) continue;
+    Link(imported);
+    module->known.insert(imported);
   }
 }
 
@@ -326,10 +340,17 @@ DataNode* DataSchema::DataChild(DataNode* parent, DataModule* module, std::strin
   return nullptr;
 }
 
-bool DataSchema::HasNamesake(DataNode* parent, const DataNode* child) {
+bool DataSchema::HasNamesake(DataNode* parent, const DataNode* child, DataModule* words) {
   if (parent == nullptr) return false;
   const DataNode* own = DataChild(parent, nullptr, child->name);
-  return own != nullptr && own != child;
+  if (own != nullptr && own != child) return true;
+  LinkAllKnownTo(words);
+  const DataNames& names = NamesBelow(parent, words);
+  const auto named = names.named.find(child->name);
+  if (named == names.named.end()) return false;
+  return std::any_of(named->second.begin(), named->second.end(), [&](const DataNode* node) {
+    return node != child && (node->module == words || words->known.count(node->module) != 0);
+  });
 }
 
 const DataNode* DataSchema::MessageOf(const DataNode* node) {

@@ -25,7 +25,9 @@ struct DataModule {
   std::string_view prefix;
   std::map<std::string_view, std::string_view> imports;  // prefix to module name
   std::map<std::string_view, const xmlNode*> typedefs;
-  bool linked = false;  // its augments hang below their targets
+  bool linked = false;    // its augments hang below their targets
+  bool knowsAll = false;  // those of its imports do, too, and `known` is filled
+  std::unordered_set<const DataModule*> known;  // its imports
 };
 
 // A node of the schema: a data node, an operation, a notification, a choice, case, input
@@ -92,8 +94,9 @@ class DataSchema {
   // the first of that name among those that stand in the parent's own module. Choices
   // and cases are looked through, outputs are not.
   DataNode* DataChild(DataNode* parent, DataModule* module, std::string_view name);
-  // More than one child of that name in the parent's own module, or `child` and one there.
-  bool HasNamesake(DataNode* parent, const DataNode* child);
+  // True where the parent has another child of that name, as far as `words` knows: in its own
+  // module, or hung there by `words` or one of its imports.
+  bool HasNamesake(DataNode* parent, const DataNode* child, DataModule* words);
   const std::vector<DataNode*>& OwnChildren(DataNode* node);
 
   // The operation or notification that a message consists of, around the node or the node
@@ -110,6 +113,7 @@ class DataSchema {
 
  private:
   void Link(DataModule* module);
+  void LinkAllKnownTo(DataModule* module);
   DataNode* Step(DataNode* node, DataModule* module, std::string_view name, DataModule* words);
   bool IsKeyOf(const DataNode* list, std::string_view name);
   DataNode* AddNode(const xmlNode* statement, DataNode* parent, DataModule* module);

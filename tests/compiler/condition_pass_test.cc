@@ -55,6 +55,21 @@ constexpr char kNodes[] =
     "container c { leaf a { type string; } leaf b { type int8; } list l { key k; leaf k { type "
     "int8; } } } ";
 
+// The library compares names without their module: of "x" it takes the first.
+TEST(SettleConditions, LeavesPathsToANodeBesideItsNamesakeOfAnotherModule) {
+  const Folder folder;
+  folder.Write("m", "rpc r { input { leaf x { type string; } leaf y { type string; } } }");
+  folder.Write("n", "import m { prefix m; } augment /m:r/m:input { leaf y { type string; } }");
+  folder.Write("k",
+               "import m { prefix m; } import n { prefix n; } augment /m:r/m:input { "
+               "leaf x { type string; } leaf z { type string; } leaf q { type string; "
+               "must \"../m:x != 'a'\"; must \"../m:y != 'b'\"; must \"../k:z != 'c'\"; } }");
+  const std::string yin = Yin(Compile(folder, "k"));
+  EXPECT_NE(yin.find("<must condition=\"../m:x != 'a'\"/>"), std::string::npos) << yin;
+  EXPECT_NE(yin.find("<must condition=\"../m:y != 'b'\"/>"), std::string::npos) << yin;
+  EXPECT_NE(yin.find("<must condition=\"../k:z and ../k:z != 'c'\"/>"), std::string::npos) << yin;
+}
+
 TEST(SettleConditions, RewritesEachWhereItStands) {
   const Folder folder;
   folder.Write("m",
