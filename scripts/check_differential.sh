@@ -16,7 +16,9 @@ without='SameResults|PatternThatExplodes|SharedPatterns|TakesNoMoreStack|killed_
 count=$(mktemp)
 trap 'rm -f "$count"' EXIT
 export LD_LIBRARY_PATH=$PWD/tests/differential QMODEL_DIFFERENTIAL_COUNT=$count
-run() { ctest --no-tests=error --output-on-failure -j "$(nproc)" "$@" | tail -n 40; }
+run() {
+  ctest --no-tests=error --output-on-failure -j "$(nproc)" "$@" | sed '/ Passed /d; /^ *Start /d'
+}
 QMODEL_DIFFERENTIAL=changes run -R "$suites" -E "$without|Thread"
 # Nothing is changed beside other threads.
 QMODEL_DIFFERENTIAL=runs run -R Thread -E "$without"
