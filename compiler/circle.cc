@@ -11,6 +11,7 @@
 #include "compiler/if_feature.h"
 #include "compiler/statement.h"
 #include "compiler/symbols.h"
+#include "compiler/type_chain.h"
 
 namespace compiler {
 
@@ -123,7 +124,10 @@ std::vector<Link> NamedBelow(const void* definition, Keyword keyword, SymbolKind
   std::vector<Link> links;
   const xmlNode* top = Node(definition);
   for (const xmlNode* s = NextInTree(top, top); s != nullptr; s = NextInTree(top, s)) {
-    if (Is(s, keyword) && ArgumentOf(s) != nullptr) AddLink(&links, kind, s, ArgumentOf(s));
+    if (!Is(s, keyword) || ArgumentOf(s) == nullptr) continue;
+    const bool isBuiltIn =
+        kind == SymbolKind::kTypedef && FindBuiltIn(ArgumentOf(s)) != BuiltIn::kNone;
+    if (!isBuiltIn) AddLink(&links, kind, s, ArgumentOf(s));
   }
   return links;
 }

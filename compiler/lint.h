@@ -42,6 +42,10 @@ void LintModules(Session* session, std::span<Module* const> modules, Report* rep
 // place, and puts the rest in order: files as they were read, then lines and columns.
 void SettleFindings(const Session& session, const LintOptions& options, Report* report);
 
+// Adds to what the readers and the compiler have found what to do about it, where they do
+// not say it.
+void AddAdvice(Report* report);
+
 // The number of errors, fatal ones included.
 size_t CountErrors(const Report& report) noexcept;
 

@@ -124,10 +124,9 @@ void JudgeIdentity(const Condition& condition, const XpathNode& call) {
   if (condition.xpath->At(call.operands[1]).kind != XpathKind::kLiteral) return;
   const std::string literal(LiteralText(*condition.xpath, call.operands[1]));
   const Reference reference = SplitReference(literal);
-  const Module* module = reference.prefix.empty()
-                             ? MainModuleOf(StatementOf(condition.statement)->words)
-                             : SpaceOf(condition, reference.prefix);
-  if (module == nullptr || module->broken) return;
+  Module* module = reference.prefix.empty() ? MainModuleOf(StatementOf(condition.statement)->words)
+                                            : SpaceOf(condition, reference.prefix);
+  if (module == nullptr || IsLossy(module)) return;
   if (FindSymbol(condition.statement, SymbolKind::kIdentity, literal) == nullptr)
     Say(condition, "in " + What(condition.statement) + " there is no identity " + Quote(literal),
         "name an identity with the prefix of its module");

@@ -3,7 +3,6 @@
 // is restricted further (RFC 7950, sections 7.3.4, 7.6.4 and 7.7.4). What a refine or a
 // deviation gives is judged with its node.
 #include <algorithm>
-#include <set>
 #include <vector>
 
 #include "compiler/lint_pass.h"
@@ -16,16 +15,9 @@ namespace compiler {
 namespace {
 
 void JudgeWritten(Lint* lint, const xmlNode* holder, const xmlNode* type) {
-  std::set<std::string_view> values;
   for (const xmlNode* s = FirstChild(holder, Keyword::kDefault); s != nullptr;
-       s = NextSibling(s, Keyword::kDefault)) {
-    if (ArgumentOf(s) == nullptr) continue;
+       s = NextSibling(s, Keyword::kDefault))
     JudgeDefault(lint, s, type);
-    if (!values.insert(ArgumentOf(s)).second)
-      Error(lint, cls::kDefault, s,
-            Describe(holder) + " has the default " + Quote(ArgumentOf(s)) + " already",
-            "remove one");
-  }
 }
 
 // The nearest typedef with a default along the chain.

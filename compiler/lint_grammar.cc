@@ -94,7 +94,7 @@ void JudgeContent(Lint* lint, const Module* file, const xmlNode* parent) {
   const Keyword keyword = KeywordOf(parent);
   const bool mustHold = keyword == Keyword::kInput || keyword == Keyword::kOutput ||
                         keyword == Keyword::kList || keyword == Keyword::kAugment;
-  if (!mustHold || file->broken) return;
+  if (!mustHold || file->lossy) return;
   for (const xmlNode* s = FirstChild(parent); s != nullptr; s = NextSibling(s))
     if (IsContentOf(keyword, KeywordOf(s))) return;
   const bool implied = keyword == Keyword::kInput || keyword == Keyword::kOutput;

@@ -64,6 +64,7 @@ void Run(const LintRequest& request, LintResult* result) {
   LintLibrary(&repository, modules, &report);
   result->troubles = TakeTroubles(&report);
   SettleFindings(*session, request.options, &report);
+  AddAdvice(&report);
   if (CountErrors(report) != 0) result->state = LintState::kErrors;
   if (!result->troubles.empty() || (missing && !IsSyntaxTold(report)))
     result->state = LintState::kUnusable;

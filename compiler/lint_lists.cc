@@ -67,7 +67,7 @@ void JudgeKey(Lint* lint, const SchemaNode* list, const xmlNode* at) {
     const SchemaNode* leaf = FindChild(list, space, name.name);
     if (leaf != nullptr) {
       JudgeKeyLeaf(lint, list, at, leaf);
-    } else if (lint->view->holes.count(list) == 0) {
+    } else if (!MayMiss(*lint->view, list)) {
       ErrorOn(lint, cls::kList, list, at,
               "list " + Quote(list->name) + " has no leaf " + Quote(word) + " for its key",
               NearestChild(lint, list, name.name, "define it directly in the list"));
@@ -86,7 +86,7 @@ const SchemaNode* FollowUnique(Lint* lint, const SchemaNode* list, const xmlNode
     const Module* space = SpaceOf(lint, list, at, name.prefix);
     const SchemaNode* child = space == nullptr ? nullptr : FindChild(node, space, name.name);
     if (child == nullptr) {
-      if (space != nullptr && lint->view->holes.count(node) == 0)
+      if (space != nullptr && !MayMiss(*lint->view, node))
         ErrorOn(lint, cls::kList, list, at,
                 "the path " + Quote(path) + " in unique of list " + Quote(list->name) +
                     " leads nowhere: " + Quote(node->name) + " has no " + Quote(step),

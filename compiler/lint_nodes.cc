@@ -3,12 +3,14 @@
 // mandatory, defaults of choices, numbers of entries, and where operations may stand
 // (RFC 7950, sections 7.5 to 7.16 and 7.21.1). Keys and unique have a file of their own.
 #include <algorithm>
+#include <set>
 
 #include "compiler/argument.h"
 #include "compiler/grammar.h"
 #include "compiler/lint_nodes.h"
 #include "compiler/lint_pass.h"
 #include "compiler/suggestion.h"
+#include "compiler/value_check.h"
 
 namespace compiler {
 
@@ -71,6 +73,22 @@ void JudgeRefinedDefault(Lint* lint, const SchemaNode* node) {
       JudgeDefault(lint, s, type);
 }
 
+// Entries of a leaf-list of configuration are different values, however they are written.
+void JudgeEntries(Lint* lint, const SchemaNode* node) {
+  const xmlNode* first = PropertyStatement(node, Keyword::kDefault);
+  const xmlNode* type = FirstChild(node->statement, Keyword::kType);
+  if (first == nullptr || type == nullptr || ConfigOf(node) != Config::kTrue) return;
+  std::set<std::string> values;
+  for (const xmlNode* s = first; s != nullptr; s = NextSibling(s, Keyword::kDefault)) {
+    if (ArgumentOf(s) == nullptr || values.insert(CanonicalOf(type, ArgumentOf(s))).second)
+      continue;
+    ErrorOn(
+        lint, cls::kDefault, node, s,
+        "leaf-list " + Quote(node->name) + " has the default " + Quote(ArgumentOf(s)) + " already",
+        "remove one");
+  }
+}
+
 // The node above in which an action or notification may not stand; NULL: there is none.
 const SchemaNode* FindBarrier(const SchemaNode* node) {
   for (const SchemaNode* above = node->parent; above != nullptr; above = above->parent) {
@@ -119,6 +137,7 @@ void JudgeNode(Lint* lint, const SchemaNode* node) {
   JudgeRefinedDefault(lint, node);
   const xmlNode* preset = PropertyStatement(node, Keyword::kDefault);
   if (node->keyword == Keyword::kChoice && preset != nullptr) JudgeDefaultCase(lint, node, preset);
+  if (node->keyword == Keyword::kLeafList) JudgeEntries(lint, node);
   if (node->keyword == Keyword::kList) JudgeList(lint, node);
   if (node->keyword == Keyword::kAction || node->keyword == Keyword::kNotification)
     JudgeOperation(lint, node);
@@ -199,7 +218,7 @@ void JudgeDefaultCase(Lint* lint, const SchemaNode* choice, const xmlNode* state
     if (wanted.name == node->name) found = node;
   }
   if (found == nullptr) {
-    if (lint->view->holes.count(choice) != 0) return;
+    if (MayMiss(*lint->view, choice)) return;
     ErrorOn(lint, cls::kDefault, choice, statement,
             "choice " + Quote(choice->name) + " has no case " + Quote(name),
             near.Advice("name one of its cases"));

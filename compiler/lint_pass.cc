@@ -127,10 +127,7 @@ xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind ki
     return found;
   }
   const bool local = module == MainModuleOf(StatementOf(at)->words);
-  const bool incomplete =
-      module->broken || std::any_of(module->includes.begin(), module->includes.end(),
-                                    [](const Include& i) { return i.target == nullptr; });
-  if (incomplete) return nullptr;
+  if (IsLossy(module)) return nullptr;
   Suggestion near(parts.name, &lint->namesToCompare);
   if (lint->namesToCompare != 0) ConsiderNames(&near, module, kind, local);
   std::string message = std::string("there is no ") + kSymbolWords[static_cast<size_t>(kind)] +

@@ -105,6 +105,9 @@ Module* ResolvePrefix(Lint* lint, const char* group, const xmlNode* at, std::str
 // True when the identity has `base` among its bases or theirs.
 bool IsDerivedFrom(const xmlNode* identity, const xmlNode* base);
 
+// Judges a statement that refers to a definition by the status of both.
+void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition);
+
 // Judges a default, wherever it is written, against the type that it is for.
 void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type);
 

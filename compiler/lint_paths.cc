@@ -204,6 +204,7 @@ void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
         StatementOf(leafref.path)->words->version11
             ? "refer to configuration, or write \"require-instance false;\""
             : "refer to configuration");
+  JudgeStatus(lint, leafref.path, target->statement);
   JudgeDefaults(lint, leafref, target);
   if (IsCircle(lint, leafref.node))
     ErrorOn(lint, cls::kPath, leafref.node, leafref.path, what + " leads back to itself",

@@ -32,17 +32,7 @@ Status StatusAround(const xmlNode* statement) {
 void JudgeReference(Lint* lint, const xmlNode* statement, SymbolKind kind,
                     const std::string& name) {
   const xmlNode* definition = FindSymbol(statement, kind, name);
-  if (definition == nullptr) return;
-  if (MainModuleOf(StatementOf(definition)->words) != lint->module) return;
-  const Status needed = WrittenStatus(definition);
-  // Most are current, and what stands around need not be asked.
-  if (needed == Status::kCurrent) return;
-  const Status own = StatusAround(statement);
-  if (needed <= own) return;
-  Error(lint, cls::kStatus, statement,
-        std::string("a ") + kWords[static_cast<size_t>(own)] + " definition refers to " +
-            Describe(definition) + ", which is " + kWords[static_cast<size_t>(needed)],
-        "refer to another, or give this one the same status");
+  if (definition != nullptr) JudgeStatus(lint, statement, definition);
 }
 
 void JudgeFeatures(Lint* lint, const xmlNode* statement, const char* text) {
@@ -59,6 +49,20 @@ void JudgeFeatures(Lint* lint, const xmlNode* statement, const char* text) {
 }
 
 }  // namespace
+
+void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition) {
+  for (const xmlNode* s : {statement, definition})
+    if (MainModuleOf(StatementOf(s)->words) != lint->module) return;
+  const Status needed = WrittenStatus(definition);
+  // Most are current, and what stands around need not be asked.
+  if (needed == Status::kCurrent) return;
+  const Status own = StatusAround(statement);
+  if (needed <= own) return;
+  Error(lint, cls::kStatus, statement,
+        std::string("a ") + kWords[static_cast<size_t>(own)] + " definition refers to " +
+            Describe(definition) + ", which is " + kWords[static_cast<size_t>(needed)],
+        "refer to another, or give this one the same status");
+}
 
 void LintStatus(Lint* lint, const Module* file) {
   for (const xmlNode* s = NextInTree(file->root, file->root); s != nullptr;

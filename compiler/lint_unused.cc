@@ -110,6 +110,7 @@ void CollectUsed(const Session& session, std::unordered_set<const xmlNode*>* use
 }
 
 void LintUnused(Lint* lint) {
+  if (IsLossy(lint->module)) return;  // what uses them may be missing
   const bool definesData = DefinesData(*lint);
   const std::unordered_set<const SourceFile*> lost = FilesWithLostInstances(*lint);
   for (const Module* file : lint->files) {

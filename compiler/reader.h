@@ -27,6 +27,12 @@ inline constexpr char kSyntaxClass[] = "syntax";
 // That of BindPrefixes().
 inline constexpr char kExtensionClass[] = "extension";
 
+// True when a statement without its argument is a definition, or an import, that is lost.
+inline bool LosesName(Keyword keyword) noexcept {
+  const std::string_view argument = RowOf(keyword).argument;
+  return argument == "name" || argument == "module";
+}
+
 // What a person names may be a pipe; what is found in a folder may not.
 enum class FileOrigin : uint8_t { kNamed, kFound };
 

@@ -109,6 +109,7 @@ struct InnerSymbols {
 // trees.
 struct SymbolTable {
   bool filled = false;
+  bool lossy = false;                                                      // some may be missing
   std::unordered_map<std::string_view, xmlNode*> named[kSymbolKindCount];  // at its level
   // The groupings and typedefs further in, by the statement that they stand in.
   std::unordered_map<const xmlNode*, InnerSymbols> inner;
@@ -126,6 +127,7 @@ struct Module {
   std::string belongsTo;    // empty: a module
   bool version11 = false;   // yang-version 1.1
   bool broken = false;      // its text has errors; the tree holds what could be read
+  bool lossy = false;       // ... which is less than what stands there
   Module* owner = nullptr;  // of a submodule: its module, NULL until that is found
   std::vector<Import> imports;
   // Of each prefix the first import, once the header was read.

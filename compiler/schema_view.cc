@@ -108,7 +108,7 @@ void FollowPath(const SchemaView& view, Module* space, std::string_view path, Ta
     target->reached = node;
     target->failed = step;
     if (child == nullptr) {
-      target->unknown = module == nullptr || view.holes.count(node) != 0;
+      target->unknown = module == nullptr || MayMiss(view, node);
       return;
     }
     node = child;
@@ -188,9 +188,6 @@ void AddFile(Module* file, void* arg) {
   const auto* visit = static_cast<const FileVisit*>(arg);
   SchemaView* view = visit->builder->view;
   Expand(visit->builder, file->root, visit->top);
-  bool lost = file->broken;
-  for (const Include& include : file->includes) lost = lost || include.target == nullptr;
-  if (lost) view->holes[visit->top] = true;
   for (xmlNode* s = FirstChild(file->root, Keyword::kAugment); s != nullptr;
        s = NextSibling(s, Keyword::kAugment))
     view->augments.emplace_back().statement = s;
@@ -388,7 +385,12 @@ bool IsDataNode(const SchemaNode* node) noexcept {
          node->keyword != Keyword::kGrouping && node->keyword != Keyword::kNone;
 }
 
+bool MayMiss(const SchemaView& view, const SchemaNode* node) {
+  return view.holes.count(node) != 0 || IsLossy(node->space);
+}
+
 bool HasHole(const SchemaView& view, const SchemaNode* node) {
+  if (IsLossy(node->space)) return true;
   if (view.holes.empty()) return false;
   for (const SchemaNode* seen = node; seen != nullptr; seen = NextSeen(node, seen))
     if ((seen == node || IsTransparent(seen)) && view.holes.count(seen) != 0) return true;

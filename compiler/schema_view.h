@@ -114,6 +114,10 @@ const SchemaNode* TopOf(const SchemaNode* node) noexcept;
 // and the roots of operations and notifications.
 bool IsDataNode(const SchemaNode* node) noexcept;
 
+// True when children of the node may be missing: a `uses` there could not be followed, or
+// its module could not be read to the last word.
+bool MayMiss(const SchemaView& view, const SchemaNode* node);
+
 // True when what data see as children of `node` is not all known, since a `uses` could
 // not be followed.
 bool HasHole(const SchemaView& view, const SchemaNode* node);

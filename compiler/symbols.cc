@@ -39,6 +39,9 @@ void EnterOne(SymbolTable* table, xmlNode* statement) {
 
 void EnterFile(Module* file, void* arg) {
   auto* table = static_cast<SymbolTable*>(arg);
+  table->lossy = table->lossy || file->lossy;
+  for (const Include& include : file->includes)
+    table->lossy = table->lossy || include.target == nullptr;
   for (xmlNode* s = NextInTree(file->root, file->root); s != nullptr; s = NextInTree(file->root, s))
     EnterOne(table, s);
 }
@@ -113,6 +116,10 @@ xmlNode* FindSymbol(const xmlNode* at, SymbolKind kind, std::string_view referen
     if (inner != nullptr) return inner;
   }
   return FindGlobal(module, kind, parts.name);
+}
+
+bool IsLossy(Module* module) {
+  return TableOf(module).lossy;
 }
 
 bool IsGlobal(const xmlNode* definition) noexcept {

@@ -38,6 +38,10 @@ xmlNode* FindGlobal(Module* module, SymbolKind kind, std::string_view name);
 // there is none.
 xmlNode* FindSymbol(const xmlNode* at, SymbolKind kind, std::string_view reference);
 
+// True when definitions of the module may be missing here, since a file of it could not be
+// read to the last word, or an include was not found.
+bool IsLossy(Module* module);
+
 // True when the statement stands directly in a module or submodule.
 bool IsGlobal(const xmlNode* definition) noexcept;
 

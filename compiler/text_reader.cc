@@ -97,6 +97,7 @@ void CheckArgument(TextReader* r, const Heading& heading, const Token& first, bo
   if (heading.keyword == Keyword::kNone) return;
   const bool takesOne = !RowOf(heading.keyword).argument.empty();
   if (takesOne == given) return;
+  if (LosesName(heading.keyword)) r->module->lossy = true;
   ReportSyntax(&r->tokens, first.line, first.column,
                Quote(heading.name) + (given ? " takes no argument" : " lacks its argument"));
 }
@@ -123,6 +124,7 @@ xmlNode* AddStatement(TextReader* r, const Heading& heading, const Token& first)
 }
 
 void Discard(TextReader* r, xmlNode* element, const Token& first) {
+  r->module->lossy = true;
   ReportSyntax(&r->tokens, first.line, first.column, Quote(first.text) + " is no keyword");
   if (r->discarded != nullptr) return;
   r->discarded = element;
@@ -172,6 +174,7 @@ void ReportNoEnd(TextReader* r, const xmlNode* element, const Token& before) {
 void RecoverEnd(TextReader* r, uint32_t line) {
   while (r->token.kind == TokenKind::kWord || r->token.kind == TokenKind::kString) {
     if (r->token.line > line && BeginsStatement(r->token)) return;
+    r->module->lossy = true;
     Advance(r);
   }
 }
@@ -228,6 +231,7 @@ void CloseBlock(TextReader* r) {
 // it, as after a ';' too many.
 void ReadStrayBlock(TextReader* r) {
   if (r->ended == nullptr) {
+    r->module->lossy = true;
     ReportAtToken(r, "'{' follows no statement");
   } else {
     ReportAtToken(r, std::string("'{' follows no statement"),
@@ -243,12 +247,27 @@ void ReadStraySemicolon(TextReader* r) {
   Advance(r);
 }
 
+// Passes over a block that belongs to nothing.
+void SkipBlock(TextReader* r) {
+  size_t open = 0;
+  do {
+    if (r->token.kind == TokenKind::kOpen) ++open;
+    if (r->token.kind == TokenKind::kClose) --open;
+    Advance(r);
+  } while (open > 0 && r->token.kind != TokenKind::kEnd);
+}
+
 void ReadStrayString(TextReader* r) {
+  r->module->lossy = true;
   ReportAtToken(r, "a quoted string stands where a keyword is expected");
   const uint32_t line = r->token.line;
   Advance(r);
   RecoverEnd(r, line);
-  if (r->token.kind == TokenKind::kSemicolon) Advance(r);
+  if (r->token.kind == TokenKind::kSemicolon) {
+    Advance(r);
+  } else if (r->token.kind == TokenKind::kOpen) {
+    SkipBlock(r);
+  }
 }
 
 // Reads what stands in the block of the module, after its '{'.
@@ -337,6 +356,8 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
   }
   const bool isModule = ReadRoot(&r);
   module->broken = r.tokens.errors > 0;
+  module->lossy = module->lossy || r.tokens.stopped || r.depth > 0 ||
+                  (module->broken && r.token.kind != TokenKind::kEnd);
   return isModule;
 }
 

@@ -147,14 +147,13 @@ std::string FaultOfBits(const TypeChain& chain, const Value& value) {
 
 std::string FaultOfIdentity(const TypeChain& chain, const Value& value) {
   if (!IsIdentifierRef(value.text, true)) return "is no name of an identity";
-  const Module* module =
-      ModuleOfPrefix(StatementOf(value.at)->words, SplitReference(value.text).prefix);
+  Module* module = ModuleOfPrefix(StatementOf(value.at)->words, SplitReference(value.text).prefix);
   if (module == nullptr) {
     const bool known = KnowsPrefix(StatementOf(value.at)->words, SplitReference(value.text).prefix);
     return known ? "" : "has a prefix that no import declares";
   }
   const xmlNode* identity = FindSymbol(value.at, SymbolKind::kIdentity, value.text);
-  if (identity == nullptr) return module->broken ? "" : "is no identity that is known";
+  if (identity == nullptr) return IsLossy(module) ? "" : "is no identity that is known";
   for (const xmlNode* s = FirstChild(chain.types.back(), Keyword::kBase); s != nullptr;
        s = NextSibling(s, Keyword::kBase)) {
     if (ArgumentOf(s) == nullptr) continue;
@@ -221,6 +220,15 @@ std::string FaultIn(const xmlNode* type, const Value& value) {
 
 std::string FaultOfValue(const xmlNode* type, std::string_view value, const xmlNode* at) {
   return FaultIn(type, {value, at, 0});
+}
+
+std::string CanonicalOf(const xmlNode* type, std::string_view value) {
+  const TypeChain chain = ChainOf(type);
+  Wide number = 0;
+  if (IsInteger(chain.base) && ParseYangInteger(value, &number)) return TextOf(number, 0);
+  const unsigned digits = FractionDigits(chain);
+  if (digits != 0 && ParseNumber(value, digits, &number)) return TextOf(number, digits);
+  return std::string(value);
 }
 
 }  // namespace compiler

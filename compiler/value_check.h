@@ -13,4 +13,7 @@ namespace compiler {
 // wrong with the type itself is told there).
 std::string FaultOfValue(const xmlNode* type, std::string_view value, const xmlNode* at);
 
+// One text for all that write the same number; other values stay as they are.
+std::string CanonicalOf(const xmlNode* type, std::string_view value);
+
 }  // namespace compiler

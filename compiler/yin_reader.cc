@@ -197,6 +197,7 @@ void CheckArgument(YinReader* r, const xmlNode* element) {
   const Statement* record = StatementOf(element);
   if (record->keyword == Keyword::kNone || RowOf(record->keyword).argument.empty()) return;
   if (ArgumentOf(element) != nullptr) return;
+  if (LosesName(record->keyword)) r->module->lossy = true;
   ReportAt(r, record->place.line, record->place.column, Quote(element) + " lacks its argument",
            std::string(record->argumentIsElement ? "add the element '" : "add the attribute '") +
                std::string(RowOf(record->keyword).argument) + "'");
@@ -223,11 +224,18 @@ void StartStatement(YinReader* r, xmlNode* element, const Place& place, const xm
   AddAttributes(r, element, place, count, attributes);
   if (IsYin(r, element)) return;
   if (element->ns == nullptr) {
+    r->module->lossy = true;
     ReportAt(r, place.line, place.column, Quote(element) + " stands in no namespace",
              std::string("declare xmlns=\"") + kYinNamespace + "\" on the module");
     return;
   }
   r->module->extensions.push_back({element, Intern(r->session, View(prefix))});
+}
+
+// True for an element within that of an argument, which holds text alone.
+bool IsInText(const xmlNode* element) noexcept {
+  const xmlNode* parent = element->parent;
+  return parent->type == XML_ELEMENT_NODE && parent->_private == nullptr;
 }
 
 // NOLINTNEXTLINE(readability-function-size): libxml2 prescribes the parameters.
@@ -239,6 +247,11 @@ void TakeStart(void* ctxt, const xmlChar* name, const xmlChar* prefix, const xml
     if (r->depth > 0) FlushText(r, false);
     xmlNs* ns = uri == nullptr ? nullptr : NamespaceOf(r->session, View(uri));
     xmlNode* element = AppendElement(r->parent, ns, name);
+    if (IsInText(element))
+      AddFindingAt(
+          r->report, Severity::kError, kSyntaxClass, place,
+          "the argument " + Quote(element->parent) + " holds the element " + Quote(element),
+          "write text alone");
     if (!IsArgument(r, element)) {
       StartStatement(r, element, place, prefix, count, attributes);
     } else if (FollowsAnother(element)) {
@@ -404,6 +417,7 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
     return false;
   }
   module->broken = r.errors > 0;
+  module->lossy = module->lossy || *doubtful || r.errors > kMaxErrors || r.depth > 0;
   const char* name = ArgumentOf(module->root);
   return name != nullptr && *name != '\0';
 }

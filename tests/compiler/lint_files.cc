@@ -26,7 +26,13 @@ LintRun LintFiles(const std::vector<std::string>& operands, const std::vector<st
   LintModules(run.session.get(), modules, &run.report);
   LintLibrary(&repository, modules, &run.report);
   SettleFindings(*run.session, options, &run.report);
+  AddAdvice(&run.report);
   return run;
+}
+
+bool SaysWhatToDo(const Finding& finding) {
+  return !finding.advice.empty() ||
+         finding.message.find("; decide its features") != std::string::npos;
 }
 
 }  // namespace compiler

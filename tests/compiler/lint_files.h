@@ -18,4 +18,7 @@ struct LintRun {
 LintRun LintFiles(const std::vector<std::string>& operands, const std::vector<std::string>& folders,
                   const std::vector<std::string>& classes = {});
 
+// True when a finding has advice of its own, or as a part of its message.
+bool SaysWhatToDo(const Finding& finding);
+
 }  // namespace compiler

@@ -80,8 +80,10 @@ TEST(LintPage, HasAHeadForEachClassAndNoOther) {
 void CollectMessages(const std::string& path, const std::vector<std::string>& folders,
                      std::map<std::string, std::vector<std::string>>* messages) {
   const LintRun run = LintFiles({path}, folders, {"style"});
-  for (const Finding& finding : run.report.findings)
+  for (const Finding& finding : run.report.findings) {
+    EXPECT_TRUE(SaysWhatToDo(finding)) << finding.group << ": " << finding.message;
     (*messages)[finding.group].push_back(finding.message);
+  }
 }
 
 // Of the files with mistakes, those that are made for this page, and what is too long to

@@ -57,6 +57,7 @@ TEST_P(Mistake, IsSaidAtItsLineAndNothingElse) {
   std::set<std::string> found;
   for (const Finding& finding : run.report.findings) {
     ASSERT_NE(nullptr, finding.place.file);
+    EXPECT_TRUE(SaysWhatToDo(finding)) << finding.message;
     const std::string& file = finding.place.file->path;
     found.insert((file == path ? "" : file.substr(file.rfind('/') + 1) + ":") +
                  std::to_string(finding.place.line) +
