@@ -160,7 +160,7 @@ TEST_F(ClientCache, WhatWasLostIsSaidAgain) {
 TEST_F(ClientCache, LoadErrorsNameTheOriginalFile) {
   Write("bad/b.yang",
         "module b { namespace urn:b; prefix b;\n"
-        "  container c { list l { key k; leaf other { type string; } } } }\n");
+        "  container c { leaf l { type decimal64 { fraction-digits 30; } } } }\n");
   const Args args = {"load", "-c", "b"};
   const ClientRun first = Run(args, "bad");
   const Mark mark = MarkEntry();

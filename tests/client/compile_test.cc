@@ -242,7 +242,7 @@ TEST_F(ClientCompile, AModuleThatDoesNotCompileCouldNotBeLoaded) {
 TEST_F(ClientCompile, LoadErrorsNameTheOriginalFile) {
   Write("m.yang",
         "module m { namespace urn:m; prefix m;\n"
-        "  container c { list l { key k; leaf other { type string; } } } }\n");
+        "  container c { leaf l { type decimal64 { fraction-digits 30; } } } }\n");
   const ClientRun run = Run({"load", "-c", "m"});
   EXPECT_EQ(3, run.status);
   EXPECT_NE(std::string::npos, run.err.find("m: ./m.yang: ")) << run.err;
