@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 
 #include "compiler/argument.h"
 #include "compiler/statement.h"
@@ -108,8 +109,19 @@ bool IsInteger(BuiltIn type) noexcept {
          (type >= BuiltIn::kUint8 && type <= BuiltIn::kUint64);
 }
 
+// `seen` is filled where the chain is long: most have one link or two.
+static bool IsNew(const std::vector<const xmlNode*>& chain, const xmlNode* definition,
+                  std::unordered_set<const xmlNode*>* seen) {
+  constexpr size_t kShort = 16;
+  if (chain.size() < kShort)
+    return std::find(chain.begin(), chain.end(), definition) == chain.end();
+  if (seen->empty()) seen->insert(chain.begin(), chain.end());
+  return seen->insert(definition).second;
+}
+
 TypeChain ChainOf(const xmlNode* type) {
   TypeChain chain;
+  std::unordered_set<const xmlNode*> seen;
   while (type != nullptr) {
     chain.types.push_back(type);
     const char* name = ArgumentOf(type);
@@ -121,8 +133,7 @@ TypeChain ChainOf(const xmlNode* type) {
       chain.missing = type;
       return chain;
     }
-    if (std::find(chain.typedefs.begin(), chain.typedefs.end(), definition) !=
-        chain.typedefs.end()) {
+    if (!IsNew(chain.typedefs, definition, &seen)) {
       chain.circle = true;
       return chain;
     }
