@@ -101,6 +101,7 @@ struct Output {
   // The same by what they stood in, and what lost one and is to be looked at again.
   std::unordered_map<const xmlNode*, std::vector<const xmlNode*>> left;
   std::vector<xmlNode*> lessened;
+  std::unordered_set<const xmlNode*> withoutDefault;  // choices that something has left
   NamedNodes lostIdentities;  // those among them, until one that stays has it as its base
   // Defaults that have left, as they were read, by what had them.
   std::unordered_map<const xmlNode*, std::vector<std::string>> lostDefaults;

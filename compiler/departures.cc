@@ -59,9 +59,12 @@ void LeaveUnwritten(Output* out, xmlNode* block) {
   block->parent = operation;
 }
 
-// A choice does not keep the name of a default case that has gone.
-void ForgetDefault(const xmlNode* choice, const xmlNode* node) {
+// A choice does not keep the name of a default case that has gone. Of one without default
+// many may go.
+void ForgetDefault(Output* out, const xmlNode* choice, const xmlNode* node) {
+  if (out->withoutDefault.count(choice) != 0) return;
   xmlNode* byDefault = FirstChild(choice, Keyword::kDefault);
+  if (byDefault == nullptr) out->withoutDefault.insert(choice);
   if (byDefault != nullptr && ArgumentOf(node) != nullptr && ArgumentOf(byDefault) != nullptr &&
       SplitReference(ArgumentOf(byDefault)).name == ArgumentOf(node))
     RemoveStatement(byDefault);
@@ -295,7 +298,7 @@ bool OptionsDecide(const Compilation& all) noexcept {
 
 void LeaveTree(Output* out, xmlNode* node) {
   xmlNode* parent = ParentOf(node);
-  if (parent != nullptr && Is(parent, Keyword::kChoice)) ForgetDefault(parent, node);
+  if (parent != nullptr && Is(parent, Keyword::kChoice)) ForgetDefault(out, parent, node);
   if (Is(node, Keyword::kIdentity) && ArgumentOf(node) != nullptr)
     out->lostIdentities.emplace(ArgumentOf(node), node);
   if (parent != nullptr) ForgetChildren(out->all, parent);

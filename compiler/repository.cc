@@ -6,6 +6,8 @@
 #include "compiler/repository.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/circle.h"
@@ -216,11 +218,12 @@ bool AddSearchFolder(Repository* repository, const std::string& path, bool recur
   return true;
 }
 
-// In order of the operands.
+// In order of the operands, each once.
 void AddOperandFolders(Repository* repository, const std::vector<std::string>& operands) {
   auto where = repository->folders.begin();
+  std::unordered_set<std::string> known;
   for (const std::string& operand : operands) {
-    if (!IsFileOperand(operand)) continue;
+    if (!IsFileOperand(operand) || !known.insert(FolderOf(operand)).second) continue;
     SearchFolder folder;
     MakeFolder(FolderOf(operand), false, &folder);
     where = repository->folders.insert(where, std::move(folder)) + 1;

@@ -40,6 +40,21 @@ class Lookup : public Compiling {
   }
 };
 
+// Many files of one folder are given by a shell's pattern.
+TEST_F(Lookup, SearchesTheFolderOfSeveralFilesOnce) {
+  WriteM("m.yang", "");
+  Module("n", "leaf a { type string; }");
+  JobRequest request;
+  request.operands = {Path("m.yang")};
+  std::string one;
+  EXPECT_TRUE(ListInputs(request, &one));
+  request.operands = {Path("m.yang"), Path("n.yang")};
+  std::string two;
+  EXPECT_TRUE(ListInputs(request, &two));
+  EXPECT_NE(std::string::npos, one.find("n.yang"));
+  EXPECT_EQ(one, two);
+}
+
 TEST_F(Lookup, TakesTheFirstDirectoryThatHasTheModule) {
   Write("a/other.yang", "module other { namespace urn:o; prefix o; }");
   WriteM("b/m.yang", "2020-01-01");

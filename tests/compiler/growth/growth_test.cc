@@ -163,6 +163,11 @@ const Shape kShapes[] = {
                                                      "augment \"/a:h/a:c#\" { if-feature f;"
                                                      " leaf x { type string; } }"));
      }},
+    {"CasesThatAreOff",
+     [](int n) {
+       return One("feature f; choice h { leaf stays { type string; } " +
+                  Each(n, "case c# { if-feature f; leaf x# { type string; } }") + "}");
+     }},
     {"Deviations",
      [](int n) {
        return Two("container h {" + Each(n, "leaf c# { type string; }") + "}",
