@@ -70,9 +70,10 @@ struct SchemaView {
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
 };
 
-// More than the 1,000,000 nodes that a module may have to be compiled, since modules, and
-// cases, inputs and outputs that are not written, count here too.
-inline constexpr size_t kMaxSchemaNodes = 1200000;
+// More than three times the 1,000,000 nodes that a module may have to be compiled: groupings
+// that double count here with their own nodes, which are twice those of the largest, and so do
+// cases, inputs and outputs that are not written.
+inline constexpr size_t kMaxSchemaNodes = 3200000;
 
 // Adds the trees of the module and of all that it imports, with their augments. Those
 // that are there already stay.

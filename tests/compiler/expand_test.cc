@@ -451,6 +451,19 @@ TEST_F(Bounds, AreCountedBeforeAnythingIsCopied) {
   EXPECT_NE(std::string::npos, Findings("m").find("more than 1000000 nodes"));
 }
 
+// Lint looks at each grouping for itself, and so at three times as many nodes.
+TEST_F(Bounds, TakeHalfAMillionNodesOfGroupingsThatDouble) {
+  std::string text = "grouping g0 { leaf a { type string; } }\n";
+  for (int i = 1; i <= 18; ++i) {
+    const std::string former = "g" + std::to_string(i - 1);
+    text += "grouping g" + std::to_string(i) + " { container x { uses " + former +
+            "; } container y { uses " + former + "; } }\n";
+  }
+  Module("m", text + "uses g18;");
+  EXPECT_EQ(JobState::kDone, Run({"m"}).state);
+  EXPECT_EQ("", Findings("m"));
+}
+
 TEST_F(Bounds, TakeOneHundredThousandNodes) {
   std::string text = "grouping g0 { leaf a { type string; } }\n";
   for (int i = 1; i <= 15; ++i) {
