@@ -118,16 +118,17 @@ static TextSpan NameAt(const char* str) {
 }
 
 const char* ReadPathStep(const char* str, QmPathStep* step) {
-  step->prefix = {str, 0};
-  step->name = NameAt(str);
-  if (step->name.length == 0) return nullptr;
-  const char* rest = str + step->name.length;
+  TextSpan prefix = {str, 0};
+  TextSpan name = NameAt(str);
+  if (name.length == 0) return nullptr;
+  const char* rest = str + name.length;
   if (*rest == ':') {
-    step->prefix = step->name;
-    step->name = NameAt(rest + 1);
-    if (step->name.length == 0) return nullptr;
-    rest = step->name.text + step->name.length;
+    prefix = name;
+    name = NameAt(rest + 1);
+    if (name.length == 0) return nullptr;
+    rest = name.text + name.length;
   }
+  *step = {prefix, name};
   if (*rest == '[') rest = QM_UTL_SkipPredicateParis(rest);
   return rest != nullptr && EndsStep(*rest) ? rest : nullptr;
 }
