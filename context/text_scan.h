@@ -17,7 +17,7 @@ struct QmPathStep {
 };
 
 // Reads the step that `str` begins with, and gives the rest after it and its predicates:
-// "/" or the end. NULL when the form is wrong.
+// "/" or the end. NULL when the form is wrong; there may be nothing in `step` then.
 const char* ReadPathStep(const char* str, QmPathStep* step);
 
 QM_BEGIN_INTERNAL_DECLS

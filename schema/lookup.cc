@@ -201,7 +201,9 @@ static bool ReadPlainPath(const char* path, PlainPath* plain) {
     if (plain->count == std::size(plain->steps)) return false;
     QmPathStep* step = &plain->steps[plain->count];
     path = ReadPathStep(path + 1, step);
-    if (path != step->name.text + step->name.length || !StepFits(*step)) return false;
+    if (path == nullptr || path != step->name.text + step->name.length || !StepFits(*step)) {
+      return false;
+    }
     if (step->prefix.length == 0) continue;
     isQualified = true;
     plain->lastQualified = plain->count;
