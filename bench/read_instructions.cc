@@ -12,8 +12,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "compiler/reader.h"
-#include "compiler/session.h"
+#include "compiler/reading/reader.h"
+#include "compiler/reading/session.h"
 
 static void Parse(const std::string& yin) {
   xmlFreeDoc(xmlParseMemory(yin.data(), static_cast<int>(yin.size())));

@@ -22,7 +22,7 @@
 #include "client/cache_folder.h"
 #include "client/file_input.h"
 #include "compiler/fingerprint.h"
-#include "compiler/repository.h"
+#include "compiler/reading/repository.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "compiler/folder_list.h"
+#include "compiler/reading/folder_list.h"
 
 namespace {
 

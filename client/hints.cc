@@ -10,7 +10,7 @@
 #include <algorithm>
 
 #include "client/find_model.h"
-#include "compiler/suggestion.h"
+#include "compiler/words/suggestion.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Writes OUTPUT, a source with a hash of all sources in FOLDER.
-file(GLOB files ${FOLDER}/*.cc ${FOLDER}/*.h)
+file(GLOB_RECURSE files ${FOLDER}/*.cc ${FOLDER}/*.h)
 list(SORT files)
 set(hashes "")
 foreach(file ${files})

@@ -6,13 +6,13 @@
 #include <memory>
 #include <string_view>
 
-#include "compiler/build.h"
-#include "compiler/reader.h"
-#include "compiler/repository.h"
-#include "compiler/session.h"
-#include "compiler/statement.h"
-#include "compiler/symbols.h"
-#include "compiler/writer.h"
+#include "compiler/reading/build.h"
+#include "compiler/reading/reader.h"
+#include "compiler/reading/repository.h"
+#include "compiler/reading/session.h"
+#include "compiler/reading/statement.h"
+#include "compiler/reading/symbols.h"
+#include "compiler/reading/writer.h"
 
 namespace compiler {
 

@@ -8,12 +8,12 @@
 #include <unordered_map>
 #include <utility>
 
-#include "compiler/lint_pass.h"
-#include "compiler/quiet_xml.h"
-#include "compiler/reader.h"
-#include "compiler/session.h"
-#include "compiler/symbols.h"
-#include "compiler/writer.h"
+#include "compiler/lint/lint_pass.h"
+#include "compiler/reading/quiet_xml.h"
+#include "compiler/reading/reader.h"
+#include "compiler/reading/session.h"
+#include "compiler/reading/symbols.h"
+#include "compiler/reading/writer.h"
 
 namespace compiler {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "compiler/compile.h"
+#include "compiler/spelling/compile.h"
 
 namespace compiler {
 

@@ -5,10 +5,10 @@
 #include <cstring>
 #include <utility>
 
-#include "compiler/lint_library.h"
-#include "compiler/reader.h"
-#include "compiler/repository.h"
-#include "compiler/session.h"
+#include "compiler/lint/lint_library.h"
+#include "compiler/reading/reader.h"
+#include "compiler/reading/repository.h"
+#include "compiler/reading/session.h"
 
 namespace compiler {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "compiler/compile.h"
 #include "compiler/job.h"
-#include "compiler/session.h"
-#include "compiler/writer.h"
+#include "compiler/reading/session.h"
+#include "compiler/reading/writer.h"
+#include "compiler/spelling/compile.h"
 #include "fuzz/model_input.h"
 
 namespace {

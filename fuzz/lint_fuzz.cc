@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "compiler/lint.h"
-#include "compiler/lint_library.h"
-#include "compiler/session.h"
+#include "compiler/lint/lint.h"
+#include "compiler/lint/lint_library.h"
+#include "compiler/reading/session.h"
 #include "fuzz/model_input.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "compiler/reader.h"
+#include "compiler/reading/reader.h"
 
 static compiler::Module* Read(const FuzzInput& input, const std::string& text,
                               compiler::Repository* repository) {

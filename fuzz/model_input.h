@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
-#include "compiler/repository.h"
+#include "compiler/reading/repository.h"
 #include "fuzz/fuzz_target.h"
 
 // libxml2 compiles patterns in a time that grows faster than their length.

@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "compiler/reader.h"
-#include "compiler/session.h"
-#include "compiler/statement.h"
-#include "compiler/writer.h"
+#include "compiler/reading/reader.h"
+#include "compiler/reading/session.h"
+#include "compiler/reading/statement.h"
+#include "compiler/reading/writer.h"
 
 namespace {
 

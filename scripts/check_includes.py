@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """Checks the include directions of the layers, which cmake/layers.txt lists.
 
-A folder includes itself and folders below it. The public headers, the client, the model
-compiler and the examples include no internal header of the library.
+A folder includes itself and folders below it, and so do those of the model compiler. The
+public headers, the client, the model compiler and the examples include no internal header
+of the library.
 
 usage: check_includes.py <source folder>
 """
@@ -21,6 +22,8 @@ def parse_layers(text):
 FOLDERS = parse_layers((pathlib.Path(__file__).resolve().parents[1] / "cmake" / "layers.txt")
                        .read_text(encoding="utf-8"))
 RANK = {name: rank for rank, name in enumerate(FOLDERS)}
+# The folders of the model compiler, bottom up; what stands beside them is above them all.
+COMPILER_FOLDERS = ["words", "reading", "conditions", "spelling", "lint"]
 # Header-only code that one file may use.
 ONLY_IN = {"boost/": "platform/avl.cc"}
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/argument.h"
+#include "compiler/words/argument.h"
 
 #include <gtest/gtest.h>
 

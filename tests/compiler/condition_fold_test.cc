@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/condition_fold.h"
+#include "compiler/spelling/condition_fold.h"
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>

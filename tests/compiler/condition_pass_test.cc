@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/condition_pass.h"
+#include "compiler/spelling/condition_pass.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

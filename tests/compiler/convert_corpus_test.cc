@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "compiler/convert.h"
-#include "compiler/records.h"
+#include "compiler/reading/records.h"
 #include "tests/support/real_models.h"
 
 namespace compiler {

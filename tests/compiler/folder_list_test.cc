@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/folder_list.h"
+#include "compiler/reading/folder_list.h"
 
 #include <gtest/gtest.h>
 

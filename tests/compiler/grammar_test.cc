@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/grammar.h"
+#include "compiler/words/grammar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/if_feature.h"
+#include "compiler/words/if_feature.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/keyword.h"
+#include "compiler/words/keyword.h"
 
 #include <gtest/gtest.h>
 

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "compiler/lint_library.h"
-#include "compiler/repository.h"
-#include "compiler/session.h"
+#include "compiler/lint/lint_library.h"
+#include "compiler/reading/repository.h"
+#include "compiler/reading/session.h"
 
 namespace compiler {
 

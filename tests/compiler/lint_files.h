@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "compiler/lint.h"
+#include "compiler/lint/lint.h"
 
 namespace compiler {
 

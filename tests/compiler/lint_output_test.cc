@@ -2,8 +2,8 @@
 // How findings are settled and printed.
 #include <gtest/gtest.h>
 
-#include "compiler/lint.h"
-#include "compiler/session.h"
+#include "compiler/lint/lint.h"
+#include "compiler/reading/session.h"
 
 namespace compiler {
 namespace {

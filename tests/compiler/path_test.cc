@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/path.h"
+#include "compiler/words/path.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Which file a module is taken from.
-#include "compiler/repository.h"
+#include "compiler/reading/repository.h"
 
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "compiler/session.h"
+#include "compiler/reading/session.h"
 #include "tests/compiler/compile_helper.h"
 
 namespace compiler {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/statement.h"
+#include "compiler/reading/statement.h"
 
 #include <gtest/gtest.h>
 
-#include "compiler/build.h"
-#include "compiler/session.h"
+#include "compiler/reading/build.h"
+#include "compiler/reading/session.h"
 
 namespace compiler {
 namespace {

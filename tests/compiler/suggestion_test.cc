@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/suggestion.h"
+#include "compiler/words/suggestion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/writer.h"
+#include "compiler/reading/writer.h"
 
 #include <gtest/gtest.h>
 

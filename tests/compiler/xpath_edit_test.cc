@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/xpath_edit.h"
+#include "compiler/words/xpath_edit.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "compiler/xpath.h"
+#include "compiler/words/xpath.h"
 
 #include <gtest/gtest.h>
 

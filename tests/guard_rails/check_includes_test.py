@@ -39,7 +39,7 @@ FORBIDDEN = [
     ("context/dict.cc", "<", "context/dict.h"),
     ("context/dict.cc", "<", "boost/intrusive/avltree.hpp"),
     ("client/main.cc", '"', "context/dict.h"),
-    ("compiler/keyword.cc", '"', "yin/keyword.h"),
+    ("compiler/words/keyword.cc", '"', "yin/keyword.h"),
     ("include/qmodel/context.h", '"', "context/records.h"),
 ]
 

@@ -32,7 +32,8 @@ def broken(page):
 
 
 def main(source):
-    pages = [*source.glob("*.md"), *source.glob("docs/*.md"), *source.glob("*/README.md")]
+    pages = [*source.glob("*.md"), *source.glob("docs/*.md"), *source.glob("*/README.md"),
+             *source.glob("compiler/*/README.md")]
     bad = 0
     for page in sorted(pages):
         for link in broken(page):

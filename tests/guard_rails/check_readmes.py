@@ -8,6 +8,10 @@ import pathlib
 import re
 import sys
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+from check_includes import COMPILER_FOLDERS  # noqa: E402
+
 ENDINGS = (".cc", ".c", ".h", ".hpp")
 
 
@@ -49,7 +53,8 @@ def faults(text, files):
 def main(source):
     bad = 0
     readmes = 0
-    for page in sorted(source.glob("*/README.md")):
+    pages = [*source.glob("*/README.md"), *source.glob("compiler/*/README.md")]
+    for page in sorted(pages):
         folder = page.parent
         text = page.read_text()
         files = {p.name for p in folder.iterdir() if p.suffix in ENDINGS}
@@ -57,9 +62,10 @@ def main(source):
             continue  # a page of results
         readmes += 1
         for fault in faults(text, files):
-            print("%s/README.md %s" % (folder.name, fault))
+            print("%s %s" % (page.relative_to(source), fault))
             bad += 1
     layers = re.findall(r"^[a-z]+", (source / "cmake/layers.txt").read_text(), re.M)
+    layers += ["compiler/" + folder for folder in COMPILER_FOLDERS]
     for folder in layers + ["client", "compiler"]:
         if not (source / folder / "README.md").exists():
             print(folder + " has no README.md")

@@ -9,8 +9,8 @@
 
 #include <qmodel/qmodel.h>
 
-#include "compiler/condition.h"
-#include "compiler/xpath_edit.h"
+#include "compiler/conditions/condition.h"
+#include "compiler/words/xpath_edit.h"
 #include "context/memory.h"
 #include "tests/compiler/exactness/reference.h"
 #include "tests/support/message_fixture.h"

@@ -10,7 +10,7 @@
 
 #include <qmodel/error.h>
 
-#include "compiler/pattern.h"
+#include "compiler/words/pattern.h"
 #include "context/pattern.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include <set>
 #include <vector>
 
-#include "compiler/path.h"
-#include "compiler/session.h"
-#include "compiler/xpath_edit.h"
+#include "compiler/reading/session.h"
+#include "compiler/words/path.h"
+#include "compiler/words/xpath_edit.h"
 
 namespace exactness {
 

@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "compiler/data_schema.h"
+#include "compiler/conditions/data_schema.h"
 
 // What conditions mean by RFC 7950, section 6.4.1, evaluated by libxml2, and messages to
 // evaluate them on.

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Defaults against their types, where they are written and where a type with a default
+// is restricted further (RFC 7950, sections 7.3.4, 7.6.4 and 7.7.4). What a refine or a
+// deviation gives is judged with its node.
+#include <algorithm>
+#include <vector>
+
+#include "compiler/lint/lint_pass.h"
+#include "compiler/reading/type_chain.h"
+#include "compiler/reading/value_check.h"
+#include "compiler/words/path.h"
+
+namespace compiler {
+
+namespace {
+
+void JudgeWritten(Lint* lint, const xmlNode* holder, const xmlNode* type) {
+  for (const xmlNode* s = FirstChild(holder, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    JudgeDefault(lint, s, type);
+}
+
+// The nearest typedef with a default along the chain.
+const xmlNode* TypedefWithDefault(const TypeChain& chain) {
+  for (const xmlNode* definition : chain.typedefs)
+    if (FirstChild(definition, Keyword::kDefault) != nullptr) return definition;
+  return nullptr;
+}
+
+void JudgeInherited(Lint* lint, const xmlNode* holder, const xmlNode* type) {
+  const TypeChain chain = ChainOf(type);
+  if (chain.base == BuiltIn::kNone || FirstChild(type) == nullptr) return;
+  const xmlNode* definition = TypedefWithDefault(chain);
+  if (definition == nullptr) return;
+  const xmlNode* statement = FirstChild(definition, Keyword::kDefault);
+  const char* value = ArgumentOf(statement);
+  if (value == nullptr || !FaultOfValue(ChainOf(type).types[1], value, statement).empty()) return;
+  const std::string fault = FaultOfValue(type, value, statement);
+  if (fault.empty()) return;
+  Error(lint, cls::kDefault, type,
+        "the default " + Quote(value) + " of " + Describe(definition) + " " + fault + " in " +
+            Describe(holder),
+        "give it a default of its own");
+}
+
+}  // namespace
+
+// Asked for each default of a type, so it is kept.
+static bool HasConditional(Lint* lint, const xmlNode* first, Keyword keyword) {
+  const auto entered = lint->conditionalItems.try_emplace(first, false);
+  for (const xmlNode* s = first; entered.second && s != nullptr; s = NextSibling(s, keyword))
+    if (FirstChild(s, Keyword::kIfFeature) != nullptr) entered.first->second = true;
+  return entered.first->second;
+}
+
+// The enum, bit or identity of a value that a feature may take away; NULL: there is none.
+static const xmlNode* FindConditional(Lint* lint, const TypeChain& chain, std::string_view value,
+                                      const xmlNode* at) {
+  if (chain.base == BuiltIn::kIdentityref) {
+    const xmlNode* identity = FindSymbol(at, SymbolKind::kIdentity, value);
+    const bool hasOne = identity != nullptr && FirstChild(identity, Keyword::kIfFeature) != nullptr;
+    return hasOne ? identity : nullptr;
+  }
+  const bool isEnum = chain.base == BuiltIn::kEnumeration;
+  if (!isEnum && chain.base != BuiltIn::kBits) return nullptr;
+  const Keyword keyword = isEnum ? Keyword::kEnum : Keyword::kBit;
+  const auto names = isEnum ? std::vector<std::string_view>{value} : SplitNames(value);
+  const xmlNode* first = InChain(chain, keyword);
+  if (first == nullptr || !HasConditional(lint, first, keyword)) return nullptr;
+  for (const xmlNode* s = first; s != nullptr; s = NextSibling(s, keyword)) {
+    if (ArgumentOf(s) == nullptr || FirstChild(s, Keyword::kIfFeature) == nullptr) continue;
+    if (std::find(names.begin(), names.end(), ArgumentOf(s)) != names.end()) return s;
+  }
+  return nullptr;
+}
+
+void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
+  const char* value = ArgumentOf(statement);
+  if (value == nullptr) return;
+  const std::string fault = FaultOfValue(type, value, statement);
+  if (fault.empty()) {
+    const xmlNode* conditional = FindConditional(lint, ChainOf(type), value, statement);
+    if (conditional != nullptr)
+      Error(lint, cls::kDefault, statement,
+            "the default " + Quote(value) + " depends on a feature, as " + Describe(conditional) +
+                " does",
+            "take a value that is always there (RFC 7950, section 7.6.4)");
+    return;
+  }
+  Error(lint, cls::kDefault, statement, "the default " + Quote(value) + " " + fault,
+        "write a value of type " + Quote(ArgumentOf(type) == nullptr ? "" : ArgumentOf(type)));
+}
+
+void LintDefaults(Lint* lint, const Module* file) {
+  for (const Keyword keyword : {Keyword::kTypedef, Keyword::kLeaf, Keyword::kLeafList}) {
+    ForEachStatement(file, keyword, [&](const xmlNode* s) {
+      const xmlNode* type = FirstChild(s, Keyword::kType);
+      if (type == nullptr) return;
+      if (FirstChild(s, Keyword::kDefault) != nullptr) {
+        JudgeWritten(lint, s, type);
+      } else {
+        JudgeInherited(lint, s, type);
+      }
+    });
+  }
+}
+
+}  // namespace compiler

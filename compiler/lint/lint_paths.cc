@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Paths of leafrefs: that they parse, lead to a leaf or leaf-list, from configuration to
+// configuration, and that a default fits the type found there (RFC 7950, section 9.9).
+//
+// A path of a typedef is followed from each leaf that uses it; its unprefixed names
+// belong to the typedef's module, those of a path written in a grouping to the module
+// that uses the grouping.
+#include "compiler/lint/data_path.h"
+#include "compiler/lint/lint_nodes.h"
+#include "compiler/lint/lint_pass.h"
+#include "compiler/reading/type_chain.h"
+#include "compiler/reading/value_check.h"
+#include "compiler/words/path.h"
+#include "compiler/words/suggestion.h"
+
+namespace compiler {
+
+namespace {
+
+constexpr unsigned kMaxUnionDepth = 32;
+constexpr unsigned kMaxLeafrefs = 64;  // a chain of leafrefs; more is a circle
+
+// One leafref that a node has, perhaps as a member of a union. A name without prefix is of
+// the node's module, also where the path is that of another module's typedef.
+struct Leafref {
+  const SchemaNode* node;
+  const xmlNode* path;
+};
+
+// Why a path leads nowhere, and what to do; empty: it does not, or that cannot be told.
+struct Fault {
+  std::string what;
+  std::string advice;
+};
+
+bool IsLeafLike(const SchemaNode* node) {
+  return node->keyword == Keyword::kLeaf || node->keyword == Keyword::kLeafList;
+}
+
+// One step to a name; false: the path ends here, perhaps with a fault.
+bool TakeName(Lint* lint, const Leafref& leafref, const Reference& step, DataCursor* cursor,
+              Fault* fault) {
+  Module* space = leafref.node->space;
+  if (!step.prefix.empty()) space = ResolvePrefix(lint, cls::kPath, leafref.path, step.prefix);
+  if (space == nullptr) return false;
+  const DataCursor next = StepDown(*cursor, space, step.name);
+  if (next.unknown) return false;
+  if (next.node == nullptr) {
+    fault->what = cursor->node->parent == nullptr
+                      ? "leads nowhere: module " + Quote(space->name) + " has no top-level node "
+                      : "leads nowhere: " + Quote(cursor->node->name) + " has no child ";
+    fault->what += Quote(step.name);
+    fault->advice =
+        NearestData(*cursor, space, step.name, "correct the path", &lint->namesToCompare);
+    return false;
+  }
+  *cursor = next;
+  return true;
+}
+
+// `count` steps to the parent; false as above.
+bool TakeUps(uint32_t count, DataCursor* cursor, Fault* fault) {
+  for (uint32_t i = 0; i < count; ++i) {
+    const DataCursor up = StepUp(*cursor);
+    if (up.unknown) return false;
+    if (up.node == nullptr) {
+      *fault = {"climbs above the root", "take " + std::to_string(count - i) + " \"..\" away"};
+      return false;
+    }
+    *cursor = up;
+  }
+  return true;
+}
+
+// ---- predicates, "[key = current()/../name]"
+
+bool IsKeyOf(const SchemaNode* list, std::string_view name) {
+  const char* keys = ArgumentOfChild(list->statement, Keyword::kKey);
+  for (const std::string_view key : SplitNames(keys == nullptr ? "" : keys))
+    if (SplitReference(key).name == name) return true;
+  return false;
+}
+
+bool FollowKey(Lint* lint, const Leafref& leafref, const Reference& key, DataCursor list,
+               Fault* fault) {
+  const SchemaNode* holder = list.node;
+  if (!TakeName(lint, leafref, key, &list, fault)) return fault->what.empty();
+  if (holder->keyword == Keyword::kList && IsKeyOf(holder, key.name)) return true;
+  *fault = {
+      "has a predicate with " + Quote(key.name) + ", which is no key of " + Quote(holder->name),
+      "a predicate says the value of a key"};
+  return false;
+}
+
+bool FollowKeyValue(Lint* lint, const Leafref& leafref, const Xpath& xpath, const XpathNode& path,
+                    Fault* fault) {
+  DataCursor cursor = CursorAt(lint->view, leafref.node);
+  for (const XpathStep& step : path.steps) {
+    const bool goesOn =
+        step.test == XpathTest::kName
+            ? TakeName(lint, leafref, {xpath.Of(step.prefix), xpath.Of(step.name)}, &cursor, fault)
+            : TakeUps(1, &cursor, fault);
+    if (!goesOn) return fault->what.empty();
+  }
+  if (IsLeafLike(cursor.node)) return true;
+  *fault = {"compares a key with the " + std::string(RowOf(cursor.node->keyword).name) + " " +
+                Quote(cursor.node->name) + ", which is no leaf",
+            "compare it with a leaf"};
+  return false;
+}
+
+bool FollowPredicates(Lint* lint, const Leafref& leafref, std::string_view predicates,
+                      const DataCursor& list, Fault* fault) {
+  Xpath xpath;
+  XpathError error;
+  if (predicates.empty() || !ParseXpath("self::node()" + std::string(predicates), &xpath, &error))
+    return true;
+  for (const uint32_t index : xpath.At(xpath.root).steps[0].predicates) {
+    const XpathNode& equality = xpath.At(index);
+    const XpathStep& key = xpath.At(equality.operands[0]).steps[0];
+    if (!FollowKey(lint, leafref, {xpath.Of(key.prefix), xpath.Of(key.name)}, list, fault) ||
+        !FollowKeyValue(lint, leafref, xpath, xpath.At(equality.operands[1]), fault))
+      return false;
+  }
+  return true;
+}
+
+// Where the path leads; NULL with a fault, or without one when that cannot be told.
+const SchemaNode* Follow(Lint* lint, const Leafref& leafref, Fault* fault) {
+  NodePath path;
+  XpathError error;
+  if (!ParseLeafrefPath(ArgumentOf(leafref.path), &path, &error)) {
+    *fault = {"does not parse: " + error.message,
+              "write a path such as \"../name\" or "
+              "\"/p:top/p:list[p:key = current()/../key]/p:leaf\""};
+    return nullptr;
+  }
+  if (path.throughDeref) {
+    *fault = {"does not parse: a path of a leafref calls no function",
+              "write the steps that lead to the leaf"};
+    return nullptr;
+  }
+  DataCursor cursor = CursorAt(lint->view, leafref.node);
+  if (path.absolute) {
+    Module* first = leafref.node->space;
+    std::string_view name;
+    if (!path.steps.empty() && !path.steps[0].prefix.empty()) {
+      first = ResolvePrefix(lint, cls::kPath, leafref.path, path.Of(path.steps[0].prefix));
+      name = path.Of(path.steps[0].name);
+    }
+    cursor = RootOf(cursor, first, name);
+    if (cursor.unknown) return nullptr;
+  }
+  if (!TakeUps(path.ups, &cursor, fault)) return nullptr;
+  for (const PathStep& step : path.steps) {
+    if (!TakeName(lint, leafref, {path.Of(step.prefix), path.Of(step.name)}, &cursor, fault) ||
+        !FollowPredicates(lint, leafref, path.Of(step.predicates), cursor, fault))
+      return nullptr;
+  }
+  return cursor.node;
+}
+
+bool RequiresInstance(const TypeChain& chain) {
+  const xmlNode* s = InChain(chain, Keyword::kRequireInstance);
+  return s == nullptr || ArgumentOf(s) == nullptr || std::string_view(ArgumentOf(s)) != "false";
+}
+
+// A leafref of a leafref, and so on: true when that never ends.
+bool IsCircle(Lint* lint, const SchemaNode* node) {
+  const SchemaNode* start = node;
+  for (unsigned i = 0; i < kMaxLeafrefs && node != nullptr; ++i) {
+    node = LeafrefTarget(lint, node);
+    if (node == start) return true;
+  }
+  return false;
+}
+
+// A leafref has the values of its target's type.
+void JudgeDefaults(Lint* lint, const Leafref& leafref, const SchemaNode* target) {
+  const xmlNode* own = FirstChild(leafref.node->statement, Keyword::kType);
+  const xmlNode* type = FirstChild(target->statement, Keyword::kType);
+  if (type == nullptr || own != ParentOf(leafref.path)) return;  // a typedef's, or a union's
+  for (const xmlNode* s = FirstChild(leafref.node->statement, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    JudgeDefault(lint, s, type);
+}
+
+void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
+                 const SchemaNode* target) {
+  const std::string what =
+      "the path " + Quote(ArgumentOf(leafref.path)) + " of " + Quote(leafref.node->name);
+  if (!IsLeafLike(target)) {
+    ErrorOn(lint, cls::kPath, leafref.node, leafref.path,
+            what + " leads to the " + std::string(RowOf(target->keyword).name) + " " +
+                Quote(target->name) + ", which is no leaf",
+            "a leafref refers to a leaf or leaf-list");
+    return;
+  }
+  if (ConfigOf(leafref.node) == Config::kTrue && ConfigOf(target) == Config::kFalse &&
+      RequiresInstance(chain))
+    ErrorOn(
+        lint, cls::kPath, leafref.node, leafref.path,
+        what + " leads from configuration to " + Quote(target->name) + ", which is config false",
+        StatementOf(leafref.path)->words->version11
+            ? "refer to configuration, or write \"require-instance false;\""
+            : "refer to configuration");
+  JudgeStatus(lint, leafref.path, target->statement);
+  JudgeDefaults(lint, leafref, target);
+  if (IsCircle(lint, leafref.node))
+    ErrorOn(lint, cls::kPath, leafref.node, leafref.path, what + " leads back to itself",
+            "refer to a leaf that has a type of its own");
+}
+
+void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
+  const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
+  if (path == nullptr || ArgumentOf(path) == nullptr) return;
+  const Leafref leafref = {node, path};
+  Fault fault;
+  const SchemaNode* target = Follow(lint, leafref, &fault);
+  if (target != nullptr) {
+    JudgeTarget(lint, leafref, chain, target);
+  } else if (!fault.what.empty()) {
+    // A typedef's path is wrong for this leaf; one of its own is wrong where it stands.
+    const xmlNode* at = chain.typedefs.empty() ? path : chain.types[0];
+    ErrorOn(lint, cls::kPath, node, at,
+            "the path " + Quote(ArgumentOf(path)) + " of " + Quote(node->name) + " " + fault.what,
+            fault.advice);
+  }
+}
+
+void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type, unsigned depth) {
+  const TypeChain chain = ChainOf(type);
+  if (chain.base == BuiltIn::kLeafref) JudgeLeafref(lint, node, chain);
+  if (chain.base != BuiltIn::kUnion || depth >= kMaxUnionDepth) return;
+  for (const xmlNode* s = FirstChild(chain.types.back(), Keyword::kType); s != nullptr;
+       s = NextSibling(s, Keyword::kType))
+    JudgeType(lint, node, s, depth + 1);
+}
+
+}  // namespace
+
+const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf) {
+  const xmlNode* type = IsLeafLike(leaf) ? FirstChild(leaf->statement, Keyword::kType) : nullptr;
+  if (type == nullptr) return nullptr;
+  const TypeChain chain = ChainOf(type);
+  const xmlNode* path =
+      chain.base == BuiltIn::kLeafref ? FirstChild(chain.types.back(), Keyword::kPath) : nullptr;
+  if (path == nullptr || ArgumentOf(path) == nullptr) return nullptr;
+  Fault fault;
+  return Follow(lint, {leaf, path}, &fault);
+}
+
+void LintPaths(Lint* lint) {
+  for (const SchemaNode* top : lint->tops)
+    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node)) {
+      if (!node->written || !IsLeafLike(node) || !IsOfModule(*lint, node)) continue;
+      const xmlNode* type = FirstChild(node->statement, Keyword::kType);
+      if (type != nullptr) JudgeType(lint, node, type, 0);
+    }
+}
+
+}  // namespace compiler

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+// Types by name (RFC 7950, sections 5.5, 7.3 and 9.9.2): the loader knows typedefs at the
+// level of modules only, and of each module one revision.
+#include "compiler/spelling/compile.h"
+
+namespace compiler {
+
+// The type at the end of a chain of typedefs.
+struct BottomType {
+  const xmlNode* type = nullptr;       // its statement, as it was read; NULL: a name is not found
+  const xmlNode* byDefault = nullptr;  // the `default` that comes first on the way; NULL: none
+  const xmlNode* units = nullptr;      // likewise
+  bool direct = true;                  // there is no typedef between
+};
+BottomType FindBottomType(const xmlNode* type);
+
+// True for the name of a built-in type.
+bool IsBuiltInType(std::string_view name) noexcept;
+
+// Puts the written name into a `type` statement of the tree, and what it names at the
+// level of a module. Typedefs that move are appended to the root. Gives the statement
+// that now stands there: a leaf whose typedef is a path in the words of its user gets
+// the path itself.
+xmlNode* RewriteType(Output* out, xmlNode* type);
+
+// The type of another leaf takes the place of one: its values, not its default. A leaf
+// keeps what it had from its typedef. Paths in it go on to begin at the other leaf. Gives
+// the statement that now stands there.
+xmlNode* PutTypeOf(Output* out, xmlNode* type, const xmlNode* other, const FoundNode& leaf);
+
+// Notes the names of the module's own typedefs, which others must not clash with.
+void NoteTypedefNames(Output* out);
+
+}  // namespace compiler
