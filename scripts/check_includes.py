@@ -38,6 +38,16 @@ def layer_of(path):
     return parts[0]
 
 
+def compiler_rank(path):
+    """How high a file of the model compiler stands, or None."""
+    parts = pathlib.PurePosixPath(path).parts
+    if parts[0] != "compiler":
+        return None
+    if len(parts) == 2:
+        return len(COMPILER_FOLDERS)
+    return COMPILER_FOLDERS.index(parts[1])
+
+
 def judge(source, kind, target):
     """Why `source` must not include `target`, or None."""
     for prefix, owner in ONLY_IN.items():
@@ -47,6 +57,9 @@ def judge(source, kind, target):
     if not source.startswith(tuple(f + "/" for f in FOLDERS)):
         if target_layer is not None:
             return "only the library's own folders include its internal headers"
+        rank, target_rank = compiler_rank(source), compiler_rank(target)
+        if rank is not None and target_rank is not None and target_rank > rank:
+            return f"{source.rpartition('/')[0]} must not include {target}"
         return None
     if target_layer is None:
         return None

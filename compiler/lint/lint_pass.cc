@@ -12,8 +12,6 @@ namespace compiler {
 
 namespace {
 
-constexpr size_t kLongestQuote = 200;
-
 constexpr const char* kSymbolWords[] = {"grouping", "typedef", "identity", "feature", "extension"};
 static_assert(std::size(kSymbolWords) == kSymbolKindCount, "one word a kind");
 
@@ -36,13 +34,6 @@ void ConsiderNames(Suggestion* near, const Module* module, SymbolKind kind, bool
 }
 
 }  // namespace
-
-std::string Quote(std::string_view text) {
-  if (text.size() <= kLongestQuote) return "\"" + std::string(text) + "\"";
-  size_t end = kLongestQuote;  // not within a character of several bytes
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
-  return "\"" + std::string(text.substr(0, end)) + "...\"";
-}
 
 std::string Describe(const xmlNode* statement) {
   const char* argument = ArgumentOf(statement);

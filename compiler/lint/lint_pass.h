@@ -15,6 +15,7 @@
 #include "compiler/lint/schema_view.h"
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
+#include "compiler/words/quote.h"
 
 namespace compiler {
 
@@ -66,9 +67,6 @@ struct Lint {
   std::map<std::pair<const SchemaNode*, Keyword>, std::unordered_set<std::string_view>> held;
 };
 
-// `"text"`, shortened when it is very long.
-std::string Quote(std::string_view text);
-
 // "leaf "name"": a statement with its argument, as messages name it.
 std::string Describe(const xmlNode* statement);
 
@@ -101,9 +99,6 @@ xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind ki
 // The module of a prefix at the statement `at`; NULL, with a finding: it is not declared;
 // without one: that module was not found.
 Module* ResolvePrefix(Lint* lint, const char* group, const xmlNode* at, std::string_view prefix);
-
-// True when the identity has `base` among its bases or theirs.
-bool IsDerivedFrom(const xmlNode* identity, const xmlNode* base);
 
 // Judges a statement that refers to a definition by the status of both.
 void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition);

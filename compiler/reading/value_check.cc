@@ -8,11 +8,14 @@
 #include <iterator>
 #include <set>
 
-#include "compiler/lint/lint_pass.h"
+#include "compiler/reading/derived_identity.h"
+#include "compiler/reading/statement.h"
+#include "compiler/reading/symbols.h"
 #include "compiler/reading/type_chain.h"
 #include "compiler/words/argument.h"
 #include "compiler/words/character.h"
 #include "compiler/words/pattern.h"
+#include "compiler/words/quote.h"
 
 namespace compiler {
 
