@@ -81,8 +81,10 @@ bool MakeFolders(const std::string& path) {
     const std::string outer = path.substr(0, end);
     if (!IsFolder(outer) && mkdir(outer.c_str(), 0777) != 0 && errno != EEXIST) return false;
   }
-  if (IsFolder(path)) return true;
-  return mkdir(path.c_str(), 0777) == 0 || (errno == EEXIST && IsFolder(path));
+  if (IsFolder(path) || mkdir(path.c_str(), 0777) == 0) return true;
+  if (errno != EEXIST) return false;
+  errno = ENOTDIR;  // what is there is none, unless another process has just made one
+  return IsFolder(path);
 }
 
 int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "client/compile_cache.h"
+#include "client/shown_text.h"
 #include "client/terminal.h"
 
 compiler::JobRequest MakeRequest(const Options& options) {
@@ -22,7 +23,7 @@ compiler::JobRequest MakeRequest(const Options& options) {
 
 void PrintFindings(const compiler::JobResult& result) {
   for (const std::string& line : result.findings) {
-    static_cast<void>(std::fprintf(stderr, "%s\n", line.c_str()));
+    static_cast<void>(std::fprintf(stderr, "%s\n", ShowControls(line).c_str()));
   }
   if (result.state == compiler::JobState::kNoFolder) {
     PrintError("%s: not a usable search directory", result.detail.c_str());

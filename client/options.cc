@@ -211,7 +211,8 @@ bool TakeOption(int code, char** argv, Options* options) {
     case 'o':
       options->used.emplace_back("-o");
       options->outputDir = optarg;
-      return true;
+      if (*optarg == '\0') PrintError("a folder has a name");
+      return *optarg != '\0';
     case kDepth:
       options->used.emplace_back("--depth");
       return TakeDepth(options);

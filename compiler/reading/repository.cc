@@ -201,7 +201,8 @@ Module* OpenOperand(Repository* repository, const std::string& operand) {
     module = Choose(repository, Read(repository, operand, FileOrigin::kNamed));
     if (module == nullptr) return nullptr;
   } else {
-    module = FindModuleFile(repository, operand, {});
+    // Whatever other operands name, so that their order makes no difference.
+    module = Search(repository, operand, {});
     if (module == nullptr) Refuse(repository, operand, "no directory has this module");
   }
   if (module == nullptr || module->belongsTo.empty()) return module;

@@ -314,6 +314,9 @@ bool ReadRoot(TextReader* r) {
   if (!r->tokens.stopped && r->depth == 0 && r->token.kind != TokenKind::kEnd)
     ReportAtToken(r, "something follows the end of the module", "remove it");
   const char* name = ArgumentOf(r->module->root);
+  if (name != nullptr && *name == '\0')
+    ReportAtStatement(r, r->module->root, Quote(NameOf(r->module->root)) + " has an empty name",
+                      "write the module's name");
   return name != nullptr && *name != '\0';
 }
 

@@ -391,6 +391,16 @@ void Parse(YinReader* r) {
   if (parser->errNo == XML_ERR_NO_MEMORY || (r->errors == 0 && !complete)) throw std::bad_alloc();
 }
 
+// What has none is told when it is met.
+bool HasName(YinReader* r, const xmlNode* root) {
+  const char* name = ArgumentOf(root);
+  if (name == nullptr || *name != '\0') return name != nullptr;
+  const Place& place = StatementOf(root)->place;
+  ReportAt(r, place.line, place.column, std::string("'") + NameOf(root) + "' has an empty name",
+           "write the module's name");
+  return false;
+}
+
 bool IsRoot(const xmlNode* element) noexcept {
   return Is(element, Keyword::kModule) || Is(element, Keyword::kSubmodule);
 }
@@ -416,10 +426,10 @@ bool ReadTree(Session* session, Module* module, std::string_view text, Report* r
              std::string("these stand in the namespace ") + kYinNamespace);
     return false;
   }
+  const bool named = HasName(&r, module->root);
   module->broken = r.errors > 0;
   module->lossy = module->lossy || *doubtful || r.errors > kMaxErrors || r.depth > 0;
-  const char* name = ArgumentOf(module->root);
-  return name != nullptr && *name != '\0';
+  return named;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -166,12 +167,33 @@ TEST_F(ClientCompile, ASubmoduleAsOperandIsAnErrorThatNamesItsModule) {
   EXPECT_NE(std::string::npos, run.err.find("the-module")) << run.err;
 }
 
+TEST_F(ClientCompile, ALineStaysOneWhateverItNames) {
+  Write("two\nlines/m.yang",
+        "module m { namespace urn:m; prefix m; leaf a { type int8; default 'x\ny'; } }\n");
+  const ClientRun run = Run({"compile", "-p", "two\nlines", "m"});
+  EXPECT_EQ(1, run.status);
+  EXPECT_EQ(0u, run.err.find("two\\x0alines/m.yang:1: the default \"x\\x0ay\" ")) << run.err;
+  EXPECT_EQ(1, std::count(run.err.begin(), run.err.end(), '\n')) << run.err;
+}
+
 TEST_F(ClientCompile, AnOperandThatIsNotThereIsALineOfTheProgram) {
   Write("s.yang", "submodule s { belongs-to the-module { prefix m; } }\n");
   const std::string submodule = "qmodel: s: a submodule; name its module \"the-module\"\n";
   EXPECT_EQ(submodule, Run({"compile", "s"}).err);
   EXPECT_EQ(submodule, Run({"load", "-c", "s"}).err);
   EXPECT_EQ(0u, Run({"compile", "gone"}).err.find("qmodel: gone: no directory has this module\n"));
+}
+
+TEST_F(ClientCompile, AModuleWithoutANameIsAnErrorWithItsPlace) {
+  Write("m.yang", "\nmodule '' { namespace urn:m; prefix m; }\n");
+  const std::string expected = "m.yang:2:1: 'module' has an empty name; write the module's name\n";
+  for (const Args& args : {Args{"compile", "m.yang"}, Args{"compile", "--convert", "m.yang"},
+                           Args{"load", "-c", "--no-cache", "m.yang"}}) {
+    const ClientRun run = Run(args);
+    EXPECT_EQ(3, run.status) << args[0];
+    EXPECT_EQ(expected, run.err);
+    EXPECT_EQ("", run.out);
+  }
 }
 
 TEST_F(ClientCompile, AFileThatWasLoadedIsUnloadedByTheSameName) {
@@ -201,6 +223,13 @@ TEST_F(ClientCompile, AnUnusableDirectoryOrOutputGivesStatus3) {
   EXPECT_EQ(3, Run({"compile", "-p", "nowhere", "m"}).status);
   Write("file", "");
   EXPECT_EQ(3, Run({"compile", "-o", "file/out", "m"}).status);
+  const ClientRun file = Run({"compile", "-o", "file", "m"});
+  EXPECT_EQ(3, file.status);
+  EXPECT_EQ("qmodel: file: Not a directory\n", file.err);
+  const ClientRun nameless = Run({"compile", "-o", "", "m"});
+  EXPECT_EQ(2, nameless.status);
+  EXPECT_EQ("qmodel: a folder has a name\n", nameless.err);
+  EXPECT_EQ("", nameless.out);
 }
 
 TEST_F(ClientCompile, LoadsWhatItHasCompiled) {

@@ -183,7 +183,8 @@ TEST_F(Lookup, OfOperandsThatAreOneModuleTheNewestIsWritten) {
   WriteM("m@2020-01-01.yang", "2020-01-01");
   const std::string older = Path("m@2019-01-01.yang");
   const std::string newer = Path("m@2020-01-01.yang");
-  for (const auto& operands : {std::vector<std::string>{older, newer}, {newer, older}}) {
+  for (const auto& operands :
+       {std::vector<std::string>{older, newer}, {newer, older}, {older, "m"}, {"m", older}}) {
     const JobResult result = Run(operands);
     EXPECT_EQ(JobState::kLost, result.state);
     ASSERT_EQ(1u, result.modules.size());

@@ -123,6 +123,10 @@ TEST(YinErrors, OfTheRootLeaveNoModule) {
             "1:1: the file is no YIN module or submodule; these stand in the namespace "
             "urn:ietf:params:xml:ns:yang:yin:1\n");
   EXPECT_EQ(ReadYin("<module xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>").module, nullptr);
+  const ReadResult nameless =
+      ReadYin("<submodule name='' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>");
+  EXPECT_EQ(nameless.module, nullptr);
+  EXPECT_EQ(nameless.Findings(), "1:1: 'submodule' has an empty name; write the module's name\n");
   EXPECT_EQ(ReadYin("<leaf name='a' xmlns='urn:ietf:params:xml:ns:yang:yin:1'/>").module, nullptr);
 }
 
