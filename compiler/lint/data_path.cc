@@ -8,36 +8,6 @@ namespace compiler {
 
 namespace {
 
-bool IsAnything(const SchemaNode* node) {
-  return node->keyword == Keyword::kAnydata || node->keyword == Keyword::kAnyxml;
-}
-
-// An instance of an extension may bring nodes that no statement defines, as a mount
-// point does.
-bool HoldsExtension(const SchemaNode* node) {
-  if (!node->written || node->keyword == Keyword::kModule) return false;
-  for (const xmlNode* s = FirstChild(node->statement); s != nullptr; s = NextSibling(s))
-    if (Is(s, Keyword::kNone) && std::string_view(NameOf(s)) == "mount-point") return true;
-  return false;
-}
-
-// True when data may have nodes there that no statement tells of.
-bool IsOpen(const SchemaView& view, const SchemaNode* holder) {
-  const auto entered = view.open.try_emplace(holder, false);
-  if (entered.second)
-    entered.first->second = holder->keyword == Keyword::kGrouping || IsAnything(holder) ||
-                            HoldsExtension(holder) || HasHole(view, holder);
-  return entered.first->second;
-}
-
-// The node whose children a step from `from` looks at; NULL: that tree was not read.
-const SchemaNode* HolderOf(const DataCursor& from, const Module* space) {
-  if (from.message != nullptr && from.node == from.message->parent) return from.message;
-  if (from.node->keyword != Keyword::kModule) return from.node;
-  const auto tree = from.view->trees.find(space);
-  return tree == from.view->trees.end() ? nullptr : tree->second;
-}
-
 // The input or output that the node stands in or is; NULL: none.
 const SchemaNode* MessageOf(const SchemaNode* node) {
   while (node != nullptr && node->keyword != Keyword::kInput && node->keyword != Keyword::kOutput)
@@ -45,11 +15,35 @@ const SchemaNode* MessageOf(const SchemaNode* node) {
   return node;
 }
 
+bool IsOperation(const SchemaNode* node) noexcept {
+  return node->keyword == Keyword::kRpc || node->keyword == Keyword::kAction ||
+         node->keyword == Keyword::kNotification;
+}
+
+bool IsGroupingTop(const SchemaNode* node) noexcept {
+  return node->keyword == Keyword::kGrouping;
+}
+
 DataCursor Moved(const DataCursor& from, const SchemaNode* node, bool unknown = false) {
   return {from.view, node, unknown, from.message};
 }
 
 }  // namespace
+
+bool IsOpen(const SchemaView& view, const SchemaNode* holder) {
+  const auto entered = view.open.try_emplace(holder, false);
+  if (entered.second)
+    entered.first->second =
+        holder->keyword == Keyword::kGrouping || HoldsAnything(holder) || HasHole(view, holder);
+  return entered.first->second;
+}
+
+const SchemaNode* SeenHolder(const DataCursor& from, const Module* space) {
+  if (from.message != nullptr && from.node == from.message->parent) return from.message;
+  if (from.node->keyword != Keyword::kModule) return from.node;
+  const auto tree = from.view->trees.find(space);
+  return tree == from.view->trees.end() ? nullptr : tree->second;
+}
 
 DataCursor CursorAt(const SchemaView* view, const SchemaNode* place) {
   const bool isShown = IsDataNode(place) || place->parent == nullptr;
@@ -68,8 +62,8 @@ static DataCursor RootOfGrouping(const DataCursor& context, const Module* module
   const auto templates = view->templates.find(module);
   const auto tree = view->trees.find(module);
   if (tree == view->trees.end()) return UnknownCursor(context);
-  if (templates == view->templates.end()) return Moved(context, tree->second);
   if (name.empty()) return UnknownCursor(context);
+  if (templates == view->templates.end()) return Moved(context, tree->second);
   std::vector<const SchemaNode*> roots;
   if (FindDataChild(*view, tree->second, module, name) != nullptr) roots.push_back(tree->second);
   for (const SchemaNode* root : templates->second)
@@ -92,7 +86,7 @@ DataCursor RootOf(const DataCursor& context, const Module* module, std::string_v
 
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name) {
   if (from.unknown || from.node == nullptr) return from;
-  const SchemaNode* holder = HolderOf(from, space);
+  const SchemaNode* holder = SeenHolder(from, space);
   if (holder == nullptr) return UnknownCursor(from);
   const SchemaNode* child = FindDataChild(*from.view, holder, space, name);
   return Moved(from, child, child == nullptr && IsOpen(*from.view, holder));
@@ -106,7 +100,7 @@ DataCursor StepUp(const DataCursor& from) {
 
 std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,
                         std::string_view otherwise, uint64_t* left) {
-  const SchemaNode* holder = HolderOf(from, space);
+  const SchemaNode* holder = SeenHolder(from, space);
   Suggestion near(name, left);
   if (holder == nullptr) return std::string(otherwise);
   for (const SchemaNode* node = NextSeen(holder, holder); node != nullptr;
@@ -118,6 +112,31 @@ std::string NearestData(const DataCursor& from, const Module* space, std::string
     if (!near.Consider(node->name)) break;
   }
   return near.Advice(otherwise);
+}
+
+const SchemaNode* OperationOf(const SchemaNode* node) noexcept {
+  while (node != nullptr && !IsOperation(node)) node = node->parent;
+  return node;
+}
+
+bool IsBelow(const SchemaNode* node, const SchemaNode* above) noexcept {
+  if (above->keyword == Keyword::kModule) return TopOf(node)->keyword != Keyword::kGrouping;
+  for (const SchemaNode* one = node->parent; one != nullptr; one = one->parent)
+    if (one == above) return true;
+  return false;
+}
+
+bool IsSeenFrom(const DataCursor& context, const SchemaNode* node) {
+  if (context.node == nullptr) return true;
+  const SchemaNode* top = TopOf(context.node);
+  const SchemaNode* other = TopOf(node);
+  if (IsGroupingTop(top)) return other == top || !IsGroupingTop(other);
+  if (top != other && (top->keyword != Keyword::kModule || other->keyword != Keyword::kModule))
+    return false;
+  const SchemaNode* operation = OperationOf(node);
+  if (operation == nullptr) return true;
+  if (operation != OperationOf(context.node)) return false;
+  return node == operation || context.message == nullptr || IsBelow(node, context.message);
 }
 
 }  // namespace compiler

@@ -35,8 +35,24 @@ DataCursor UnknownCursor(const DataCursor& from);
 DataCursor StepDown(const DataCursor& from, const Module* space, std::string_view name);
 DataCursor StepUp(const DataCursor& from);
 
+// The node whose children a step to a name of `space` looks at; NULL: that tree was not read.
+const SchemaNode* SeenHolder(const DataCursor& from, const Module* space);
+
+// True when data may have nodes below the holder that no statement tells of.
+bool IsOpen(const SchemaView& view, const SchemaNode* holder);
+
 // What could have been meant with a step that leads nowhere; `left` as of Suggestion.
 std::string NearestData(const DataCursor& from, const Module* space, std::string_view name,
                         std::string_view otherwise, uint64_t* left);
+
+// True when the node stands below the other; all but groupings does below the root.
+bool IsBelow(const SchemaNode* node, const SchemaNode* above) noexcept;
+
+// The operation or notification around the node, or the node itself; NULL: none.
+const SchemaNode* OperationOf(const SchemaNode* node) noexcept;
+
+// True when a path from the context sees the node: operations and notifications show
+// themselves to what stands in them alone (RFC 7950, section 6.4.1).
+bool IsSeenFrom(const DataCursor& context, const SchemaNode* node);
 
 }  // namespace compiler

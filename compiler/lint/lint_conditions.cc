@@ -4,11 +4,12 @@
 // and 7.21.5).
 //
 // A condition is judged at each node that has it. Its paths are walked on the schema
-// from the context node; where a step cannot be followed (a wildcard, another axis, the
-// outside of a grouping) what comes behind it is not judged, but for its prefixes.
-#include "compiler/lint/data_path.h"
+// from the context node, along all axes; where a step cannot be followed (below anydata,
+// out of a grouping) what comes behind it is not judged, but for its prefixes.
+#include "compiler/lint/data_axes.h"
 #include "compiler/lint/lint_nodes.h"
 #include "compiler/lint/lint_pass.h"
+#include "compiler/lint/lint_steps.h"
 #include "compiler/words/pattern.h"
 #include "compiler/words/xpath.h"
 
@@ -37,11 +38,11 @@ std::string What(const xmlNode* statement) {
   return std::string("the ") + NameOf(statement) + " " + Quote(ArgumentOf(statement));
 }
 
-DataCursor Unknown(const Condition& condition) {
-  return UnknownCursor(condition.context);
+DataPlaces Unknown(const Condition& condition) {
+  return UnknownPlaces(condition.context);
 }
 
-DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context);
+DataPlaces FollowNode(const Condition& condition, uint32_t index, const DataPlaces& context);
 
 Module* SpaceOf(const Condition& condition, std::string_view prefix) {
   if (prefix.empty()) return condition.local;
@@ -51,68 +52,53 @@ Module* SpaceOf(const Condition& condition, std::string_view prefix) {
   return nullptr;
 }
 
-// Configuration is judged with configuration alone.
-bool SeeState(const Condition& condition, const DataCursor& reached) {
-  if (!condition.ofConfiguration || ConfigOf(reached.node) != Config::kFalse) return false;
+// Configuration is judged with configuration alone: true when that is why a step leads
+// nowhere.
+bool SeeState(const Condition& condition, const DataPlaces& from, DataTest test) {
+  if (!test.configuration) return false;
+  test.configuration = false;
+  const DataPlaces reached = TakeStep(from, test, &condition.lint->stepsToTake);
+  if (reached.unknown) return true;
+  if (reached.nodes.empty()) return false;
   Say(condition,
       "in " + What(condition.statement) + " the path leads from configuration to " +
-          Quote(reached.node->name) + ", which is config false",
+          Quote(reached.nodes[0]->name) + ", which is config false",
       "refer to configuration; in the tree that is looked at there is no state");
   return true;
 }
 
-DataCursor FollowName(const Condition& condition, const XpathStep& step, const DataCursor& from,
-                      bool root) {
-  const std::string_view name = condition.xpath->Of(step.name);
-  const Module* space = SpaceOf(condition, condition.xpath->Of(step.prefix));
-  if (space == nullptr || step.axis != XpathAxis::kChild || step.descendants || from.unknown)
-    return Unknown(condition);
-  const DataCursor at =
-      root ? RootOf(condition.context, space, step.prefix.empty() ? "" : name) : from;
-  const DataCursor next = StepDown(at, space, name);
-  if (next.unknown) return next;
-  if (next.node != nullptr) return SeeState(condition, next) ? Unknown(condition) : next;
-  const bool top = at.node->keyword == Keyword::kModule;
-  Say(condition,
-      "in " + What(condition.statement) + " the path leads nowhere: " +
-          (top ? "module " + Quote(space->name) + " has no top-level node "
-               : Quote(at.node->name) + " has no child ") +
-          Quote(name),
-      NearestData(at, space, name, "correct the path", &condition.lint->namesToCompare));
+DataPlaces FollowStep(const Condition& condition, const XpathStep& step, const DataPlaces* before) {
+  const std::string_view prefix = condition.xpath->Of(step.prefix);
+  DataTest test = {step.axis, step.test, nullptr, condition.xpath->Of(step.name),
+                   condition.ofConfiguration};
+  const bool isNamed = step.test == XpathTest::kName || step.test == XpathTest::kAnyOfPrefix;
+  if (isNamed) test.space = SpaceOf(condition, prefix);
+  if (isNamed && test.space == nullptr) return Unknown(condition);
+  DataPlaces from = before == nullptr ? RootPlaces(condition.context, test,
+                                                   isNamed && !prefix.empty(), step.descendants)
+                                      : *before;
+  from.deep = from.deep || step.descendants;
+  DataPlaces reached = TakeStep(from, test, &condition.lint->stepsToTake);
+  if (!IsNowhere(reached)) return reached;
+  if (SeeState(condition, from, test)) return Unknown(condition);
+  StepFault fault = ExplainStep(condition.lint, from, test);
+  Say(condition, "in " + What(condition.statement) + " the path " + fault.what, fault.advice);
   return Unknown(condition);
 }
 
-DataCursor FollowUp(const Condition& condition, const DataCursor& from) {
-  const DataCursor up = StepUp(from);
-  if (up.node != nullptr || up.unknown) return up;
-  Say(condition, "in " + What(condition.statement) + " the path climbs above the root",
-      "take one \"..\" away");
-  return Unknown(condition);
-}
-
-DataCursor FollowStep(const Condition& condition, const XpathStep& step, const DataCursor& from,
-                      bool root) {
-  if (step.test == XpathTest::kName) return FollowName(condition, step, from, root);
-  if (step.test == XpathTest::kAnyOfPrefix) SpaceOf(condition, condition.xpath->Of(step.prefix));
-  if (step.test != XpathTest::kNode || step.descendants || root) return Unknown(condition);
-  if (step.axis == XpathAxis::kSelf) return from;
-  if (step.axis == XpathAxis::kParent) return FollowUp(condition, from);
-  return Unknown(condition);
-}
-
-DataCursor FollowPath(const Condition& condition, const XpathNode& path,
-                      const DataCursor& context) {
-  DataCursor cursor = context;
-  if (!path.operands.empty()) cursor = FollowNode(condition, path.operands[0], context);
-  for (const uint32_t predicate : path.predicates) FollowNode(condition, predicate, cursor);
+DataPlaces FollowPath(const Condition& condition, const XpathNode& path,
+                      const DataPlaces& context) {
+  DataPlaces places = context;
+  if (!path.operands.empty()) places = FollowNode(condition, path.operands[0], context);
+  for (const uint32_t predicate : path.predicates) FollowNode(condition, predicate, places);
   bool root = path.absolute;
   if (path.absolute && path.steps.empty()) return Unknown(condition);
   for (const XpathStep& step : path.steps) {
-    cursor = FollowStep(condition, step, cursor, root);
+    places = FollowStep(condition, step, root ? nullptr : &places);
     root = false;
-    for (const uint32_t predicate : step.predicates) FollowNode(condition, predicate, cursor);
+    for (const uint32_t predicate : step.predicates) FollowNode(condition, predicate, places);
   }
-  return cursor;
+  return places;
 }
 
 // The second argument of derived-from() and its kin names an identity: without a prefix
@@ -145,27 +131,42 @@ void JudgePatternOf(const Condition& condition, const XpathNode& call) {
 }
 
 // What deref() of a leafref leads to.
-DataCursor Dereference(const Condition& condition, const DataCursor& leaf) {
-  const SchemaNode* target =
-      leaf.node == nullptr ? nullptr : LeafrefTarget(condition.lint, leaf.node);
+DataPlaces Dereference(const Condition& condition, const DataPlaces& leafs) {
+  if (leafs.unknown || leafs.deep || leafs.foreign || leafs.nodes.size() != 1)
+    return Unknown(condition);
+  const SchemaNode* target = LeafrefTarget(condition.lint, leafs.nodes[0]);
   if (target == nullptr) return Unknown(condition);
-  DataCursor cursor = leaf;
-  cursor.node = target;
-  return cursor;
+  DataPlaces places = leafs;
+  places.nodes[0] = target;
+  return places;
 }
 
-DataCursor FollowCall(const Condition& condition, const XpathNode& call,
-                      const DataCursor& context) {
-  DataCursor last = Unknown(condition);
+DataPlaces FollowCall(const Condition& condition, const XpathNode& call,
+                      const DataPlaces& context) {
+  DataPlaces last = Unknown(condition);
   for (const uint32_t operand : call.operands) last = FollowNode(condition, operand, context);
   JudgeIdentity(condition, call);
   JudgePatternOf(condition, call);
   const std::string_view name = condition.xpath->Of(call.name);
-  if (name == "current") return condition.context;
+  if (name == "current") return PlacesAt(condition.context, condition.context);
   return name == "deref" ? Dereference(condition, last) : Unknown(condition);
 }
 
-DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCursor& context) {
+// All that the operands of "|" lead to.
+DataPlaces FollowUnion(const Condition& condition, const XpathNode& node,
+                       const DataPlaces& context) {
+  DataPlaces all = PlacesAt(condition.context, {});
+  for (const uint32_t operand : node.operands) {
+    const DataPlaces one = FollowNode(condition, operand, context);
+    all.nodes.insert(all.nodes.end(), one.nodes.begin(), one.nodes.end());
+    all.deep = all.deep || one.deep;
+    all.foreign = all.foreign || one.foreign;
+    all.unknown = all.unknown || one.unknown;
+  }
+  return all;
+}
+
+DataPlaces FollowNode(const Condition& condition, uint32_t index, const DataPlaces& context) {
   const XpathNode& node = condition.xpath->At(index);
   switch (node.kind) {
     case XpathKind::kPath:
@@ -174,6 +175,8 @@ DataCursor FollowNode(const Condition& condition, uint32_t index, const DataCurs
       return FollowCall(condition, node, context);
     case XpathKind::kGroup:
       return FollowNode(condition, node.operands[0], context);
+    case XpathKind::kUnion:
+      return FollowUnion(condition, node, context);
     default:
       for (const uint32_t operand : node.operands) FollowNode(condition, operand, context);
       return Unknown(condition);
@@ -213,7 +216,7 @@ void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode
     return;
   }
   JudgeCalls(condition);
-  FollowNode(condition, xpath.root, condition.context);
+  FollowNode(condition, xpath.root, PlacesAt(condition.context, condition.context));
 }
 
 void JudgeAll(Lint* lint, const xmlNode* holder, Keyword keyword, const SchemaNode* node) {

@@ -47,6 +47,9 @@ inline constexpr char kStyle[] = "style";
 // How many names are held against wrong ones in one run: some tenths of a second.
 inline constexpr uint64_t kMostComparedNames = uint64_t{1} << 22;
 
+// How many nodes are looked at for the steps of paths in one run, likewise.
+inline constexpr uint64_t kMostSteps = uint64_t{1} << 24;
+
 // One run over a module.
 struct Lint {
   Session* session = nullptr;
@@ -61,6 +64,7 @@ struct Lint {
   // those into which it hangs nodes. Only nodes of the module are judged there.
   std::vector<const SchemaNode*> tops;
   uint64_t namesToCompare = kMostComparedNames;  // for "did you mean"
+  uint64_t stepsToTake = kMostSteps;
   // The numbers of enums or bits by the type that has them, once others restrict it.
   std::unordered_map<const xmlNode*, std::map<std::string_view, int64_t>> numbers;
   // The arguments of the properties that deviations delete from a node.

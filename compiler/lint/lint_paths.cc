@@ -5,7 +5,7 @@
 // A path of a typedef is followed from each leaf that uses it; its unprefixed names
 // belong to the typedef's module, those of a path written in a grouping to the module
 // that uses the grouping.
-#include "compiler/lint/data_path.h"
+#include "compiler/lint/data_axes.h"
 #include "compiler/lint/lint_nodes.h"
 #include "compiler/lint/lint_pass.h"
 #include "compiler/reading/type_chain.h"
@@ -157,7 +157,13 @@ const SchemaNode* Follow(Lint* lint, const Leafref& leafref, Fault* fault) {
         !FollowPredicates(lint, leafref, path.Of(step.predicates), cursor, fault))
       return nullptr;
   }
-  return cursor.node;
+  const SchemaNode* unseen = OperationOf(cursor.node);
+  if (unseen == nullptr || IsSeenFrom(CursorAt(lint->view, leafref.node), cursor.node))
+    return cursor.node;
+  *fault = {"leads into the " + std::string(RowOf(unseen->keyword).name) + " " +
+                Quote(unseen->name) + ", which is seen from its own statements only",
+            "refer to a leaf of the data"};
+  return nullptr;
 }
 
 bool RequiresInstance(const TypeChain& chain) {

@@ -281,6 +281,7 @@ void AddToView(SchemaView* view, Module* module) {
   bool added = false;
   view->dataChildren.clear();
   view->open.clear();
+  view->lost.clear();
   for (size_t i = 0; i < queue.size(); ++i) {
     ForEachFile(queue[i], QueueImports, &queue);
     if (view->trees.count(queue[i]) != 0) continue;
@@ -288,6 +289,9 @@ void AddToView(SchemaView* view, Module* module) {
     added = true;
   }
   if (added) ResolveAugments(view);
+  for (const TargetView& augment : view->augments)
+    if (augment.target == nullptr)
+      view->lost[MainModuleOf(StatementOf(augment.statement)->words)].push_back(augment.statement);
 }
 
 TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement) {
@@ -360,6 +364,39 @@ SchemaNode* FindDataChild(const SchemaView& view, const SchemaNode* parent, cons
   for (auto child = named.first; child != named.second; ++child)
     if (SameSpace(child->second->space, space)) return child->second;
   return nullptr;
+}
+
+bool HoldsAnything(const SchemaNode* node) {
+  if (node->keyword == Keyword::kAnydata || node->keyword == Keyword::kAnyxml) return true;
+  if (!node->written || node->keyword == Keyword::kModule) return false;
+  for (const xmlNode* s = FirstChild(node->statement); s != nullptr; s = NextSibling(s))
+    if (Is(s, Keyword::kNone) && std::string_view(NameOf(s)) == "mount-point") return true;
+  return false;
+}
+
+const std::vector<const SchemaNode*>* NodesNamed(const SchemaView& view, std::string_view name) {
+  NodeIndex& index = view.index;
+  for (; index.count < view.nodes.size(); ++index.count) {
+    const SchemaNode* node = &view.nodes[index.count];
+    if (IsDataNode(node)) index.named[node->name].push_back(node);
+    if (HoldsAnything(node)) index.open.push_back(node);
+  }
+  const auto named = index.named.find(name);
+  return named == index.named.end() ? nullptr : &named->second;
+}
+
+bool MayBeLost(const SchemaView& view, const Module* module, std::string_view name) {
+  const auto tree = view.trees.find(module);
+  if (tree == view.trees.end() || IsLossy(tree->second->space)) return true;
+  const auto lost = view.lost.find(module);
+  if (lost == view.lost.end()) return false;
+  for (const xmlNode* augment : lost->second) {
+    for (const xmlNode* s = augment; s != nullptr; s = NextInTree(augment, s)) {
+      const char* argument = IsNodeStatement(KeywordOf(s)) ? ArgumentOf(s) : nullptr;
+      if (Is(s, Keyword::kUses) || (argument != nullptr && name == argument)) return true;
+    }
+  }
+  return false;
 }
 
 SchemaNode* NextNode(const SchemaNode* top, const SchemaNode* node) noexcept {

@@ -51,6 +51,13 @@ struct TargetView {
   bool unknown = false;  // the path leads into what could not be read: nothing to say
 };
 
+// The nodes of all trees by name, as far as they were entered.
+struct NodeIndex {
+  std::unordered_map<std::string_view, std::vector<const SchemaNode*>> named;
+  std::vector<const SchemaNode*> open;  // that hold what no statement defines
+  size_t count = 0;
+};
+
 struct SchemaView {
   std::deque<SchemaNode> nodes;
   std::unordered_map<const Module*, SchemaNode*> trees;
@@ -65,6 +72,9 @@ struct SchemaView {
                              std::unordered_multimap<std::string_view, SchemaNode*>>
       dataChildren;
   mutable std::unordered_map<const SchemaNode*, bool> open;  // kept by StepDown()
+  mutable NodeIndex index;                                   // kept by NodesNamed()
+  // Augments whose targets were not found, by their module.
+  std::unordered_map<const Module*, std::vector<const xmlNode*>> lost;
   // The templates of data in `alone`, by their module.
   std::unordered_map<const Module*, std::vector<const SchemaNode*>> templates;
   bool full = false;  // there would be more nodes than kMaxSchemaNodes
@@ -101,6 +111,17 @@ SchemaNode* FindDataChild(const SchemaView& view, const SchemaNode* parent, cons
 // The next node after `node` (`parent` itself at first) that data see as a child of
 // `parent`, and the choices, cases, inputs and outputs on the way; NULL: no more.
 const SchemaNode* NextSeen(const SchemaNode* parent, const SchemaNode* node) noexcept;
+
+// The nodes of data and operations of that name in all trees; NULL: there are none.
+const std::vector<const SchemaNode*>* NodesNamed(const SchemaView& view, std::string_view name);
+
+// True when data may have nodes at `node` that no statement defines: anydata, anyxml, and
+// what an extension says that it brings nodes, as a mount point does.
+bool HoldsAnything(const SchemaNode* node);
+
+// True when a node of that name and module may stand where it could not be read, or in an
+// augment that leads nowhere.
+bool MayBeLost(const SchemaView& view, const Module* module, std::string_view name);
 
 // The next node of the tree below `top` after `node`; NULL: no more.
 SchemaNode* NextNode(const SchemaNode* top, const SchemaNode* node) noexcept;
