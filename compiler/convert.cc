@@ -109,9 +109,13 @@ void CheckDeclarations(Module* module, Report* report) {
   }
 }
 
-JobState StateOf(const Report& report) {
+// What is wrong elsewhere in a file that was looked up is nobody's concern here, unless
+// something that should stand there is missed.
+JobState StateOf(const Report& report, const Module* module) {
   JobState state = JobState::kDone;
   for (const Finding& finding : report.findings) {
+    const bool isElsewhere = module != nullptr && finding.place.file != module->file;
+    if (isElsewhere) continue;
     if (finding.severity == Severity::kFatal) return JobState::kStopped;
     state = JobState::kLost;
   }
@@ -143,8 +147,8 @@ void Convert(const ConvertRequest& request, JobResult* result) {
     ReportUnknown(*session, *module, &report);
     CheckDeclarations(module, &report);
   }
-  result->state = StateOf(report);
-  result->findings = FindingLines(*session, report);
+  result->state = StateOf(report, module);
+  if (result->state != JobState::kDone) result->findings = FindingLines(*session, report);
   if (module != nullptr && result->state != JobState::kStopped)
     result->modules.push_back({module->name, module->file->path, WriteYin(*module)});
 }

@@ -107,6 +107,30 @@ TEST_F(ClientConvert, LooksAtNoImportOfAnImport) {
   EXPECT_EQ(0, Convert({"in/m.yang"}).status);
 }
 
+TEST_F(ClientConvert, AsksOfAnImportOnlyWhatItNeeds) {
+  Write("broken.yang",
+        "module broken {\n  namespace urn:b; prefix b;\n  extension x { argument a; }\n"
+        "  leaf y { type string }\n}\n");
+  Write("k.yang",
+        "module k {\n  namespace urn:k; prefix k;\n  import broken { prefix b; }\n  b:x 1;\n}\n");
+  const ClientRun run = Convert({"k.yang"});
+  EXPECT_EQ(0, run.status);
+  EXPECT_EQ("", run.err);
+  EXPECT_NE(std::string::npos, run.out.find("<b:x a=\"1\"/>")) << run.out;
+}
+
+TEST_F(ClientConvert, SaysWhyAnImportLacksWhatItNeeds) {
+  Write("broken.yang", "module broken {\n  namespace urn:b; prefix b;\n  7 { extension x; }\n}\n");
+  Write("k.yang",
+        "module k {\n  namespace urn:k; prefix k;\n  import broken { prefix b; }\n  b:x;\n}\n");
+  const ClientRun run = Convert({"k.yang"});
+  EXPECT_EQ(1, run.status);
+  EXPECT_EQ(
+      "k.yang:4: module 'broken' defines no extension 'x'\n"
+      "./broken.yang:3:3: '7' is no keyword\n",
+      run.err);
+}
+
 TEST_F(ClientConvert, GivesASubmoduleTheNamespaceOfItsModule) {
   const ClientRun run = Convert({"other/es.yang"});
   EXPECT_EQ(0, run.status);
