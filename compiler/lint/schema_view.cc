@@ -157,9 +157,7 @@ void ExpandUses(Builder* builder, xmlNode* uses, SchemaNode* parent) {
        s = NextSibling(s, Keyword::kRefine))
     FollowDescendant(builder, s, parent);
   builder->usedAt = before;
-  for (xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
-       s = NextSibling(s, Keyword::kAugment))
-    FollowDescendant(builder, s, parent);
+  for (xmlNode* s : AugmentsOfUses(uses)) FollowDescendant(builder, s, parent);
 }
 
 void Expand(Builder* builder, xmlNode* holder, SchemaNode* parent) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/reading/statement.h"
 
+#include <algorithm>
+
 #include "compiler/reading/build.h"
 
 namespace compiler {
@@ -98,6 +100,20 @@ xmlNode* FirstChild(const xmlNode* parent, Keyword keyword) noexcept {
 
 xmlNode* NextSibling(const xmlNode* statement, Keyword keyword) noexcept {
   return StatementFrom(statement->next, keyword);
+}
+
+std::vector<xmlNode*> AugmentsOfUses(const xmlNode* uses) {
+  std::vector<xmlNode*> augments;
+  for (xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
+       s = NextSibling(s, Keyword::kAugment))
+    augments.push_back(s);
+  const auto depth = [](const xmlNode* augment) {
+    const std::string_view path = ArgumentOf(augment) == nullptr ? "" : ArgumentOf(augment);
+    return std::count(path.begin(), path.end(), '/');
+  };
+  std::stable_sort(augments.begin(), augments.end(),
+                   [&](const xmlNode* a, const xmlNode* b) { return depth(a) < depth(b); });
+  return augments;
 }
 
 xmlNode* ParentOf(const xmlNode* statement) noexcept {

@@ -3,6 +3,7 @@
 // Statements as the passes see them: elements with a record. Between them stand the
 // elements of arguments, which are none; these functions know the difference.
 #include <string_view>
+#include <vector>
 
 #include "compiler/reading/records.h"
 
@@ -30,6 +31,10 @@ xmlNode* FirstChild(const xmlNode* parent) noexcept;
 xmlNode* NextSibling(const xmlNode* statement) noexcept;
 xmlNode* FirstChild(const xmlNode* parent, Keyword keyword) noexcept;
 xmlNode* NextSibling(const xmlNode* statement, Keyword keyword) noexcept;
+
+// The augments of a `uses` in an order in which each comes behind those that may bring its
+// target: what one brings lies deeper than its own target.
+std::vector<xmlNode*> AugmentsOfUses(const xmlNode* uses);
 
 // The statement that `statement` stands in; NULL: it is the root.
 xmlNode* ParentOf(const xmlNode* statement) noexcept;

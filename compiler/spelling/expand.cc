@@ -112,9 +112,7 @@ void ExpandUses(Output* out, const xmlNode* uses, xmlNode* to, const Place* used
     if (Is(s, Keyword::kNone))
       LoseHere(out, s, std::string("an extension in uses") + kHasNoPlace, usedAt);
   }
-  for (const xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
-       s = NextSibling(s, Keyword::kAugment))
-    AugmentBelow(out, s, &roots, usedAt);
+  for (const xmlNode* s : AugmentsOfUses(uses)) AugmentBelow(out, s, &roots, usedAt);
   const std::vector<const xmlNode*> inherited = Inherited(uses);
   for (xmlNode* node : roots.nodes) Inherit(out, inherited, node, usedAt);
 }

@@ -233,6 +233,21 @@ TEST_F(Augments, InsideUsesExtendWhatTheyBring) {
       Body("m"));
 }
 
+TEST_F(Augments, InsideUsesExtendWhatEachOtherBringInWhateverOrderTheyStand) {
+  Module("m",
+         "grouping g { container b; }\n"
+         "container c { uses g {\n"
+         "  augment b/d/e { leaf z { type string; } }\n"
+         "  augment b/d { container e; }\n"
+         "  augment b { container d; }\n"
+         "  augment b { leaf y { type string; } } } }");
+  EXPECT_EQ(
+      "container c { container b { container d { container e { leaf z { type string; } } } "
+      "leaf y { type string; } } }",
+      Body("m"));
+  EXPECT_EQ("", Findings("m"));
+}
+
 TEST_F(Augments, OfOwnNodesAreFoldedInWhateverOrderTheyStand) {
   Module("m",
          "augment /m:c/m:d/m:e { leaf z { type string; } }\n"
