@@ -91,25 +91,59 @@ bool KeepsExtensions(const xmlNode* parent) {
          IsSchemaNode(keyword);
 }
 
-void RewriteExtension(Rewriting* rewriting, xmlNode* statement) {
+// The argument of instances, as the definition has it: its name and where it stands.
+bool HaveSameArgument(const xmlNode* a, const xmlNode* b) {
+  const xmlNode* first = FirstChild(a, Keyword::kArgument);
+  const xmlNode* second = FirstChild(b, Keyword::kArgument);
+  if (first == nullptr || second == nullptr) return first == second;
+  const auto is = [](const char* text, std::string_view value) {
+    return text != nullptr && value == text;
+  };
+  return ArgumentOf(first) != nullptr && is(ArgumentOf(second), ArgumentOf(first)) &&
+         is(ArgumentOfChild(first, Keyword::kYinElement), "true") ==
+             is(ArgumentOfChild(second, Keyword::kYinElement), "true");
+}
+
+// False: the revision of its module that is written would not know the instance.
+bool IsDefinedAsWritten(const Output* out, Module* module, const xmlNode* statement) {
+  Module* written = WrittenModule(out->all->repository, module->name);
+  if (written == nullptr || written == module) return true;
+  const xmlNode* used = FindGlobal(module, SymbolKind::kExtension, NameOf(statement));
+  const xmlNode* now = FindGlobal(written, SymbolKind::kExtension, NameOf(statement));
+  return used == nullptr || (now != nullptr && HaveSameArgument(used, now));
+}
+
+// False: it has left the tree, with what stands in it.
+bool RewriteExtension(Rewriting* rewriting, xmlNode* statement) {
   Output* out = rewriting->out;
   Module* module = ModuleOfNamespace(statement);
-  if (module == nullptr) return;
+  if (module == nullptr) return true;
+  if (!IsDefinedAsWritten(out, module, statement)) {
+    Lose(out, statement,
+         "the revision of \"" + module->name + "\" that is written has no such extension \"" +
+             NameOf(statement) + "\"; it is left out");
+    TakeOut(statement);
+    out->removed.emplace_back(statement);
+    return false;
+  }
   PrefixOf(out, module);
   const bool asElement = StatementOf(statement)->argumentIsElement;
   const xmlNode* parent = ParentOf(statement);
-  if (!asElement && KeepsExtensions(parent)) return;
+  if (!asElement && KeepsExtensions(parent)) return true;
   const std::string place = asElement ? "its argument as an element" : NameOf(parent);
-  if (!rewriting->reportedExtensions.insert({NameOf(statement), place}).second) return;
+  if (!rewriting->reportedExtensions.insert({NameOf(statement), place}).second) return true;
   Lose(out, statement,
        std::string("the loader does not keep the extension \"") + NameOf(statement) +
            (asElement ? "\" with " : "\" in ") + place + "; it stays in the file");
+  return true;
 }
 
 // A condition has no other statements that would be rewritten.
 void RewriteExtensionsIn(Rewriting* rewriting, const xmlNode* condition) {
-  for (xmlNode* s = NextInTree(condition, condition); s != nullptr; s = NextInTree(condition, s)) {
-    if (Is(s, Keyword::kNone)) RewriteExtension(rewriting, s);
+  for (xmlNode* s = NextInTree(condition, condition); s != nullptr;) {
+    xmlNode* outside = NextOutside(condition, s);
+    const bool stays = !Is(s, Keyword::kNone) || RewriteExtension(rewriting, s);
+    s = stays ? NextInTree(condition, s) : outside;
   }
 }
 
@@ -162,8 +196,7 @@ xmlNode* RewriteOne(Rewriting* rewriting, xmlNode* s) {
       RewriteTarget(out, s);
       break;
     case Keyword::kNone:
-      RewriteExtension(rewriting, s);
-      break;
+      return RewriteExtension(rewriting, s) ? s : nullptr;
     default:
       break;
   }

@@ -437,6 +437,36 @@ TEST_F(Identities, AndFeaturesOnlyInAnotherRevisionAreNotWritten) {
   EXPECT_EQ(2u, result.findings.size());
 }
 
+using OtherRevisions = Compiling;
+
+// What is written is read again with the revision that is written.
+TEST_F(OtherRevisions, LackExtensionsWhoseInstancesAreNotWritten) {
+  Write("n@2020-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2020-01-01;\n"
+        "  extension kept { argument a; } extension gone; extension other { argument a; }\n"
+        "  grouping g { leaf i { when \"1 = 1\" { n:gone; description d; }\n"
+        "    n:gone { n:kept 1; } n:kept 2; n:other 3; type string; } } }");
+  Write("n@2021-01-01.yang",
+        "module n { namespace urn:n; prefix n; revision 2021-01-01; revision 2020-01-01;\n"
+        "  extension kept { argument a; } extension other { argument b; } }");
+  Module("m", "import n { prefix n; revision-date 2020-01-01; } uses n:g;");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  EXPECT_EQ("leaf i { when 1 = 1 { description { text \"d\" } } n:kept 2; type string; }",
+            BodyOf(result, "m"));
+  ASSERT_EQ(3u, result.findings.size());
+  EXPECT_EQ(Path("n@2020-01-01.yang") +
+                ":4: the revision of \"n\" that is written has no such extension \"gone\"; it is "
+                "left out, used at " +
+                Path("m.yang") + ":2",
+            result.findings[1]);
+  for (const JobModule& module : result.modules) Write("again/" + module.name + ".yin", module.yin);
+  const JobResult again = Run({Path("again/m.yin")});
+  EXPECT_EQ(JobState::kDone, again.state);
+  ASSERT_EQ(2u, again.modules.size());
+  EXPECT_EQ(result.modules[0].yin, again.modules[0].yin);
+}
+
 TEST_F(Literals, ThatNameIdentitiesGetAPrefix) {
   Module11("m",
            "identity base; identity i { base base; }\n"
