@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // qmodel lint: what is wrong in models as they are published, and what to do about it.
 #include <cstdio>
+#include <new>
 
 #include "client/commands.h"
+#include "client/memory_watch.h"
 #include "compiler/lint_job.h"
 
 namespace {
@@ -38,11 +40,12 @@ int RunLint(const Options& options) {
   request.json = options.json;
   if (!TakeClasses(options, &request.options)) return kExitUsage;
   const compiler::LintResult result = RunLintJob(request);
+  if (result.state == compiler::LintState::kNoMemory) throw std::bad_alloc();
+  CheckMemory();
   static_cast<void>(std::fwrite(result.output.data(), 1, result.output.size(), stdout));
   for (const std::string& trouble : result.troubles) PrintError("%s", trouble.c_str());
   if (result.state == compiler::LintState::kNoFolder) {
     PrintError("%s: not a usable search directory", result.detail.c_str());
   }
-  if (result.state == compiler::LintState::kNoMemory) PrintError("out of memory");
   return StatusOf(result.state);
 }

@@ -29,11 +29,11 @@ static void AddObject(const QmsModule* module, JsonArray* array) {
 
 int RunLoad(const Options& options) {
   int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, true, &status);
+  const Context ctx = OpenSession(options, true, &status);
   if (ctx == nullptr) return status;
   JsonArray array;
   for (const std::string& name : options.operands) {
-    const QmsModule* module = QM_CTX_GetModuleByModName(ctx, name.c_str());
+    const QmsModule* module = QM_CTX_GetModuleByModName(ctx.get(), name.c_str());
     if (module == nullptr) continue;  // unloaded again
     if (options.json) {
       AddObject(module, &array);
@@ -42,6 +42,5 @@ int RunLoad(const Options& options) {
     }
   }
   if (options.json) array.Print();
-  QM_CTX_Delete(ctx);
   return status;
 }

@@ -8,6 +8,8 @@
 #include "client/commands.h"
 #include "client/file_input.h"
 #include "client/hints.h"
+#include "client/memory_watch.h"
+#include "client/owned.h"
 #include "client/session.h"
 #include "client/verdict.h"
 
@@ -19,14 +21,14 @@ static uint32_t AddText(const char* text, void* answer) {
 // The run that gave the answer keeps no record, so another one makes it.
 static void PrintWhy(const Validation& validation, const std::string& file,
                      const std::string& text) {
-  QmErrNode* record = nullptr;
+  QmErrNode* made = nullptr;
   const uint32_t verdict = QM_AGENT_ValidateNotificationText(
-      validation.ctx, text.data(), text.size(), nullptr, nullptr, nullptr, &record);
-  if (verdict == QM_AGENT_INVALID && record != nullptr) {
-    if (validation.options.verdicts) PrintReason(file, record);
-    HintImportsOfRecord(validation.ctx, validation.options, record);
-  }
-  QM_FreeErrNode(record);
+      validation.ctx, text.data(), text.size(), nullptr, nullptr, nullptr, &made);
+  const ErrorRecord record(made);
+  CheckMemory();
+  if (verdict != QM_AGENT_INVALID || record == nullptr) return;
+  if (validation.options.verdicts) PrintReason(file, record.get());
+  HintImportsOfRecord(validation.ctx, validation.options, record.get());
 }
 
 static int ValidateOne(const Validation& validation, const std::string& file) {
@@ -35,8 +37,9 @@ static int ValidateOne(const Validation& validation, const std::string& file) {
   // The library takes a text up to its first NUL; one inside is no XML.
   const bool isText = text.find('\0') == std::string::npos;
   std::string answer;
-  const bool valid =
-      isText && QM_CTX_ValidateNotifDataTree(validation.ctx, text.c_str(), AddText, &answer) == 0;
+  const bool valid = isText && QM_CTX_ValidateNotifDataTree(validation.ctx, text.c_str(),
+                                                            kGuarded<AddText>, &answer) == 0;
+  CheckMemory();
   PrintVerdict(validation.options, file, valid);
   static_cast<void>(std::fwrite(answer.data(), 1, answer.size(), stdout));
   if (valid) return kExitOk;

@@ -15,6 +15,8 @@
 #include "client/file_input.h"
 #include "client/hints.h"
 #include "client/json.h"
+#include "client/memory_watch.h"
+#include "client/owned.h"
 #include "client/rpc_error.h"
 #include "client/session.h"
 #include "client/verdict.h"
@@ -36,7 +38,7 @@ void RefuseDocumentType(void* parser, const xmlChar* /*name*/, const xmlChar* /*
 // stands before it; the rest of the file is no XML, so the whole is not. Blanks between
 // elements are dropped; no line numbers are kept, no entity is replaced and nothing is
 // fetched, as is libxml2's default.
-xmlDoc* ParseRequest(const std::string& text) {
+XmlDocument ParseRequest(const std::string& text) {
   if (text.empty() || text.size() > INT_MAX) return nullptr;
   if (text.find('\0') != std::string::npos) return nullptr;
   xmlSetStructuredErrorFunc(nullptr, Ignore);
@@ -45,23 +47,24 @@ xmlDoc* ParseRequest(const std::string& text) {
   if (parser == nullptr) return nullptr;
   parser->sax->internalSubset = RefuseDocumentType;
   static_cast<void>(xmlParseDocument(parser));
-  xmlDoc* doc = parser->myDoc;
-  if (parser->wellFormed == 0) {
-    xmlFreeDoc(doc);
-    doc = nullptr;
-  }
+  XmlDocument doc(parser->myDoc);
+  if (parser->wellFormed == 0) doc.reset();
   xmlFreeParserCtxt(parser);
   return doc;
 }
 
-bool PrintDocument(xmlDoc* doc) {
+// xmlFree() is a variable.
+struct FreeXml {
+  void operator()(xmlChar* text) const noexcept { xmlFree(text); }
+};
+
+void PrintDocument(xmlDoc* doc) {
   xmlChar* text = nullptr;
   int length = 0;
   xmlDocDumpFormatMemoryEnc(doc, &text, &length, "UTF-8", 1);
-  if (text == nullptr) return false;
+  const std::unique_ptr<xmlChar, FreeXml> owner(text);
+  CheckMemory();
   static_cast<void>(std::fwrite(text, 1, static_cast<size_t>(length), stdout));
-  xmlFree(text);
-  return true;
 }
 
 // `valid` is null for a file that could not be read.
@@ -78,9 +81,8 @@ int GiveAnswer(const Validation& validation, const std::string& file, xmlDoc* do
     AddAnswer(validation, file, record == nullptr ? "true" : "false", record);
   } else if (record != nullptr) {
     PrintRpcError(record);
-  } else if (!PrintDocument(doc)) {
-    PrintError("out of memory");
-    return kExitUnusable;
+  } else {
+    PrintDocument(doc);
   }
   if (record != nullptr) HintImportsOfRecord(validation.ctx, validation.options, record);
   return record == nullptr ? kExitOk : kExitInvalid;
@@ -92,20 +94,13 @@ int ValidateOne(const Validation& validation, const std::string& file) {
     if (validation.options.json) AddAnswer(validation, file, "null", nullptr);
     return kExitUnusable;
   }
-  xmlDoc* doc = ParseRequest(text);
-  xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
+  const XmlDocument doc = ParseRequest(text);
+  xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc.get());
   // A text that is no XML has no root; the library answers that with a record.
-  QmErrNode* record =
-      QM_CTX_ValidateRpcDataTree(validation.ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr);
-  int status = kExitUnusable;
-  if (record == nullptr && root == nullptr) {
-    PrintError("out of memory");
-  } else {
-    status = GiveAnswer(validation, file, doc, record);
-  }
-  QM_FreeErrNode(record);
-  xmlFreeDoc(doc);
-  return status;
+  const ErrorRecord record(
+      QM_CTX_ValidateRpcDataTree(validation.ctx, QM_INPUT_ELEMENT, root, nullptr, nullptr));
+  CheckMemory();
+  return GiveAnswer(validation, file, doc.get(), record.get());
 }
 
 }  // namespace

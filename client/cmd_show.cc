@@ -11,6 +11,7 @@
 #include "client/commands.h"
 #include "client/find_node.h"
 #include "client/hints.h"
+#include "client/memory_watch.h"
 #include "client/node_facts.h"
 #include "client/session.h"
 #include "client/shown_text.h"
@@ -40,8 +41,11 @@ void PrintFact(const Fact& fact) {
 
 void ShowNode(QmCtx* ctx, QmsNode* node) {
   const char* kind = QM_AGENT_GetKindName(QM_NODE_GetNodeType(node));
-  std::printf("%s %s\n", kind == nullptr ? "node" : kind, PathOf(node).c_str());
-  for (const Fact& fact : FactsOf(ctx, node)) PrintFact(fact);
+  const std::vector<Fact> facts = FactsOf(ctx, node);
+  const std::string path = PathOf(node);
+  CheckMemory();
+  std::printf("%s %s\n", kind == nullptr ? "node" : kind, path.c_str());
+  for (const Fact& fact : facts) PrintFact(fact);
 }
 
 // Looked up before anything is printed: wrong usage leaves standard output empty.
@@ -64,9 +68,7 @@ int RunShow(const Options& options) {
   Options all = options;
   all.loadFlags |= QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS;
   int status = kExitOk;
-  QmCtx* ctx = OpenSession(all, false, &status);
+  const Context ctx = OpenSession(all, false, &status);
   if (ctx == nullptr) return status;
-  status = ShowAll(ctx, all);
-  QM_CTX_Delete(ctx);
-  return status;
+  return ShowAll(ctx.get(), all);
 }

@@ -10,6 +10,7 @@
 
 #include "client/commands.h"
 #include "client/find_node.h"
+#include "client/memory_watch.h"
 #include "client/session.h"
 #include "client/terminal.h"
 #include "client/tree_depth.h"
@@ -22,6 +23,7 @@ static uint32_t AddChunk(const char* text, uint32_t length, void* arg) {
 }
 
 static void Print(const std::string& tree) {
+  CheckMemory();
   const std::string text = UseColours() ? PaintTree(tree) : tree;
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
 }
@@ -45,7 +47,7 @@ static int PrintTrees(QmCtx* ctx, const Options& options) {
     if (options.rfc8340) {
       tree = TreeOfRfc8340(ctx, module, options.depth);
     } else {
-      ret = QM_MOD_PrintModelTree(module, AddChunk, &tree);
+      ret = QM_MOD_PrintModelTree(module, kGuarded<AddChunk>, &tree);
     }
     Print(options.rfc8340 ? tree : CutTree(tree, options.depth, 0));
     if (ret == 0) continue;
@@ -61,8 +63,9 @@ static int PrintSubtree(QmCtx* ctx, const Options& options) {
   if (node == nullptr) return kExitUsage;
   std::string header;
   std::string tree;
-  const uint32_t ret = QM_NODE_PrintNodeHeader(node, AddChunk, &header) |
-                       QM_NODE_PrintNodesTree(node, AddChunk, &tree);
+  const uint32_t ret = QM_NODE_PrintNodeHeader(node, kGuarded<AddChunk>, &header) |
+                       QM_NODE_PrintNodesTree(node, kGuarded<AddChunk>, &tree);
+  CheckMemory();
   if (ret == 0) {
     Print(CutTree(tree, options.depth, DepthBelow(header)));
     return kExitOk;
@@ -78,6 +81,7 @@ static int WritePage(QmCtx* ctx, const Options& options) {
     modules.push_back(QM_CTX_GetModuleByModName(ctx, name.c_str()));
   }
   const std::string page = HtmlPage(ctx, modules);
+  CheckMemory();
   if (options.htmlFile == "-") {
     static_cast<void>(std::fwrite(page.data(), 1, page.size(), stdout));
     return kExitOk;
@@ -110,9 +114,7 @@ int RunTree(const Options& options) {
   Options wanted = options;
   // The page has room for all that is said.
   if (!options.htmlFile.empty()) wanted.loadFlags |= QM_LOAD_DESCRIPTIONS | QM_LOAD_UNITS;
-  QmCtx* ctx = OpenSession(wanted, true, &status);
+  const Context ctx = OpenSession(wanted, true, &status);
   if (ctx == nullptr) return status;
-  status = PrintAsked(ctx, options);
-  QM_CTX_Delete(ctx);
-  return status;
+  return PrintAsked(ctx.get(), options);
 }

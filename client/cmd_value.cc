@@ -10,6 +10,7 @@
 #include "client/commands.h"
 #include "client/find_node.h"
 #include "client/hints.h"
+#include "client/memory_watch.h"
 #include "client/session.h"
 
 static void PrintInvalid(uint32_t code, bool explain) {
@@ -22,6 +23,7 @@ static int CheckValues(QmsNode* node, const Options& options) {
   int status = kExitOk;
   for (size_t i = 1; i < options.operands.size(); ++i) {
     const uint32_t code = QM_NODE_ValidateValue(node, QM_INPUT_TEXT, options.operands[i].c_str());
+    CheckMemory();
     if (code == 0) {
       std::puts("valid");
     } else {
@@ -34,11 +36,10 @@ static int CheckValues(QmsNode* node, const Options& options) {
 
 int RunValue(const Options& options) {
   int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, false, &status);
+  const Context ctx = OpenSession(options, false, &status);
   if (ctx == nullptr) return status;
-  QmsNode* node = FindDataNode(ctx, options, options.operands[0]);
+  QmsNode* node = FindDataNode(ctx.get(), options, options.operands[0]);
   status = node == nullptr ? kExitUsage : CheckValues(node, options);
-  if (status == kExitInvalid) HintImportsOfType(ctx, options, node);
-  QM_CTX_Delete(ctx);
+  if (status == kExitInvalid) HintImportsOfType(ctx.get(), options, node);
   return status;
 }

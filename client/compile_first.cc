@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 #include <string_view>
 
 #include "client/compile_cache.h"
+#include "client/memory_watch.h"
 #include "client/shown_text.h"
 #include "client/terminal.h"
 
@@ -22,6 +24,8 @@ compiler::JobRequest MakeRequest(const Options& options) {
 }
 
 void PrintFindings(const compiler::JobResult& result) {
+  if (result.state == compiler::JobState::kNoMemory) throw std::bad_alloc();
+  CheckMemory();
   for (const std::string& line : result.findings) {
     static_cast<void>(std::fprintf(stderr, "%s\n", ShowControls(line).c_str()));
   }
@@ -31,7 +35,6 @@ void PrintFindings(const compiler::JobResult& result) {
   if (result.state == compiler::JobState::kNoFeature) {
     PrintError("no feature '%s' in a module that is compiled", result.detail.c_str());
   }
-  if (result.state == compiler::JobState::kNoMemory) PrintError("out of memory");
 }
 
 static compiler::JobResult Compile(const compiler::JobRequest& request, bool noCache) {

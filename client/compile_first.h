@@ -8,7 +8,7 @@
 // The compiler's request for the search directories and features of the options.
 compiler::JobRequest MakeRequest(const Options& options);
 
-// Prints what the compiler has to say.
+// Prints what the compiler has to say; throws std::bad_alloc when that is that memory was refused.
 void PrintFindings(const compiler::JobResult& result);
 
 // Compiles the modules that `-m` names, and the operands when `withOperands`, with all

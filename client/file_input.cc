@@ -10,23 +10,34 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 #include "client/options.h"
 
-static bool ReadAll(FILE* file, std::string* content) {
+namespace {
+
+// Standard input is left as it is.
+struct CloseFile {
+  void operator()(FILE* file) const noexcept {
+    if (file != stdin) static_cast<void>(std::fclose(file));
+  }
+};
+using File = std::unique_ptr<FILE, CloseFile>;
+
+bool ReadAll(FILE* file, std::string* content) {
   char chunk[65536];
   size_t length = 0;
   while ((length = std::fread(chunk, 1, sizeof(chunk), file)) > 0) content->append(chunk, length);
   return std::ferror(file) == 0;
 }
 
+}  // namespace
+
 bool ReadInput(const std::string& file, std::string* content) {
   content->clear();
-  const bool standardInput = file == "-";
-  FILE* stream = standardInput ? stdin : std::fopen(file.c_str(), "rb");
-  const bool done = stream != nullptr && ReadAll(stream, content);
+  const File stream(file == "-" ? stdin : std::fopen(file.c_str(), "rb"));
+  const bool done = stream != nullptr && ReadAll(stream.get(), content);
   if (!done) PrintError("%s: %s", file.c_str(), std::strerror(errno));
-  if (stream != nullptr && !standardInput) static_cast<void>(std::fclose(stream));
   return done;
 }
 
@@ -36,12 +47,7 @@ bool ReadRegularFile(const std::string& file, std::string* content) {
   if (fd < 0) return false;
   struct stat info;
   const bool regular = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
-  FILE* stream = regular ? fdopen(fd, "rb") : nullptr;
-  if (stream == nullptr) {
-    static_cast<void>(close(fd));
-    return false;
-  }
-  const bool done = ReadAll(stream, content);
-  static_cast<void>(std::fclose(stream));
-  return done;
+  const File stream(regular ? fdopen(fd, "rb") : nullptr);
+  if (stream == nullptr) static_cast<void>(close(fd));
+  return stream != nullptr && ReadAll(stream.get(), content);
 }

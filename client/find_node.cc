@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "client/hints.h"
+#include "client/memory_watch.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ std::string SuggestModule(QmCtx* ctx, const std::string& path) {
 }
 
 void SayNotFound(QmCtx* ctx, const Options& options, const std::string& path, const char* kind) {
+  CheckMemory();
   PrintError("no %s '%s'%s", kind, path.c_str(), SuggestModule(ctx, path).c_str());
   HintImportsOfPath(ctx, options, path);
 }

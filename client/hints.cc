@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "client/find_model.h"
+#include "client/memory_watch.h"
 #include "compiler/words/suggestion.h"
 
 namespace {
@@ -118,7 +119,7 @@ std::string DidYouMean(std::string_view word, const std::vector<std::string>& na
 
 std::string DidYouMeanModule(QmCtx* ctx, std::string_view word) {
   std::vector<std::string> names;
-  static_cast<void>(QM_CTX_ScanAllModule(ctx, AddName, &names));
+  static_cast<void>(QM_CTX_ScanAllModule(ctx, kGuarded<AddName>, &names));
   return DidYouMean(word, names);
 }
 

@@ -12,6 +12,7 @@
 #include "client/compile_first.h"
 #include "client/help.h"
 #include "client/hints.h"
+#include "client/memory_watch.h"
 #include "client/named_files.h"
 #include "client/options.h"
 
@@ -35,6 +36,7 @@ int RunOne(const Command& command, const Options& options) {
     return kExitUnusable;
   }
   const int status = command.usesContext ? RunPrepared(command, options) : command.run(options);
+  CheckMemory();
   if (status != kExitUnusable) return status;
   HintModules(options, command.loadsOperands || !command.usesContext,
               options.compileFirst || !command.usesContext);
@@ -80,8 +82,11 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
   int status = kExitUnusable;
   try {
+    WatchMemory();
     status = Run(argc, argv);
+    CheckMemory();
   } catch (const std::bad_alloc&) {
+    status = kExitUnusable;
     PrintError("out of memory");
   }
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {

@@ -6,6 +6,7 @@
 #include <qmodel/agent.h>
 #include <qmodel/inspect.h>
 
+#include "client/memory_watch.h"
 #include "client/shown_text.h"
 
 namespace {
@@ -70,7 +71,7 @@ uint32_t AddKey(QmsNode* key, uint32_t /*travType*/, void* keys) {
 void AddKeys(QmsNode* node, Facts* facts) {
   std::string keys;
   if (QM_NODE_GetNodeType(node) != QMS_NODE_LIST) return;
-  static_cast<void>(QM_NODE_ScanKey(node, AddKey, &keys));
+  static_cast<void>(QM_NODE_ScanKey(node, kGuarded<AddKey>, &keys));
   if (!keys.empty()) Add(facts, "keys", keys);
 }
 
@@ -95,8 +96,8 @@ uint32_t AddIfFeature(const char* module, const char* feature, uint32_t enabled,
 void AddConditions(QmsNode* node, Facts* facts) {
   const char* when = QM_NODE_GetWhenCond(node);
   if (when != nullptr) Add(facts, "when", when);
-  static_cast<void>(QM_NODE_ScanMust(node, AddMust, facts));
-  static_cast<void>(QM_NODE_ScanIfFeature(node, AddIfFeature, facts));
+  static_cast<void>(QM_NODE_ScanMust(node, kGuarded<AddMust>, facts));
+  static_cast<void>(QM_NODE_ScanIfFeature(node, kGuarded<AddIfFeature>, facts));
   if (QM_NODE_IsEnabled(node) == 0) Add(facts, "enabled", "no: a feature is off");
 }
 
@@ -113,7 +114,7 @@ uint32_t AddExtension(QmsExtInst* inst, const char* module, const char* name, co
   if (argument != nullptr) text += std::string(" ") + argument;
   Add(extensions->facts, "extension", text, extensions->level);
   Extensions inner{extensions->facts, extensions->level + 1};
-  return QM_EXT_ScanAllChildExtInsts(inst, AddExtension, &inner);
+  return QM_EXT_ScanAllChildExtInsts(inst, kGuarded<AddExtension>, &inner);
 }
 
 }  // namespace
@@ -128,10 +129,10 @@ std::vector<Fact> FactsOf(QmCtx* ctx, QmsNode* node) {
   AddTypeFacts(ctx, node, &facts);
   const char* units = QM_NODE_GetUnitsValueStr(node);
   if (units != nullptr) Add(&facts, "units", units);
-  static_cast<void>(QM_NODE_ScanDefault(node, AddDefault, &facts));
+  static_cast<void>(QM_NODE_ScanDefault(node, kGuarded<AddDefault>, &facts));
   AddConditions(node, &facts);
   Extensions extensions{&facts, 0};
-  static_cast<void>(QM_NODE_ScanAllExtInsts(node, AddExtension, &extensions));
+  static_cast<void>(QM_NODE_ScanAllExtInsts(node, kGuarded<AddExtension>, &extensions));
   const char* description = QM_NODE_GetDescription(node);
   // Its lines are kept, so it is made fit to be shown where it is shown.
   if (description != nullptr) facts.push_back({0, "description", description});

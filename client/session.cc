@@ -11,7 +11,6 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include <qmodel/inspect.h>
@@ -19,6 +18,7 @@
 #include <qmodel/schema.h>
 
 #include "client/hints.h"
+#include "client/memory_watch.h"
 #include "client/shown_text.h"
 #include "client/skipped.h"
 #include "client/terminal.h"
@@ -28,11 +28,6 @@ namespace {
 struct Printing {
   const Options& options;
   bool printed = false;
-  bool refused = false;  // memory, on the way
-};
-
-struct DeleteContext {
-  void operator()(QmCtx* ctx) const noexcept { QM_CTX_Delete(ctx); }
 };
 
 // The file that the person who called knows: with -c the one that was compiled.
@@ -48,24 +43,18 @@ std::string LoadErrorLine(const Options& options, const char* module, const char
   return line + ShowControls(message) + "\n";
 }
 
-// Nothing may be thrown through the library, which holds a lock here.
 uint32_t PrintLoadError(const char* module, const char* file, const char* message, void* arg) {
   auto* printing = static_cast<Printing*>(arg);
   printing->printed = true;
-  try {
-    const std::string line = LoadErrorLine(printing->options, module, file, message);
-    static_cast<void>(std::fputs(line.c_str(), stderr));
-  } catch (const std::bad_alloc&) {
-    printing->refused = true;
-  }
-  return printing->refused ? 1 : 0;
+  const std::string line = LoadErrorLine(printing->options, module, file, message);
+  static_cast<void>(std::fputs(line.c_str(), stderr));
+  return 0;
 }
 
 // True when there was at least one.
 bool PrintLoadErrors(QmCtx* ctx, const Options& options) {
   Printing printing{options};
-  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, PrintLoadError, &printing));
-  if (printing.refused) throw std::bad_alloc();
+  static_cast<void>(QM_CTX_ScanAllSchemaLoadFail(ctx, kGuarded<PrintLoadError>, &printing));
   return printing.printed;
 }
 
@@ -80,6 +69,7 @@ bool AddSearchDir(QmCtx* ctx, const std::string& dir) {
     absolute = dir == "." ? cwd : std::string(cwd) + "/" + dir;
   }
   if (QM_CTX_SetSearchDir(ctx, absolute.c_str()) == 0) return true;
+  CheckMemory();
   PrintError("%s: not a usable search directory", dir.c_str());
   return false;
 }
@@ -103,7 +93,9 @@ bool ForEachModule(QmCtx* ctx, const Options& options, const std::vector<std::st
   for (const std::string& name : names) {
     const uint32_t ret = step(ctx, name.c_str());
     if (ret == 0) continue;
-    if (!PrintLoadErrors(ctx, options)) {
+    const bool printed = PrintLoadErrors(ctx, options);
+    CheckMemory();
+    if (!printed) {
       PrintError("module '%s' could not be %s", name.c_str(), verb);
     }
     return false;
@@ -155,6 +147,7 @@ bool EnableFeatures(QmCtx* ctx, const Options& options) {
     }
     QmsModule* module = QM_CTX_GetModuleByModName(ctx, ref.module.c_str());
     if (module != nullptr && QM_MOD_EnableFeature(module, ref.feature.c_str()) == 0) continue;
+    CheckMemory();
     const std::string hint = module == nullptr ? DidYouMeanModule(ctx, ref.module) : std::string();
     PrintError("no feature '%s' in a loaded module '%s'%s", ref.feature.c_str(), ref.module.c_str(),
                hint.c_str());
@@ -174,27 +167,24 @@ int Prepare(QmCtx* ctx, const Options& options, bool loadOperands) {
 
 }  // namespace
 
-QmCtx* OpenSession(const Options& options, bool loadOperands, int* status) {
-  std::unique_ptr<QmCtx, DeleteContext> ctx(QM_CTX_Create(options.loadFlags));
-  if (ctx == nullptr) {
-    PrintError("out of memory");
-    *status = kExitUnusable;
-    return nullptr;
-  }
+Context OpenSession(const Options& options, bool loadOperands, int* status) {
+  Context ctx(QM_CTX_Create(options.loadFlags));
+  if (ctx == nullptr) throw std::bad_alloc();
   *status = Prepare(ctx.get(), options, loadOperands);
-  return *status == kExitOk ? ctx.release() : nullptr;
+  CheckMemory();
+  if (*status != kExitOk) ctx.reset();
+  return ctx;
 }
 
 int ValidateFiles(const Options& options, ValidateFunc validate) {
   int status = kExitOk;
-  QmCtx* ctx = OpenSession(options, false, &status);
+  const Context ctx = OpenSession(options, false, &status);
   if (ctx == nullptr) return status;
   JsonArray answers;
-  const Validation validation{ctx, options, &answers};
+  const Validation validation{ctx.get(), options, &answers};
   for (const std::string& file : options.operands) {
     status = std::max(status, validate(validation, file));
   }
   if (options.json) answers.Print();
-  QM_CTX_Delete(ctx);
   return status;
 }

@@ -4,11 +4,12 @@
 
 #include "client/json.h"
 #include "client/options.h"
+#include "client/owned.h"
 
 // Makes a context as the options say: search directories, loads (with the
 // operands too when `loadOperands`), unloads, features. Load errors are printed.
 // NULL, with *status set and the reason on standard error, when it cannot be used.
-QmCtx* OpenSession(const Options& options, bool loadOperands, int* status);
+Context OpenSession(const Options& options, bool loadOperands, int* status);
 
 // What the validation of a file needs.
 struct Validation {

@@ -13,6 +13,8 @@
 
 #include "client/file_input.h"
 #include "client/find_model.h"
+#include "client/memory_watch.h"
+#include "client/owned.h"
 
 namespace {
 
@@ -78,7 +80,7 @@ void CountAttributeDefault(void* parser, const xmlChar* element, const xmlChar* 
 }
 
 // NULL for what the library would not read either.
-xmlDoc* ParseModel(const std::string& file) {
+XmlDocument ParseModel(const std::string& file) {
   std::string text;
   if (!ReadRegularFile(file, &text) || text.empty() || text.size() > INT_MAX) return nullptr;
   xmlParserCtxt* context = xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
@@ -89,11 +91,8 @@ xmlDoc* ParseModel(const std::string& file) {
   context->_private = &attributeDefaults;
   context->sax->attributeDecl = CountAttributeDefault;
   static_cast<void>(xmlParseDocument(context));
-  xmlDoc* doc = context->myDoc;
-  if (context->wellFormed == 0) {
-    xmlFreeDoc(doc);
-    doc = nullptr;
-  }
+  XmlDocument doc(context->myDoc);
+  if (context->wellFormed == 0) doc.reset();
   xmlFreeParserCtxt(context);
   return doc;
 }
@@ -104,10 +103,9 @@ size_t CountSkipped(const Options& options, const std::string& module) {
   while (!counting.open.empty()) {
     const std::string file = counting.open.back();
     counting.open.pop_back();
-    xmlDoc* doc = file.empty() ? nullptr : ParseModel(file);
-    const xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc);
+    const XmlDocument doc = file.empty() ? nullptr : ParseModel(file);
+    const xmlNode* root = doc == nullptr ? nullptr : xmlDocGetRootElement(doc.get());
     if (root != nullptr) CountTree(&counting, root);
-    xmlFreeDoc(doc);
   }
   return counting.count;
 }
@@ -117,6 +115,7 @@ size_t CountSkipped(const Options& options, const std::string& module) {
 void PrintSkipped(const Options& options) {
   for (const std::string& module : options.operands) {
     const size_t count = CountSkipped(options, module);
+    CheckMemory();
     if (count > 0) {
       PrintError("%s: %zu statements were skipped that -c spells out", module.c_str(), count);
     }

@@ -8,6 +8,7 @@
 
 #include "client/html_page.h"
 #include "client/json.h"
+#include "client/memory_watch.h"
 #include "client/node_facts.h"
 
 namespace {
@@ -132,7 +133,7 @@ void AddModule(QmCtx* ctx, QmsModule* module, std::string* json) {
   QmsNode* node = QM_MOD_GetNextTopNode(module, nullptr);
   for (; node != nullptr; node = QM_MOD_GetNextTopNode(module, node)) AddNode(ctx, node, json);
   Adding adding{ctx, json};
-  static_cast<void>(QM_MOD_IterScanAugmentNode(module, AddAugment, &adding));
+  static_cast<void>(QM_MOD_IterScanAugmentNode(module, kGuarded<AddAugment>, &adding));
   *json += "]}";
 }
 

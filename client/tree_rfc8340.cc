@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "client/memory_watch.h"
 #include "client/shown_text.h"
 
 namespace {
@@ -143,7 +144,7 @@ std::string Marks(const QmsNode* node) {
 std::string KeysOf(const QmsNode* node) {
   if (QM_NODE_GetNodeType(node) != QMS_NODE_LIST) return {};
   std::string keys;
-  static_cast<void>(QM_NODE_ScanKey(node, AddKey, &keys));
+  static_cast<void>(QM_NODE_ScanKey(node, kGuarded<AddKey>, &keys));
   return "* [" + keys + "]";
 }
 
@@ -194,7 +195,8 @@ std::string TypeText(const Drawing& drawing, QmsNode* node) {
   const char* path = QM_TYPE_GetTypeConsDataLeafrefPath(type);
   if (path != nullptr) return LeafrefText(drawing, path);
   TypeName name{drawing, {}};
-  static_cast<void>(QM_TYPE_IterRealTypeDerivedName(type, drawing.ctx, TakeTypedef, &name));
+  static_cast<void>(
+      QM_TYPE_IterRealTypeDerivedName(type, drawing.ctx, kGuarded<TakeTypedef>, &name));
   const char* base = QM_AGENT_GetBaseTypeName(QM_TYPE_GetBuiltInBaseType(type));
   return name.text.empty() && base != nullptr ? base : name.text;
 }
@@ -208,7 +210,7 @@ uint32_t AddFeature(const char* module, const char* feature, uint32_t /*enabled*
 
 std::string FeaturesOf(const Drawing& drawing, const QmsNode* node) {
   TypeName features{drawing, {}};
-  static_cast<void>(QM_NODE_ScanIfFeature(node, AddFeature, &features));
+  static_cast<void>(QM_NODE_ScanIfFeature(node, kGuarded<AddFeature>, &features));
   return features.text.empty() ? features.text : features.text + "}?";
 }
 
@@ -328,7 +330,7 @@ void DrawSection(Drawing* drawing, const char* head, const Nodes& nodes) {
 
 void DrawAugments(Drawing* drawing) {
   Nodes augments;
-  static_cast<void>(QM_MOD_IterScanAugmentNode(drawing->module, AddAugment, &augments));
+  static_cast<void>(QM_MOD_IterScanAugmentNode(drawing->module, kGuarded<AddAugment>, &augments));
   if (!augments.empty()) drawing->text += "\n";
   for (const QmsNode* augment : augments) {
     const Nodes nodes = ChildrenOf(augment);

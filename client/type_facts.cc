@@ -11,6 +11,7 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include "client/memory_watch.h"
 #include "client/shown_text.h"
 
 namespace {
@@ -100,7 +101,7 @@ uint32_t AddBase(const char* moduleName, const char* name, void* arg) {
   Add(*adding, "base", Qualified(moduleName, name) + (identity == nullptr ? " (not loaded)" : ""));
   if (identity == nullptr) return 0;
   ++adding->level;
-  static_cast<void>(QM_MOD_ScanDerivedIdentity(module, identity, AddIdentity, adding));
+  static_cast<void>(QM_MOD_ScanDerivedIdentity(module, identity, kGuarded<AddIdentity>, adding));
   --adding->level;
   return 0;
 }
@@ -123,18 +124,18 @@ void AddRestrictions(QmtType* type, Adding* adding) {
     Add(*adding, "fraction-digits", std::to_string(QM_TYPE_GetDecimal64Fraction(type)));
   }
   Segments segments{*adding, {}};
-  static_cast<void>(QM_TYPE_ScanStartEndPair(type, AddSegment, &segments));
+  static_cast<void>(QM_TYPE_ScanStartEndPair(type, kGuarded<AddSegment>, &segments));
   const bool length = adding->base == QMT_BASE_STRING || adding->base == QMT_BASE_BINARY;
   if (!segments.text.empty()) Add(*adding, length ? "length" : "range", segments.text);
-  static_cast<void>(QM_TYPE_ScanPatternInvertMatch(type, AddPattern, adding));
-  static_cast<void>(QM_TYPE_ScanNameValuePair(type, AddNamed, adding));
+  static_cast<void>(QM_TYPE_ScanPatternInvertMatch(type, kGuarded<AddPattern>, adding));
+  static_cast<void>(QM_TYPE_ScanNameValuePair(type, kGuarded<AddNamed>, adding));
   const char* path = QM_TYPE_GetTypeConsDataLeafrefPath(type);
   if (path != nullptr) Add(*adding, "path", path);
   if (adding->base == QMT_BASE_IDENTITYREF) {
-    static_cast<void>(QM_TYPE_ScanIdentRefBase(type, AddBase, adding));
+    static_cast<void>(QM_TYPE_ScanIdentRefBase(type, kGuarded<AddBase>, adding));
   }
   if (adding->base == QMT_BASE_UNION) {
-    static_cast<void>(QM_TYPE_ScanUnionSubType(type, AddMember, adding));
+    static_cast<void>(QM_TYPE_ScanUnionSubType(type, kGuarded<AddMember>, adding));
   }
 }
 
@@ -155,7 +156,8 @@ uint32_t AddLink(const char* module, const char* name, QmtType* type, void* arg)
 
 void AddType(const Adding& outer, const char* label, QmtType* type) {
   Derivation derivation{{}, type};
-  static_cast<void>(QM_TYPE_IterRealTypeDerivedName(type, outer.ctx, AddLink, &derivation));
+  static_cast<void>(
+      QM_TYPE_IterRealTypeDerivedName(type, outer.ctx, kGuarded<AddLink>, &derivation));
   Adding adding = outer;
   QmtType* last = derivation.type;
   adding.base = QM_TYPE_GetBuiltInBaseType(last);

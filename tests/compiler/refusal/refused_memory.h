@@ -25,5 +25,7 @@ class Watch {
 // Runs the scenario once for each allocation that it makes, which is refused; with
 // `forGood` all after it too. Every run must say so or give the result that the scenario
 // gives undisturbed, leave no block, and not disturb the next. The number of runs that
-// gave a result although an allocation was refused, is returned: what nobody misses.
-uint64_t RefuseEach(const std::function<RunOutcome()>& scenario, bool forGood);
+// gave a result although an allocation was refused, is returned: what nobody misses. There
+// are at least `fewest` allocations, or the test has missed them.
+uint64_t RefuseEach(const std::function<RunOutcome()>& scenario, bool forGood,
+                    uint64_t fewest = 100);
