@@ -262,6 +262,10 @@ bool ConditionWriter::IsEvaluable(uint32_t index, const PlainPath& path) {
     return Remark(ConditionIssue::kOutside, index,
                   Quoted(index) + " leads out of the message, where the library finds nothing");
   }
+  if (path.inside) {
+    return Remark(ConditionIssue::kInside, index,
+                  Quoted(index) + " looks into what the condition decides on");
+  }
   if (path.namesake) {
     return Remark(ConditionIssue::kOther, index,
                   "for " + Quoted(index) +
@@ -355,7 +359,7 @@ std::optional<std::string> ConditionWriter::OwnIdentityPrefix() const {
 // Whether the path leads to an identityref in every message: where it does not, the
 // library refuses the request.
 bool ConditionWriter::IsIdentityAtHand(uint32_t operand, const PlainPath& path) {
-  if (!path.plain || path.namesake || path.lacksDefault || path.mayLeave)
+  if (!path.plain || path.inside || path.namesake || path.lacksDefault || path.mayLeave)
     return IsEvaluable(operand, path);
   if (path.outside) IsEvaluable(operand, path);
   if (path.known && path.several) {

@@ -34,6 +34,8 @@ enum class ConditionIssue : uint8_t {
   kSeveral,    // the first of several entries is taken for all
   kOutside,    // a path leads out of the message, where the library has nothing
   kFails,      // each request that has the node, or lacks another, is refused
+  kInside,     // a when looks into what it decides on
+  kUnwritten,  // XPath has the node where a message has none
   kOther,      // another difference
 };
 

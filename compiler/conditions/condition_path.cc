@@ -109,6 +109,7 @@ class Walk {
                     "the library has no function \"deref\"");
     }
     sure_ = out_.items.size();
+    out_.inside = leaf.inside || IsDecidedOn(leaf.target) || IsDecidedOn(current_);
     if (!leaf.certain) out_.required.push_back(std::move(leaf));
     return true;
   }
@@ -214,6 +215,7 @@ class Walk {
       known_ = false;
       return;
     }
+    if (node != place_.decides && IsDecidedOn(node)) out_.inside = true;
     const Presence presence = PresenceOf(place_.schema, node);
     const bool byDefault = presence.byDefault && IsRequest();
     if (Several() && !(presence.inTree && (presence.inMessage || byDefault))) {
@@ -328,6 +330,14 @@ class Walk {
     out_.certain = out_.known && certain_ && !out_.several && !out_.outside && !out_.lacksDefault;
     DropPlainContainers();
     if (!entered_.empty() && !nowhere_ && !IsSure(entered_.back())) out_.certain = false;
+  }
+
+  // A `when` sees an empty node in the place of the one that it decides on, and nothing of
+  // what its choice or case holds (RFC 7950, section 7.21.5).
+  bool IsDecidedOn(const DataNode* node) const {
+    if (!place_.isWhen || place_.decides == nullptr) return false;
+    while (node != nullptr && node != place_.decides) node = node->parent;
+    return node != nullptr;
   }
 
   // The library adds a default whatever its `when` says, and takes it away in its turn, in

@@ -49,6 +49,7 @@ struct PlainPath {
   bool existsByFirst = true;  // when it leads to any, the library finds one
   bool certain = false;       // it leads to a node in every message
   bool outside = false;       // it leads out of the message
+  bool inside = false;        // it leads into what the `when` decides on
   bool namesake = false;      // another module has a child of that name
   bool lacksDefault = false;  // the library does not add a default that counts
   bool mayLeave = false;      // to a default whose own condition is evaluated later

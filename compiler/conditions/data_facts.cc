@@ -58,8 +58,9 @@ bool IsMandatory(const DataNode* node) {
   return mandatory != nullptr && YinArgument(mandatory) == "true";
 }
 
-// A plain container stands in every message that must have something in it.
-bool MustHoldSomething(DataSchema* schema, DataNode* container) {
+// A plain container stands in every message that must have something in it; with
+// `defaults`, also in each that the library completes.
+bool MustHoldSomething(DataSchema* schema, DataNode* container, bool defaults) {
   std::vector<DataNode*> stack = {container};
   while (!stack.empty()) {
     DataNode* node = stack.back();
@@ -68,9 +69,10 @@ bool MustHoldSomething(DataSchema* schema, DataNode* container) {
       if (child->conditional || child->keyword == Keyword::kChoice) continue;
       if (IsPlainContainer(child)) {
         stack.push_back(child);
-      } else if (PresenceOf(schema, child).inMessage) {
-        return true;
+        continue;
       }
+      const Presence presence = PresenceOf(schema, child);
+      if (presence.inMessage || (defaults && presence.byDefault)) return true;
     }
   }
   return false;
@@ -81,6 +83,17 @@ bool MustHoldSomething(DataSchema* schema, DataNode* container) {
 bool IsPlainContainer(const DataNode* node) {
   return node->keyword == Keyword::kContainer &&
          YinChild(node->statement, Keyword::kPresence) == nullptr;
+}
+
+bool MayBeUnwritten(DataSchema* schema, DataNode* container) {
+  if (!IsPlainContainer(container)) return false;
+  DataNode* parent = container->parent;
+  // A case is chosen by what is written of it.
+  const bool isAlone =
+      parent != nullptr &&
+      (parent->keyword == Keyword::kChoice ||
+       (parent->keyword == Keyword::kCase && schema->OwnChildren(parent).size() == 1));
+  return !isAlone && !MustHoldSomething(schema, container, true);
 }
 
 // Many leafs ask the node that holds them, while a type or leaf, which may not hold a
@@ -235,7 +248,7 @@ Presence PresenceOf(DataSchema* schema, DataNode* node) {
   switch (node->keyword) {
     case Keyword::kContainer:
       presence.inTree = IsPlainContainer(node);
-      presence.inMessage = presence.inTree && MustHoldSomething(schema, node);
+      presence.inMessage = presence.inTree && MustHoldSomething(schema, node, false);
       return presence;
     case Keyword::kLeaf:
     case Keyword::kAnydata:

@@ -153,6 +153,10 @@ Presence PresenceOf(DataSchema* schema, DataNode* node);
 
 bool IsPlainContainer(const DataNode* node);  // a container without presence
 
+// True where a request may lack the container's element, for which the library then asks no
+// `must`, while XPath has the container all the same.
+bool MayBeUnwritten(DataSchema* schema, DataNode* container);
+
 // True when `node` stands before `other` wherever the library adds it: it adds defaults in
 // the order of the schema, before what follows of the same module; nodes of others may
 // stand anywhere. Said of siblings, as data see them, and of what stands above.

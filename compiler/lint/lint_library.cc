@@ -44,6 +44,10 @@ const char* AdviceFor(ConditionIssue issue) {
       return "leave it out with --drop-failing, and check it elsewhere";
     case ConditionIssue::kOutside:
       return "check it elsewhere: a message has no configuration";
+    case ConditionIssue::kInside:
+      return "say it of nodes beside it, or in a must";
+    case ConditionIssue::kUnwritten:
+      return "write it in the node around the container, or give the container a presence";
     default:
       return "check it elsewhere, or say it of nodes that occur once";
   }

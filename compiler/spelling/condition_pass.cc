@@ -4,12 +4,14 @@
 // rewritten.
 #include "compiler/spelling/condition_pass.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "compiler/reading/statement.h"
+#include "compiler/spelling/condition_fold.h"
 #include "compiler/spelling/data_lookup.h"
 #include "compiler/spelling/handed_down.h"
 #include "compiler/spelling/target.h"
@@ -135,6 +137,40 @@ void HandDown(Output* out, xmlNode* when) {
   RemoveStatement(when);
 }
 
+// A path from the context node to nodes in it.
+bool LeadsInside(const XpathNode& path) {
+  if (path.kind != XpathKind::kPath || path.absolute || !path.operands.empty()) return false;
+  return !path.steps.empty() &&
+         std::all_of(path.steps.begin(), path.steps.end(), [](const auto& s) {
+           return s.axis == XpathAxis::kChild && s.test == XpathTest::kName;
+         });
+}
+
+// True when the condition holds wherever there is nothing in the context node.
+bool HoldsWithoutChildren(const std::string& text) {
+  Xpath xpath;
+  XpathError error;
+  KnownParts known;
+  if (!ParseXpath(text, &xpath, &error)) return false;
+  for (uint32_t i = 0; i < xpath.nodes.size(); ++i) {
+    const bool isOutermost = xpath.At(i).stepsBefore == kNoXpathNode;
+    if (isOutermost && LeadsInside(xpath.At(i))) known.emptyPaths.insert(i);
+  }
+  return FoldCondition(xpath, known).value == true;
+}
+
+// The must of a container that XPath has everywhere and a message only when it is written.
+std::optional<ConditionRemark> RemarkOnContainer(DataSchema* schema, const ConditionPlace& place,
+                                                 const ConditionResult& result) {
+  const DataNode* message = DataSchema::MessageOf(place.context);
+  if (place.isWhen || message == nullptr || message->keyword == Keyword::kNotification ||
+      !MayBeUnwritten(schema, place.context) || HoldsWithoutChildren(result.text))
+    return std::nullopt;
+  return ConditionRemark{ConditionIssue::kUnwritten, 0,
+                         "\"" + std::string(place.context->name) +
+                             "\" is a container that the library misses unless it is written"};
+}
+
 std::string WhyItFails(const ConditionResult& result) {
   for (const ConditionRemark& remark : result.remarks) {
     if (remark.issue == ConditionIssue::kFails) return remark.message;
@@ -196,6 +232,8 @@ void VisitConditionRemarks(const std::vector<Output*>& outputs, const RemarkVisi
       const std::optional<ConditionResult> result = ResultOf({out, &schema}, statement, &place);
       if (!result || DataSchema::MessageOf(place.context) == nullptr) continue;
       for (const ConditionRemark& remark : result->remarks) visit(out, statement, remark);
+      const auto unwritten = RemarkOnContainer(&schema, place, *result);
+      if (unwritten) visit(out, statement, *unwritten);
     }
   }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/spelling/data_lookup.h"
 
+#include <span>
+
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
 #include "compiler/spelling/target.h"
@@ -153,16 +155,24 @@ FoundNode LeafrefTarget(Compilation* all, const FoundNode& leaf, const xmlNode* 
   return at;
 }
 
-FoundNode PathTarget(Compilation* all, const FoundNode& context, Module* words, const Xpath& xpath,
-                     uint32_t path) {
-  const XpathNode& node = xpath.At(path);
-  if (node.kind != XpathKind::kPath) return {};
-  const bool fromCurrent = node.operands.size() == 1 &&
-                           xpath.At(node.operands[0]).kind == XpathKind::kCall &&
-                           xpath.Of(xpath.At(node.operands[0]).name) == "current";
-  if (!node.operands.empty() && !fromCurrent) return {};
-  FoundNode at = node.absolute ? FoundNode{nullptr, context.output} : context;
-  for (const XpathStep& step : node.steps) {
+namespace {
+
+// The node that a relative path starts from: in a predicate that which it is about.
+struct PathStart {
+  uint32_t path = kNoXpathNode;  // the one with the predicate; none: the context node
+  size_t steps = 0;
+};
+
+PathStart StartOf(const Xpath& xpath, uint32_t path) {
+  for (uint32_t i = path; xpath.At(i).holder != kNoXpathNode; i = xpath.At(i).holder)
+    if (xpath.At(i).stepsBefore != kNoXpathNode)
+      return {xpath.At(i).holder, xpath.At(i).stepsBefore};
+  return {};
+}
+
+FoundNode FollowSteps(Compilation* all, FoundNode at, const FoundNode& context, Module* words,
+                      const Xpath& xpath, std::span<const XpathStep> steps) {
+  for (const XpathStep& step : steps) {
     if (step.descendants) return {};
     if (step.axis == XpathAxis::kSelf && step.test == XpathTest::kNode) continue;
     if (step.axis == XpathAxis::kParent && step.test == XpathTest::kNode) {
@@ -178,6 +188,34 @@ FoundNode PathTarget(Compilation* all, const FoundNode& context, Module* words, 
     if (at.node == nullptr) return {};
   }
   return at;
+}
+
+// The node that the first `count` steps of a path lead to.
+FoundNode TargetOfSteps(Compilation* all, const FoundNode& context, Module* words,
+                        const Xpath& xpath, uint32_t path, size_t count) {
+  const XpathNode& node = xpath.At(path);
+  if (node.kind != XpathKind::kPath || count > node.steps.size()) return {};
+  const bool fromCurrent = node.operands.size() == 1 &&
+                           xpath.At(node.operands[0]).kind == XpathKind::kCall &&
+                           xpath.Of(xpath.At(node.operands[0]).name) == "current";
+  if (!node.operands.empty() && !fromCurrent) return {};
+  FoundNode at = context;
+  if (node.absolute) {
+    at = {nullptr, context.output};
+  } else if (!fromCurrent) {
+    const PathStart start = StartOf(xpath, path);
+    if (start.path != kNoXpathNode)
+      at = TargetOfSteps(all, context, words, xpath, start.path, start.steps);
+    if (at.output == nullptr) return {};
+  }
+  return FollowSteps(all, at, context, words, xpath, std::span(node.steps).first(count));
+}
+
+}  // namespace
+
+FoundNode PathTarget(Compilation* all, const FoundNode& context, Module* words, const Xpath& xpath,
+                     uint32_t path) {
+  return TargetOfSteps(all, context, words, xpath, path, xpath.At(path).steps.size());
 }
 
 const xmlNode* TypeOfNode(const FoundNode& node) {

@@ -74,10 +74,28 @@ class Parser {
     if (!TokenizeXpath(xpath_->text, &tokens_, error_)) return false;
     if (Kind() == XpathTokenKind::kEnd) return Fail("the expression is empty");
     if (!Expression(RankOf(XpathKind::kOr), &xpath_->root)) return false;
+    TellHolders();
     return Kind() == XpathTokenKind::kEnd || Fail("the expression should end before this");
   }
 
  private:
+  void TellHolders() {
+    for (uint32_t i = 0; i < xpath_->nodes.size(); ++i) {
+      const XpathNode& node = xpath_->nodes[i];
+      for (const uint32_t operand : node.operands) xpath_->nodes[operand].holder = i;
+      TellPredicates(node.predicates, i, 0);
+      for (uint32_t step = 0; step < node.steps.size(); ++step)
+        TellPredicates(node.steps[step].predicates, i, step + 1);
+    }
+  }
+
+  void TellPredicates(const std::vector<uint32_t>& predicates, uint32_t holder, uint32_t steps) {
+    for (const uint32_t predicate : predicates) {
+      xpath_->nodes[predicate].holder = holder;
+      xpath_->nodes[predicate].stepsBefore = steps;
+    }
+  }
+
   XpathTokenKind Kind() const { return tokens_[at_].kind; }
   TextSpan Span() const { return tokens_[at_].span; }
   std::string_view Text() const { return xpath_->Of(Span()); }

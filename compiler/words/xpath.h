@@ -75,6 +75,8 @@ struct XpathStep {
   std::vector<uint32_t> predicates;
 };
 
+inline constexpr uint32_t kNoXpathNode = UINT32_MAX;
+
 struct XpathNode {
   XpathKind kind = XpathKind::kLiteral;
   TextSpan span;
@@ -85,6 +87,9 @@ struct XpathNode {
   bool absolute = false;             // a path that begins with "/"
   std::vector<uint32_t> predicates;  // of a path that begins with an expression: of that
   std::vector<XpathStep> steps;
+  uint32_t holder = kNoXpathNode;  // the node that has this one as an operand or a predicate
+  // Of a predicate: so many of the holder's steps stand before it.
+  uint32_t stepsBefore = kNoXpathNode;
 };
 
 struct Xpath {

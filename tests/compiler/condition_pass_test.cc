@@ -82,6 +82,23 @@ TEST(SettleConditions, RewritesEachWhereItStands) {
   EXPECT_NE(yin.find("<when condition=\"a\""), std::string::npos) << yin;
 }
 
+// A path in a predicate starts at the node that the predicate is about, "." among them.
+TEST(SettleConditions, ALiteralInAPredicateIsComparedWithTheNodeThere) {
+  const Folder folder;
+  folder.Write("m",
+               "identity b; identity i { base b; } rpc r { input { "
+               "leaf s { type string; } leaf t { type identityref { base b; } } "
+               "container c { presence p; leaf t { type string; } } "
+               "leaf q { type identityref { base b; } must \"../s[. = 'i']\"; "
+               "must \"../t[. = 'i']\"; must \"../c[t = 'i']\"; must \"../c[../t = 'i']\"; "
+               "must \"../c[current() = 'i']\"; } } }");
+  const std::string yin = Yin(Compile(folder, "m"));
+  for (const char* must : {"../s = 'i' and ../s", "../t = 'm:i' and ../t", "../c/t = 'i' and ../c",
+                           "../c/../t = 'm:i' and ../c", ". = 'm:i' and ../c"})
+    EXPECT_NE(yin.find("<must condition=\"" + std::string(must) + "\"/>"), std::string::npos)
+        << must << " in " << yin;
+}
+
 TEST(SettleConditions, CompilingTheOutputAgainChangesNothing) {
   const Folder folder;
   folder.Write("m", std::string(kNodes) +
