@@ -79,6 +79,8 @@ DataPlaces FollowStep(const Condition& condition, const XpathStep& step, const D
                                       : *before;
   from.deep = from.deep || step.descendants;
   DataPlaces reached = TakeStep(from, test, &condition.lint->stepsToTake);
+  if (step.test == XpathTest::kName && !reached.unknown)
+    JudgeStatusOfNodes(condition.lint, condition.statement, condition.context.node, reached.nodes);
   if (!IsNowhere(reached)) return reached;
   if (SeeState(condition, from, test)) return Unknown(condition);
   StepFault fault = ExplainStep(condition.lint, from, test);
@@ -113,7 +115,10 @@ void JudgeIdentity(const Condition& condition, const XpathNode& call) {
   Module* module = reference.prefix.empty() ? MainModuleOf(StatementOf(condition.statement)->words)
                                             : SpaceOf(condition, reference.prefix);
   if (module == nullptr || IsLossy(module)) return;
-  if (FindSymbol(condition.statement, SymbolKind::kIdentity, literal) == nullptr)
+  const xmlNode* identity = FindSymbol(condition.statement, SymbolKind::kIdentity, literal);
+  if (identity != nullptr)
+    JudgeStatus(condition.lint, condition.statement, identity);
+  else
     Say(condition, "in " + What(condition.statement) + " there is no identity " + Quote(literal),
         "name an identity with the prefix of its module");
 }

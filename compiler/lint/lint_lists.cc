@@ -67,6 +67,7 @@ void JudgeKey(Lint* lint, const SchemaNode* list, const xmlNode* at) {
     const SchemaNode* leaf = FindChild(list, space, name.name);
     if (leaf != nullptr) {
       JudgeKeyLeaf(lint, list, at, leaf);
+      JudgeStatusOfNodes(lint, at, list, {&leaf, 1});
     } else if (!MayMiss(*lint->view, list)) {
       ErrorOn(lint, cls::kList, list, at,
               "list " + Quote(list->name) + " has no leaf " + Quote(word) + " for its key",
@@ -115,6 +116,7 @@ void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at) {
       ErrorOn(lint, cls::kList, list, at,
               "unique of list " + Quote(list->name) + " names " + Quote(word) + " twice",
               "name each leaf once");
+    JudgeStatusOfNodes(lint, at, list, {&leaf, 1});
     if (first == nullptr) first = leaf;
     if (ConfigOf(leaf) != ConfigOf(first))
       ErrorOn(lint, cls::kList, list, at,

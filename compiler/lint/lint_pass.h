@@ -4,6 +4,7 @@
 // few lines that make a finding. Private to compiler/lint*.
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -106,6 +107,11 @@ Module* ResolvePrefix(Lint* lint, const char* group, const xmlNode* at, std::str
 
 // Judges a statement that refers to a definition by the status of both.
 void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition);
+
+// The same of one that names a node of the schema, or several of which one will do.
+// `place`: where its own node stands.
+void JudgeStatusOfNodes(Lint* lint, const xmlNode* statement, const SchemaNode* place,
+                        std::span<const SchemaNode* const> nodes);
 
 // Judges a default, wherever it is written, against the type that it is for.
 void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type);

@@ -25,6 +25,7 @@ constexpr unsigned kMaxLeafrefs = 64;  // a chain of leafrefs; more is a circle
 struct Leafref {
   const SchemaNode* node;
   const xmlNode* path;
+  std::vector<const SchemaNode*>* named = nullptr;  // gets the nodes that its steps name
 };
 
 // Why a path leads nowhere, and what to do; empty: it does not, or that cannot be told.
@@ -55,6 +56,7 @@ bool TakeName(Lint* lint, const Leafref& leafref, const Reference& step, DataCur
     return false;
   }
   *cursor = next;
+  if (leafref.named != nullptr) leafref.named->push_back(next.node);
   return true;
 }
 
@@ -210,7 +212,8 @@ void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
         StatementOf(leafref.path)->words->version11
             ? "refer to configuration, or write \"require-instance false;\""
             : "refer to configuration");
-  JudgeStatus(lint, leafref.path, target->statement);
+  for (const SchemaNode* node : *leafref.named)
+    JudgeStatusOfNodes(lint, leafref.path, leafref.node, {&node, 1});
   JudgeDefaults(lint, leafref, target);
   if (IsCircle(lint, leafref.node))
     ErrorOn(lint, cls::kPath, leafref.node, leafref.path, what + " leads back to itself",
@@ -220,7 +223,8 @@ void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
 void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
   const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
   if (path == nullptr || ArgumentOf(path) == nullptr) return;
-  const Leafref leafref = {node, path};
+  std::vector<const SchemaNode*> named;
+  const Leafref leafref = {node, path, &named};
   Fault fault;
   const SchemaNode* target = Follow(lint, leafref, &fault);
   if (target != nullptr) {

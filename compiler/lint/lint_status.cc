@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Status: what is current must not need what is deprecated or obsolete in the same
 // module, what is deprecated not what is obsolete (RFC 7950, section 7.21.2).
+#include <algorithm>
 #include <cstring>
 
 #include "compiler/lint/lint_pass.h"
@@ -29,6 +30,42 @@ Status StatusAround(const xmlNode* statement) {
   return status;
 }
 
+// The weakest status of what a node stands in, where groupings and augments have put it.
+Status StatusOfPlace(const Lint& lint, const SchemaNode* place) {
+  Status status = Status::kCurrent;
+  for (const SchemaNode* node = place; node != nullptr; node = node->parent) {
+    if (node->written) status = std::max(status, WrittenStatus(node->statement));
+    if (node->usedAt == nullptr) continue;
+    for (const TargetView& uses : lint.view->uses)
+      if (&StatementOf(uses.statement)->place == node->usedAt)
+        status = std::max(status, StatusAround(uses.statement));
+  }
+  return status;
+}
+
+// A statement that refers to a definition has this status; the definition needs another.
+void ReportStatus(Lint* lint, const xmlNode* statement, Status own, const xmlNode* definition) {
+  Error(lint, cls::kStatus, statement,
+        std::string("a ") + kWords[static_cast<size_t>(own)] + " definition refers to " +
+            Describe(definition) + ", which is " +
+            kWords[static_cast<size_t>(WrittenStatus(definition))],
+        "refer to another, or give this one the same status");
+}
+
+bool AreOfModule(const Lint& lint, const xmlNode* statement, const xmlNode* definition) {
+  return MainModuleOf(StatementOf(statement)->words) == lint.module &&
+         MainModuleOf(StatementOf(definition)->words) == lint.module;
+}
+
+// An instance of an extension, whose namespace tells the module.
+void JudgeExtension(Lint* lint, const xmlNode* statement) {
+  if (statement->ns == nullptr || statement->ns->href == nullptr ||
+      lint->module->nameSpace != reinterpret_cast<const char*>(statement->ns->href))
+    return;
+  const xmlNode* definition = FindGlobal(lint->module, SymbolKind::kExtension, NameOf(statement));
+  if (definition != nullptr) JudgeStatus(lint, statement, definition);
+}
+
 void JudgeReference(Lint* lint, const xmlNode* statement, SymbolKind kind,
                     const std::string& name) {
   const xmlNode* definition = FindSymbol(statement, kind, name);
@@ -51,23 +88,35 @@ void JudgeFeatures(Lint* lint, const xmlNode* statement, const char* text) {
 }  // namespace
 
 void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition) {
-  for (const xmlNode* s : {statement, definition})
-    if (MainModuleOf(StatementOf(s)->words) != lint->module) return;
   const Status needed = WrittenStatus(definition);
   // Most are current, and what stands around need not be asked.
-  if (needed == Status::kCurrent) return;
+  if (needed == Status::kCurrent || !AreOfModule(*lint, statement, definition)) return;
   const Status own = StatusAround(statement);
-  if (needed <= own) return;
-  Error(lint, cls::kStatus, statement,
-        std::string("a ") + kWords[static_cast<size_t>(own)] + " definition refers to " +
-            Describe(definition) + ", which is " + kWords[static_cast<size_t>(needed)],
-        "refer to another, or give this one the same status");
+  if (needed > own) ReportStatus(lint, statement, own, definition);
+}
+
+void JudgeStatusOfNodes(Lint* lint, const xmlNode* statement, const SchemaNode* place,
+                        std::span<const SchemaNode* const> nodes) {
+  const xmlNode* best = nullptr;
+  Status needed = Status::kObsolete;
+  for (const SchemaNode* node : nodes) {
+    const Status status = node->written ? WrittenStatus(node->statement) : Status::kCurrent;
+    if (status == Status::kCurrent) return;
+    if (best == nullptr || status < needed) {
+      best = node->statement;
+      needed = status;
+    }
+  }
+  if (best == nullptr || !AreOfModule(*lint, statement, best)) return;
+  const Status own = std::max(StatusAround(statement), StatusOfPlace(*lint, place));
+  if (needed > own) ReportStatus(lint, statement, own, best);
 }
 
 void LintStatus(Lint* lint, const Module* file) {
   for (const xmlNode* s = NextInTree(file->root, file->root); s != nullptr;
        s = NextInTree(file->root, s)) {
     const char* argument = ArgumentOf(s);
+    if (Is(s, Keyword::kNone)) JudgeExtension(lint, s);
     if (argument == nullptr) continue;
     switch (KeywordOf(s)) {
       case Keyword::kType:

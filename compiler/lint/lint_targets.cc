@@ -48,6 +48,13 @@ void JudgeContents(Lint* lint, const TargetView& augment) {
   }
 }
 
+// Each node that the path names is one that the augment refers to.
+void JudgeStatusOfSteps(Lint* lint, const TargetView& augment) {
+  for (const SchemaNode* node = augment.target; node != nullptr && node != augment.start;
+       node = node->parent)
+    JudgeStatusOfNodes(lint, augment.statement, augment.start, {&node, 1});
+}
+
 // A node of a foreign configuration must not become mandatory for those who do not know
 // the augmenting module.
 void JudgeMandatoryNodes(Lint* lint, const TargetView& augment) {
@@ -109,13 +116,15 @@ void LintTargets(Lint* lint) {
       ReportLost(lint, cls::kTarget, augment);
     } else {
       JudgeContents(lint, augment);
+      JudgeStatusOfSteps(lint, augment);
       JudgeMandatoryNodes(lint, augment);
     }
   }
   for (const TargetView& inner : lint->view->inner) {
     const bool ours = MainModuleOf(StatementOf(inner.statement)->words) == lint->module;
-    if (ours && inner.target != nullptr && Is(inner.statement, Keyword::kAugment))
-      JudgeContents(lint, inner);
+    if (!ours || inner.target == nullptr || !Is(inner.statement, Keyword::kAugment)) continue;
+    JudgeContents(lint, inner);
+    JudgeStatusOfSteps(lint, inner);
   }
   for (const Module* file : lint->files) LintDeviations(lint, file);
   LintDeviated(lint);
