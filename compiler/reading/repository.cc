@@ -78,14 +78,15 @@ bool IsBetter(const Module& a, const Module& b, const std::string& revision) {
   return a.file->isText && !b.file->isText;
 }
 
-// The best file of one directory. `unread` is one that could not be read at all.
+// The best file of one directory. Those that hold no module at all join `unread`.
 ReadFile* BestOf(Repository* repository, const std::vector<std::string>& paths,
-                 const std::string& name, const std::string& revision, ReadFile** unread) {
+                 const std::string& name, const std::string& revision,
+                 std::vector<ReadFile*>* unread) {
   ReadFile* best = nullptr;
   for (const std::string& path : paths) {
     ReadFile* file = Read(repository, path, FileOrigin::kFound);
     if (file->module == nullptr) {
-      *unread = file;
+      unread->push_back(file);
     } else if (file->module->name == name &&
                (best == nullptr || IsBetter(*file->module, *best->module, revision))) {
       best = file;
@@ -95,15 +96,17 @@ ReadFile* BestOf(Repository* repository, const std::vector<std::string>& paths,
 }
 
 Module* Search(Repository* repository, const std::string& name, const std::string& revision) {
-  ReadFile* unread = nullptr;
+  std::vector<ReadFile*> unread;
+  ReadFile* best = nullptr;
   for (const SearchFolder& folder : repository->folders) {
     const auto paths = folder.files.find(name);
     if (paths == folder.files.end()) continue;
-    ReadFile* best = BestOf(repository, paths->second, name, revision, &unread);
-    if (best != nullptr) return Choose(repository, best);
+    best = BestOf(repository, paths->second, name, revision, &unread);
+    if (best != nullptr) break;
   }
-  if (unread != nullptr) Choose(repository, unread);
-  return nullptr;
+  // One of them may be what was meant.
+  for (ReadFile* file : unread) Choose(repository, file);
+  return best == nullptr ? nullptr : Choose(repository, best);
 }
 
 void Fatal(Repository* repository, const xmlNode* at, std::string message,

@@ -121,6 +121,25 @@ TEST_F(Lookup, PassesOverFilesThatHoldAnotherModule) {
   EXPECT_EQ("b/m.yang", Find({"a", "b"}));
 }
 
+// Such as a page of a web server that was saved in the module's place.
+TEST_F(Lookup, SaysWhichFilesBeforeTheOneTakenHoldNoModule) {
+  Write("a/m.yang", "<html/>");
+  Write("b/m@2022-01-01.yin", "");
+  WriteM("b/m.yang", "2020-01-01");
+  Write("c/m.yang", "<html/>");
+  JobRequest request;
+  request.folders = {Path("a"), Path("b"), Path("c")};
+  request.operands = {"m"};
+  const JobResult result = RunJob(request);
+  EXPECT_EQ(JobState::kLost, result.state);
+  ASSERT_EQ(1u, result.modules.size());
+  EXPECT_EQ(Path("b/m.yang"), result.modules[0].source);
+  EXPECT_EQ((std::vector<std::string>{
+                Path("a/m.yang") + ":1:1: the file does not begin with 'module' or 'submodule'",
+                Path("b/m@2022-01-01.yin") + ":1:1: Document is empty"}),
+            result.findings);
+}
+
 TEST_F(Lookup, TellsFilesFromModules) {
   for (const char* file : {"x.yang", "x.yin", "a/b", "./m", "/"}) EXPECT_TRUE(IsFileOperand(file));
   for (const char* module : {"m", "m.x", "yang", ".yang", "m@2020-01-01"}) {
