@@ -5,6 +5,8 @@
 // A path of a typedef is followed from each leaf that uses it; its unprefixed names
 // belong to the typedef's module, those of a path written in a grouping to the module
 // that uses the grouping.
+#include <unordered_set>
+
 #include "compiler/lint/data_axes.h"
 #include "compiler/lint/lint_nodes.h"
 #include "compiler/lint/lint_pass.h"
@@ -238,13 +240,17 @@ void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
   }
 }
 
-void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type, unsigned depth) {
+// Each of the `unions` of a leaf is looked into once: they may have others twice.
+void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type,
+               std::unordered_set<const xmlNode*>* unions, unsigned depth = 0) {
   const TypeChain chain = ChainOf(type);
   if (chain.base == BuiltIn::kLeafref) JudgeLeafref(lint, node, chain);
-  if (chain.base != BuiltIn::kUnion || depth >= kMaxUnionDepth) return;
+  if (chain.base != BuiltIn::kUnion || depth >= kMaxUnionDepth ||
+      !unions->insert(chain.types.back()).second)
+    return;
   for (const xmlNode* s = FirstChild(chain.types.back(), Keyword::kType); s != nullptr;
        s = NextSibling(s, Keyword::kType))
-    JudgeType(lint, node, s, depth + 1);
+    JudgeType(lint, node, s, unions, depth + 1);
 }
 
 }  // namespace
@@ -265,7 +271,8 @@ void LintPaths(Lint* lint) {
     for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node)) {
       if (!node->written || !IsLeafLike(node) || !IsOfModule(*lint, node)) continue;
       const xmlNode* type = FirstChild(node->statement, Keyword::kType);
-      if (type != nullptr) JudgeType(lint, node, type, 0);
+      std::unordered_set<const xmlNode*> unions;
+      if (type != nullptr) JudgeType(lint, node, type, &unions);
     }
 }
 

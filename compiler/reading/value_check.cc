@@ -7,6 +7,7 @@
 #include <charconv>
 #include <iterator>
 #include <set>
+#include <unordered_set>
 
 #include "compiler/reading/derived_identity.h"
 #include "compiler/reading/statement.h"
@@ -27,6 +28,7 @@ struct Value {
   std::string_view text;
   const xmlNode* at;
   unsigned depth;
+  std::unordered_set<const xmlNode*>* unfit;  // unions that do not take it, as far as is known
 };
 
 std::string FaultIn(const xmlNode* type, const Value& value);
@@ -176,11 +178,13 @@ std::string FaultOfInstance(const TypeChain&, const Value& value) {
 }
 
 std::string FaultOfUnion(const TypeChain& chain, const Value& value) {
+  const xmlNode* type = chain.types.back();
   if (value.depth >= kMaxUnionDepth) return {};
-  for (const xmlNode* s = FirstChild(chain.types.back(), Keyword::kType); s != nullptr;
-       s = NextSibling(s, Keyword::kType)) {
-    if (FaultIn(s, {value.text, value.at, value.depth + 1}).empty()) return {};
+  for (const xmlNode* s = FirstChild(type, Keyword::kType);
+       s != nullptr && value.unfit->count(type) == 0; s = NextSibling(s, Keyword::kType)) {
+    if (FaultIn(s, {value.text, value.at, value.depth + 1, value.unfit}).empty()) return {};
   }
+  value.unfit->insert(type);
   return "fits no member of the union";
 }
 
@@ -222,7 +226,8 @@ std::string FaultIn(const xmlNode* type, const Value& value) {
 }  // namespace
 
 std::string FaultOfValue(const xmlNode* type, std::string_view value, const xmlNode* at) {
-  return FaultIn(type, {value, at, 0});
+  std::unordered_set<const xmlNode*> unfit;
+  return FaultIn(type, {value, at, 0, &unfit});
 }
 
 std::string CanonicalOf(const xmlNode* type, std::string_view value) {

@@ -89,8 +89,10 @@ struct Output {
   std::unordered_map<std::string, NamedNodes> hung;  // what these bring, by their target
   bool hungFilled = false;
   bool casesWrapped = false;  // of these augments
-  // Typedefs that moved to the level of the module, by their definition.
-  std::unordered_map<const xmlNode*, std::string> hoisted;
+  // Typedefs that moved to the level of the module, by their definition, and by the leaf that
+  // a deviation gives one to when its paths depend on that; and the leafs of these.
+  std::map<std::pair<const xmlNode*, const xmlNode*>, std::string> hoisted;
+  std::unordered_map<const xmlNode*, FoundNode> leafsOfTypedefs;
   std::unordered_set<std::string> typedefNames;
   std::unordered_map<std::string, unsigned> typedefNumbers;  // the last that made a name free
   // The leafs whose types were copied into unions, by the copies.

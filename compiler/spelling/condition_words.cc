@@ -21,7 +21,6 @@ namespace {
 
 constexpr char kConditionClass[] = "condition";
 constexpr unsigned kMaxHops = 128;
-constexpr size_t kMaxTypesInUnions = 200000;
 
 bool IsIdentityref(const FoundNode& node) {
   const xmlNode* type = TypeOfNode(node);
@@ -105,24 +104,17 @@ std::string WithoutBlanks(const NodePath& path) {
   return text;
 }
 
-size_t TypesIn(const xmlNode* type) {
-  size_t count = 1;
-  for (const xmlNode* s = FirstChild(type, Keyword::kType); s != nullptr;
-       s = NextSibling(s, Keyword::kType))
-    count += TypesIn(s);
-  return count;
-}
-
-// The leaf that a path in a type starts from: that whose type it is by origin. None: the
-// type stands in a typedef.
+// The leaf that a path in a type starts from: that whose type it is by origin, or that gets
+// it by a deviation. None: the type stands in a typedef.
 FoundNode LeafOf(Output* out, const xmlNode* type) {
   xmlNode* s = ParentOf(type);
   for (; Is(s, Keyword::kType); s = ParentOf(s)) {
     const auto copied = out->copiedTypes.find(s);
     if (copied != out->copiedTypes.end()) return copied->second;
   }
-  const bool isLeaf = Is(s, Keyword::kLeaf) || Is(s, Keyword::kLeafList);
-  return {isLeaf ? s : nullptr, out};
+  if (Is(s, Keyword::kLeaf) || Is(s, Keyword::kLeafList)) return {s, out};
+  const FoundNode deviated = DeviatedLeaf(out, type);
+  return deviated.node == nullptr ? FoundNode{nullptr, out} : deviated;
 }
 
 // True when the type is part of what the leaf's type comes to.
@@ -132,7 +124,7 @@ bool LeadsBack(Output* out, const xmlNode* type, const FoundNode& leaf) {
     const auto copied = out->copiedTypes.find(s);
     if (copied != out->copiedTypes.end() && copied->second.node == leaf.node) return true;
   }
-  return s == leaf.node;
+  return s == leaf.node || DeviatedLeaf(out, type).node == leaf.node;
 }
 
 void PutTypeInUnion(Output* out, xmlNode* type, const FoundNode& leaf) {
@@ -142,13 +134,7 @@ void PutTypeInUnion(Output* out, xmlNode* type, const FoundNode& leaf) {
     return;
   }
   const xmlNode* other = TypeOfNode(leaf);
-  out->typesInUnions += TypesIn(OriginOf(other));
-  if (out->typesInUnions > kMaxTypesInUnions) {
-    Stop(out, "type", type,
-         "spelled out, unions get more than " + std::to_string(kMaxTypesInUnions) +
-             " types from the targets of their leafrefs");
-    return;
-  }
+  if (!MayGrowUnion(out, type, OriginOf(other))) return;
   PutTypeOf(out, type, other, leaf);
 }
 
@@ -219,9 +205,11 @@ void RewritePath(Output* out, xmlNode* statement) {
   Xpath xpath;
   NodePath path;
   XpathError error;
+  const FoundNode deviated = DeviatedLeaf(out, ParentOf(statement));
+  Module* user = deviated.node == nullptr ? out->module : deviated.output->module;
   NameRules rules;
-  rules.nodes = [out, words](std::string_view prefix) -> std::optional<std::string> {
-    if (prefix.empty()) return PrefixOf(out, out->module);
+  rules.nodes = [out, words, user](std::string_view prefix) -> std::optional<std::string> {
+    if (prefix.empty()) return PrefixOf(out, user);
     return TranslatePrefix(out, words, prefix);
   };
   rules.identities = [](std::string_view) { return std::nullopt; };

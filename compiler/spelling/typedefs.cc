@@ -10,12 +10,15 @@
 #include <cstring>
 #include <iterator>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
+#include "compiler/spelling/condition_words.h"
 #include "compiler/spelling/identities.h"
 #include "compiler/spelling/prefixes.h"
+#include "compiler/spelling/target.h"
 #include "compiler/words/node_kind.h"
 #include "compiler/words/path.h"
 
@@ -26,6 +29,7 @@ namespace {
 constexpr size_t kMaxName = 64;
 // How far typedefs that name typedefs are followed; circles are errors before.
 constexpr unsigned kMaxChain = 1000;
+constexpr size_t kMaxTypesInUnions = 200000;
 
 constexpr std::string_view kBuiltIn[] = {
     "binary",  "bits",        "boolean",     "decimal64",
@@ -56,38 +60,64 @@ bool HasUnprefixedStep(const xmlNode* leafref) {
                      [](const PathStep& step) { return step.prefix.empty(); });
 }
 
-// True when the type, or a member of it, is a path whose meaning depends on its user.
-bool DependsOnUser(const xmlNode* type, unsigned chain) {
+// Whether `holds` says so of a type that the type comes to: behind its typedefs, and as a
+// member of a union. Each is asked once, since unions may have others twice.
+template <typename Holds>
+bool HoldsForAny(const xmlNode* type, Holds holds, std::unordered_set<const xmlNode*>* seen,
+                 unsigned chain = 0) {
   const BottomType bottom = FindBottomType(type);
-  if (bottom.type == nullptr || chain == kMaxChain) return false;
-  const std::string_view name = TypeName(bottom.type);
-  if (name == "leafref") return HasUnprefixedStep(bottom.type);
-  if (name != "union") return false;
+  if (bottom.type == nullptr || chain == kMaxChain || !seen->insert(bottom.type).second)
+    return false;
+  if (holds(type, bottom.type)) return true;
+  if (std::string_view(TypeName(bottom.type)) != "union") return false;
   for (const xmlNode* member = FirstChild(bottom.type, Keyword::kType); member != nullptr;
        member = NextSibling(member, Keyword::kType)) {
-    if (DependsOnUser(member, chain + 1)) return true;
+    if (HoldsForAny(member, holds, seen, chain + 1)) return true;
   }
   return false;
+}
+
+bool IsLeafref(const xmlNode* type) {
+  return std::string_view(TypeName(type)) == "leafref";
+}
+
+// True when the type, or a member of it, is a path whose meaning depends on its user.
+bool DependsOnUser(const xmlNode* type) {
+  std::unordered_set<const xmlNode*> seen;
+  return HoldsForAny(
+      type,
+      [](const xmlNode*, const xmlNode* end) { return IsLeafref(end) && HasUnprefixedStep(end); },
+      &seen);
 }
 
 bool IsRelativeLeafref(const xmlNode* type) {
   const char* text = ArgumentOfChild(type, Keyword::kPath);
-  return std::string_view(TypeName(type)) == "leafref" && text != nullptr && *text != '/';
+  return IsLeafref(type) && text != nullptr && *text != '/';
+}
+
+bool IsUnion(const xmlNode* type) {
+  const xmlNode* bottom = FindBottomType(type).type;
+  return bottom != nullptr && std::string_view(TypeName(bottom)) == "union";
 }
 
 // True for a union, by whatever name, with a path whose target depends on the leaf.
-bool IsUnionForLeaf(const xmlNode* type, unsigned chain) {
-  const BottomType bottom = FindBottomType(type);
-  if (bottom.type == nullptr || chain == kMaxChain ||
-      std::string_view(TypeName(bottom.type)) != "union")
-    return false;
-  for (const xmlNode* member = FirstChild(bottom.type, Keyword::kType); member != nullptr;
-       member = NextSibling(member, Keyword::kType)) {
-    const xmlNode* end = FindBottomType(member).type;
-    if ((end != nullptr && IsRelativeLeafref(end)) || IsUnionForLeaf(member, chain + 1))
-      return true;
-  }
-  return false;
+bool IsUnionForLeaf(const xmlNode* type) {
+  std::unordered_set<const xmlNode*> seen;
+  return IsUnion(type) &&
+         HoldsForAny(
+             type, [](const xmlNode*, const xmlNode* end) { return IsRelativeLeafref(end); },
+             &seen);
+}
+
+// True for one of which a member gets the type of its target where that leaf has it.
+bool IsUnionKnownFor(Output* out, const xmlNode* type, const FoundNode& leaf) {
+  std::unordered_set<const xmlNode*> seen;
+  const auto isKnown = [&](const xmlNode*, const xmlNode* end) {
+    FoundNode at = leaf;
+    const xmlNode* leafref = end;
+    return IsRelativeLeafref(end) && FindReferredLeaf(out->all, &at, &leafref).node != nullptr;
+  };
+  return IsUnion(type) && HoldsForAny(type, isKnown, &seen);
 }
 
 bool IsText(const xmlNode* statement) {
@@ -154,8 +184,10 @@ std::string FreeName(Output* out, const std::string& wanted) {
   return name;
 }
 
-const std::string& Hoist(Output* out, const xmlNode* definition, const Place* usedAt) {
-  const auto known = out->hoisted.find(definition);
+// `leaf` without node: for all.
+const std::string& Hoist(Output* out, const xmlNode* definition, const FoundNode& leaf,
+                         const Place* usedAt) {
+  const auto known = out->hoisted.find({definition, leaf.node});
   if (known != out->hoisted.end()) return known->second;
   const std::string name = FreeName(out, ArgumentOf(definition));
   Session* session = out->all->session;
@@ -164,7 +196,8 @@ const std::string& Hoist(Output* out, const xmlNode* definition, const Place* us
       CopyStatement(session, out->written.document.get(), definition, isOwn ? nullptr : usedAt);
   AppendChild(out->written.root, copy);
   SetArgument(session, copy, name);
-  return out->hoisted.emplace(definition, name).first->second;
+  if (leaf.node != nullptr) out->leafsOfTypedefs[copy] = leaf;
+  return out->hoisted.emplace(std::make_pair(definition, leaf.node), name).first->second;
 }
 
 // The properties that a leaf had from its typedef, once that is gone.
@@ -192,6 +225,7 @@ bool IsOfLeaf(const xmlNode* type) {
 
 // Writes what the typedefs come to in the place of their name.
 xmlNode* InlineType(Output* out, xmlNode* type, const BottomType& bottom) {
+  if (Is(ParentOf(type), Keyword::kType) && !MayGrowUnion(out, type, bottom.type)) return type;
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
   xmlNode* copy = CopyStatement(out->all->session, type->doc, bottom.type, usedAt);
@@ -212,6 +246,14 @@ xmlNode* InlineType(Output* out, xmlNode* type, const BottomType& bottom) {
   if (IsLeafType(type)) TakeOver(out, ParentOf(type), bottom, usedAt);
   RemoveStatement(type);
   return copy;
+}
+
+size_t TypesIn(const xmlNode* type) {
+  size_t count = 1;
+  for (const xmlNode* s = FirstChild(type, Keyword::kType); s != nullptr;
+       s = NextSibling(s, Keyword::kType))
+    count += TypesIn(s);
+  return count;
 }
 
 void NoteFile(Module* file, void* arg) {
@@ -243,6 +285,24 @@ BottomType FindBottomType(const xmlNode* type) {
   return bottom;
 }
 
+bool MayGrowUnion(Output* out, const xmlNode* member, const xmlNode* added) {
+  if (out->stopped) return false;
+  out->typesInUnions += TypesIn(added);
+  if (out->typesInUnions <= kMaxTypesInUnions) return true;
+  Stop(out, "type", member,
+       "spelled out, unions get more than " + std::to_string(kMaxTypesInUnions) +
+           " types from the targets of their leafrefs");
+  return false;
+}
+
+FoundNode DeviatedLeaf(Output* out, const xmlNode* type) {
+  const xmlNode* holder = ParentOf(type);
+  while (Is(holder, Keyword::kType)) holder = ParentOf(holder);
+  if (Is(holder, Keyword::kDeviate)) return FindTarget(out->all, TargetSteps(ParentOf(holder)));
+  const auto found = out->leafsOfTypedefs.find(holder);
+  return found == out->leafsOfTypedefs.end() ? FoundNode{} : found->second;
+}
+
 xmlNode* RewriteType(Output* out, xmlNode* type) {
   const char* name = TypeName(type);
   if (IsBuiltInType(name)) return type;
@@ -252,10 +312,11 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
     return type;
   }
   Module* module = ModuleOfDefinition(definition);
-  const bool isForeign = module->name != out->module->name;
-  const bool depends = isForeign && DependsOnUser(type, 0);
-  const bool isOfOtherLeaf = out->copiedTypes.count(type) != 0 && DependsOnUser(type, 0);
-  if (IsOfLeaf(type) && (isOfOtherLeaf || IsUnionForLeaf(type, 0)))
+  const FoundNode deviated = DeviatedLeaf(out, type);
+  const Module* user = deviated.node == nullptr ? out->module : deviated.output->module;
+  const bool depends = module->name != user->name && DependsOnUser(type);
+  const bool isOfOtherLeaf = out->copiedTypes.count(type) != 0 && DependsOnUser(type);
+  if (IsOfLeaf(type) && (isOfOtherLeaf || IsUnionForLeaf(type)))
     return InlineType(out, type, FindBottomType(type));
   if (IsDefaultedIdentity(type)) return InlineType(out, type, FindBottomType(type));
   if (depends && IsLeafType(type)) {
@@ -265,8 +326,10 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   const Place* usedAt = StatementOf(type)->usedAt;
   if (usedAt == nullptr) usedAt = &StatementOf(type)->place;
   Session* session = out->all->session;
-  if (depends || !StaysThere(out, definition)) {
-    SetArgument(session, type, Hoist(out, definition, usedAt));
+  if (deviated.node != nullptr && (depends || IsUnionKnownFor(out, type, deviated))) {
+    SetArgument(session, type, Hoist(out, definition, deviated, usedAt));
+  } else if (depends || !StaysThere(out, definition)) {
+    SetArgument(session, type, Hoist(out, definition, {}, usedAt));
   } else {
     SetArgument(session, type, Qualify(out, module, ArgumentOf(definition)));
   }

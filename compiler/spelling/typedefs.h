@@ -24,6 +24,13 @@ bool IsBuiltInType(std::string_view name) noexcept;
 // the path itself.
 xmlNode* RewriteType(Output* out, xmlNode* type);
 
+// The leaf whose type a deviation replaces by the type, or by one that the type is part of.
+FoundNode DeviatedLeaf(Output* out, const xmlNode* type);
+
+// Counts what a member of a union is to become. False: that is more than a module may have,
+// which stops it.
+bool MayGrowUnion(Output* out, const xmlNode* member, const xmlNode* added);
+
 // The type of another leaf takes the place of one: its values, not its default. A leaf
 // keeps what it had from its typedef. Paths in it go on to begin at the other leaf. Gives
 // the statement that now stands there.
