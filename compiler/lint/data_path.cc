@@ -24,6 +24,19 @@ bool IsGroupingTop(const SchemaNode* node) noexcept {
   return node->keyword == Keyword::kGrouping;
 }
 
+// A node of `space` at the top of the data, which an augment has hung into a choice at the
+// top of another module.
+const SchemaNode* HungElsewhere(const SchemaView& view, const Module* space,
+                                std::string_view name) {
+  for (const Module* module : view.order) {
+    const auto tree = view.trees.find(module);
+    if (tree == view.trees.end()) continue;
+    const SchemaNode* node = FindDataChild(view, tree->second, space, name);
+    if (node != nullptr) return node;
+  }
+  return nullptr;
+}
+
 DataCursor Moved(const DataCursor& from, const SchemaNode* node, bool unknown = false) {
   return {from.view, node, unknown, from.message};
 }
@@ -89,6 +102,8 @@ DataCursor StepDown(const DataCursor& from, const Module* space, std::string_vie
   const SchemaNode* holder = SeenHolder(from, space);
   if (holder == nullptr) return UnknownCursor(from);
   const SchemaNode* child = FindDataChild(*from.view, holder, space, name);
+  if (child == nullptr && holder->keyword == Keyword::kModule)
+    child = HungElsewhere(*from.view, space, name);
   return Moved(from, child, child == nullptr && IsOpen(*from.view, holder));
 }
 
