@@ -148,8 +148,8 @@ void TranslateAll(Compilation* all, const std::vector<Output*>& outputs) {
   TakeStep(outputs, WrapForeignCases);
   TakeStep(outputs, NameModulesOfDefaults);
   DecideFeatures(all, outputs);
-  for (const Step step :
-       {SpreadAugmentConditions, NoteTypedefNames, RewriteArguments, CompleteBases})
+  for (const Step step : {SpreadAugmentConditions, SpreadAugmentFeatures, NoteTypedefNames,
+                          RewriteArguments, CompleteBases})
     TakeStep(outputs, step);
   if (OptionsDecide(*all)) TakeStep(outputs, SettleDeviatedDefaults);
 }

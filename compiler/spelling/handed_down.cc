@@ -34,6 +34,23 @@ void MoveExtensions(xmlNode* from, xmlNode* to) {
   }
 }
 
+bool HasIfFeature(const xmlNode* node, std::string_view feature) {
+  for (const xmlNode* s = FirstChild(node, Keyword::kIfFeature); s != nullptr;
+       s = NextSibling(s, Keyword::kIfFeature)) {
+    if (feature == ArgumentOf(s)) return true;
+  }
+  return false;
+}
+
+void GiveIfFeatures(Output* out, const xmlNode* augment, xmlNode* node) {
+  std::vector<const xmlNode*> missing;
+  for (const xmlNode* s = FirstChild(augment, Keyword::kIfFeature); s != nullptr;
+       s = NextSibling(s, Keyword::kIfFeature)) {
+    if (!HasIfFeature(node, ArgumentOf(s))) missing.push_back(s);
+  }
+  Inherit(out, missing, node, StatementOf(augment)->usedAt);
+}
+
 }  // namespace
 
 bool LibraryHandsDown(const xmlNode* augment, std::string_view condition) {
@@ -90,6 +107,15 @@ void SpreadAugmentConditions(Output* out) {
       if (IsSchemaNode(KeywordOf(s))) InheritWhen(out, when, s, StatementOf(when)->usedAt);
     }
     while (xmlNode* own = FirstChild(augment.node, Keyword::kWhen)) RemoveStatement(own);
+  }
+}
+
+void SpreadAugmentFeatures(Output* out) {
+  for (const WrittenAugment& augment : out->augments) {
+    for (xmlNode* s = FirstChild(augment.node); s != nullptr; s = NextSibling(s)) {
+      if (Is(s, Keyword::kAction) || Is(s, Keyword::kNotification))
+        GiveIfFeatures(out, augment.node, s);
+    }
   }
 }
 

@@ -23,4 +23,8 @@ bool LibraryHandsDown(const xmlNode* augment, std::string_view condition);
 // library's own handing down would go wrong.
 void SpreadAugmentConditions(Output* out);
 
+// Writes the features of augments of other modules on their actions and notifications,
+// which the library's own handing down passes over.
+void SpreadAugmentFeatures(Output* out);
+
 }  // namespace compiler

@@ -200,6 +200,11 @@ const std::string& Hoist(Output* out, const xmlNode* definition, const FoundNode
   return out->hoisted.emplace(std::make_pair(definition, leaf.node), name).first->second;
 }
 
+void TakeOverUnits(Output* out, xmlNode* holder, const BottomType& bottom, const Place* usedAt) {
+  if (bottom.units != nullptr && FirstChild(holder, Keyword::kUnits) == nullptr)
+    AppendChild(holder, CopyStatement(out->all->session, holder->doc, bottom.units, usedAt));
+}
+
 // The properties that a leaf had from its typedef, once that is gone.
 void TakeOver(Output* out, xmlNode* leaf, const BottomType& bottom, const Place* usedAt) {
   Session* session = out->all->session;
@@ -208,8 +213,7 @@ void TakeOver(Output* out, xmlNode* leaf, const BottomType& bottom, const Place*
   const bool takesDefault = Is(leaf, Keyword::kLeaf) && !isMandatory;
   if (takesDefault && bottom.byDefault != nullptr && FirstChild(leaf, Keyword::kDefault) == nullptr)
     AppendChild(leaf, CopyStatement(session, leaf->doc, bottom.byDefault, usedAt));
-  if (bottom.units != nullptr && FirstChild(leaf, Keyword::kUnits) == nullptr)
-    AppendChild(leaf, CopyStatement(session, leaf->doc, bottom.units, usedAt));
+  TakeOverUnits(out, leaf, bottom, usedAt);
 }
 
 bool IsLeafType(const xmlNode* type) {
@@ -244,6 +248,7 @@ xmlNode* InlineType(Output* out, xmlNode* type, const BottomType& bottom) {
     AppendChild(copy, require);
   }
   if (IsLeafType(type)) TakeOver(out, ParentOf(type), bottom, usedAt);
+  if (Is(ParentOf(type), Keyword::kTypedef)) TakeOverUnits(out, ParentOf(type), bottom, usedAt);
   RemoveStatement(type);
   return copy;
 }

@@ -110,6 +110,19 @@ TEST_F(Features, OfUsesAndAugmentsReachTheirNodes) {
       Body("m"));
 }
 
+TEST_F(Features, OfAugmentsStandOnTheirOperationsToo) {
+  Module11("n", "container c;");
+  Module11("m",
+           "import n { prefix n; } feature a; feature b;\n"
+           "augment /n:c { if-feature \"a and b\"; leaf x { type string; }\n"
+           "  action act { if-feature b; } notification note; }");
+  EXPECT_EQ(
+      "feature a; feature b; augment /n:c { if-feature a; if-feature b; "
+      "leaf x { type string; } action act { if-feature a; if-feature b; } "
+      "notification note { if-feature a; if-feature b; } }",
+      Body("m"));
+}
+
 TEST_F(Features, ThatAreOffTakeBlocksAndAugmentsOfNothingElseAlong) {
   Module11("f",
            "feature a; rpc r { input { leaf l { if-feature a; type string; } } }\n"

@@ -355,6 +355,21 @@ TEST_F(Identities, OfDefaultsBehindATypedefStandBareAndThoseOfTypedefsAtTheType)
       Body("m"));
 }
 
+TEST_F(Identities, OfTypedefsThatGiveADefaultKeepTheUnitsOfTheTypedefBelow) {
+  Module("m",
+         "identity base; identity i { base base; }\n"
+         "typedef t { type identityref { base base; } units u; }\n"
+         "typedef d { type t; default i; } typedef e { type t; default i; units own; }\n"
+         "leaf a { type d; } leaf b { type e; }");
+  EXPECT_EQ(
+      "identity base; identity i { base base; } "
+      "typedef t { type identityref { base base; } units u; } "
+      "typedef d { type identityref { base base; } default i; units u; } "
+      "typedef e { type identityref { base base; } default i; units own; } "
+      "leaf a { type d; } leaf b { type e; }",
+      Body("m"));
+}
+
 // What is compiled can be compiled again only when each base in it is found.
 TEST_F(Identities, ThatOnlyAnotherRevisionHasGiveWayToTheirBases) {
   Write("t@2019-01-01.yang",
