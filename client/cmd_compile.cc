@@ -9,13 +9,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <set>
+#include <utility>
 
 #include <qmodel/context.h>
 
 #include "client/commands.h"
 #include "client/compile_first.h"
 #include "client/file_input.h"
-#include "client/find_model.h"
 #include "compiler/convert.h"
 
 namespace {
@@ -24,10 +25,27 @@ std::string PathIn(const std::string& dir, const compiler::JobModule& module) {
   return dir + "/" + module.name + ".yin";
 }
 
+// What tells a file whatever its path.
+using FileId = std::pair<dev_t, ino_t>;
+
+// False: there is none.
+bool IdentifyFile(const std::string& path, FileId* id) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return false;
+  *id = {status.st_dev, status.st_ino};
+  return true;
+}
+
 // A file that was read is never replaced.
-bool WouldReplaceInput(const std::string& path, const compiler::JobResult& result) {
-  for (const std::string& read : result.filesRead) {
-    if (!IsSameFile(path, read)) continue;
+bool WouldReplaceInput(const std::string& dir, const compiler::JobResult& result) {
+  FileId id;
+  std::set<FileId> read;
+  for (const std::string& path : result.filesRead) {
+    if (IdentifyFile(path, &id)) read.insert(id);
+  }
+  for (const compiler::JobModule& module : result.modules) {
+    const std::string path = PathIn(dir, module);
+    if (!IdentifyFile(path, &id) || !read.contains(id)) continue;
     PrintError("%s was read and is not replaced; choose another folder", path.c_str());
     return true;
   }
@@ -93,9 +111,7 @@ int WriteToFolder(const std::string& dir, const compiler::JobResult& result) {
     PrintError("%s: %s", dir.c_str(), std::strerror(errno));
     return kExitUnusable;
   }
-  for (const compiler::JobModule& module : result.modules) {
-    if (WouldReplaceInput(PathIn(dir, module), result)) return kExitUsage;
-  }
+  if (WouldReplaceInput(dir, result)) return kExitUsage;
   for (const compiler::JobModule& module : result.modules) {
     if (!ReplaceFile(PathIn(dir, module), module.yin)) return kExitUnusable;
   }
