@@ -27,9 +27,17 @@ const xmlNode* TypedefWithDefault(const TypeChain& chain) {
   return nullptr;
 }
 
+// What must be there has no use for the default, and could not have one of its own.
+bool IsDemanded(const xmlNode* holder) {
+  const char* mandatory = ArgumentOfChild(holder, Keyword::kMandatory);
+  const char* least = ArgumentOfChild(holder, Keyword::kMinElements);
+  return (mandatory != nullptr && std::string_view(mandatory) == "true") ||
+         (least != nullptr && std::string_view(least) != "0");
+}
+
 void JudgeInherited(Lint* lint, const xmlNode* holder, const xmlNode* type) {
   const TypeChain chain = ChainOf(type);
-  if (chain.base == BuiltIn::kNone || FirstChild(type) == nullptr) return;
+  if (chain.base == BuiltIn::kNone || FirstChild(type) == nullptr || IsDemanded(holder)) return;
   const xmlNode* definition = TypedefWithDefault(chain);
   if (definition == nullptr) return;
   const xmlNode* statement = FirstChild(definition, Keyword::kDefault);
@@ -65,11 +73,13 @@ static const xmlNode* FindConditional(Lint* lint, const TypeChain& chain, std::s
   if (!isEnum && chain.base != BuiltIn::kBits) return nullptr;
   const Keyword keyword = isEnum ? Keyword::kEnum : Keyword::kBit;
   const auto names = isEnum ? std::vector<std::string_view>{value} : SplitNames(value);
-  const xmlNode* first = InChain(chain, keyword);
-  if (first == nullptr || !HasConditional(lint, first, keyword)) return nullptr;
-  for (const xmlNode* s = first; s != nullptr; s = NextSibling(s, keyword)) {
-    if (ArgumentOf(s) == nullptr || FirstChild(s, Keyword::kIfFeature) == nullptr) continue;
-    if (std::find(names.begin(), names.end(), ArgumentOf(s)) != names.end()) return s;
+  for (const xmlNode* type : chain.types) {
+    const xmlNode* first = FirstChild(type, keyword);
+    if (first == nullptr || !HasConditional(lint, first, keyword)) continue;
+    for (const xmlNode* s = first; s != nullptr; s = NextSibling(s, keyword)) {
+      if (ArgumentOf(s) == nullptr || FirstChild(s, Keyword::kIfFeature) == nullptr) continue;
+      if (std::find(names.begin(), names.end(), ArgumentOf(s)) != names.end()) return s;
+    }
   }
   return nullptr;
 }

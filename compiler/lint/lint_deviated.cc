@@ -102,6 +102,30 @@ void JudgeElements(const Result& result) {
           "a default is for a leaf-list that may be empty; remove one of the two");
 }
 
+// Entries of a leaf-list of configuration are different values.
+void JudgeAddedEntries(const Result& result) {
+  const SchemaNode* node = result.node;
+  const xmlNode* type = Left(result, Keyword::kType);
+  if (node->keyword != Keyword::kLeafList || type == nullptr || ConfigOf(node) != Config::kTrue)
+    return;
+  std::map<std::string, const xmlNode*> values;
+  for (const xmlNode* s = PropertyStatement(node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    if (ArgumentOf(s) != nullptr) values.emplace(CanonicalOf(type, ArgumentOf(s)), s);
+  for (const xmlNode* deviate : *result.deviates)
+    for (const xmlNode* s = FirstChild(deviate, Keyword::kDefault); s != nullptr;
+         s = NextSibling(s, Keyword::kDefault)) {
+      const std::string value = ArgumentOf(s) == nullptr ? "" : CanonicalOf(type, ArgumentOf(s));
+      if (IsKind(deviate, "delete")) {
+        values.erase(value);
+      } else if (!values.emplace(value, s).second) {
+        Error(result.lint, cls::kDefault, s,
+              "leaf-list " + Quote(node->name) + " has the default " + Quote(value) + " already",
+              "remove one");
+      }
+    }
+}
+
 // A default that stays must be a value of the new type. Those that deviates bring are
 // judged where they are written.
 void JudgeType(const Result& result) {
@@ -111,6 +135,7 @@ void JudgeType(const Result& result) {
       ArgumentOf(preset) == nullptr)
     return;
   const std::string fault = FaultOfValue(type, ArgumentOf(preset), preset);
+  JudgeReferredDefault(result.lint, result.node, type, preset, type);
   if (fault.empty()) return;
   Error(result.lint, cls::kDefault, type,
         "the default " + Quote(ArgumentOf(preset)) + " of the " +
@@ -191,6 +216,7 @@ void JudgeTarget(const Deviated& all, const Result& result) {
   }
   JudgeMandatory(result);
   JudgeElements(result);
+  JudgeAddedEntries(result);
   JudgeType(result);
   JudgeAdded(result);
   if (!open) JudgeConfig(result);

@@ -120,8 +120,10 @@ void JudgeNewDefault(Lint* lint, const SchemaNode* target, const xmlNode* deviat
   }
   if (type == nullptr || KindOf(deviate) == Deviate::kDelete) return;
   for (const xmlNode* s = FirstChild(deviate, Keyword::kDefault); s != nullptr;
-       s = NextSibling(s, Keyword::kDefault))
+       s = NextSibling(s, Keyword::kDefault)) {
     JudgeDefault(lint, s, type);
+    JudgeReferredDefault(lint, target, type, s, s);
+  }
 }
 
 // `target` may be NULL when it was not found.

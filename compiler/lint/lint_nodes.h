@@ -21,6 +21,12 @@ bool IsMandatory(const SchemaNode* node);
 // What a leaf of type leafref leads to; NULL: it is none, or that cannot be told.
 const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf);
 
+// Reports at `at` a default that a union with leafrefs, or the target of a leafref, cannot
+// take for the node (the top of a module's tree for a typedef). What the type says by itself is
+// told elsewhere.
+void JudgeReferredDefault(Lint* lint, const SchemaNode* node, const xmlNode* type,
+                          const xmlNode* byDefault, const xmlNode* at);
+
 // Key and unique of a list.
 void JudgeList(Lint* lint, const SchemaNode* list);
 void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at);

@@ -185,14 +185,43 @@ bool IsCircle(Lint* lint, const SchemaNode* node) {
   return false;
 }
 
+// So many types are looked at for one value.
+constexpr unsigned kMostTypes = 10000;
+
+// Whether a value may be one of the type, leafrefs followed; true also where that cannot be
+// told. `left`: how many types may still be looked at.
+bool MayTake(Lint* lint, const SchemaNode* node, const xmlNode* type, const xmlNode* value,
+             unsigned* left) {
+  if (*left == 0) return true;
+  --*left;
+  const TypeChain chain = ChainOf(type);
+  if (chain.base == BuiltIn::kLeafref) {
+    const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
+    Fault fault;
+    const bool hasPath = path != nullptr && ArgumentOf(path) != nullptr;
+    const SchemaNode* target = hasPath ? Follow(lint, {node, path}, &fault) : nullptr;
+    const xmlNode* referred = target == nullptr || !IsLeafLike(target)
+                                  ? nullptr
+                                  : FirstChild(target->statement, Keyword::kType);
+    return referred == nullptr || MayTake(lint, target, referred, value, left);
+  }
+  if (chain.base != BuiltIn::kUnion) return FaultOfValue(type, ArgumentOf(value), value).empty();
+  for (const xmlNode* member = FirstChild(chain.types.back(), Keyword::kType); member != nullptr;
+       member = NextSibling(member, Keyword::kType))
+    if (MayTake(lint, node, member, value, left)) return true;
+  return false;
+}
+
 // A leafref has the values of its target's type.
 void JudgeDefaults(Lint* lint, const Leafref& leafref, const SchemaNode* target) {
   const xmlNode* own = FirstChild(leafref.node->statement, Keyword::kType);
   const xmlNode* type = FirstChild(target->statement, Keyword::kType);
-  if (type == nullptr || own != ParentOf(leafref.path)) return;  // a typedef's, or a union's
-  for (const xmlNode* s = FirstChild(leafref.node->statement, Keyword::kDefault); s != nullptr;
-       s = NextSibling(s, Keyword::kDefault))
+  if (type == nullptr || ChainOf(own).types.back() != ParentOf(leafref.path)) return;  // a union's
+  for (const xmlNode* s = PropertyStatement(leafref.node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault)) {
     JudgeDefault(lint, s, type);
+    JudgeReferredDefault(lint, target, type, s, s);
+  }
 }
 
 void JudgeTarget(Lint* lint, const Leafref& leafref, const TypeChain& chain,
@@ -240,11 +269,26 @@ void JudgeLeafref(Lint* lint, const SchemaNode* node, const TypeChain& chain) {
   }
 }
 
+void JudgeUnionDefaults(Lint* lint, const SchemaNode* node, const xmlNode* type) {
+  for (const xmlNode* s = PropertyStatement(node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    JudgeReferredDefault(lint, node, type, s, s);
+}
+
+// Absolute paths mean the same for every leaf; others are followed from each.
+void JudgeTypedef(Lint* lint, const SchemaNode* top, const xmlNode* definition) {
+  const xmlNode* type = FirstChild(definition, Keyword::kType);
+  const xmlNode* byDefault = FirstChild(definition, Keyword::kDefault);
+  if (type != nullptr && byDefault != nullptr)
+    JudgeReferredDefault(lint, top, type, byDefault, byDefault);
+}
+
 // Each of the `unions` of a leaf is looked into once: they may have others twice.
 void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type,
                std::unordered_set<const xmlNode*>* unions, unsigned depth = 0) {
   const TypeChain chain = ChainOf(type);
   if (chain.base == BuiltIn::kLeafref) JudgeLeafref(lint, node, chain);
+  if (chain.base == BuiltIn::kUnion && depth == 0) JudgeUnionDefaults(lint, node, type);
   if (chain.base != BuiltIn::kUnion || depth >= kMaxUnionDepth ||
       !unions->insert(chain.types.back()).second)
     return;
@@ -266,7 +310,27 @@ const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf) {
   return Follow(lint, {leaf, path}, &fault);
 }
 
+void JudgeReferredDefault(Lint* lint, const SchemaNode* node, const xmlNode* type,
+                          const xmlNode* byDefault, const xmlNode* at) {
+  const char* value = ArgumentOf(byDefault);
+  const BuiltIn base = ChainOf(type).base;
+  if (value == nullptr || (base != BuiltIn::kUnion && base != BuiltIn::kLeafref)) return;
+  unsigned left = kMostTypes;
+  if (!FaultOfValue(type, value, byDefault).empty() || MayTake(lint, node, type, byDefault, &left))
+    return;
+  Error(lint, cls::kDefault, at,
+        "the default " + Quote(value) +
+            (base == BuiltIn::kUnion ? " fits no member of the union"
+                                     : " does not fit the leaf that the leafref leads to"),
+        "write a value that one of the leafs takes, or change the type");
+}
+
 void LintPaths(Lint* lint) {
+  const auto tree = lint->view->trees.find(lint->module);
+  for (const Module* file : lint->files)
+    ForEachStatement(file, Keyword::kTypedef, [&](const xmlNode* s) {
+      if (tree != lint->view->trees.end()) JudgeTypedef(lint, tree->second, s);
+    });
   for (const SchemaNode* top : lint->tops)
     for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node)) {
       if (!node->written || !IsLeafLike(node) || !IsOfModule(*lint, node)) continue;

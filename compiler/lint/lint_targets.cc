@@ -48,6 +48,22 @@ void JudgeContents(Lint* lint, const TargetView& augment) {
   }
 }
 
+// What stands in an augment, and the groupings that it uses without a condition.
+std::vector<const xmlNode*> UnconditionalHolders(const xmlNode* augment) {
+  std::vector<const xmlNode*> holders = {augment};
+  for (size_t i = 0; i < holders.size(); ++i)
+    for (const xmlNode* s = FirstChild(holders[i], Keyword::kUses); s != nullptr;
+         s = NextSibling(s, Keyword::kUses)) {
+      const char* name = FirstChild(s, Keyword::kWhen) == nullptr ? ArgumentOf(s) : nullptr;
+      const xmlNode* grouping =
+          name == nullptr ? nullptr : FindSymbol(s, SymbolKind::kGrouping, name);
+      if (grouping != nullptr &&
+          std::find(holders.begin(), holders.end(), grouping) == holders.end())
+        holders.push_back(grouping);
+    }
+  return holders;
+}
+
 // Each node that the path names is one that the augment refers to.
 void JudgeStatusOfSteps(Lint* lint, const TargetView& augment) {
   for (const SchemaNode* node = augment.target; node != nullptr && node != augment.start;
@@ -63,8 +79,11 @@ void JudgeMandatoryNodes(Lint* lint, const TargetView& augment) {
   const bool version11 = StatementOf(augment.statement)->words->version11;
   if (version11 && FirstChild(augment.statement, Keyword::kWhen) != nullptr) return;
   const SchemaNode* end = augment.last == nullptr ? nullptr : augment.last->next;
+  const std::vector<const xmlNode*> holders = UnconditionalHolders(augment.statement);
   for (const SchemaNode* node = augment.first; node != end; node = node->next) {
-    const bool ours = node->space == own && ParentOf(node->statement) == augment.statement;
+    const bool ours =
+        node->space == own && FirstChild(node->statement, Keyword::kWhen) == nullptr &&
+        std::find(holders.begin(), holders.end(), ParentOf(node->statement)) != holders.end();
     if (!ours || ConfigOf(node) != Config::kTrue || !IsMandatory(node)) continue;
     Error(
         lint, cls::kTarget, node->statement,

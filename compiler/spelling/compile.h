@@ -155,6 +155,9 @@ struct Compilation {
   std::unordered_map<Module*, bool> sound;  // whether it and what it needs can be compiled
   std::unordered_map<const Statement*, NamedNodes> children;  // of nodes that have many
   DataIndex data;
+  // Leafrefs of typedefs, as they were read, whose target has left, and the type that has
+  // taken their place with the leaf that has it.
+  std::unordered_map<const xmlNode*, std::pair<const xmlNode*, FoundNode>> settledLeafrefs;
   std::unordered_map<const xmlNode*, MustIndex> musts;  // of nodes that deviations delete from
 };
 

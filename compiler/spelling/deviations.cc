@@ -17,6 +17,7 @@
 #include "compiler/spelling/prefixes.h"
 #include "compiler/spelling/target.h"
 #include "compiler/spelling/typedefs.h"
+#include "compiler/spelling/value_type.h"
 #include "compiler/words/xpath_edit.h"
 
 namespace compiler {
@@ -149,16 +150,17 @@ void SettleDefault(Output* out, xmlNode* byDefault, const FoundNode& target) {
   if (ArgumentOf(byDefault) == nullptr) return;
   const xmlNode* type = TypeOfNode(target);
   const BottomType bottom = type == nullptr ? BottomType() : FindBottomType(type);
-  const bool isIdentity =
-      bottom.type != nullptr && std::string_view(ArgumentOf(bottom.type)) == "identityref";
+  const bool isIdentity = NamesIdentity(out->all, TypeOfLeaf(target), OriginOf(byDefault));
   const xmlNode* there = FindDefault(byDefault, target, isIdentity);
   if (there == nullptr) {
     LeaveOut(out, byDefault, target);
     return;
   }
   std::string text = ArgumentOf(there);
-  // Behind a typedef, the library has the text of the target as it is.
-  if (isIdentity && bottom.direct) {
+  // Behind a typedef and in a union, the library has the text of the target as it is.
+  const bool isItself = bottom.direct && bottom.type != nullptr &&
+                        std::string_view(ArgumentOf(bottom.type)) == "identityref";
+  if (isItself) {
     Module* module = ModuleOfIdentity(there);
     if (module != nullptr)
       text = PrefixOf(out, module) + ":" + std::string(SplitReference(text).name);
@@ -191,20 +193,46 @@ void SettleDeletion(Output* out, const xmlNode* deviate, const FoundNode& target
   }
 }
 
+// The library would refuse the whole deviation. True: nothing is left of the deviate.
+bool SettleAddition(Output* out, xmlNode* deviate, const FoundNode& target) {
+  bool changed = false;
+  if (!Is(target.node, Keyword::kLeafList)) return false;
+  for (xmlNode* s = FirstChild(deviate, Keyword::kDefault); s != nullptr;) {
+    xmlNode* next = NextSibling(s, Keyword::kDefault);
+    const bool isIdentity = NamesIdentity(out->all, TypeOfLeaf(target), OriginOf(s));
+    if (ArgumentOf(s) != nullptr && FindDefault(s, target, isIdentity) != nullptr) {
+      Lose(out, s,
+           std::string("the leaf-list \"") + ArgumentOf(target.node) + "\" has the default \"" +
+               ArgumentOf(s) + "\" already; it is left out");
+      RemoveStatement(s);
+      changed = true;
+    }
+    s = next;
+  }
+  return changed && FirstChild(deviate) == nullptr;
+}
+
 }  // namespace
 
 void SettleDeviations(Output* out) {
-  for (xmlNode* s = FirstChild(out->written.root, Keyword::kDeviation); s != nullptr;
-       s = NextSibling(s, Keyword::kDeviation)) {
+  for (xmlNode* s = FirstChild(out->written.root, Keyword::kDeviation); s != nullptr;) {
+    xmlNode* next = NextSibling(s, Keyword::kDeviation);
     const FoundNode target = FindTarget(out->all, TargetSteps(s));
     LoseWhatWaits(out, s, target);
     SettleTypedefProperties(out, s, target);
-    for (const xmlNode* deviate = FirstChild(s, Keyword::kDeviate); deviate != nullptr;
-         deviate = NextSibling(deviate, Keyword::kDeviate)) {
+    for (xmlNode* deviate = FirstChild(s, Keyword::kDeviate);
+         target.node != nullptr && deviate != nullptr;) {
+      xmlNode* after = NextSibling(deviate, Keyword::kDeviate);
       const char* kind = ArgumentOf(deviate);
-      if (target.node != nullptr && kind != nullptr && std::string_view(kind) == "delete")
+      if (kind != nullptr && std::string_view(kind) == "delete")
         SettleDeletion(out, deviate, target);
+      if (kind != nullptr && std::string_view(kind) == "add" &&
+          SettleAddition(out, deviate, target))
+        RemoveStatement(deviate);
+      deviate = after;
     }
+    if (FirstChild(s, Keyword::kDeviate) == nullptr) RemoveStatement(s);
+    s = next;
   }
 }
 

@@ -16,6 +16,7 @@
 #include "compiler/spelling/prefixes.h"
 #include "compiler/spelling/target.h"
 #include "compiler/spelling/typedefs.h"
+#include "compiler/spelling/value_type.h"
 
 namespace compiler {
 
@@ -93,6 +94,23 @@ void NameModulesOf(Output* out, const xmlNode* byDefault) {
   }
 }
 
+bool IsInInput(const xmlNode* node) {
+  while (node != nullptr && !Is(node, Keyword::kInput)) node = ParentOf(node);
+  return node != nullptr;
+}
+
+// The library knows no identity behind a union or leafref.
+void SayUndeclared(Output* out, const xmlNode* byDefault, const Module* module) {
+  const xmlNode* parent = ParentOf(byDefault);
+  if (!Is(parent, Keyword::kLeaf) || module->name == out->module->name || !IsInInput(parent) ||
+      IsIdentityref(FindBottomType(FirstChild(parent, Keyword::kType)).type))
+    return;
+  Lose(out, byDefault,
+       "the default \"" + std::string(ArgumentOf(byDefault)) +
+           "\" is added to requests with a prefix that the library does not declare, since its "
+           "type is no identityref itself");
+}
+
 }  // namespace
 
 const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent) {
@@ -154,8 +172,7 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     SetArgument(session, byDefault, name);
     return true;
   }
-  const xmlNode* type = TypeOfDefault(out, parent);
-  if (type == nullptr || !IsIdentityref(FindBottomType(type).type)) return true;
+  if (!NamesIdentity(out->all, TypeWithDefault(out, parent), OriginOf(byDefault))) return true;
   Module* module = ModuleOfPrefix(StatementOf(byDefault)->words, reference.prefix);
   if (module == nullptr) {
     AddFinding(&out->report, Severity::kError, kIdentityClass, byDefault,
@@ -171,6 +188,7 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
     RemoveStatement(byDefault);
     return false;
   }
+  SayUndeclared(out, byDefault, module);
   const std::string name(reference.name);
   SetArgument(session, byDefault,
               Is(parent, Keyword::kDeviate) ? PrefixOf(out, module) + ":" + name
@@ -178,11 +196,11 @@ bool RewriteDefault(Output* out, xmlNode* byDefault) {
   return true;
 }
 
-bool IsDefaultedIdentity(const xmlNode* type) {
+bool IsDefaultedIdentity(Compilation* all, const xmlNode* type) {
   const xmlNode* definition = ParentOf(type);
   return Is(definition, Keyword::kTypedef) &&
          FirstChild(definition, Keyword::kDefault) != nullptr &&
-         IsIdentityref(FindBottomType(type).type);
+         IsIdentityref(FindWrittenBottom(all, type).type);
 }
 
 }  // namespace compiler

@@ -26,6 +26,6 @@ const xmlNode* TypeOfDefault(Output* out, const xmlNode* parent);
 bool RewriteDefault(Output* out, xmlNode* byDefault);
 
 // True for the type of a typedef of identityrefs that gives them a default.
-bool IsDefaultedIdentity(const xmlNode* type);
+bool IsDefaultedIdentity(Compilation* all, const xmlNode* type);
 
 }  // namespace compiler

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -175,6 +176,33 @@ void SettleItems(Output* out, xmlNode* type) {
              " of the type depends on a feature that is off; it is written without, and so "
              "takes all that its typedef does");
   SettleEach(out, type, off);
+}
+
+void WriteAsBuiltIn(Output* out, xmlNode* type) {
+  const BottomType bottom = FindBottomType(type);
+  Session* session = out->all->session;
+  std::unordered_map<std::string_view, int64_t> numbers;
+  ItemNumbers before;
+  for (xmlNode* item = FirstItem(bottom.type); item != nullptr; item = NextItem(NextSibling(item)))
+    numbers.emplace(ArgumentOf(item), before.Next(item));
+  ItemNumbers after;
+  for (xmlNode* item = FirstItem(type); item != nullptr; item = NextItem(NextSibling(item))) {
+    const auto known = numbers.find(ArgumentOf(item));
+    if (known == numbers.end() || ItemNumbers::NumberOf(item) != nullptr) {
+      after.Next(item);
+      continue;
+    }
+    ItemNumbers next = after;
+    if (next.Next(item) != known->second) {
+      const Keyword keyword = Is(item, Keyword::kEnum) ? Keyword::kValue : Keyword::kPosition;
+      AppendChild(item, MakeStatement(session, item, keyword, std::to_string(known->second)));
+    }
+    after.Next(item);
+  }
+  SetArgument(session, type, ArgumentOf(bottom.type));
+  xmlNode* holder = ParentOf(type);
+  if (bottom.units != nullptr && FirstChild(holder, Keyword::kUnits) == nullptr)
+    AppendChild(holder, CopyStatement(session, holder->doc, bottom.units, nullptr));
 }
 
 bool LosesEveryItem(Output* out, const xmlNode* type) {

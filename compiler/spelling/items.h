@@ -18,4 +18,9 @@ bool LosesItem(Output* out, const xmlNode* type, std::string_view name);
 // True when the type has enums or bits of its own, and each depends on what is off.
 bool LosesEveryItem(Output* out, const xmlNode* type);
 
+// Writes a restriction of an enumeration or of bits, settled before, as the built-in type
+// with what is left: so it is derived from nothing. A typedef keeps the units that it had
+// from there.
+void WriteAsBuiltIn(Output* out, xmlNode* type);
+
 }  // namespace compiler

@@ -17,6 +17,7 @@
 #include "compiler/spelling/items.h"
 #include "compiler/spelling/target.h"
 #include "compiler/spelling/typedefs.h"
+#include "compiler/spelling/value_type.h"
 #include "compiler/words/path.h"
 
 namespace compiler {
@@ -25,7 +26,7 @@ namespace {
 
 constexpr unsigned kMaxUnionDepth = 32;
 
-bool IsOff(Output* out, const xmlNode* type, const xmlNode* byDefault, unsigned depth);
+bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth);
 
 bool IsIdentityLost(Output* out, const xmlNode* byDefault) {
   const xmlNode* origin = OriginOf(byDefault);
@@ -46,37 +47,85 @@ bool LosesMember(Output* out, const xmlNode* member) {
   return other != member;
 }
 
-bool IsOffInUnion(Output* out, const xmlNode* type, const xmlNode* byDefault, unsigned depth) {
+// `one` is the built-in type itself.
+bool IsOffInUnion(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth) {
   const xmlNode* origin = OriginOf(byDefault);
   bool wasThere = false;
-  for (const xmlNode* member = FirstChild(type, Keyword::kType); member != nullptr;
+  for (const xmlNode* member = FirstChild(one.type, Keyword::kType); member != nullptr;
        member = NextSibling(member, Keyword::kType)) {
-    if (!FaultOfValue(member, ArgumentOf(origin), origin).empty()) continue;
-    if (!LosesMember(out, member) && !IsOff(out, member, byDefault, depth + 1)) return false;
+    if (!TakesValue(out->all, {member, one.leaf}, ArgumentOf(origin), origin)) continue;
+    if (!LosesMember(out, member) && !IsOff(out, {member, one.leaf}, byDefault, depth + 1))
+      return false;
     wasThere = true;
   }
   return wasThere;
 }
 
-// The type is as it was read.
-bool IsOff(Output* out, const xmlNode* type, const xmlNode* byDefault, unsigned depth) {
+bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth) {
   const char* value = ArgumentOf(OriginOf(byDefault));
-  const TypeChain chain = ChainOf(type);
+  const LeafType referred = ReferredType(out->all, one);
+  if (referred.type == nullptr) return false;
+  const TypeChain chain = ChainOf(referred.type);
   switch (chain.base) {
     case BuiltIn::kEnumeration:
-      return LosesItem(out, type, value);
+      return LosesItem(out, referred.type, value);
     case BuiltIn::kBits: {
       const auto names = SplitNames(value);
-      return std::any_of(names.begin(), names.end(),
-                         [&](std::string_view name) { return LosesItem(out, type, name); });
+      return std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+        return LosesItem(out, referred.type, name);
+      });
     }
     case BuiltIn::kIdentityref:
       return IsIdentityLost(out, byDefault);
     case BuiltIn::kUnion:
-      return depth < kMaxUnionDepth && IsOffInUnion(out, chain.types.back(), byDefault, depth);
+      return depth < kMaxUnionDepth &&
+             IsOffInUnion(out, {chain.types.back(), referred.leaf}, byDefault, depth);
     default:
       return false;
   }
+}
+
+// One of the deviates has a default.
+bool HasDefault(const xmlNode* deviation) {
+  for (const xmlNode* s = FirstChild(deviation, Keyword::kDeviate); s != nullptr;
+       s = NextSibling(s, Keyword::kDeviate)) {
+    if (FirstChild(s, Keyword::kDefault) != nullptr) return true;
+  }
+  return false;
+}
+
+// One that will not leave itself.
+bool HoldsDefault(Output* out, const xmlNode* holder) {
+  if (Is(holder, Keyword::kDeviate)) {
+    const FoundNode target = FindTarget(out->all, TargetSteps(ParentOf(holder)));
+    return HasDefault(ParentOf(holder)) ||
+           (target.node != nullptr && HoldsDefault(target.output, target.node));
+  }
+  for (const xmlNode* s = FirstChild(holder, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault)) {
+    if (!IsDefaultOff(out, s)) return true;
+  }
+  return false;
+}
+
+// The value has left, or is none of a restriction whose own default has left.
+bool CannotHave(Output* out, const LeafType& one, const xmlNode* byDefault) {
+  return IsOff(out, one, byDefault, 0) ||
+         !TakesValue(out->all, one, ArgumentOf(byDefault), byDefault);
+}
+
+// The default that the type brings from a typedef although it has lost the value there by
+// its own restriction; NULL: there is none.
+const xmlNode* DefaultLostIn(Output* out, const LeafType& one) {
+  const xmlNode* byDefault = FindBottomType(one.type).byDefault;
+  const xmlNode* definition =
+      byDefault == nullptr || ArgumentOf(byDefault) == nullptr
+          ? nullptr
+          : FindSymbol(one.type, SymbolKind::kTypedef, ArgumentOf(one.type));
+  const xmlNode* above = definition == nullptr ? nullptr : FirstChild(definition, Keyword::kType);
+  if (above == nullptr || FirstChild(one.type) == nullptr || !CannotHave(out, one, byDefault))
+    return nullptr;
+  return CannotHave(out, {above, one.leaf}, byDefault) ? nullptr : byDefault;
 }
 
 bool IsDeletion(const xmlNode* deviate) {
@@ -129,14 +178,47 @@ void SettleDeviate(Output* out, xmlNode* deviate, const FoundNode& target,
   RemoveIfEmpty(out, deviate);
 }
 
+// One of the deviates has lost a default.
+bool HasLostDefault(const Output* out, const xmlNode* deviation) {
+  for (const xmlNode* s = FirstChild(deviation, Keyword::kDeviate); s != nullptr;
+       s = NextSibling(s, Keyword::kDeviate)) {
+    if (out->lostDefaults.count(s) != 0) return true;
+  }
+  return false;
+}
+
+// A default of the target that the new type of a deviation has lost is deleted, and one that
+// it never had, once the default that was to replace it has left.
+void DeleteLost(Output* out, xmlNode* deviation, const FoundNode& target) {
+  xmlNode* replace = FirstChild(deviation, Keyword::kDeviate);
+  while (replace != nullptr && FirstChild(replace, Keyword::kType) == nullptr)
+    replace = NextSibling(replace, Keyword::kDeviate);
+  if (replace == nullptr || HasDefault(deviation)) return;
+  const LeafType type = TypeWithDefault(out, replace);
+  const bool isBare = HasLostDefault(out, deviation);
+  xmlNode* deletion = nullptr;
+  for (const xmlNode* s = FirstChild(target.node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault)) {
+    const char* text = ArgumentOf(OriginOf(s));
+    if (text == nullptr || type.type == nullptr) continue;
+    if (isBare ? !CannotHave(out, type, OriginOf(s)) : !IsOff(out, type, s, 0)) continue;
+    SayLost(out, replace, s);
+    if (deletion == nullptr) {
+      deletion = MakeStatement(out->all->session, replace, Keyword::kDeviate, "delete");
+      InsertBefore(replace, deletion);
+    }
+    AppendChild(deletion, MakeStatement(out->all->session, replace, Keyword::kDefault, text));
+  }
+}
+
 }  // namespace
 
 bool IsDefaultOff(Output* out, const xmlNode* byDefault) {
   const xmlNode* parent = ParentOf(byDefault);
   if (Is(parent, Keyword::kChoice) || IsDeletion(parent)) return false;
-  const xmlNode* type = TypeOfDefault(out, parent);
-  return type != nullptr && ArgumentOf(OriginOf(byDefault)) != nullptr &&
-         IsOff(out, OriginOf(type), byDefault, 0);
+  const LeafType one = TypeWithDefault(out, parent);
+  return one.type != nullptr && ArgumentOf(OriginOf(byDefault)) != nullptr &&
+         IsOff(out, one, byDefault, 0);
 }
 
 void LeaveDefault(Output* out, xmlNode* byDefault) {
@@ -147,17 +229,20 @@ void LeaveDefault(Output* out, xmlNode* byDefault) {
 }
 
 void LeaveDefaultOfTypedef(Output* out, xmlNode* type) {
-  xmlNode* leaf = ParentOf(type);
-  const char* mandatory = ArgumentOfChild(leaf, Keyword::kMandatory);
+  xmlNode* holder = ParentOf(type);
+  const char* mandatory = ArgumentOfChild(holder, Keyword::kMandatory);
   const bool isMandatory = mandatory != nullptr && std::string_view(mandatory) == "true";
-  const bool takesOne = Is(leaf, Keyword::kLeaf) || Is(leaf, Keyword::kLeafList);
-  if (!takesOne || isMandatory || FirstChild(leaf, Keyword::kDefault) != nullptr) return;
-  const xmlNode* byDefault = FindBottomType(type).byDefault;
-  if (byDefault == nullptr || ArgumentOf(byDefault) == nullptr ||
-      !IsOff(out, OriginOf(type), byDefault, 0) ||
-      IsOff(out, FirstChild(ParentOf(byDefault), Keyword::kType), byDefault, 0))
-    return;
+  const bool isTypedef = Is(holder, Keyword::kTypedef);
+  const bool takesOne = isTypedef || Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList) ||
+                        Is(holder, Keyword::kDeviate);
+  if (!takesOne || isMandatory || HoldsDefault(out, holder)) return;
+  const xmlNode* byDefault = DefaultLostIn(out, {OriginOf(type), {nullptr, out}});
+  if (byDefault == nullptr) return;
   SayLost(out, type, byDefault);
+  if (isTypedef) {
+    WriteAsBuiltIn(out, type);
+    return;
+  }
   xmlNode* around = MakeStatement(out->all->session, type, Keyword::kType, "union");
   InsertBefore(type, around);
   TakeOut(type);
@@ -169,6 +254,7 @@ void SettleDeviatedDefaults(Output* out) {
     xmlNode* next = NextSibling(s, Keyword::kDeviation);
     const FoundNode target = FindTarget(out->all, TargetSteps(s));
     if (target.node != nullptr) {
+      DeleteLost(out, s, target);
       const auto lost = target.output->lostDefaults.find(target.node);
       xmlNode* deviate =
           lost == target.output->lostDefaults.end() ? nullptr : FirstChild(s, Keyword::kDeviate);

@@ -12,8 +12,8 @@ bool IsDefaultOff(Output* out, const xmlNode* byDefault);
 // Takes it out of the tree, and says so.
 void LeaveDefault(Output* out, xmlNode* byDefault);
 
-// A leaf whose typedef has a default that the leaf's own restriction has lost goes without:
-// the type of the leaf is written so that it brings none.
+// A leaf or typedef whose own restriction has lost the default of its typedef goes without:
+// its type is written so that it brings none.
 void LeaveDefaultOfTypedef(Output* out, xmlNode* type);
 
 // Fits deviations to targets that have lost a default.

@@ -236,6 +236,9 @@ void SettleLeafref(const NotedLeafref& noted) {
            "\" of the leafref depends on a feature that is off, so no value can be valid; the "
            "type of the target takes its place");
   if (noted.valueType != nullptr) {
+    if (Is(ParentOf(noted.type), Keyword::kTypedef))
+      out->all->settledLeafrefs[OriginOf(FindBottomType(noted.type).type)] = {
+          OriginOf(noted.valueType), noted.referred};
     PutTypeOf(out, noted.type, noted.valueType, noted.referred);
     return;
   }

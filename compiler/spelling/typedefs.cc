@@ -308,6 +308,14 @@ FoundNode DeviatedLeaf(Output* out, const xmlNode* type) {
   return found == out->leafsOfTypedefs.end() ? FoundNode{} : found->second;
 }
 
+BottomType FindWrittenBottom(const Compilation* all, const xmlNode* type) {
+  BottomType bottom = FindBottomType(type);
+  const auto settled = all->settledLeafrefs.find(bottom.type);
+  if (settled != all->settledLeafrefs.end())
+    bottom.type = FindBottomType(settled->second.first).type;
+  return bottom;
+}
+
 xmlNode* RewriteType(Output* out, xmlNode* type) {
   const char* name = TypeName(type);
   if (IsBuiltInType(name)) return type;
@@ -323,7 +331,8 @@ xmlNode* RewriteType(Output* out, xmlNode* type) {
   const bool isOfOtherLeaf = out->copiedTypes.count(type) != 0 && DependsOnUser(type);
   if (IsOfLeaf(type) && (isOfOtherLeaf || IsUnionForLeaf(type)))
     return InlineType(out, type, FindBottomType(type));
-  if (IsDefaultedIdentity(type)) return InlineType(out, type, FindBottomType(type));
+  if (IsDefaultedIdentity(out->all, type))
+    return InlineType(out, type, FindWrittenBottom(out->all, type));
   if (depends && IsLeafType(type)) {
     const BottomType bottom = FindBottomType(type);
     if (std::string_view(TypeName(bottom.type)) == "leafref") return InlineType(out, type, bottom);

@@ -15,6 +15,9 @@ struct BottomType {
 };
 BottomType FindBottomType(const xmlNode* type);
 
+// The same, where a leafref of a typedef has lost its target that which has taken its place.
+BottomType FindWrittenBottom(const Compilation* all, const xmlNode* type);
+
 // True for the name of a built-in type.
 bool IsBuiltInType(std::string_view name) noexcept;
 
