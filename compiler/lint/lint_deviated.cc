@@ -4,58 +4,22 @@
 // together here, from the target and from the deviates in their order. Said is only what
 // a deviate has brought about.
 #include <map>
+#include <set>
 
+#include "compiler/lint/lint_deviated.h"
 #include "compiler/lint/lint_nodes.h"
 #include "compiler/lint/lint_pass.h"
 #include "compiler/reading/value_check.h"
 #include "compiler/words/argument.h"
+#include "compiler/words/grammar.h"
 #include "compiler/words/path.h"
 
 namespace compiler {
 
 namespace {
 
-using Deviates = std::vector<const xmlNode*>;
-
-// The deviates of each node, in the order of the files.
-struct Deviated {
-  std::vector<const SchemaNode*> targets;
-  std::map<const SchemaNode*, Deviates> deviates;
-};
-
-bool IsKind(const xmlNode* deviate, std::string_view kind) {
-  const char* argument = ArgumentOf(deviate);
-  return argument != nullptr && kind == argument;
-}
-
-bool IsSame(const xmlNode* a, const xmlNode* b) {
-  return ArgumentOf(a) != nullptr && ArgumentOf(b) != nullptr &&
-         std::string_view(ArgumentOf(a)) == ArgumentOf(b);
-}
-
-bool IsOfDeviate(const xmlNode* property) {
-  return Is(ParentOf(property), Keyword::kDeviate);
-}
-
-struct Result {
-  Lint* lint;
-  const SchemaNode* node;
-  const Deviates* deviates;
-};
-
-// The property that is left in the end; NULL: none is.
 const xmlNode* Left(const Result& result, Keyword keyword) {
-  const xmlNode* left = PropertyStatement(result.node, keyword);
-  for (const xmlNode* deviate : *result.deviates)
-    for (const xmlNode* s = FirstChild(deviate, keyword); s != nullptr;
-         s = NextSibling(s, keyword)) {
-      if (!IsKind(deviate, "delete")) {
-        left = s;
-      } else if (left != nullptr && IsSame(left, s)) {
-        left = nullptr;
-      }
-    }
-  return left;
+  return LeftOf(result.node, *result.deviates, keyword);
 }
 
 // The one of two properties that a deviate has brought; NULL: none of them.
@@ -64,15 +28,10 @@ const xmlNode* Brought(const xmlNode* a, const xmlNode* b) {
   return IsOfDeviate(b) ? b : nullptr;
 }
 
-bool IsTrue(const xmlNode* property) {
-  return property != nullptr && ArgumentOf(property) != nullptr &&
-         std::string_view(ArgumentOf(property)) == "true";
-}
-
 void JudgeMandatory(const Result& result) {
   const xmlNode* mandatory = Left(result, Keyword::kMandatory);
   const xmlNode* preset = Left(result, Keyword::kDefault);
-  if (!IsTrue(mandatory) || preset == nullptr) return;
+  if (!IsTrue(mandatory) || preset == nullptr || !CanHave(result.node, Keyword::kMandatory)) return;
   const xmlNode* at = Brought(preset, mandatory);
   if (at != nullptr)
     Error(result.lint, cls::kDefault, at,
@@ -144,54 +103,52 @@ void JudgeType(const Result& result) {
         "replace or delete the default, too");
 }
 
-// The list whose key the node is; NULL: it is none.
-const SchemaNode* ListOfKey(const SchemaNode* node) {
-  const SchemaNode* list = node->parent;
-  if (node->keyword != Keyword::kLeaf || list == nullptr || list->keyword != Keyword::kList)
-    return nullptr;
-  const char* keys = ArgumentOfChild(list->statement, Keyword::kKey);
-  for (const std::string_view key : SplitNames(keys == nullptr ? "" : keys))
-    if (SplitReference(key).name == node->name) return list;
-  return nullptr;
+// Properties that stand once and that two deviates add.
+void JudgeAddedTwice(const Result& result) {
+  std::map<Keyword, const xmlNode*> brought;
+  for (const xmlNode* deviate : *result.deviates)
+    for (const xmlNode* s = FirstChild(deviate); s != nullptr; s = NextSibling(s)) {
+      const SubStatement* row = FindSubStatement(result.node->keyword, KeywordOf(s));
+      if (row == nullptr || row->max != 1) continue;
+      const xmlNode*& before = brought[KeywordOf(s)];
+      const bool isNew = PropertyStatement(result.node, KeywordOf(s)) == nullptr;
+      if (IsKind(deviate, "add") && isNew && before != nullptr && ParentOf(before) != deviate)
+        Error(result.lint, cls::kTarget, s,
+              "the " + std::string(RowOf(result.node->keyword).name) + " " +
+                  Quote(result.node->name) + " has " + Quote(NameOf(s)) + " already, at " +
+                  PlaceOf(before),
+              "write one of the two only");
+      before = IsKind(deviate, "delete") ? nullptr : s;
+    }
 }
 
-// True when a node above has deviates of its own that say what becomes of this one.
-bool IsDeviatedAbove(const Deviated& all, const SchemaNode* node) {
-  for (const SchemaNode* above = node->parent; above != nullptr; above = above->parent) {
-    const auto found = all.deviates.find(above);
-    if (found == all.deviates.end()) continue;
-    for (const xmlNode* deviate : found->second)
-      if (IsKind(deviate, "not-supported") || FirstChild(deviate, Keyword::kConfig) != nullptr)
-        return true;
-  }
-  return false;
-}
-
-void JudgeConfig(const Result& result) {
+// Values that a leaf-list of configuration would have twice by default.
+void JudgeEntries(const Result& result) {
   const SchemaNode* node = result.node;
-  const xmlNode* config = Left(result, Keyword::kConfig);
-  if (config == nullptr || !IsOfDeviate(config) || node->parent == nullptr) return;
-  const Config above = ConfigOf(node->parent);
-  const SchemaNode* list = ListOfKey(node);
-  if (IsTrue(config) && above == Config::kFalse) {
-    Error(result.lint, cls::kConfig, config,
-          Quote(node->name) + " is config true below " + Quote(node->parent->name) +
-              ", which is config false",
-          "leave the config statement out, or make the node above config true");
-  } else if (list != nullptr && above == Config::kTrue && !IsTrue(config)) {
-    Error(result.lint, cls::kList, config,
-          "the key " + Quote(node->name) + " of list " + Quote(list->name) +
-              " differs from it in config",
-          "give the key no config statement of its own");
+  const xmlNode* type = Left(result, Keyword::kType);
+  if (node->keyword != Keyword::kLeafList || type == nullptr || !IsConfigAfter(*result.all, node))
+    return;
+  std::set<std::string> values;
+  for (const xmlNode* s = PropertyStatement(node, Keyword::kDefault); s != nullptr;
+       s = NextSibling(s, Keyword::kDefault))
+    if (ArgumentOf(s) != nullptr) values.insert(CanonicalOf(type, ArgumentOf(s)));
+  for (const xmlNode* deviate : *result.deviates) {
+    if (IsKind(deviate, "replace") && FirstChild(deviate, Keyword::kDefault) != nullptr)
+      values.clear();
+    for (const xmlNode* s = FirstChild(deviate, Keyword::kDefault); s != nullptr;
+         s = NextSibling(s, Keyword::kDefault)) {
+      if (ArgumentOf(s) == nullptr) continue;
+      const std::string value = CanonicalOf(type, ArgumentOf(s));
+      if (IsKind(deviate, "delete")) {
+        values.erase(value);
+      } else if (!values.insert(value).second) {
+        Error(result.lint, cls::kDefault, s,
+              "leaf-list " + Quote(node->name) + " has the default " + Quote(ArgumentOf(s)) +
+                  " already",
+              "remove one");
+      }
+    }
   }
-}
-
-void JudgeGone(const Result& result, const xmlNode* deviate) {
-  const SchemaNode* list = ListOfKey(result.node);
-  if (list != nullptr)
-    Error(result.lint, cls::kList, deviate,
-          "list " + Quote(list->name) + " loses its key " + Quote(result.node->name),
-          "keep the key, or the list is not supported either");
 }
 
 void JudgeAdded(const Result& result) {
@@ -207,19 +164,22 @@ void JudgeAdded(const Result& result) {
     JudgeDefaultCase(result.lint, node, preset);
 }
 
-void JudgeTarget(const Deviated& all, const Result& result) {
-  const bool open = IsDeviatedAbove(all, result.node);
-  for (const xmlNode* deviate : *result.deviates) {
-    if (!IsKind(deviate, "not-supported")) continue;
-    if (!open) JudgeGone(result, deviate);
+void JudgeTarget(const Result& result) {
+  const bool open = IsGoneBelow(*result.all, nullptr, result.node->parent);
+  if (IsGone(*result.deviates)) {
+    for (const xmlNode* deviate : *result.deviates)
+      if (!open && IsKind(deviate, "not-supported")) return JudgeGone(result, deviate);
     return;
   }
   JudgeMandatory(result);
+  JudgeInDefaultCase(result);
   JudgeElements(result);
   JudgeAddedEntries(result);
   JudgeType(result);
   JudgeAdded(result);
-  if (!open) JudgeConfig(result);
+  JudgeAddedTwice(result);
+  JudgeEntries(result);
+  if (!open) JudgeConfigAround(result);
 }
 
 }  // namespace
@@ -237,7 +197,8 @@ void LintDeviated(Lint* lint) {
         entered.first->second.push_back(s);
     });
   for (const SchemaNode* target : all.targets)
-    JudgeTarget(all, {lint, target, &all.deviates[target]});
+    JudgeTarget({lint, &all, target, &all.deviates[target]});
+  JudgeLostLeafrefs(lint, all);
 }
 
 }  // namespace compiler

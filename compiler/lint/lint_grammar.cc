@@ -114,6 +114,8 @@ void JudgeArgumentOf(Lint* lint, const Module* file, const xmlNode* statement,
     return;
   }
   const Keyword around = parent == nullptr ? Keyword::kNone : KeywordOf(parent);
+  // What an augment's path begins with depends on where it stands.
+  if (keyword == Keyword::kAugment && FindSubStatement(around, keyword) == nullptr) return;
   const std::string fault = JudgeArgument(keyword, around, argument, file->version11);
   if (fault.empty()) return;
   Error(lint, cls::kArgument, statement,

@@ -40,6 +40,7 @@ constexpr RefineRow kRefines[] = {
 void JudgeDefaults(Lint* lint, const TargetView& refine) {
   const SchemaNode* node = refine.target;
   const xmlNode* first = FirstChild(refine.statement, Keyword::kDefault);
+  if (!StatementOf(refine.statement)->words->version11) return;  // told by the grammar
   if (first == nullptr || (node->keyword != Keyword::kLeaf && node->keyword != Keyword::kChoice))
     return;
   for (const xmlNode* s = NextSibling(first, Keyword::kDefault); s != nullptr;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Keys and unique of lists (RFC 7950, sections 7.8.2 and 7.8.3).
+#include <algorithm>
 #include <set>
 
 #include "compiler/lint/lint_nodes.h"
@@ -29,6 +30,14 @@ std::string NearestChild(Lint* lint, const SchemaNode* parent, std::string_view 
   return near.Advice(otherwise);
 }
 
+// Of its own, or by a refine.
+bool HasStatement(const SchemaNode* node, Keyword keyword) {
+  return FirstChild(node->statement, keyword) != nullptr ||
+         std::any_of(node->changes.begin(), node->changes.end(), [keyword](const xmlNode* change) {
+           return FirstChild(change, keyword) != nullptr;
+         });
+}
+
 void JudgeKeyLeaf(Lint* lint, const SchemaNode* list, const xmlNode* at, const SchemaNode* leaf) {
   const std::string what = "the key " + Quote(leaf->name) + " of list " + Quote(list->name);
   if (leaf->keyword != Keyword::kLeaf) {
@@ -45,7 +54,7 @@ void JudgeKeyLeaf(Lint* lint, const SchemaNode* list, const xmlNode* at, const S
     ErrorOn(lint, cls::kList, list, at, what + " has the type empty, which YANG version 1 forbids",
             "take another type");
   for (const Keyword keyword : {Keyword::kWhen, Keyword::kIfFeature})
-    if (version11 && FirstChild(leaf->statement, keyword) != nullptr)
+    if (version11 && HasStatement(leaf, keyword))
       ErrorOn(lint, cls::kList, list, at,
               what + " has a " + Quote(RowOf(keyword).name) + " statement, so it may be missing",
               "remove it, or put it on the list");
@@ -128,7 +137,7 @@ void JudgeUnique(Lint* lint, const SchemaNode* list, const xmlNode* at) {
 void JudgeList(Lint* lint, const SchemaNode* list) {
   const xmlNode* key = FirstChild(list->statement, Keyword::kKey);
   if (key == nullptr) {
-    if (ConfigOf(list) == Config::kTrue)
+    if (ConfigOf(list) == Config::kTrue && ConfigOf(list->parent) != Config::kFalse)
       ErrorOn(lint, cls::kList, list, list->statement,
               "list " + Quote(list->name) + " is config true and has no key",
               "add a key statement, or make the list config false");

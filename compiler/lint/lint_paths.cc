@@ -297,6 +297,25 @@ void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type,
     JudgeType(lint, node, s, unions, depth + 1);
 }
 
+// A path from the root leads to the same place from each leaf, so that of a typedef which
+// no leaf has is judged, too.
+void JudgeTypedef(Lint* lint, xmlNode* definition) {
+  const xmlNode* type = FirstChild(definition, Keyword::kType);
+  if (type == nullptr || ArgumentOf(definition) == nullptr) return;
+  const TypeChain chain = ChainOf(type);
+  if (chain.base != BuiltIn::kLeafref || !chain.typedefs.empty()) return;
+  const char* path = ArgumentOfChild(type, Keyword::kPath);
+  if (path == nullptr || *path != '/') return;
+  SchemaNode leaf;
+  leaf.statement = definition;
+  leaf.keyword = Keyword::kLeaf;
+  leaf.space = lint->module;
+  leaf.name = ArgumentOf(definition);
+  leaf.parent = lint->view->trees[lint->module];
+  leaf.config = static_cast<uint8_t>(Config::kNone) + 1;
+  JudgeLeafref(lint, &leaf, chain);
+}
+
 }  // namespace
 
 const SchemaNode* LeafrefTarget(Lint* lint, const SchemaNode* leaf) {
@@ -338,6 +357,10 @@ void LintPaths(Lint* lint) {
       std::unordered_set<const xmlNode*> unions;
       if (type != nullptr) JudgeType(lint, node, type, &unions);
     }
+  for (const Module* file : lint->files)
+    ForEachStatement(file, Keyword::kTypedef, [lint](xmlNode* s) {
+      if (lint->used->count(s) == 0) JudgeTypedef(lint, s);
+    });
 }
 
 }  // namespace compiler

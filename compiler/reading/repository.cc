@@ -15,6 +15,8 @@
 #include "compiler/reading/reader.h"
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
+#include "compiler/words/argument.h"
+#include "compiler/words/path.h"
 
 namespace compiler {
 
@@ -118,14 +120,27 @@ void Fatal(Repository* repository, const xmlNode* at, std::string message,
 // Says that the file found is not of the revision asked for; it is taken all the same.
 void NoteOtherRevision(Repository* repository, const xmlNode* at, const Module& found,
                        const std::string& revision) {
-  if (revision.empty() || found.revision == revision) return;
+  if (!IsDate(revision) || found.revision == revision) return;
   const std::string is = found.revision.empty() ? "one without" : found.revision;
   AddFinding(repository->report, Severity::kError, kLinkageClass, at,
              "revision " + revision + " of \"" + found.name + "\" is not found, only " + is,
              "add the file to a folder that is searched");
 }
 
+// What is no identifier can be the name of no file: said as the grammar has it.
+bool IsNameOfModule(Repository* repository, const xmlNode* at, Keyword keyword,
+                    const std::string& name) {
+  const bool version11 = StatementOf(at)->words->version11;
+  const std::string fault = JudgeArgument(keyword, Keyword::kModule, name, version11);
+  if (fault.empty()) return true;
+  AddFinding(repository->report, Severity::kFatal, "argument", at,
+             std::string("the argument of \"") + NameOf(at) + "\", " + fault,
+             AdviseArgument(keyword, Keyword::kModule));
+  return false;
+}
+
 void ResolveImport(Repository* repository, Import* import) {
+  if (!IsNameOfModule(repository, import->statement, Keyword::kImport, import->module)) return;
   import->target = FindModuleFile(repository, import->module, import->revision);
   if (import->target == nullptr) {
     Fatal(repository, import->statement,
@@ -148,6 +163,8 @@ Module* OwnCopy(Repository* repository, Module* submodule) {
 }
 
 void ResolveInclude(Repository* repository, Module* file, Include* include) {
+  if (!IsNameOfModule(repository, include->statement, Keyword::kInclude, include->submodule))
+    return;
   Module* owner = MainModuleOf(file);
   Module* found = FindModuleFile(repository, include->submodule, include->revision);
   if (found == nullptr) {
@@ -156,6 +173,9 @@ void ResolveInclude(Repository* repository, Module* file, Include* include) {
           "add its folder with -p");
     return;
   }
+  // Which module it is of is then missing, which is said of the submodule.
+  if (owner != nullptr && Is(found->root, Keyword::kSubmodule) && !IsIdentifier(found->belongsTo))
+    found->belongsTo = owner->name;
   if (owner == nullptr || found->belongsTo != owner->name) {
     Fatal(repository, include->statement,
           "\"" + include->submodule + "\" is not a submodule of \"" +
