@@ -24,9 +24,10 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-void ReportMissing(Repository* repository, const xmlNode* at, const std::string& what) {
+void ReportMissing(Repository* repository, const xmlNode* at, const std::string& name,
+                   const std::string& what) {
   AddFinding(repository->report, Severity::kFatal, kLinkageClass, at, what + " is not found",
-             "add its folder with -p");
+             AdviceForMissing(repository, name));
 }
 
 // The submodules of a module, as far as they are found: extensions may be defined there.
@@ -47,7 +48,8 @@ void FindImports(Repository* repository, Module* module) {
   for (Import& import : module->imports) {
     Module* found = FindModuleFile(repository, import.module, import.revision);
     if (found == nullptr) {
-      ReportMissing(repository, import.statement, "the imported module '" + import.module + "'");
+      ReportMissing(repository, import.statement, import.module,
+                    "the imported module '" + import.module + "'");
     } else if (!Is(found->root, Keyword::kModule)) {
       AddFinding(repository->report, Severity::kFatal, kLinkageClass, import.statement,
                  "'" + import.module + "' is a submodule and cannot be imported",
@@ -65,7 +67,7 @@ void FindOwner(Repository* repository, Module* module) {
   if (module->belongsTo.empty()) return;
   Module* owner = FindModuleFile(repository, module->belongsTo, {});
   if (owner == nullptr) {
-    ReportMissing(repository, FirstChild(module->root, Keyword::kBelongsTo),
+    ReportMissing(repository, FirstChild(module->root, Keyword::kBelongsTo), module->belongsTo,
                   "the module '" + module->belongsTo + "' of this submodule");
     return;
   }

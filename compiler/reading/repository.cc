@@ -111,6 +111,30 @@ Module* Search(Repository* repository, const std::string& name, const std::strin
   return best == nullptr ? nullptr : Choose(repository, best);
 }
 
+// "FILE holds module 'b', not 'a'" for the first file that promises the module and holds
+// another; empty: there is none.
+std::string FoundInstead(Repository* repository, const std::string& name) {
+  for (const SearchFolder& folder : repository->folders) {
+    const auto paths = folder.files.find(name);
+    if (paths == folder.files.end()) continue;
+    for (const std::string& path : paths->second) {
+      const Module* module = Read(repository, path, FileOrigin::kFound)->module;
+      if (module == nullptr || module->name == name) continue;
+      const char* kind = Is(module->root, Keyword::kModule) ? "module '" : "submodule '";
+      return path + " holds " + kind + module->name + "', not '" + name + "'";
+    }
+  }
+  return {};
+}
+
+// The submodule that is one of another module, or none at all.
+std::string ForeignAdvice(const Module& found) {
+  if (Is(found.root, Keyword::kModule))
+    return found.file->path + " holds a module; include submodules of the module only";
+  return found.file->path + " holds one of '" + found.belongsTo +
+         "'; include submodules of the module only";
+}
+
 void Fatal(Repository* repository, const xmlNode* at, std::string message,
            std::string advice = {}) {
   AddFinding(repository->report, Severity::kFatal, kLinkageClass, at, std::move(message),
@@ -144,7 +168,8 @@ void ResolveImport(Repository* repository, Import* import) {
   import->target = FindModuleFile(repository, import->module, import->revision);
   if (import->target == nullptr) {
     Fatal(repository, import->statement,
-          "the imported module \"" + import->module + "\" is not found", "add its folder with -p");
+          "the imported module \"" + import->module + "\" is not found",
+          AdviceForMissing(repository, import->module));
   } else if (!Is(import->target->root, Keyword::kModule)) {
     const std::string& owner = import->target->belongsTo;
     Fatal(repository, import->statement,
@@ -170,7 +195,7 @@ void ResolveInclude(Repository* repository, Module* file, Include* include) {
   if (found == nullptr) {
     Fatal(repository, include->statement,
           "the included submodule \"" + include->submodule + "\" is not found",
-          "add its folder with -p");
+          AdviceForMissing(repository, include->submodule));
     return;
   }
   // Which module it is of is then missing, which is said of the submodule.
@@ -180,7 +205,7 @@ void ResolveInclude(Repository* repository, Module* file, Include* include) {
     Fatal(repository, include->statement,
           "\"" + include->submodule + "\" is not a submodule of \"" +
               (owner == nullptr ? file->name : owner->name) + "\"",
-          "include submodules of the module only");
+          ForeignAdvice(*found));
     return;
   }
   NoteOtherRevision(repository, include->statement, *found, include->revision);
@@ -213,9 +238,10 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-void Refuse(Repository* repository, const std::string& operand, std::string message) {
+void Refuse(Repository* repository, const std::string& operand, std::string message,
+            std::string advice = {}) {
   AddFindingAt(repository->report, Severity::kFatal, kLinkageClass, Place(),
-               operand + ": " + std::move(message));
+               operand + ": " + std::move(message), std::move(advice));
 }
 
 Module* OpenOperand(Repository* repository, const std::string& operand) {
@@ -226,7 +252,9 @@ Module* OpenOperand(Repository* repository, const std::string& operand) {
   } else {
     // Whatever other operands name, so that their order makes no difference.
     module = Search(repository, operand, {});
-    if (module == nullptr) Refuse(repository, operand, "no directory has this module");
+    if (module == nullptr)
+      Refuse(repository, operand, "no directory has this module",
+             FoundInstead(repository, operand));
   }
   if (module == nullptr || module->belongsTo.empty()) return module;
   Refuse(repository, operand, "a submodule; name its module \"" + module->belongsTo + "\"");
@@ -281,6 +309,11 @@ Module* FindModuleFile(Repository* repository, const std::string& name,
   Module* module = fits ? any->second : Search(repository, name, revision);
   repository->found.emplace(key, module);
   return module;
+}
+
+std::string AdviceForMissing(Repository* repository, const std::string& name) {
+  std::string found = FoundInstead(repository, name);
+  return found.empty() ? "add its folder with -p" : found;
 }
 
 std::vector<Module*> OpenOperands(Repository* repository,

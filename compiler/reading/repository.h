@@ -63,6 +63,10 @@ bool IsFileOperand(std::string_view operand) noexcept;
 Module* FindModuleFile(Repository* repository, const std::string& name,
                        const std::string& revision);
 
+// What to do about a module or submodule that is not found: add its folder; or what the file
+// that promises it holds.
+std::string AdviceForMissing(Repository* repository, const std::string& name);
+
 // Reads the operands, MODULE or FILE, and links them; the folders of FILEs come first in
 // the search. One entry for each operand; NULL, with a finding: there is no such module,
 // or it is a submodule.

@@ -184,6 +184,24 @@ TEST_F(ClientCompile, AnOperandThatIsNotThereIsALineOfTheProgram) {
   EXPECT_EQ(0u, Run({"compile", "gone"}).err.find("qmodel: gone: no directory has this module\n"));
 }
 
+TEST_F(ClientCompile, WhatAFileHoldsInPlaceOfTheModuleThatItPromisesIsSaid) {
+  Write("a.yang", "module b { namespace urn:b; prefix b; }\n");
+  Write("m.yang", "module m { namespace urn:m; prefix m;\n  import a { prefix a; } }\n");
+  const std::string holds = "./a.yang holds module 'b', not 'a'\n";
+  for (const Args& call : {Args{"compile"}, Args{"load", "-c"}}) {
+    Args args = call;
+    args.emplace_back("a");
+    EXPECT_EQ("qmodel: a: no directory has this module; " + holds, Run(args).err);
+    args.back() = "m";
+    const ClientRun import = Run(args);
+    EXPECT_EQ(3, import.status);
+    EXPECT_EQ(0u, import.err.find("./m.yang:2: the imported module \"a\" is not found; " + holds))
+        << import.err;
+  }
+  EXPECT_EQ("m.yang:2: the imported module 'a' is not found; " + holds,
+            Run({"compile", "--convert", "m.yang"}).err);
+}
+
 TEST_F(ClientCompile, AModuleWithoutANameIsAnErrorWithItsPlace) {
   Write("m.yang", "\nmodule '' { namespace urn:m; prefix m; }\n");
   const std::string expected = "m.yang:2:1: 'module' has an empty name; write the module's name\n";

@@ -171,6 +171,20 @@ TEST_F(ClientLint, EndsWith3WhenAnOperandCannotBeUsed) {
   EXPECT_NE(std::string::npos, part.err.find("\"good\"")) << part.err;
 }
 
+TEST_F(ClientLint, SaysWhatAFileHoldsInPlaceOfTheModuleThatItPromises) {
+  Write("a.yang", "module b { namespace urn:b; prefix b; }\n");
+  Write("m.yang", "module m { namespace urn:m; prefix m;\n  import a { prefix a; } }\n");
+  const ClientRun operand = Run({"lint", "a"});
+  EXPECT_EQ(3, operand.status);
+  EXPECT_EQ("qmodel: a: no directory has this module; ./a.yang holds module 'b', not 'a'\n",
+            operand.err);
+  const ClientRun import = Run({"lint", "m.yang"});
+  EXPECT_EQ(1, import.status);
+  EXPECT_EQ(0u, import.out.find("m.yang:2:3: error: the imported module \"a\" is not found; "
+                                "./a.yang holds module 'b', not 'a' [linkage]\n"))
+      << import.out;
+}
+
 TEST_F(ClientLint, SaysWhereAFileIsNotWellFormed) {
   Write("broken.yang", "module broken {\n  namespace urn:b;\n  prefix b\n}\n");
   Write("broken.yin", "<module name='broken'\n");

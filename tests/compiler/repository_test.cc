@@ -158,6 +158,32 @@ TEST_F(Lookup, AnImportThatIsMissingStopsTheModuleOnly) {
             Findings("m"));
 }
 
+TEST_F(Lookup, AFileThatHoldsAnotherModuleThanItPromisesIsSaid) {
+  Write("a.yang", "module b { namespace urn:b; prefix b; }");
+  Write("s.yang", "submodule t { belongs-to m { prefix m; } }");
+  Module("m", "import a { prefix a; } include s;");
+  EXPECT_EQ(
+      "m.yang:2: the imported module \"a\" is not found; a.yang holds module 'b', not 'a'\n"
+      "m.yang:2: the included submodule \"s\" is not found; s.yang holds submodule 't', not 's'\n",
+      Findings("m"));
+  EXPECT_EQ(JobState::kStopped, Run({"m"}).state);
+  EXPECT_EQ(std::vector<std::string>{"qmodel: a: no directory has this module; " + Path("a.yang") +
+                                     " holds module 'b', not 'a'"},
+            Run({"a"}).findings);
+}
+
+TEST_F(Lookup, WhatAnIncludeFindsInPlaceOfItsOwnSubmoduleIsSaid) {
+  Write("s.yang", "submodule s { belongs-to k { prefix k; } }");
+  Module("n", "leaf a { type string; }");
+  Module("m", "include s; include n;");
+  EXPECT_EQ(
+      "m.yang:2: \"s\" is not a submodule of \"m\"; s.yang holds one of 'k'; include submodules "
+      "of the module only\n"
+      "m.yang:2: \"n\" is not a submodule of \"m\"; n.yang holds a module; include submodules of "
+      "the module only\n",
+      Findings("m"));
+}
+
 TEST_F(Lookup, AnImportOfARevisionThatIsMissingIsSaid) {
   Module("n", "revision 2021-01-01; leaf a { type string; }");
   Module("m", "import n { prefix n; revision-date 2020-01-01; }");
