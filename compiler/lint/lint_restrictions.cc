@@ -5,6 +5,7 @@
 #include "compiler/reading/type_chain.h"
 #include "compiler/words/argument.h"
 #include "compiler/words/pattern.h"
+#include "compiler/words/pattern_grammar.h"
 
 namespace compiler {
 
@@ -51,8 +52,10 @@ void JudgeExpression(Lint* lint, const xmlNode* statement) {
          "the library compiles no pattern of more than 512 parts that may be empty, so no value "
          "matches",
          "write several patterns, which all have to match");
-  if (state != PatternState::kFaulty) return;
-  Error(lint, cls::kRestriction, statement, "the pattern " + Quote(pattern) + " does not compile",
+  const std::string fault = pattern == nullptr ? std::string() : FaultOfPattern(pattern);
+  if (state != PatternState::kFaulty && fault.empty()) return;
+  Error(lint, cls::kRestriction, statement,
+        "the pattern " + Quote(pattern) + " does not compile" + (fault.empty() ? "" : ": " + fault),
         "write a regular expression of XML Schema");
 }
 
