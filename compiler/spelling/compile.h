@@ -142,6 +142,7 @@ struct DataIndex {
 struct MustIndex {
   std::unordered_map<std::string, const xmlNode*> byMeaning;
   std::unordered_map<std::string_view, const xmlNode*> byText;  // as it was written
+  std::unordered_map<std::string, const xmlNode*> byWritten;    // with modules in literals
 };
 
 // One call of the compiler.

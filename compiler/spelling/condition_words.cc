@@ -174,6 +174,13 @@ std::string CanonicalCondition(Compilation* all, const xmlNode* statement, const
   return RenamePrefixes(xpath, rules, &unknown);
 }
 
+// What a deviation deletes is written as the target has it, maybe with prefixes of that.
+static bool IsToDelete(const xmlNode* statement) {
+  const xmlNode* deviate = ParentOf(statement);
+  return Is(deviate, Keyword::kDeviate) && ArgumentOf(deviate) != nullptr &&
+         std::string_view(ArgumentOf(deviate)) == "delete";
+}
+
 // False: it cannot stay.
 static bool TranslateOne(Output* out, xmlNode* statement) {
   const char* text = ArgumentOf(statement);
@@ -186,7 +193,7 @@ static bool TranslateOne(Output* out, xmlNode* statement) {
   }
   std::vector<UnknownPrefix> unknown;
   const std::string renamed = RenamePrefixes(xpath, RulesFor(out, statement), &unknown);
-  ReportUnknown(out, statement, unknown);
+  if (!IsToDelete(statement)) ReportUnknown(out, statement, unknown);
   if (renamed != text) SetArgument(out->all->session, statement, renamed);
   return !StatementOf(statement)->handedDown || SettleHandedDown(out, statement);
 }

@@ -26,16 +26,17 @@ namespace {
 
 constexpr char kTargetClass[] = "target";
 
-std::string InOwnLiterals(Output* out, const Output& other, const char* text) {
+// The text with another word for each prefix in its literals; NULL: with that of a module.
+std::string InLiterals(const Output& writtenIn, const char* text, Output* prefixesOf) {
   Xpath xpath;
   XpathError error;
   if (!ParseXpath(text, &xpath, &error)) return text;
   NameRules rules;
   rules.nodes = [](std::string_view prefix) { return std::string(prefix); };
   rules.identities = [&](std::string_view prefix) -> std::optional<std::string> {
-    Module* module = ModuleOfWritten(other, prefix);
+    Module* module = ModuleOfWritten(writtenIn, prefix);
     if (module == nullptr) return std::nullopt;
-    return PrefixOf(out, module);
+    return prefixesOf == nullptr ? module->name : PrefixOf(prefixesOf, module);
   };
   std::vector<UnknownPrefix> unknown;
   return RenamePrefixes(xpath, rules, &unknown);
@@ -65,6 +66,7 @@ const MustIndex& MustsOf(Compilation* all, const FoundNode& target) {
   for (; s != nullptr; s = NextSibling(s, Keyword::kMust)) {
     const char* text = ArgumentOf(OriginOf(s));
     if (text != nullptr) index.byText.emplace(text, s);
+    index.byWritten.emplace(InLiterals(*target.output, ArgumentOf(s), nullptr), s);
     index.byMeaning.emplace(CanonicalCondition(all, s, target, nullptr), s);
   }
   return index;
@@ -76,16 +78,23 @@ const xmlNode* FindIn(const Names& names, const Name& name) {
   return found == names.end() ? nullptr : found->second;
 }
 
-// As IsWanted().
-const xmlNode* FindMust(Compilation* all, const xmlNode* must, const FoundNode& target) {
+// What has the same text, as it should be, else what the library takes for the same, as a
+// compiled deviation has it, else what means the same, also if the text had been copied from
+// the target.
+const xmlNode* FindMust(const Output& out, const xmlNode* must, const FoundNode& target) {
+  Compilation* all = out.all;
   const MustIndex& index = MustsOf(all, target);
+  const char* text = ArgumentOf(OriginOf(must));
+  const xmlNode* same = text == nullptr ? nullptr : FindIn(index.byText, std::string_view(text));
+  if (same != nullptr) return same;
+  same = FindIn(index.byWritten, InLiterals(out, ArgumentOf(must), nullptr));
+  if (same != nullptr) return same;
   for (const Module* bare : {static_cast<Module*>(nullptr), target.output->module}) {
     const std::string wanted = CanonicalCondition(all, must, target, bare);
     const xmlNode* found = wanted.empty() ? nullptr : FindIn(index.byMeaning, wanted);
     if (found != nullptr) return found;
   }
-  const char* text = ArgumentOf(OriginOf(must));
-  return text == nullptr ? nullptr : FindIn(index.byText, std::string_view(text));
+  return nullptr;
 }
 
 // True for a must of the target that was left out since it fails every request.
@@ -109,8 +118,8 @@ void LeaveOut(Output* out, xmlNode* property, const FoundNode& target) {
 }
 
 void SettleMust(Output* out, xmlNode* must, const FoundNode& target) {
-  if (const xmlNode* there = FindMust(out->all, must, target)) {
-    SetArgument(out->all->session, must, InOwnLiterals(out, *target.output, ArgumentOf(there)));
+  if (const xmlNode* there = FindMust(*out, must, target)) {
+    SetArgument(out->all->session, must, InLiterals(*target.output, ArgumentOf(there), out));
   } else if (IsDropped(out->all, must, target)) {
     RemoveStatement(must);
   } else {

@@ -594,6 +594,26 @@ TEST_F(Deviations, DeleteIdentitiesHoweverTheirPrefixesAreWritten) {
             BodyOf(Run({"m"}), "m"));
 }
 
+// Two musts may mean the same; the library deletes by text.
+TEST_F(Deviations, DeleteWhatHasTheSameTextBeforeWhatMeansTheSame) {
+  Module11(
+      "n",
+      "identity i; container c { leaf k { type string; } leaf t { type identityref { base i; } }\n"
+      "  leaf l { type string; must \"../n:k\"; must \"../n:t = 'n:i'\"; must \"../t = 'i'\"; } }");
+  Module11("m",
+           "import n { prefix p; }\n"
+           "deviation /p:c/p:l { deviate delete {\n"
+           "  must \"../n:k\"; must \"../n:t = 'n:i'\"; must \"../t = 'i'\"; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(
+      "deviation /p:c/p:l { deviate delete { "
+      "must ../n:k; must ../n:t = 'p:i'; must ../t = 'p:i'; } }",
+      BodyOf(result, "m"));
+  EXPECT_TRUE(result.findings.empty()) << result.findings[0];
+  for (const JobModule& module : result.modules) Write("again/" + module.name + ".yin", module.yin);
+  EXPECT_EQ(BodyOf(result, "m"), BodyOf(Run({Path("again/m.yin")}), "m"));
+}
+
 TEST_F(Deviations, DeleteIdentitiesOfAGroupingsModule) {
   Module11("g",
            "identity base; identity sub { base base; }\n"
