@@ -171,9 +171,18 @@ class Departures {
       }
       if (Is(parent, Keyword::kNone)) SettleTemplate(out, parent);
       if (Is(parent, Keyword::kList)) SettleList(out, parent);
-      if (Is(parent, Keyword::kCase)) parent = ParentOf(parent);
+      if (Is(parent, Keyword::kCase)) parent = SettleCase(out, parent);
       if (Is(parent, Keyword::kChoice)) choices_.emplace_back(out, parent);
     }
+  }
+
+  // The case that a node without one stands for goes with it, but not with what others have
+  // put there. Gives the choice.
+  xmlNode* SettleCase(Output* out, xmlNode* node) {
+    xmlNode* choice = ParentOf(node);
+    const bool isShorthand = StatementOf(node)->origin == nullptr;
+    if (isShorthand && !HoldsNode(node) && !IsAugmented(node)) Leave(out, node);
+    return choice;
   }
 
   void SettleTemplate(Output* out, xmlNode* statement) {
@@ -307,9 +316,6 @@ void LeaveTree(Output* out, xmlNode* node) {
   if (parent == nullptr) return;
   out->left[parent].push_back(node);
   out->lessened.push_back(parent);
-  // The case that a node without one stands for goes with it.
-  const bool isShorthand = Is(parent, Keyword::kCase) && StatementOf(parent)->origin == nullptr;
-  if (isShorthand && FirstChild(parent) == nullptr) LeaveTree(out, parent);
   const bool isBlock = Is(parent, Keyword::kInput) || Is(parent, Keyword::kOutput);
   if (isBlock && !HoldsNode(parent)) LeaveUnwritten(out, parent);
 }

@@ -94,6 +94,20 @@ TEST_F(Departures, AListWithoutNodesOfItsOwnStaysForThoseOfAnAugment) {
   EXPECT_EQ("feature a; feature b;", BodyOf(RunOff({"m", "n"}, 1), "n"));
 }
 
+TEST_F(Departures, TheCaseThatANodeStandsForStaysForThoseOfAnAugment) {
+  Module11("n",
+           "feature a; feature b;\n"
+           "choice c { default v; leaf v { if-feature a; type string; }\n"
+           "  leaf u { if-feature a; status deprecated; type string; } }");
+  Module11("m", "import n { prefix n; } augment /n:c/n:v { leaf w { type string; } }");
+  const JobResult result = RunOff({"m", "n"}, 0);
+  EXPECT_EQ("feature a; feature b; choice c { default v; case v; }", BodyOf(result, "n"));
+  EXPECT_EQ("augment /n:c/n:v { leaf w { type string; } }", BodyOf(result, "m"));
+  Module11("m",
+           "import n { prefix n; } augment /n:c/n:v { leaf w { if-feature n:b; type string; } }");
+  EXPECT_EQ("feature a; feature b; choice c;", BodyOf(RunOff({"m", "n"}, 0), "n"));
+}
+
 TEST_F(Departures, AListThatLeavesTakesAnAugmentAlong) {
   Module(
       "n",
