@@ -6,11 +6,16 @@
 // A condition is judged at each node that has it. Its paths are walked on the schema
 // from the context node, along all axes; where a step cannot be followed (below anydata,
 // out of a grouping) what comes behind it is not judged, but for its prefixes.
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
 #include "compiler/lint/data_axes.h"
 #include "compiler/lint/lint_nodes.h"
 #include "compiler/lint/lint_pass.h"
 #include "compiler/lint/lint_steps.h"
 #include "compiler/words/pattern.h"
+#include "compiler/words/suggestion.h"
 #include "compiler/words/xpath.h"
 
 namespace compiler {
@@ -26,6 +31,8 @@ struct Condition {
   const Place* usedAt;
   const Xpath* xpath;
   bool ofConfiguration;  // it sees configuration only (section 6.4.1)
+  // What the uses or augment with the condition brings into a request or notification.
+  const std::unordered_set<const SchemaNode*>* brought;
 };
 
 void Say(const Condition& condition, std::string message, std::string advice) {
@@ -88,18 +95,39 @@ DataPlaces FollowStep(const Condition& condition, const XpathStep& step, const D
   return Unknown(condition);
 }
 
+// For XPath a `when` of a uses or augment sees nothing of what that brings (RFC 7950, section
+// 7.21.5); the library sees it.
+bool LooksInside(const Condition& condition, const DataPlaces& places) {
+  if (condition.brought->empty()) return false;
+  return std::any_of(places.nodes.begin(), places.nodes.end(), [&](const SchemaNode* node) {
+    while (node != nullptr && condition.brought->count(node) == 0) node = node->parent;
+    return node != nullptr;
+  });
+}
+
+void WarnOfLookInside(const Condition& condition, TextSpan path) {
+  Warn(condition.lint, cls::kLibrary, condition.statement,
+       What(condition.statement) + ": " + Quote(condition.xpath->Of(path)) +
+           " looks into what the condition decides on",
+       "say it of nodes beside it, or in a must");
+  condition.lint->report->findings.back().usedAt = condition.usedAt;
+}
+
 DataPlaces FollowPath(const Condition& condition, const XpathNode& path,
                       const DataPlaces& context) {
   DataPlaces places = context;
   if (!path.operands.empty()) places = FollowNode(condition, path.operands[0], context);
   for (const uint32_t predicate : path.predicates) FollowNode(condition, predicate, places);
   bool root = path.absolute;
+  bool looksInside = false;
   if (path.absolute && path.steps.empty()) return Unknown(condition);
   for (const XpathStep& step : path.steps) {
     places = FollowStep(condition, step, root ? nullptr : &places);
     root = false;
+    looksInside = looksInside || LooksInside(condition, places);
     for (const uint32_t predicate : step.predicates) FollowNode(condition, predicate, places);
   }
+  if (looksInside) WarnOfLookInside(condition, path.span);
   return places;
 }
 
@@ -120,7 +148,8 @@ void JudgeIdentity(const Condition& condition, const XpathNode& call) {
     JudgeStatus(condition.lint, condition.statement, identity);
   else
     Say(condition, "in " + What(condition.statement) + " there is no identity " + Quote(literal),
-        "name an identity with the prefix of its module");
+        NearestSymbol(condition.lint, condition.statement, SymbolKind::kIdentity, literal,
+                      "name an identity with the prefix of its module"));
 }
 
 // The second argument of re-match() is a pattern as that of a type.
@@ -188,10 +217,24 @@ DataPlaces FollowNode(const Condition& condition, uint32_t index, const DataPlac
   }
 }
 
+std::string AdviceOnCall(const Condition& condition, std::string_view name) {
+  constexpr char kElse[] = "see the functions of XPath 1.0 and of RFC 7950, section 10";
+  if (FindXpathFunction(name) != nullptr) return kElse;  // its arguments are wrong
+  Suggestion near(name, &condition.lint->namesToCompare);
+  for (const XpathFunction& function : XpathFunctions())
+    if (!near.Consider(function.name)) break;
+  return near.Advice(kElse);
+}
+
 void JudgeCalls(const Condition& condition) {
-  for (const XpathError& error : CheckXpathCalls(*condition.xpath))
+  std::unordered_map<size_t, std::string_view> names;  // by where they stand
+  const std::vector<XpathError> errors = CheckXpathCalls(*condition.xpath);
+  for (const XpathNode& node : condition.xpath->nodes)
+    if (!errors.empty() && node.kind == XpathKind::kCall)
+      names.emplace(node.name.begin, condition.xpath->Of(node.name));
+  for (const XpathError& error : errors)
     Say(condition, "in " + What(condition.statement) + " " + error.message,
-        "see the functions of XPath 1.0 and of RFC 7950, section 10");
+        AdviceOnCall(condition, names[error.offset]));
   if (StatementOf(condition.statement)->words->version11) return;
   for (const XpathNode& node : condition.xpath->nodes) {
     if (node.kind != XpathKind::kCall) continue;
@@ -206,13 +249,20 @@ void JudgeCalls(const Condition& condition) {
 
 // `place`: the node that has the condition, or that what it is said of stands in.
 void Judge(Lint* lint, const xmlNode* statement, Module* local, const SchemaNode* place,
-           const Place* usedAt, Config config) {
+           const Place* usedAt, Config config,
+           const std::unordered_set<const SchemaNode*>& brought = {}) {
   const char* text = ArgumentOf(statement);
   if (text == nullptr) return;
   Xpath xpath;
   XpathError error;
-  Condition condition = {
-      lint, statement, local, CursorAt(lint->view, place), usedAt, &xpath, config == Config::kTrue};
+  Condition condition = {lint,
+                         statement,
+                         local,
+                         CursorAt(lint->view, place),
+                         usedAt,
+                         &xpath,
+                         config == Config::kTrue,
+                         &brought};
   if (!ParseXpath(text, &xpath, &error)) {
     Say(condition,
         What(statement) + " does not parse: " + error.message + " at character " +
@@ -237,11 +287,30 @@ void JudgeNode(Lint* lint, const SchemaNode* node) {
   for (const xmlNode* change : node->changes) JudgeAll(lint, change, Keyword::kMust, node);
 }
 
+// True for what stands in a request or notification, whose conditions the library evaluates.
+bool IsEvaluated(const SchemaNode* node) {
+  while (node != nullptr && node->keyword != Keyword::kInput && node->keyword != Keyword::kOutput &&
+         node->keyword != Keyword::kNotification)
+    node = node->parent;
+  return node != nullptr && node->keyword != Keyword::kOutput;
+}
+
+std::unordered_set<const SchemaNode*> NodesOf(const TargetView& bringer) {
+  std::unordered_set<const SchemaNode*> nodes;
+  if (!IsEvaluated(bringer.target)) return nodes;
+  for (const SchemaNode* node = bringer.first; node != nullptr; node = node->next) {
+    nodes.insert(node);
+    if (node == bringer.last) break;
+  }
+  return nodes;
+}
+
 // The `when` of a `uses` or of an augment.
 void JudgeBringer(Lint* lint, const TargetView& bringer, Module* space) {
   if (bringer.target == nullptr) return;
   const xmlNode* when = FirstChild(bringer.statement, Keyword::kWhen);
-  if (when != nullptr) Judge(lint, when, space, bringer.target, bringer.usedAt, Config::kOpen);
+  if (when != nullptr)
+    Judge(lint, when, space, bringer.target, bringer.usedAt, Config::kOpen, NodesOf(bringer));
 }
 
 void JudgeDeviations(Lint* lint, const Module* file) {

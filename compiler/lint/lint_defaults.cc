@@ -3,12 +3,14 @@
 // is restricted further (RFC 7950, sections 7.3.4, 7.6.4 and 7.7.4). What a refine or a
 // deviation gives is judged with its node.
 #include <algorithm>
+#include <set>
 #include <vector>
 
 #include "compiler/lint/lint_pass.h"
 #include "compiler/reading/type_chain.h"
 #include "compiler/reading/value_check.h"
 #include "compiler/words/path.h"
+#include "compiler/words/suggestion.h"
 
 namespace compiler {
 
@@ -84,6 +86,39 @@ static const xmlNode* FindConditional(Lint* lint, const TypeChain& chain, std::s
   return nullptr;
 }
 
+// The name in a default that the type does not have; empty: that is not what is wrong.
+static std::string_view UnknownItem(const TypeChain& chain, Keyword keyword,
+                                    std::string_view value) {
+  std::set<std::string_view> items;
+  for (const xmlNode* s = InChain(chain, keyword); s != nullptr; s = NextSibling(s, keyword))
+    if (ArgumentOf(s) != nullptr) items.insert(ArgumentOf(s));
+  if (keyword == Keyword::kEnum) return items.count(value) == 0 ? value : std::string_view();
+  for (const std::string_view word : SplitNames(value))
+    if (items.count(word) == 0) return word;
+  return {};
+}
+
+static std::string AdviceOnDefault(Lint* lint, const xmlNode* statement, const xmlNode* type,
+                                   std::string_view value) {
+  const TypeChain chain = ChainOf(type);
+  std::string otherwise =
+      "write a value of type " + Quote(ArgumentOf(type) == nullptr ? "" : ArgumentOf(type));
+  if (chain.base == BuiltIn::kIdentityref) {
+    const bool known = FindSymbol(statement, SymbolKind::kIdentity, value) != nullptr;
+    return known ? otherwise
+                 : NearestSymbol(lint, statement, SymbolKind::kIdentity, value, otherwise);
+  }
+  const bool isEnum = chain.base == BuiltIn::kEnumeration;
+  if ((!isEnum && chain.base != BuiltIn::kBits) || lint->namesToCompare == 0) return otherwise;
+  const Keyword keyword = isEnum ? Keyword::kEnum : Keyword::kBit;
+  const std::string_view unknown = UnknownItem(chain, keyword, value);
+  if (unknown.empty()) return otherwise;
+  Suggestion near(unknown, &lint->namesToCompare);
+  for (const xmlNode* s = InChain(chain, keyword); s != nullptr; s = NextSibling(s, keyword))
+    if (ArgumentOf(s) != nullptr && !near.Consider(ArgumentOf(s))) break;
+  return near.Advice(otherwise);
+}
+
 void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
   const char* value = ArgumentOf(statement);
   if (value == nullptr) return;
@@ -98,7 +133,7 @@ void JudgeDefault(Lint* lint, const xmlNode* statement, const xmlNode* type) {
     return;
   }
   Error(lint, cls::kDefault, statement, "the default " + Quote(value) + " " + fault,
-        "write a value of type " + Quote(ArgumentOf(type) == nullptr ? "" : ArgumentOf(type)));
+        AdviceOnDefault(lint, statement, type, value));
 }
 
 void LintDefaults(Lint* lint, const Module* file) {

@@ -13,6 +13,7 @@ std::vector<std::string> FeaturesOf(const xmlNode* statement, bool version11, Xp
   const char* text = ArgumentOf(statement);
   FeatureExpr expression;
   if (text == nullptr || !ParseIfFeature(text, version11, &expression, error)) return names;
+  if (!expression.slips.empty()) *error = expression.slips.front();
   for (const FeatureNode& node : expression.nodes) {
     if (node.op != FeatureOp::kFeature) continue;
     std::string name(expression.Of(node.prefix));
@@ -28,7 +29,8 @@ void JudgeExpression(Lint* lint, const Module* file, const xmlNode* statement) {
   if (!error.message.empty()) {
     Error(lint, cls::kFeature, statement,
           Describe(statement) + " is no feature expression: " + error.message,
-          file->version11 ? "write features with \"not\", \"and\", \"or\" and parentheses"
+          file->version11 ? "write features with \"not\", \"and\", \"or\" and parentheses, "
+                            "blanks around the words"
                           : "write one feature; version 1.1 knows expressions");
     return;
   }

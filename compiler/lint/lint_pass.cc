@@ -107,6 +107,17 @@ static void JudgeVisibility(Lint* lint, const xmlNode* at, const xmlNode* defini
                     : "move it into a submodule, or write \"yang-version 1.1;\" in all files");
 }
 
+std::string NearestSymbol(Lint* lint, const xmlNode* at, SymbolKind kind,
+                          std::string_view reference, std::string_view otherwise) {
+  const Reference parts = SplitReference(reference);
+  Module* file = StatementOf(at)->words;
+  Module* module = ModuleOfPrefix(file, parts.prefix);
+  if (module == nullptr) return std::string(otherwise);
+  Suggestion near(parts.name, &lint->namesToCompare);
+  if (lint->namesToCompare != 0) ConsiderNames(&near, module, kind, module == MainModuleOf(file));
+  return near.Advice(otherwise);
+}
+
 xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind kind,
                  std::string_view reference, bool stops) {
   const Reference parts = SplitReference(reference);
@@ -119,12 +130,11 @@ xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind ki
   }
   const bool local = module == MainModuleOf(StatementOf(at)->words);
   if (IsLossy(module)) return nullptr;
-  Suggestion near(parts.name, &lint->namesToCompare);
-  if (lint->namesToCompare != 0) ConsiderNames(&near, module, kind, local);
   std::string message = std::string("there is no ") + kSymbolWords[static_cast<size_t>(kind)] +
                         " " + Quote(parts.name);
   if (!local) message += " in module " + Quote(module->name);
-  const std::string advice = near.Advice(
+  const std::string advice = NearestSymbol(
+      lint, at, kind, reference,
       local && parts.prefix.empty() ? "define it, or name the module that does by its prefix"
                                     : "look at what that module defines");
   (stops ? Fatal : Error)(lint, group, at, message, advice);

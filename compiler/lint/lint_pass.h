@@ -17,6 +17,7 @@
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
 #include "compiler/words/quote.h"
+#include "compiler/words/suggestion.h"
 
 namespace compiler {
 
@@ -44,9 +45,6 @@ inline constexpr char kLibrary[] = "library";
 inline constexpr char kUnused[] = "unused";
 inline constexpr char kStyle[] = "style";
 }  // namespace cls
-
-// How many names are held against wrong ones in one run: some tenths of a second.
-inline constexpr uint64_t kMostComparedNames = uint64_t{1} << 22;
 
 // How many nodes are looked at for the steps of paths in one run, likewise.
 inline constexpr uint64_t kMostSteps = uint64_t{1} << 24;
@@ -100,6 +98,10 @@ void WarnOn(Lint* lint, const char* group, const SchemaNode* node, const xmlNode
 // module's output means nothing.
 xmlNode* Resolve(Lint* lint, const char* group, const xmlNode* at, SymbolKind kind,
                  std::string_view reference, bool stops);
+
+// `did you mean "x"?` of the definitions that could be meant, or `otherwise`.
+std::string NearestSymbol(Lint* lint, const xmlNode* at, SymbolKind kind,
+                          std::string_view reference, std::string_view otherwise);
 
 // The module of a prefix at the statement `at`; NULL, with a finding: it is not declared;
 // without one: that module was not found.

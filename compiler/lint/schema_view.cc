@@ -151,7 +151,10 @@ void ExpandUses(Builder* builder, xmlNode* uses, SchemaNode* parent) {
   const Place* before = builder->usedAt;
   if (before == nullptr) builder->usedAt = &StatementOf(uses)->place;
   builder->open.push_back(grouping);
+  const SchemaNode* lastBefore = parent->lastChild;
   Expand(builder, grouping, parent);
+  record->first = lastBefore == nullptr ? parent->firstChild : lastBefore->next;
+  if (record->first != nullptr) record->last = parent->lastChild;
   builder->open.pop_back();
   for (xmlNode* s = FirstChild(uses, Keyword::kRefine); s != nullptr;
        s = NextSibling(s, Keyword::kRefine))

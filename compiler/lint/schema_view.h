@@ -44,7 +44,7 @@ struct TargetView {
   SchemaNode* start = nullptr;    // where its path begins
   SchemaNode* target = nullptr;   // NULL: the path leads nowhere
   SchemaNode* reached = nullptr;  // the last node on the way
-  SchemaNode* first = nullptr;    // what an augment has brought there, up to `last`
+  SchemaNode* first = nullptr;    // what an augment or uses has brought there, up to `last`
   SchemaNode* last = nullptr;
   std::string_view failed;  // the step that was not found
   const Place* usedAt = nullptr;

@@ -3,10 +3,12 @@
 // namespace in the module that its prefix means, the name of the argument and its form
 // in the definition there. In YANG text the prefix tells the module, in YIN the
 // namespace does, and the argument is already what it is.
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "compiler/reading/build.h"
 #include "compiler/reading/reader.h"
@@ -14,6 +16,7 @@
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
 #include "compiler/words/path.h"
+#include "compiler/words/suggestion.h"
 
 namespace compiler {
 
@@ -33,6 +36,7 @@ struct Binder {
   Module* module = nullptr;
   Report* report = nullptr;
   std::unordered_map<const Module*, FormsByName> forms;  // of modules that were asked for
+  uint64_t namesToCompare = kMostComparedNames;          // for "did you mean"
 };
 
 std::string_view View(const xmlChar* text) noexcept {
@@ -85,6 +89,19 @@ ExtensionForm FormOf(Binder* b, Module* module, std::string_view name) {
   if (isNew) ForEachFile(module, ReadForms, &place->second);
   const auto form = place->second.find(name);
   return form == place->second.end() ? ExtensionForm() : form->second;
+}
+
+std::string NearestExtension(Binder* b, Module* module, const char* wanted) {
+  constexpr char kElse[] = "look at what that module defines";
+  if (b->namesToCompare == 0) return kElse;
+  // In an order of their own, since that of the table is none.
+  std::vector<std::string_view> names;
+  for (const auto& form : b->forms[module]) names.push_back(form.first);
+  std::sort(names.begin(), names.end());
+  Suggestion near(wanted, &b->namesToCompare);
+  for (const std::string_view name : names)
+    if (!near.Consider(name)) break;
+  return near.Advice(kElse);
 }
 
 // The module that an instance in YIN names by its namespace; NULL: it is not imported.
@@ -177,7 +194,8 @@ bool BindTo(Binder* b, const ExtensionInstance& instance, Module* target) {
   const ExtensionForm form = FormOf(b, target, View(element->name));
   if (!form.found) {
     AddFinding(b->report, Severity::kError, kExtensionClass, element,
-               "module '" + target->name + "' defines no extension '" + NameOf(element) + "'");
+               "module '" + target->name + "' defines no extension '" + NameOf(element) + "'",
+               NearestExtension(b, target, NameOf(element)));
     return false;
   }
   if (b->module->file->isText) {

@@ -17,6 +17,7 @@
 #include "compiler/reading/symbols.h"
 #include "compiler/words/argument.h"
 #include "compiler/words/path.h"
+#include "compiler/words/suggestion.h"
 
 namespace compiler {
 
@@ -311,9 +312,18 @@ Module* FindModuleFile(Repository* repository, const std::string& name,
   return module;
 }
 
+// Of the files that the directories hold, by the names that they promise.
+static std::string NearestFile(Repository* repository, const std::string& wanted) {
+  Suggestion near(wanted, &repository->namesToCompare);
+  for (const SearchFolder& folder : repository->folders)
+    for (const auto& file : folder.files)
+      if (!near.Consider(file.first)) return near.Advice("add its folder with -p");
+  return near.Advice("add its folder with -p");
+}
+
 std::string AdviceForMissing(Repository* repository, const std::string& name) {
   std::string found = FoundInstead(repository, name);
-  return found.empty() ? "add its folder with -p" : found;
+  return found.empty() ? NearestFile(repository, name) : found;
 }
 
 std::vector<Module*> OpenOperands(Repository* repository,

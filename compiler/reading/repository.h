@@ -15,6 +15,7 @@
 
 #include "compiler/reading/records.h"
 #include "compiler/reading/report.h"
+#include "compiler/words/suggestion.h"
 
 namespace compiler {
 
@@ -44,6 +45,7 @@ struct Repository {
   std::map<std::string, Module*, std::less<>> found;   // by "NAME" and "NAME@REVISION"
   std::vector<Module*> linked;                         // modules and submodules, as linked
   std::unordered_set<Module*> met;                     // the same
+  uint64_t namesToCompare = kMostComparedNames;        // for "did you mean"
 };
 
 // Adds a directory to those that are searched. False: it cannot be listed.

@@ -7,6 +7,9 @@
 
 namespace compiler {
 
+// How many names are held against wrong ones in one run: some tenths of a second.
+inline constexpr uint64_t kMostComparedNames = uint64_t{1} << 22;
+
 // The number of letters to insert, leave out, change or swap with their neighbour that
 // makes `b` of `a`, or `limit` + 1 when it is more than that.
 unsigned EditDistance(std::string_view a, std::string_view b, unsigned limit);

@@ -8,6 +8,7 @@
 // a row are one node with many operands, and nesting is bounded, so that a walk may
 // recurse.
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -125,6 +126,9 @@ struct XpathFunction {
   uint8_t most;    // 255: any number
   bool version11;  // of YANG 1.1
 };
+
+// All that there are.
+std::span<const XpathFunction> XpathFunctions() noexcept;
 
 // NULL: there is none of that name.
 const XpathFunction* FindXpathFunction(std::string_view name) noexcept;

@@ -73,6 +73,10 @@ void CheckCall(const Xpath& xpath, const XpathNode& node, std::vector<XpathError
 
 }  // namespace
 
+std::span<const XpathFunction> XpathFunctions() noexcept {
+  return kFunctions;
+}
+
 const XpathFunction* FindXpathFunction(std::string_view name) noexcept {
   for (const XpathFunction& function : kFunctions) {
     if (function.name == name) return &function;

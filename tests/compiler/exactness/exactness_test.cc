@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Each rewriting held against what the condition means: libxml2 evaluates the condition as
 // it was written, the library validates the message with the condition as it was rewritten.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -287,6 +288,21 @@ TEST(MakeExact, HasTheAnswerOfXpathInTheLibrary) {
     EXPECT_EQ(Difference(model, Library(result.text), row.original, result.text, 150, 1), "");
     EXPECT_EQ(Rewritten(model, result.text).text, result.text) << "rewritten again";
   }
+}
+
+// The messages tell a condition that is not rewritten from one that is: a rewriting that
+// were left out or wrong would be seen.
+TEST(MakeExact, EachRewritingIsSeenInSomeMessage) {
+  const Model model(Body(""));
+  std::vector<std::string> unseen;
+  for (const Row& row : kExact) {
+    if (std::string(row.original) == row.rewritten) continue;
+    const Library library(row.original);
+    if (Difference(model, library, row.original, row.original, 150, 1).empty())
+      unseen.emplace_back(row.original);
+  }
+  // Of what occurs once the library takes the first, with or without the predicate.
+  EXPECT_THAT(unseen, testing::ElementsAre("../../n[1] = 1"));
 }
 
 // A when that does not look at its own node.
