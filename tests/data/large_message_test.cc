@@ -286,6 +286,21 @@ TEST_F(KeptAnswers, StayRightWhateverIsEdited) {
   }
 }
 
+TEST_F(KeptAnswers, AreNumbersOfLongTextsUntilNewerOnesTakeTheirPlace) {
+  constexpr int kKept = 128;
+  ChildLookup lookup;
+  const Document doc("<r>" + Repeat("<n/>", kKept + 1) + "</r>");
+  const xmlNode* first = doc.root()->children;
+  double number = 0;
+  for (const xmlNode* node = first; node != nullptr; node = node->next)
+    lookup.KeepNumber(node, number++);
+  EXPECT_EQ(nullptr, lookup.FindNumber(first)) << "the oldest";
+  ASSERT_NE(nullptr, lookup.FindNumber(first->next));
+  EXPECT_EQ(1, lookup.FindNumber(first->next)->number);
+  ASSERT_NE(nullptr, lookup.FindNumber(doc.root()->last));
+  EXPECT_EQ(kKept, lookup.FindNumber(doc.root()->last)->number);
+}
+
 TEST_F(KeptAnswers, AreSearchedForWithoutMemory) {
   ChildLookup lookup;
   counting_memory::RefuseNth(1, counting_memory::Refuse::kFromThenOn);

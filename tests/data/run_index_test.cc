@@ -248,4 +248,35 @@ TEST(RefusedIndex, GoesWithoutResultToo) {
   QM_CTX_Delete(ctx);
 }
 
+// More containers than the index has first slots for, each with more than a few children.
+std::string ManyParents() {
+  std::string containers;
+  for (uint32_t i = 0; i < 2 * kQmdFirstParents; ++i) {
+    containers += "<container name='c" + std::to_string(i) + "'>";
+    for (int leaf = 0; leaf < 20; ++leaf)
+      containers += yin_text::Leaf("l" + std::to_string(leaf), "<default value='d'/>");
+    containers += "</container>";
+  }
+  return yin_text::Module("p", yin_text::Rpc(containers));
+}
+
+TEST(RefusedIndex, DoesNotGrowWithoutMemoryAndKeepsTheResult) {
+  QmCtx* ctx = QM_CTX_Create(0);
+  ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(ctx, ManyParents().c_str()));
+  const Message message = {false, "<r xmlns='urn:p'><c0/><c1/></r>"};
+  const std::string whole = RunOnce(ctx, message, kEverything).text;
+  EXPECT_EQ(whole, RunOnce(ctx, message, kNoIndex).text);
+  // One allocation in turn, of those at the beginning of the run, where the index grows.
+  uint32_t wentOff = 0;
+  for (uint64_t n = 1; n <= 400; ++n) {
+    counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
+    const Outcome outcome = RunOnce(ctx, message, kEverything);
+    if (counting_memory::StopRefusing() == 0) break;
+    if (outcome.text != whole) EXPECT_NE(0u, outcome.text.find("0 valid")) << outcome.text;
+    wentOff += outcome.isOff ? 1 : 0;
+  }
+  EXPECT_NE(0u, wentOff);
+  QM_CTX_Delete(ctx);
+}
+
 }  // namespace

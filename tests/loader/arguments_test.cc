@@ -360,6 +360,17 @@ TEST(LoaderArguments, AnEndedSelfAugmentLeavesTheRunsOfOthers) {
   EXPECT_EQ("/t:x coupled{y}", world.Augments("a"));
 }
 
+TEST(LoaderArguments, AnEndedSelfAugmentLeavesTheRunsInTheRestOfItsModule) {
+  coupling::World world;
+  QmsModule* b =
+      world.Add("b", Imports({"gone"}) + Container("w") + Augment("/gone:x", Container("z")));
+  world.Add("a", Imports({"b"}) + Augment("/b:w", Leaf("y")));
+  ASSERT_EQ("/b:w coupled{y}", world.Augments("a"));
+  QMS_LOADER_DestroySelfAugNode(b->augmentNodes);
+  EXPECT_EQ(nullptr, b->augmentNodes);
+  EXPECT_EQ("/b:w coupled{y}", world.Augments("a"));
+}
+
 TEST(LoaderArguments, APathWithoutModuleLeadsIntoNone) {
   char name[kQmsNameSize] = "";
   EXPECT_FALSE(GetTargetModuleName("/x", name));

@@ -171,6 +171,21 @@ TEST_F(Inspect, AModuleTellsItsVersionImportsAndDescription) {
   EXPECT_THAT(includes, IsEmpty());
 }
 
+TEST_F(Inspect, SubmodulesComeInTheOrderOfTheIncludes) {
+  const temp_folder::Folder folder;
+  folder.Write("m.yin", Module("m", "<include module='z'/><include module='a'/>"));
+  for (const std::string name : {"z", "a"})
+    folder.Write(name + ".yin", yin_text::Submodule(name, yin_text::BelongsTo("m")));
+  ASSERT_EQ(QM_OK, QM_CTX_SetSearchDir(ctx_, folder.Dir()));
+  ASSERT_EQ(QM_OK, QM_CTX_LoadModule(ctx_, "m"));
+  const QmsModule* module = QM_CTX_GetModuleByModName(ctx_, "m");
+  Texts includes;
+  EXPECT_EQ(QM_OK, QM_MOD_ScanInclude(module, TakeText, &includes));
+  EXPECT_THAT(includes, ElementsAre("z", "a"));
+  const auto stop = [](const char*, void*) { return kEnough; };
+  EXPECT_EQ(kEnough, QM_MOD_ScanInclude(module, stop, nullptr));
+}
+
 TEST_F(Inspect, DeviatingModulesAreThoseThatAreLoaded) {
   const temp_folder::Folder folder;
   const auto deviation =

@@ -5,11 +5,14 @@
 
 #include <string>
 
+#include <qmodel/context.h>
 #include <qmodel/error.h>
+#include <qmodel/loader.h>
 
 #include "schema/node.h"
 #include "schema/node_link.h"
 #include "tests/support/schema_tree.h"
+#include "tests/support/yin_text.h"
 
 using schema_tree::Child;
 using schema_tree::Children;
@@ -173,6 +176,28 @@ TEST(FindChildNodeByName, TellsModulesApartWhenAsked) {
   EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(tree.target, nullptr, "b"));
   EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(nullptr, nullptr, "a"));
   EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(tree.target, nullptr, nullptr));
+}
+
+// Names that one node of the context has are looked for from both ends.
+TEST(FindChildNodeByName, AmongManyFindsNoNodeOfAnotherParent) {
+  for (int count = 17; count <= 36; ++count) {
+    std::string leaves;
+    for (int i = 0; i < count; ++i) leaves += yin_text::Leaf("l" + std::to_string(i));
+    QmCtx* ctx = QM_CTX_Create(0);
+    ASSERT_EQ(QM_OK, QM_CTX_LoadMemory(
+                         ctx, yin_text::Module("m", "<container name='c'>" + leaves +
+                                                        "</container>" + yin_text::Leaf("only"))
+                                  .c_str()));
+    QmsNode* parent = QM_CTX_GetTargetNode(ctx, "/m:c", nullptr);
+    EXPECT_EQ(nullptr, QMS_NODE_FindChildNodeByName(parent, "m", "only")) << count;
+    for (int i = 0; i < count; ++i) {
+      const std::string name = "l" + std::to_string(i);
+      const QmsNode* child = QMS_NODE_FindChildNodeByName(parent, "m", name.c_str());
+      ASSERT_NE(nullptr, child) << count << " " << name;
+      EXPECT_EQ(name, child->name);
+    }
+    QM_CTX_Delete(ctx);
+  }
 }
 
 TEST(FindChildNodeByName, SearchesTheRunOfAnAugmentOnlyUpToItsEnd) {

@@ -450,6 +450,28 @@ TEST_F(Steps, APrimaryExpressionMustBeginAsOne) {
   EXPECT_EQ(QM_XPATH_BAD_PRIMARY, QM_XPATH_EvalPrimaryExpr(&ctx_, expr_, &index_));
 }
 
+TEST_F(Steps, APrimaryExpressionIsALiteralANumberACallOrAnExpressionInParentheses) {
+  constexpr Row kRows[] = {{"'x'", QM_OK},
+                           {"2.5", QM_OK},
+                           {"not(1)", QM_OK},
+                           {"(1)", QM_OK},
+                           {"(1", QM_XPATH_BAD_PAREN},
+                           {"nosuch(1)", QM_XPATH_UNKNOWN_FUNCTION}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.condition);
+    Start(row.condition);
+    index_ = 0;
+    EXPECT_EQ(row.status, QM_XPATH_EvalPrimaryExpr(&ctx_, expr_, &index_));
+    if (row.status == QM_OK) {
+      EXPECT_EQ(expr_->count, index_) << "all of its tokens are taken";
+      EXPECT_EQ(1u, RTK_GetSize(ctx_.objStack));
+    }
+    TearDown();
+    expr_ = nullptr;
+    ctx_ = {};
+  }
+}
+
 TEST_F(Steps, ASubExpressionMustBeOpened) {
   Start("a");
   EXPECT_EQ(QM_XPATH_NOT_OPENED, QM_XPATH_EvalSubExpr(&ctx_, expr_, &index_));
