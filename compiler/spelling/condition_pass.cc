@@ -126,7 +126,7 @@ void HandDown(Output* out, xmlNode* when) {
   Xpath xpath;
   XpathError error;
   xmlNode* augment = ParentOf(when);
-  if (LibraryHandsDown(augment, ArgumentOf(when))) return;
+  if (LibraryHandsDown(*out, augment, ArgumentOf(when))) return;
   if (!ParseXpath(ArgumentOf(when), &xpath, &error)) return;
   const std::optional<std::string> down = ShiftOneDown(xpath);
   if (!down) return;
@@ -187,15 +187,17 @@ struct Afterwards {
 void SettleOne(const Pass& pass, xmlNode* statement, Afterwards* later) {
   ConditionPlace place;
   const std::optional<ConditionResult> result = ResultOf(pass, statement, &place);
+  const bool isOfAugment = Is(ParentOf(statement), Keyword::kAugment);
+  // The words of the file were others, and may have been longer.
+  if (isOfAugment) later->ofAugments.push_back(statement);
   if (!result) return;
-  const bool changed = result->text != ArgumentOf(statement);
-  if (changed) SetArgument(pass.out->all->session, statement, result->text);
+  if (result->text != ArgumentOf(statement))
+    SetArgument(pass.out->all->session, statement, result->text);
   // The library evaluates conditions of requests and notifications only.
   const bool isEvaluated = DataSchema::MessageOf(place.context) != nullptr;
   if (pass.out->all->options.dropFailing && isEvaluated && result->Fails()) {
     later->failing.emplace_back(statement, WhyItFails(*result));
-  } else if (changed && Is(ParentOf(statement), Keyword::kAugment)) {
-    later->ofAugments.push_back(statement);
+    if (isOfAugment) later->ofAugments.pop_back();
   }
 }
 

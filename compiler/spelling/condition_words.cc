@@ -255,9 +255,8 @@ void ResolveUnionMember(Output* out, xmlNode* type) {
     PutTypeInUnion(out, type, end);
     return;
   }
-  // A relative path in a typedef gets its target where a leaf has the type.
-  const char* path = at == nullptr ? nullptr : ArgumentOfChild(at, Keyword::kPath);
-  if (start.node == nullptr && leaf.node == nullptr && path != nullptr && *path != '/') {
+  // A path in a typedef whose meaning depends on the leaf gets its target where one has it.
+  if (start.node == nullptr && leaf.node == nullptr && at != nullptr && DependsOnLeaf(at)) {
     const xmlNode* holder = ParentOf(type);
     while (Is(holder, Keyword::kType)) holder = ParentOf(holder);
     if (Is(holder, Keyword::kTypedef)) return;

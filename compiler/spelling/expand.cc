@@ -309,9 +309,10 @@ xmlNode* FindBelow(Output* out, BroughtNodes* roots, const xmlNode* identifier) 
 
 void InheritWhen(Output* out, const xmlNode* when, xmlNode* node, const Place* usedAt) {
   if (!TakesWhen(KeywordOf(node))) {
-    Lose(out, when,
-         std::string("the condition does not reach ") + NameOf(node) + " \"" +
-             (ArgumentOf(node) == nullptr ? "" : ArgumentOf(node)) + "\", which takes none");
+    LoseHere(out, when,
+             std::string("the condition does not reach ") + NameOf(node) + " \"" +
+                 (ArgumentOf(node) == nullptr ? "" : ArgumentOf(node)) + "\", which takes none",
+             usedAt);
     return;
   }
   StatementOf(PutFirst(out, when, node, usedAt))->handedDown = true;

@@ -7,6 +7,7 @@
 
 #include "compiler/reading/statement.h"
 #include "compiler/spelling/expand.h"
+#include "compiler/spelling/prefixes.h"
 #include "compiler/words/node_kind.h"
 #include "compiler/words/xpath_edit.h"
 
@@ -53,10 +54,13 @@ void GiveIfFeatures(Output* out, const xmlNode* augment, xmlNode* node) {
 
 }  // namespace
 
-bool LibraryHandsDown(const xmlNode* augment, std::string_view condition) {
+bool LibraryHandsDown(const Output& out, const xmlNode* augment, std::string_view condition) {
   Xpath xpath;
   XpathError error;
   if (!ParseXpath(condition, &xpath, &error) || !LibraryShiftsRightly(xpath)) return false;
+  // It has room for twice the length of what it has made of the literals.
+  if (ShiftOneDown(xpath)->size() - condition.size() > LengthInLibrary(out, condition))
+    return false;
   for (const xmlNode* s = FirstChild(augment); s != nullptr; s = NextSibling(s)) {
     if (IsSchemaNode(KeywordOf(s)) && !IsDataNode(KeywordOf(s))) return false;
   }
@@ -101,7 +105,7 @@ void SpreadAugmentConditions(Output* out) {
   for (const WrittenAugment& augment : out->augments) {
     const xmlNode* when = FirstChild(augment.node, Keyword::kWhen);
     if (when == nullptr || ArgumentOf(when) == nullptr ||
-        LibraryHandsDown(augment.node, ArgumentOf(when)))
+        LibraryHandsDown(*out, augment.node, ArgumentOf(when)))
       continue;
     for (xmlNode* s = FirstChild(augment.node); s != nullptr; s = NextSibling(s)) {
       if (IsSchemaNode(KeywordOf(s))) InheritWhen(out, when, s, StatementOf(when)->usedAt);

@@ -17,7 +17,7 @@ bool SettleHandedDown(Output* out, xmlNode* when);
 void JoinConditionsOf(Output* out, xmlNode* node);
 
 // True when the library gives this condition of an augment to each child as it must.
-bool LibraryHandsDown(const xmlNode* augment, std::string_view condition);
+bool LibraryHandsDown(const Output& out, const xmlNode* augment, std::string_view condition);
 
 // Writes the conditions of augments of other modules on their children where the
 // library's own handing down would go wrong.

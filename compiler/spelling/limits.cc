@@ -14,7 +14,6 @@
 #include "compiler/spelling/typedefs.h"
 #include "compiler/words/character.h"
 #include "compiler/words/path.h"
-#include "compiler/words/xpath_edit.h"
 #include "compiler/words/xpath_token.h"
 
 namespace compiler {
@@ -23,33 +22,11 @@ namespace {
 
 constexpr size_t kMaxName = 64;  // characters of a name that is looked up
 constexpr char kLongName[] = "the name is longer than 64 characters";
-constexpr size_t kMaxCondition = 3096;  // of a condition, with module names for prefixes
-constexpr size_t kMaxPath = 3095;       // of a path, likewise
-constexpr size_t kMaxDepth = 256;       // elements one in the other that libxml2 takes
-constexpr size_t kMaxTokens = 256;      // of a range or length
-constexpr size_t kMaxOfAKind = 65535;   // statements of one kind in one other
-
-Module* ModuleWritten(const Output& out, std::string_view prefix) {
-  for (const WrittenPrefix& one : out.prefixes) {
-    if (one.prefix == prefix) return one.module;
-  }
-  return nullptr;
-}
-
-size_t LengthWithModuleNames(const Output& out, const char* text) {
-  Xpath xpath;
-  XpathError error;
-  if (!ParseXpath(text, &xpath, &error)) return std::strlen(text);
-  NameRules rules;
-  rules.nodes = [](std::string_view prefix) { return std::string(prefix); };
-  rules.identities = [&out](std::string_view prefix) -> std::optional<std::string> {
-    const Module* module = ModuleWritten(out, prefix);
-    if (module == nullptr) return std::nullopt;
-    return module->name;
-  };
-  std::vector<UnknownPrefix> unknown;
-  return RenamePrefixes(xpath, rules, &unknown).size();
-}
+constexpr size_t kMaxConditionLength = 3096;  // of a condition, with module names for prefixes
+constexpr size_t kMaxPath = 3095;             // of a path, likewise
+constexpr size_t kMaxDepth = 256;             // elements one in the other that libxml2 takes
+constexpr size_t kMaxTokens = 256;            // of a range or length
+constexpr size_t kMaxOfAKind = 65535;         // statements of one kind in one other
 
 // The loader's own form: a module's name where the module changes. `*misfit` is set where
 // it takes no step of that name or prefix.
@@ -59,7 +36,7 @@ size_t LengthOfSteps(const Output& out, const Steps& steps, PrefixOfStep prefix,
   size_t length = 0;
   std::string_view last;
   for (const auto& step : steps) {
-    const Module* module = ModuleWritten(out, prefix(step));
+    const Module* module = ModuleOfWritten(out, prefix(step));
     const std::string_view moduleName = module == nullptr ? "" : std::string_view(module->name);
     if (moduleName != last) length += moduleName.size() + 1;
     last = moduleName;
@@ -110,7 +87,7 @@ const char* ExcessOfCondition(const Output& out, const char* text) {
       return kUnread;
     if (IsLongName(text, token)) return "the condition has a name of more than 64 characters";
   }
-  return LengthWithModuleNames(out, text) <= kMaxCondition
+  return LengthInLibrary(out, text) <= kMaxConditionLength
              ? nullptr
              : "the condition is longer than the 3096 characters that the loader takes";
 }
@@ -225,6 +202,27 @@ bool IsArray(Keyword keyword) {
   }
 }
 
+// The typedefs that will be left out for being too many.
+std::unordered_set<std::string> TypedefsBeyond(const xmlNode* root) {
+  std::unordered_set<std::string> names;
+  size_t count = 0;
+  for (const xmlNode* s = FirstChild(root, Keyword::kTypedef); s != nullptr;
+       s = NextSibling(s, Keyword::kTypedef)) {
+    if (++count > kMaxOfAKind && ArgumentOf(s) != nullptr) names.insert(ArgumentOf(s));
+  }
+  return names;
+}
+
+// A type that is not there would fail the load; as a string it takes what that might.
+void LoseType(Output* out, xmlNode* type) {
+  Lose(out, type,
+       std::string("the typedef \"") + ArgumentOf(type) +
+           "\" is left out, since the loader takes no more than 65535; the type is written as "
+           "string");
+  while (xmlNode* restriction = FirstChild(type)) RemoveStatement(restriction);
+  SetArgument(out->all->session, type, "string");
+}
+
 // Leaves out what is too many of a kind in one statement.
 void KeepCounts(Output* out, xmlNode* parent) {
   size_t counts[kKeywordCount] = {};
@@ -297,6 +295,7 @@ void KeepLimits(Output* out) {
   if (out->module->name.size() > kMaxName)
     Stop(out, "name", root, "the loader takes no module whose name is longer than 64 characters");
   if (!IsIdentifier(out->module->name)) Stop(out, "name", root, "this is no name of a module");
+  const std::unordered_set<std::string> typedefsBeyond = TypedefsBeyond(root);
   KeepCounts(out, root);
   std::unordered_set<const xmlNode*> gone;
   for (xmlNode* s = FirstChild(root); s != nullptr;) {
@@ -315,6 +314,9 @@ void KeepLimits(Output* out) {
       s = outside;
       continue;
     }
+    if (!typedefsBeyond.empty() && Is(s, Keyword::kType) &&
+        typedefsBeyond.count(ArgumentOf(s)) != 0)
+      LoseType(out, s);
     if (FirstChild(s) != nullptr) KeepCounts(out, s);
     s = NextInTree(root, s);
   }

@@ -7,6 +7,7 @@
 #include "compiler/reading/session.h"
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
+#include "compiler/words/xpath_token.h"
 
 namespace compiler {
 
@@ -207,6 +208,23 @@ Module* ModuleOfWritten(const Output& out, std::string_view prefix) {
       std::find_if(out.prefixes.begin(), out.prefixes.end(),
                    [&](const WrittenPrefix& written) { return written.prefix == prefix; });
   return found == out.prefixes.end() ? nullptr : found->module;
+}
+
+size_t LengthInLibrary(const Output& out, std::string_view condition) {
+  std::vector<XpathToken> tokens;
+  XpathError error;
+  size_t length = condition.size();
+  if (!TokenizeXpath(condition, &tokens, &error)) return length;
+  for (const XpathToken& token : tokens) {
+    if (token.kind != XpathTokenKind::kLiteral) continue;
+    const std::string_view literal =
+        condition.substr(token.span.begin + 1, token.span.end - token.span.begin - 2);
+    const size_t colon = literal.find(':');
+    const Module* module =
+        colon == std::string_view::npos ? nullptr : ModuleOfWritten(out, literal.substr(0, colon));
+    if (module != nullptr) length = length - colon + module->name.size();
+  }
+  return length;
 }
 
 std::string Qualify(Output* out, Module* module, std::string_view name) {

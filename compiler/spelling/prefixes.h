@@ -26,6 +26,10 @@ bool TakeNameAsPrefix(Output* out, Module* module);
 // The module of a prefix of what is written; NULL: there is none.
 Module* ModuleOfWritten(const Output& out, std::string_view prefix);
 
+// How long a condition of the written module is once the library has put the names of
+// modules for the prefixes in its literals.
+size_t LengthInLibrary(const Output& out, std::string_view condition);
+
 // "name" for what belongs to the written module, else "prefix:name".
 std::string Qualify(Output* out, Module* module, std::string_view name);
 

@@ -271,6 +271,10 @@ void NoteFile(Module* file, void* arg) {
 
 }  // namespace
 
+bool DependsOnLeaf(const xmlNode* leafref) {
+  return IsRelativeLeafref(leafref) || HasUnprefixedStep(leafref);
+}
+
 bool IsBuiltInType(std::string_view name) noexcept {
   return std::find(std::begin(kBuiltIn), std::end(kBuiltIn), name) != std::end(kBuiltIn);
 }

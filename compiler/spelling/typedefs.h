@@ -27,6 +27,9 @@ bool IsBuiltInType(std::string_view name) noexcept;
 // the path itself.
 xmlNode* RewriteType(Output* out, xmlNode* type);
 
+// True for a path that leads elsewhere from another leaf, or from one of another module.
+bool DependsOnLeaf(const xmlNode* leafref);
+
 // The leaf whose type a deviation replaces by the type, or by one that the type is part of.
 FoundNode DeviatedLeaf(Output* out, const xmlNode* type);
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "compiler/spelling/value_type.h"
 
+#include <set>
+#include <utility>
+
 #include "compiler/reading/symbols.h"
 #include "compiler/reading/value_check.h"
 #include "compiler/spelling/condition_words.h"
@@ -28,27 +31,35 @@ const xmlNode* AsRead(const xmlNode* type) {
   return OriginOf(type);
 }
 
-const xmlNode* Deciding(Compilation* all, const LeafType& one, std::string_view value,
-                        const xmlNode* at, unsigned depth);
+// A value, and the unions that do not take it, each for its leaf, as far as is known.
+struct Asked {
+  Compilation* all;
+  std::string_view value;
+  const xmlNode* at;
+  std::set<std::pair<const xmlNode*, const xmlNode*>> unfit{};
+};
 
-const xmlNode* DecidingMember(Compilation* all, const LeafType& one, std::string_view value,
-                              const xmlNode* at, unsigned depth) {
+const xmlNode* Deciding(Asked* asked, const LeafType& one, unsigned depth);
+
+const xmlNode* DecidingMember(Asked* asked, const LeafType& one, unsigned depth) {
+  const std::pair<const xmlNode*, const xmlNode*> key = {one.type, one.leaf.node};
+  if (asked->unfit.count(key) != 0) return nullptr;
   for (const xmlNode* member = FirstChild(one.type, Keyword::kType); member != nullptr;
        member = NextSibling(member, Keyword::kType)) {
-    const xmlNode* type = Deciding(all, {member, one.leaf}, value, at, depth + 1);
-    if (type != nullptr && FaultOfValue(type, value, at).empty()) return type;
+    const xmlNode* type = Deciding(asked, {member, one.leaf}, depth + 1);
+    if (type != nullptr && FaultOfValue(type, asked->value, asked->at).empty()) return type;
   }
+  asked->unfit.insert(key);
   return nullptr;
 }
 
-const xmlNode* Deciding(Compilation* all, const LeafType& one, std::string_view value,
-                        const xmlNode* at, unsigned depth) {
-  const LeafType referred = ReferredType(all, one);
+const xmlNode* Deciding(Asked* asked, const LeafType& one, unsigned depth) {
+  const LeafType referred = ReferredType(asked->all, one);
   if (referred.type == nullptr) return nullptr;
   const xmlNode* bottom = FindBottomType(referred.type).type;
   if (!IsNamed(bottom, "union")) return bottom == nullptr ? nullptr : referred.type;
   if (depth == kMaxUnionDepth) return nullptr;
-  return DecidingMember(all, {bottom, referred.leaf}, value, at, depth);
+  return DecidingMember(asked, {bottom, referred.leaf}, depth);
 }
 
 }  // namespace
@@ -92,11 +103,12 @@ bool NamesIdentity(Compilation* all, const LeafType& one, const xmlNode* origin)
 
 const xmlNode* DecidingType(Compilation* all, const LeafType& one, std::string_view value,
                             const xmlNode* at) {
-  return Deciding(all, one, value, at, 0);
+  Asked asked{all, value, at};
+  return Deciding(&asked, one, 0);
 }
 
 bool TakesValue(Compilation* all, const LeafType& one, std::string_view value, const xmlNode* at) {
-  const xmlNode* type = Deciding(all, one, value, at, 0);
+  const xmlNode* type = DecidingType(all, one, value, at);
   return type != nullptr && FaultOfValue(type, value, at).empty();
 }
 

@@ -65,6 +65,17 @@ TEST_F(DeviatedTypes, HaveTheTypesOfTheTargetsInUnions) {
                                        "}"));
 }
 
+// Without a prefix the path means a node of whoever has the type.
+TEST_F(DeviatedTypes, OfUnionsWithUnprefixedPathsAreKnownWhereTheyAreUsed) {
+  Module11("types", "typedef t { type union { type leafref { path \"/top/x\"; } type boolean; } }");
+  Module11("user",
+           "import types { prefix t; } leaf a { type t:t; } "
+           "container top { leaf x { type int8; } }");
+  EXPECT_EQ(Body("user"),
+            "leaf a { type t; } container top { leaf x { type int8; } } "
+            "typedef t { type union { type int8; type boolean; } }");
+}
+
 // Each level of the union has the one below twice.
 std::string Doubling(const std::string& member) {
   std::string text = "typedef u0 { type union { " + member + " type int8; } } ";

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // uses, refine, augment, submodules and shorthand cases, spelled out.
+#include <gmock/gmock.h>
+
 #include "tests/compiler/compile_helper.h"
 
 namespace compiler {
@@ -139,6 +141,17 @@ TEST_F(Uses, LoseConditionsOfActionsAndNotifications) {
   EXPECT_EQ("container c { leaf x { type string; } action act; notification note; }",
             BodyOf(result, "m"));
   EXPECT_EQ(2u, result.findings.size());
+}
+
+TEST_F(Uses, SayWhereAGroupingWasUsedThatLosesACondition) {
+  Module11("m",
+           "grouping g { action act; }\ngrouping h { uses g { when x; } leaf x { type string; } }\n"
+           "container c {\n  uses h; }\ncontainer d {\n  uses h; }");
+  EXPECT_EQ(
+      "m.yang:3: the condition does not reach action \"act\", which takes none, used at m.yang:5\n"
+      "m.yang:3: the condition does not reach action \"act\", which takes none, used at "
+      "m.yang:7\n",
+      Findings("m"));
 }
 
 using Refinements = Compiling;
@@ -384,6 +397,19 @@ TEST_F(Augments, GiveOtherConditionsToTheirChildren) {
       "augment /n:c { leaf b { when ../a; type string; } } "
       "augment /n:c { choice d { when n:a = 'long enough'; case e { leaf e { type string; } } } }",
       Body("m"));
+}
+
+// It has room for twice the length with module names for prefixes, which are shorter here.
+TEST_F(Augments, GiveConditionsToTheirChildrenThatAreShorterInTheLibrary) {
+  Write("n.yang",
+        "module n { namespace urn:n; prefix long-prefix; identity q; "
+        "container c { leaf x { type identityref { base q; } } } }");
+  Module("m",
+         "import n { prefix long-prefix; } augment /long-prefix:c { "
+         "when \"x=x=x=x=x=x='long-prefix:q'\"; leaf x { type identityref { base "
+         "long-prefix:q; } } }");
+  EXPECT_THAT(BodyOf(Run({"m"}), "m"),
+              testing::HasSubstr("leaf x { when ../x=../x=../x=../x=../x=../x='long-prefix:q';"));
 }
 
 TEST_F(Augments, OfNodesThatAnotherModuleDoesNotHaveAreSaid) {

@@ -379,6 +379,18 @@ TEST_F(Limits, KeysThatAreNoLeafsOfTheListAreLeftOut) {
       BodyOf(Run({"m"}), "m"));
 }
 
+TEST_F(Limits, TypesOfTypedefsThatAreTooManyAreWrittenAsString) {
+  std::string text;
+  for (int i = 0; i <= 65535; ++i) text += "typedef t" + std::to_string(i) + "{type int8;}";
+  Module("m", text + "\nleaf a { type t65534; }\nleaf b { type t65535 { range 1; } }");
+  const JobResult result = Run({"m"});
+  EXPECT_EQ(JobState::kLost, result.state);
+  const std::string body = BodyOf(result, "m");
+  EXPECT_NE(std::string::npos, body.find("typedef t65534 { type int8; } leaf a { type t65534; } "
+                                         "leaf b { type string; }"))
+      << body.substr(body.size() - 200);
+}
+
 TEST_F(Limits, MoreThan65535OfAKindAreLeftOut) {
   std::string text = "typedef t { type enumeration {\n";
   for (int i = 0; i < 65540; ++i) text += "enum e" + std::to_string(i) + ";\n";
