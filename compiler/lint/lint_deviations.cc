@@ -79,6 +79,15 @@ bool HasEqual(Lint* lint, const SchemaNode* target, const xmlNode* property) {
   return wanted != nullptr && arguments.count(wanted) != 0;
 }
 
+// True when a deviate before this one, of the same deviation, deletes the property.
+bool IsDeletedBefore(const xmlNode* property) {
+  const xmlNode* deviate = ParentOf(property);
+  for (const xmlNode* s = FirstChild(ParentOf(deviate), Keyword::kDeviate); s != deviate;
+       s = NextSibling(s, Keyword::kDeviate))
+    if (KindOf(s) == Deviate::kDelete && FirstChild(s, KeywordOf(property)) != nullptr) return true;
+  return false;
+}
+
 void JudgeProperty(Lint* lint, const SchemaNode* target, Deviate kind, const xmlNode* property) {
   const Keyword keyword = KeywordOf(property);
   const std::string node = std::string(RowOf(target->keyword).name) + " " + Quote(target->name);
@@ -96,7 +105,8 @@ void JudgeProperty(Lint* lint, const SchemaNode* target, Deviate kind, const xml
     return;
   }
   const xmlNode* present = PropertyStatement(target, keyword);
-  if (kind == Deviate::kAdd && present != nullptr && !several) {
+  const bool isThere = present != nullptr && !IsDeletedBefore(property);
+  if (kind == Deviate::kAdd && isThere && !several) {
     Error(lint, cls::kTarget, property,
           "the " + node + " has " + word + " already, at " + PlaceOf(present),
           "write \"deviate replace\"");
