@@ -17,6 +17,7 @@
 #include "client/commands.h"
 #include "client/compile_first.h"
 #include "client/file_input.h"
+#include "client/interruption.h"
 #include "compiler/convert.h"
 
 namespace {
@@ -69,8 +70,10 @@ mode_t NewFileMode() {
   return static_cast<mode_t>(0666) & ~mask;
 }
 
+// A signal that ends the program waits until the file is whole, so that no part is left.
 bool ReplaceFile(const std::string& path, const std::string& content) {
   std::string part = path + ".XXXXXX";
+  const HoldInterruption held;
   const int file = mkstemp(part.data());
   bool done = file >= 0 && WriteAll(file, content) && fchmod(file, NewFileMode()) == 0;
   int failure = errno;

@@ -16,6 +16,8 @@ class PrivateFolder {
   bool Make();
   // Writes a file in it. False, with the reason on standard error.
   bool Write(const std::string& name, std::string_view content);
+  // Removes the folder and what was written, as a handler of signals may.
+  void Remove() const noexcept;
   const std::string& path() const { return path_; }
 
  private:

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -352,6 +353,32 @@ TEST_F(ClientCompile, AFileThatCannotBeWrittenWholeIsNotThere) {
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 // A sanitizer takes more than any limit for itself.
+// The program waits for a message, which never comes.
+TEST_F(ClientCompile, ASignalThatEndsItLeavesNoFolder) {
+  WriteModels();
+  Fifo("message");
+  Write("tmp/here", "");
+  const ClientRun run = RunShell("TMPDIR=$PWD/tmp " QMODEL_CLIENT
+                                 " rpc -c -i -m m message & "
+                                 "for i in $(seq 1000); do "
+                                 "[ -e tmp/qmodel-*/n.yin ] && break; sleep 0.01; done; "
+                                 "kill -TERM $!; wait $!");
+  EXPECT_EQ(128 + SIGTERM, run.status);
+  EXPECT_EQ(std::set<std::string>{"here"}, List("tmp"));
+}
+
+TEST_F(ClientCompile, AReaderThatHasSeenEnoughLeavesNoFolder) {
+  std::string leafs;
+  for (int i = 0; i < 5000; ++i) leafs += "leaf leaf-" + std::to_string(i) + " { type string; }\n";
+  Write("m.yang", "module m { namespace urn:m; prefix m;\n" + leafs + "}\n");
+  Write("tmp/here", "");
+  const ClientRun run =
+      RunShell("(TMPDIR=$PWD/tmp " QMODEL_CLIENT " tree -c m; echo $? >status) | head -1");
+  EXPECT_EQ("module: m\n", run.out);
+  EXPECT_NE("0\n", Read("status"));
+  EXPECT_EQ(std::set<std::string>{"here"}, List("tmp"));
+}
+
 TEST_F(ClientCompile, MemoryThatIsRefusedIsOneLine) {
   const std::string command = std::string("ulimit -v 200000 && head -c 300000000 /dev/zero | ") +
                               QMODEL_CLIENT + " compile --convert -";
