@@ -5,7 +5,9 @@
 // A path of a typedef is followed from each leaf that uses it; its unprefixed names
 // belong to the typedef's module, those of a path written in a grouping to the module
 // that uses the grouping.
+#include <set>
 #include <unordered_set>
+#include <utility>
 
 #include "compiler/lint/data_axes.h"
 #include "compiler/lint/lint_nodes.h"
@@ -185,15 +187,14 @@ bool IsCircle(Lint* lint, const SchemaNode* node) {
   return false;
 }
 
-// So many types are looked at for one value.
-constexpr unsigned kMostTypes = 10000;
+// Unions that do not take a value, with the node that their paths start from.
+using UnfitUnions = std::set<std::pair<const xmlNode*, const SchemaNode*>>;
 
 // Whether a value may be one of the type, leafrefs followed; true also where that cannot be
-// told. `left`: how many types may still be looked at.
+// told.
 bool MayTake(Lint* lint, const SchemaNode* node, const xmlNode* type, const xmlNode* value,
-             unsigned* left) {
-  if (*left == 0) return true;
-  --*left;
+             UnfitUnions* unfit, unsigned depth = 0) {
+  if (depth == kMaxLeafrefs) return true;
   const TypeChain chain = ChainOf(type);
   if (chain.base == BuiltIn::kLeafref) {
     const xmlNode* path = FirstChild(chain.types.back(), Keyword::kPath);
@@ -203,12 +204,15 @@ bool MayTake(Lint* lint, const SchemaNode* node, const xmlNode* type, const xmlN
     const xmlNode* referred = target == nullptr || !IsLeafLike(target)
                                   ? nullptr
                                   : FirstChild(target->statement, Keyword::kType);
-    return referred == nullptr || MayTake(lint, target, referred, value, left);
+    return referred == nullptr || MayTake(lint, target, referred, value, unfit, depth + 1);
   }
   if (chain.base != BuiltIn::kUnion) return FaultOfValue(type, ArgumentOf(value), value).empty();
-  for (const xmlNode* member = FirstChild(chain.types.back(), Keyword::kType); member != nullptr;
+  const xmlNode* own = chain.types.back();
+  if (unfit->count({own, node}) != 0) return false;
+  for (const xmlNode* member = FirstChild(own, Keyword::kType); member != nullptr;
        member = NextSibling(member, Keyword::kType))
-    if (MayTake(lint, node, member, value, left)) return true;
+    if (MayTake(lint, node, member, value, unfit, depth + 1)) return true;
+  unfit->insert({own, node});
   return false;
 }
 
@@ -302,10 +306,10 @@ void JudgeType(Lint* lint, const SchemaNode* node, const xmlNode* type,
 void JudgeTypedef(Lint* lint, xmlNode* definition) {
   const xmlNode* type = FirstChild(definition, Keyword::kType);
   if (type == nullptr || ArgumentOf(definition) == nullptr) return;
-  const TypeChain chain = ChainOf(type);
-  if (chain.base != BuiltIn::kLeafref || !chain.typedefs.empty()) return;
   const char* path = ArgumentOfChild(type, Keyword::kPath);
   if (path == nullptr || *path != '/') return;
+  const TypeChain chain = ChainOf(type);
+  if (chain.base != BuiltIn::kLeafref || !chain.typedefs.empty()) return;
   SchemaNode leaf;
   leaf.statement = definition;
   leaf.keyword = Keyword::kLeaf;
@@ -334,8 +338,8 @@ void JudgeReferredDefault(Lint* lint, const SchemaNode* node, const xmlNode* typ
   const char* value = ArgumentOf(byDefault);
   const BuiltIn base = ChainOf(type).base;
   if (value == nullptr || (base != BuiltIn::kUnion && base != BuiltIn::kLeafref)) return;
-  unsigned left = kMostTypes;
-  if (!FaultOfValue(type, value, byDefault).empty() || MayTake(lint, node, type, byDefault, &left))
+  UnfitUnions unfit;
+  if (!FaultOfValue(type, value, byDefault).empty() || MayTake(lint, node, type, byDefault, &unfit))
     return;
   Error(lint, cls::kDefault, at,
         "the default " + Quote(value) +

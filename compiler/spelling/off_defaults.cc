@@ -5,8 +5,10 @@
 #include "compiler/spelling/off_defaults.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "compiler/reading/statement.h"
 #include "compiler/reading/symbols.h"
@@ -26,7 +28,19 @@ namespace {
 
 constexpr unsigned kMaxUnionDepth = 32;
 
-bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth);
+// A default, and the unions that have lost it, with the leaf that their paths start from:
+// unions may have others many times over.
+struct Search {
+  const xmlNode* byDefault;
+  std::set<std::pair<const xmlNode*, const xmlNode*>> off;
+};
+
+bool IsOff(Output* out, const LeafType& one, Search* search, unsigned depth);
+
+bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault) {
+  Search search{byDefault, {}};
+  return IsOff(out, one, &search, 0);
+}
 
 bool IsIdentityLost(Output* out, const xmlNode* byDefault) {
   const xmlNode* origin = OriginOf(byDefault);
@@ -48,21 +62,23 @@ bool LosesMember(Output* out, const xmlNode* member) {
 }
 
 // `one` is the built-in type itself.
-bool IsOffInUnion(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth) {
-  const xmlNode* origin = OriginOf(byDefault);
+bool IsOffInUnion(Output* out, const LeafType& one, Search* search, unsigned depth) {
+  if (search->off.count({one.type, one.leaf.node}) != 0) return true;
+  const xmlNode* origin = OriginOf(search->byDefault);
   bool wasThere = false;
   for (const xmlNode* member = FirstChild(one.type, Keyword::kType); member != nullptr;
        member = NextSibling(member, Keyword::kType)) {
     if (!TakesValue(out->all, {member, one.leaf}, ArgumentOf(origin), origin)) continue;
-    if (!LosesMember(out, member) && !IsOff(out, {member, one.leaf}, byDefault, depth + 1))
+    if (!LosesMember(out, member) && !IsOff(out, {member, one.leaf}, search, depth + 1))
       return false;
     wasThere = true;
   }
+  if (wasThere) search->off.insert({one.type, one.leaf.node});
   return wasThere;
 }
 
-bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned depth) {
-  const char* value = ArgumentOf(OriginOf(byDefault));
+bool IsOff(Output* out, const LeafType& one, Search* search, unsigned depth) {
+  const char* value = ArgumentOf(OriginOf(search->byDefault));
   const LeafType referred = ReferredType(out->all, one);
   if (referred.type == nullptr) return false;
   const TypeChain chain = ChainOf(referred.type);
@@ -76,10 +92,10 @@ bool IsOff(Output* out, const LeafType& one, const xmlNode* byDefault, unsigned 
       });
     }
     case BuiltIn::kIdentityref:
-      return IsIdentityLost(out, byDefault);
+      return IsIdentityLost(out, search->byDefault);
     case BuiltIn::kUnion:
       return depth < kMaxUnionDepth &&
-             IsOffInUnion(out, {chain.types.back(), referred.leaf}, byDefault, depth);
+             IsOffInUnion(out, {chain.types.back(), referred.leaf}, search, depth);
     default:
       return false;
   }
@@ -110,8 +126,7 @@ bool HoldsDefault(Output* out, const xmlNode* holder) {
 
 // The value has left, or is none of a restriction whose own default has left.
 bool CannotHave(Output* out, const LeafType& one, const xmlNode* byDefault) {
-  return IsOff(out, one, byDefault, 0) ||
-         !TakesValue(out->all, one, ArgumentOf(byDefault), byDefault);
+  return IsOff(out, one, byDefault) || !TakesValue(out->all, one, ArgumentOf(byDefault), byDefault);
 }
 
 // The default that the type brings from a typedef although it has lost the value there by
@@ -201,7 +216,7 @@ void DeleteLost(Output* out, xmlNode* deviation, const FoundNode& target) {
        s = NextSibling(s, Keyword::kDefault)) {
     const char* text = ArgumentOf(OriginOf(s));
     if (text == nullptr || type.type == nullptr) continue;
-    if (isBare ? !CannotHave(out, type, OriginOf(s)) : !IsOff(out, type, s, 0)) continue;
+    if (isBare ? !CannotHave(out, type, OriginOf(s)) : !IsOff(out, type, s)) continue;
     SayLost(out, replace, s);
     if (deletion == nullptr) {
       deletion = MakeStatement(out->all->session, replace, Keyword::kDeviate, "delete");
@@ -218,7 +233,7 @@ bool IsDefaultOff(Output* out, const xmlNode* byDefault) {
   if (Is(parent, Keyword::kChoice) || IsDeletion(parent)) return false;
   const LeafType one = TypeWithDefault(out, parent);
   return one.type != nullptr && ArgumentOf(OriginOf(byDefault)) != nullptr &&
-         IsOff(out, one, byDefault, 0);
+         IsOff(out, one, byDefault);
 }
 
 void LeaveDefault(Output* out, xmlNode* byDefault) {

@@ -81,6 +81,20 @@ TEST_F(OffDefaults, OfAUnionStayWithAMemberThatTakesThem) {
       OffBody("m"));
 }
 
+TEST_F(OffDefaults, OfUnionsThatDoubleAreLookedIntoOnce) {
+  std::string text =
+      "feature a; typedef u0 { type union { type enumeration { enum x; enum y { if-feature a; } }\n"
+      "  type int8; } } ";
+  for (int i = 1; i <= 28; ++i) {
+    const std::string below = "type u" + std::to_string(i - 1) + "; ";
+    text += "typedef u" + std::to_string(i) + " { type union { " + below + below + "} } ";
+  }
+  Module11("m", text + "leaf l { type u28; default y; } leaf k { type u28; default x; }");
+  const std::string body = OffBody("m");
+  EXPECT_NE(std::string::npos, body.find("leaf l { type u28; } leaf k { type u28; default x; }"))
+      << body;
+}
+
 TEST_F(OffDefaults, OfATypedefAreNotBroughtToALeafThatLacksTheirValue) {
   Module11("m",
            "feature a; typedef t { type enumeration { enum x; enum y; } default y; }\n"
