@@ -10,7 +10,9 @@ cmake --preset coverage >/dev/null
 cmake --build --preset coverage
 # Counters of earlier runs, and notes of CMake's own trial programs, whose sources are gone.
 find build/coverage '(' -name '*.gcda' -o -name '*CompilerId.gcno' ')' -delete
-ctest --preset coverage -j "$(nproc)" || echo 'some tests failed; the figures count what ran'
+# Two tests let no file of the client grow, and so none of its counters.
+ctest --preset coverage -j "$(nproc)" \
+  -E 'AnEntryThatCannotBeWritten|AFileThatCannotBeWrittenWhole' || echo 'some tests failed; the figures count what ran'
 mkdir -p "$report"
 status=0
 filters=$(sed -n 's|^[a-z].*|--filter &/|p' cmake/layers.txt)

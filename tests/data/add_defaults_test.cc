@@ -279,6 +279,19 @@ TEST_F(Defaults, AnActionThatAnAugmentPutsIntoAnInputAddsNothing) {
   EXPECT_EQ("<r xmlns=\"urn:m\"/>", Complete("<r xmlns='urn:m'/>"));
 }
 
+TEST_F(Defaults, AnActionInAMissingContainerOfAWideInputMakesNothing) {
+  std::string leaves;
+  std::string expected;
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = "l" + std::to_string(i);
+    leaves += Default(name, "d");
+    expected += "<" + name + ">d</" + name + ">";
+  }
+  schema_.Load("m", Rpc(leaves + "<container name=\"c\"><action name=\"act\"><input>" +
+                        Default("in", "1") + "</input></action></container>"));
+  EXPECT_EQ("<r xmlns=\"urn:m\">" + expected + "</r>", Complete("<r xmlns='urn:m'/>"));
+}
+
 TEST_F(Defaults, AnActionIsCompletedByItsOwnFunctionWhereverItStands) {
   schema_.Load("m", Rpc("<container name=\"c\"><action name=\"act\"><input>" + Default("in", "1") +
                         "</input></action></container>"));

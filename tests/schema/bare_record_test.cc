@@ -57,6 +57,22 @@ void ExpectLostMemoryIs12(Step step) {
   }
 }
 
+TEST(BareRecords, AKeyThatNoChildIsIsPassedOver) {
+  Tree tree;
+  QmsNode* list = Top(tree.m, QMS_NODE_LIST, "li");
+  list->keyCount = 2;
+  QmsNode* second = Child(list, QMS_NODE_LEAF, "k");
+  second->flags |= QMS_NODE_KEY;
+  second->keyIndex = 1;
+  std::string keys;
+  const auto take = [](QmsNode* node, uint32_t /*travType*/, void* arg) {
+    *static_cast<std::string*>(arg) += node->name;
+    return uint32_t{QM_OK};
+  };
+  EXPECT_EQ(QM_OK, QM_NODE_ScanKey(list, take, &keys));
+  EXPECT_EQ("k", keys);
+}
+
 }  // namespace
 
 TEST(BareNode, HasNeitherDefaultNorUnits) {
