@@ -31,7 +31,10 @@ void AddFolderOf(const std::string& file, Options* options) {
 bool PutFirst(const std::string& file, const std::string& name, Options* options,
               PrivateFolder* folder) {
   std::string text;
-  if (!ReadInput(file, &text)) return false;
+  if (!ReadRegularFile(file, &text)) {  // which may have become a FIFO since it was looked at
+    PrintError("%s: cannot be read", file.c_str());
+    return false;
+  }
   if (folder->path().empty()) {
     if (!folder->Make()) return false;
     options->searchDirs.insert(options->searchDirs.begin(), folder->path());

@@ -105,8 +105,8 @@ constexpr Command kCommands[] = {
 };
 
 constexpr Command kCompiledFirst[] = {
-    {"Load", "load -c --no-cache -q -p @/text -f * a"},
-    {"Tree", "tree -c -r --no-cache -p @/text --rfc8340 a"},
+    {"Load", "load -c --no-cache -q -p @/text -f * b"},
+    {"Tree", "tree -c -r --no-cache -p @/text --rfc8340 b"},
     {"Show", "show -c -p @/text -m a /a:c/u"},
     {"Value", "value -c -p @/text -m @/text/a.yang /a:c/u red"},
     {"Rpc", "rpc -c -p @/text -m a @/valid.xml"},
