@@ -2,6 +2,8 @@
 #include "compiler/reading/statement.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
 
 #include "compiler/reading/build.h"
 
@@ -102,17 +104,18 @@ xmlNode* NextSibling(const xmlNode* statement, Keyword keyword) noexcept {
   return StatementFrom(statement->next, keyword);
 }
 
+// Not by std::stable_sort(), whose buffer may be refused without a word.
 std::vector<xmlNode*> AugmentsOfUses(const xmlNode* uses) {
-  std::vector<xmlNode*> augments;
+  std::vector<std::pair<std::pair<ptrdiff_t, size_t>, xmlNode*>> placed;
   for (xmlNode* s = FirstChild(uses, Keyword::kAugment); s != nullptr;
-       s = NextSibling(s, Keyword::kAugment))
-    augments.push_back(s);
-  const auto depth = [](const xmlNode* augment) {
-    const std::string_view path = ArgumentOf(augment) == nullptr ? "" : ArgumentOf(augment);
-    return std::count(path.begin(), path.end(), '/');
-  };
-  std::stable_sort(augments.begin(), augments.end(),
-                   [&](const xmlNode* a, const xmlNode* b) { return depth(a) < depth(b); });
+       s = NextSibling(s, Keyword::kAugment)) {
+    const std::string_view path = ArgumentOf(s) == nullptr ? "" : ArgumentOf(s);
+    placed.push_back({{std::count(path.begin(), path.end(), '/'), placed.size()}, s});
+  }
+  std::sort(placed.begin(), placed.end(),
+            [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<xmlNode*> augments;
+  for (const auto& one : placed) augments.push_back(one.second);
   return augments;
 }
 
