@@ -122,7 +122,9 @@ std::string FoundInstead(Repository* repository, const std::string& name) {
       const Module* module = Read(repository, path, FileOrigin::kFound)->module;
       if (module == nullptr || module->name == name) continue;
       const char* kind = Is(module->root, Keyword::kModule) ? "module '" : "submodule '";
-      return path + " holds " + kind + module->name + "', not '" + name + "'";
+      std::string held = path;
+      held.append(" holds ").append(kind).append(module->name);
+      return held.append("', not '").append(name).append("'");
     }
   }
   return {};
