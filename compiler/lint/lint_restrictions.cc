@@ -46,13 +46,14 @@ void JudgeIntervals(Lint* lint, const TypeChain& chain, Keyword keyword) {
 
 void JudgeExpression(Lint* lint, const xmlNode* statement) {
   const char* pattern = ArgumentOf(statement);
-  const PatternState state = pattern == nullptr ? PatternState::kCompiles : JudgePattern(pattern);
+  if (pattern == nullptr) return;
+  const PatternState state = JudgePattern(pattern);
   if (state == PatternState::kTooDeep)
     Warn(lint, cls::kLibrary, statement,
          "the library compiles no pattern of more than 512 parts that may be empty, so no value "
          "matches",
          "write several patterns, which all have to match");
-  const std::string fault = pattern == nullptr ? std::string() : FaultOfPattern(pattern);
+  const std::string fault = FaultOfPattern(pattern);
   if (state != PatternState::kFaulty && fault.empty()) return;
   Error(lint, cls::kRestriction, statement,
         "the pattern " + Quote(pattern) + " does not compile" + (fault.empty() ? "" : ": " + fault),
