@@ -223,6 +223,13 @@ void LoseType(Output* out, xmlNode* type) {
   SetArgument(out->all->session, type, "string");
 }
 
+// The library compares the names of bits in a value up to that length.
+void SayLongBit(Output* out, const xmlNode* bit) {
+  const char* name = ArgumentOf(bit);
+  if (name == nullptr || std::string_view(name).size() <= kMaxName) return;
+  Lose(out, bit, std::string(kLongName) + "; the library takes no value that has this bit");
+}
+
 // Leaves out what is too many of a kind in one statement.
 void KeepCounts(Output* out, xmlNode* parent) {
   size_t counts[kKeywordCount] = {};
@@ -317,6 +324,7 @@ void KeepLimits(Output* out) {
     if (!typedefsBeyond.empty() && Is(s, Keyword::kType) &&
         typedefsBeyond.count(ArgumentOf(s)) != 0)
       LoseType(out, s);
+    if (Is(s, Keyword::kBit)) SayLongBit(out, s);
     if (FirstChild(s) != nullptr) KeepCounts(out, s);
     s = NextInTree(root, s);
   }

@@ -11,6 +11,7 @@
 #include "compiler/reading/symbols.h"
 #include "compiler/spelling/condition_words.h"
 #include "compiler/spelling/data_lookup.h"
+#include "compiler/spelling/data_template.h"
 #include "compiler/spelling/departures.h"
 #include "compiler/spelling/identities.h"
 #include "compiler/spelling/items.h"
@@ -127,6 +128,7 @@ bool RewriteExtension(Rewriting* rewriting, xmlNode* statement) {
     return false;
   }
   PrefixOf(out, module);
+  if (DataTemplateOf(statement) == DataTemplate::kAugmentStructure) RewriteTarget(out, statement);
   const bool asElement = StatementOf(statement)->argumentIsElement;
   const xmlNode* parent = ParentOf(statement);
   if (!asElement && KeepsExtensions(parent)) return true;

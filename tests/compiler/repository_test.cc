@@ -313,6 +313,19 @@ TEST_F(Limits, PathsWithAPrefixThatNothingDeclaresAreLeftOut) {
   EXPECT_EQ("leaf a { type string; }", BodyOf(result, "m"));
 }
 
+// The library refuses each value that names the bit.
+TEST_F(Limits, BitsWithNamesOfMoreThan64CharactersAreReported) {
+  const std::string fits(64, 'b');
+  Module("m", "leaf a { type bits { bit " + fits + "; } }");
+  EXPECT_EQ(JobState::kDone, Run({"m"}).state);
+  Module("k", "leaf a {\n type bits {\n bit " + fits + "b; bit c; } }");
+  EXPECT_EQ(
+      "k.yang:4: the name is longer than 64 characters; the library takes no value that has "
+      "this bit\n",
+      Findings("k"));
+  EXPECT_EQ("leaf a { type bits { bit " + fits + "b; bit c; } }", BodyOf(Run({"k"}), "k"));
+}
+
 TEST_F(Limits, RangesOfMoreThan256TokensAreLeftOut) {
   std::string range = "0";
   for (int i = 1; i < 128; ++i) range += " | " + std::to_string(2 * i);
