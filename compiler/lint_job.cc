@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/lint/lint_library.h"
@@ -54,11 +55,11 @@ void Run(const LintRequest& request, LintResult* result) {
     return;
   }
   std::vector<Module*> modules;
+  std::unordered_set<const Module*> known;
   bool missing = false;
   for (Module* module : OpenOperands(&repository, request.operands)) {
     missing = missing || module == nullptr;
-    const bool known = std::find(modules.begin(), modules.end(), module) != modules.end();
-    if (module != nullptr && !known) modules.push_back(module);
+    if (module != nullptr && known.insert(module).second) modules.push_back(module);
   }
   LintModules(session.get(), modules, &report);
   LintLibrary(&repository, modules, &report);

@@ -2,6 +2,7 @@
 #include "compiler/conditions/data_schema.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "compiler/reading/session.h"
@@ -224,10 +225,18 @@ DataNode* DataSchema::FindTarget(DataModule* module, std::string_view path) {
 }
 
 // In the order of the text, in which each target stands before it is augmented.
+// The node is seen below the target, and from above as far as what is between has no element.
+void DataSchema::Hang(DataNode* node, DataNode* target) {
+  target->augmented.push_back(node);
+  for (const DataNode* above = target; above != nullptr; above = above->parent) {
+    hung_[above].push_back(node);
+    if (!HasNoElement(above->keyword) || above->keyword == Keyword::kOutput) break;
+  }
+}
+
 void DataSchema::Link(DataModule* module) {
   if (module->linked) return;
   module->linked = true;
-  bool hangs = false;
   for (const xmlNode* augment = NextElement(module->root->children); augment != nullptr;
        augment = NextElement(augment->next)) {
     if (YinKeyword(augment) != Keyword::kAugment) continue;
@@ -240,11 +249,9 @@ void DataSchema::Link(DataModule* module) {
       DataNode* node = AddNode(child, target, module);
       if (conditional) node->conditional = true;
       if (hasWhen) node->hasWhen = true;
-      if (target != nullptr) target->augmented.push_back(node);
-      hangs = hangs || target != nullptr;
+      if (target != nullptr) Hang(node, target);
     }
   }
-  if (hangs) ++links_;
 }
 
 void DataSchema::LinkAllKnownTo(DataModule* module) {
@@ -293,38 +300,45 @@ DataNode* DataSchema::DataParent(const DataNode* node) {
   return parent;
 }
 
-// Names are looked up often in one place, and there may be many: each place is walked
-// through once, and again only when a further module has hung its augments anywhere.
-const DataNames& DataSchema::NamesBelow(DataNode* parent, DataModule* module) {
-  const void* place = parent == nullptr ? static_cast<const void*>(module) : parent;
-  DataNames& names = module == nullptr ? ownNames_[place] : allNames_[place];
-  if (names.filled && (module == nullptr || names.links == links_)) return names;
-  names.named.clear();
-  names.filled = true;
-  names.links = links_;
-  std::vector<DataNode*> stack;
+// Enters what data see of the nodes, the last first.
+void DataSchema::EnterNames(std::vector<DataNode*> stack, bool augmented, DataNames* names) {
   const auto add = [&](const std::vector<DataNode*>& nodes) {
     stack.insert(stack.end(), nodes.rbegin(), nodes.rend());
   };
-  const auto addChildren = [&](DataNode* node) {
-    if (module != nullptr) add(node->augmented);
-    add(OwnChildren(node));
-  };
-  if (parent != nullptr) {
-    addChildren(parent);
-  } else if (module != nullptr) {
-    add(TopOf(module));
-  }
   while (!stack.empty()) {
     DataNode* node = stack.back();
     stack.pop_back();
     if (node->keyword == Keyword::kOutput) continue;
-    if (HasNoElement(node->keyword)) {
-      addChildren(node);
-    } else {
-      names.named[node->name].push_back(node);
+    if (!HasNoElement(node->keyword)) {
+      names->named[node->name].push_back(node);
+      continue;
     }
+    if (augmented) add(node->augmented);
+    add(OwnChildren(node));
   }
+}
+
+// Names are looked up often in one place, and there may be many: each place is walked
+// through once, and what modules hang there afterwards is entered when it is asked again.
+const DataNames& DataSchema::NamesBelow(DataNode* parent, DataModule* module) {
+  const void* place = parent == nullptr ? static_cast<const void*>(module) : parent;
+  DataNames& names = module == nullptr ? ownNames_[place] : allNames_[place];
+  const bool augmented = module != nullptr && parent != nullptr;
+  const std::vector<DataNode*>* hung = augmented ? &hung_[parent] : nullptr;
+  if (!names.filled) {
+    std::vector<DataNode*> nodes;
+    if (augmented) nodes.assign(parent->augmented.rbegin(), parent->augmented.rend());
+    if (parent != nullptr || module != nullptr) {
+      const std::vector<DataNode*>& own = parent == nullptr ? TopOf(module) : OwnChildren(parent);
+      nodes.insert(nodes.end(), own.rbegin(), own.rend());
+    }
+    EnterNames(std::move(nodes), augmented, &names);
+    names.filled = true;
+  } else if (augmented && names.hung != hung->size()) {
+    const auto first = hung->begin() + static_cast<std::ptrdiff_t>(names.hung);
+    EnterNames({first, hung->end()}, true, &names);
+  }
+  if (augmented) names.hung = hung->size();
   return names;
 }
 

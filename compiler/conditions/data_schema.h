@@ -50,7 +50,7 @@ struct DataNode {
 struct DataNames {
   std::unordered_map<std::string_view, std::vector<DataNode*>> named;
   bool filled = false;
-  size_t links = 0;  // how many modules were linked when it was filled
+  size_t hung = 0;  // how many of the nodes that augments hang there are entered
 };
 
 // The children that steps of schema node identifiers name, as far as they were put in.
@@ -113,6 +113,8 @@ class DataSchema {
 
  private:
   void Link(DataModule* module);
+  void Hang(DataNode* node, DataNode* target);
+  void EnterNames(std::vector<DataNode*> stack, bool augmented, DataNames* names);
   void LinkAllKnownTo(DataModule* module);
   DataNode* Step(DataNode* node, DataModule* module, std::string_view name, DataModule* words);
   bool IsKeyOf(const DataNode* list, std::string_view name);
@@ -139,7 +141,8 @@ class DataSchema {
   std::unordered_map<const void*, DataNames> allNames_;  // with augments; by parent or module
   std::unordered_map<const void*, StepNames> steps_;     // by parent or module, of many children
   std::unordered_map<const DataNode*, std::unordered_set<std::string_view>> keys_;  // by list
-  size_t links_ = 0;  // modules that are linked
+  // What augments have hung below a node, as data see it; by that node.
+  std::unordered_map<const DataNode*, std::vector<DataNode*>> hung_;
 };
 
 // Whether a leaf is there in every message that has its parent, and the same for the tree

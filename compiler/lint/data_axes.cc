@@ -199,7 +199,7 @@ void AddAnyChildren(Walk* walk, const DataCursor& at) {
 void AddChildren(Walk* walk, const SchemaNode* node) {
   const DataCursor at = CursorOf(*walk, node);
   const DataTest& step = *walk->step;
-  if (!Spend(walk)) return;
+  if (walk->from->nodes.size() > 1 && !Spend(walk)) return;
   if (step.test == XpathTest::kName) return AddNamedChild(walk, at);
   walk->found.foreign |= step.test == XpathTest::kNode || step.test == XpathTest::kText;
   if (step.test == XpathTest::kText || IsLeafLike(node)) return;
@@ -208,7 +208,10 @@ void AddChildren(Walk* walk, const SchemaNode* node) {
 }
 
 void TakeChildren(Walk* walk) {
-  for (const SchemaNode* node : walk->from->nodes) AddChildren(walk, node);
+  for (const SchemaNode* node : walk->from->nodes) {
+    if (walk->found.unknown) return;
+    AddChildren(walk, node);
+  }
   walk->found.foreign |= walk->from->foreign && TakesForeign(*walk->step);
 }
 

@@ -54,10 +54,6 @@ void CollectTops(Lint* lint) {
           add(ViewAlone(lint->view, s));
       });
   add(lint->view->trees[lint->module]);
-  for (const TargetView& augment : lint->view->augments) {
-    const Module* words = MainModuleOf(StatementOf(augment.statement)->words);
-    if (augment.target != nullptr && words == lint->module) add(TopOf(augment.target));
-  }
 }
 
 // `common`: what all modules of a call share.
@@ -66,8 +62,8 @@ void LintOne(const Lint& common, Module* module) {
   SchemaView* view = lint.view;
   lint.module = module;
   ForEachFile(module, CollectFile, &lint.files);
-  AddToView(view, module);
   CollectTops(&lint);
+  lint.targets = &view->targets[module];
   for (const auto& check : kFileChecks)
     for (const Module* file : lint.files) check(&lint, file);
   for (const auto& check : kModuleChecks) check(&lint);
@@ -148,6 +144,7 @@ void LintModules(Session* session, std::span<Module* const> modules, Report* rep
   common.report = report;
   common.view = &view;
   common.used = &used;
+  AddToView(&view, modules);
   for (Module* module : modules) LintOne(common, module);
 }
 

@@ -306,11 +306,12 @@ std::unordered_set<const SchemaNode*> NodesOf(const TargetView& bringer) {
 }
 
 // The `when` of a `uses` or of an augment.
-void JudgeBringer(Lint* lint, const TargetView& bringer, Module* space) {
+void JudgeBringer(Lint* lint, const TargetView& bringer) {
   if (bringer.target == nullptr) return;
   const xmlNode* when = FirstChild(bringer.statement, Keyword::kWhen);
   if (when != nullptr)
-    Judge(lint, when, space, bringer.target, bringer.usedAt, Config::kOpen, NodesOf(bringer));
+    Judge(lint, when, bringer.space, bringer.target, bringer.usedAt, Config::kOpen,
+          NodesOf(bringer));
 }
 
 void JudgeDeviations(Lint* lint, const Module* file) {
@@ -330,13 +331,9 @@ void JudgeDeviations(Lint* lint, const Module* file) {
 }  // namespace
 
 void LintConditions(Lint* lint) {
-  for (const SchemaNode* top : lint->tops)
-    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node))
-      if (IsOfModule(*lint, node)) JudgeNode(lint, node);
-  for (const auto* bringers : {&lint->view->augments, &lint->view->inner, &lint->view->uses})
-    for (const TargetView& bringer : *bringers)
-      if (MainModuleOf(StatementOf(bringer.statement)->words) == lint->module)
-        JudgeBringer(lint, bringer, lint->module);
+  ForEachNode(*lint, [lint](const SchemaNode* node) { JudgeNode(lint, node); });
+  for (const auto* bringers : {&lint->targets->augments, &lint->targets->brought})
+    for (const TargetView* bringer : *bringers) JudgeBringer(lint, *bringer);
   for (const Module* file : lint->files) JudgeDeviations(lint, file);
 }
 

@@ -123,13 +123,6 @@ void JudgeConfig(const Result& result) {
   }
 }
 
-// The next node behind what stands in `node`; NULL: no more below `top`.
-const SchemaNode* NextBehind(const SchemaNode* top, const SchemaNode* node) {
-  for (; node != top; node = node->parent)
-    if (node->next != nullptr) return node->next;
-  return nullptr;
-}
-
 void JudgeConfigOfOne(const Result& result, const SchemaNode* node, const xmlNode* config) {
   const xmlNode* own = LeftOf(*result.all, node, Keyword::kConfig);
   if (!IsTrue(config) && IsTrue(own) && !IsOfDeviate(own)) {

@@ -94,8 +94,8 @@ void LintGroupings(Lint* lint, const Module* file) {
     if (name != nullptr && IsIdentifierRef(name, true))
       Resolve(lint, cls::kGrouping, s, SymbolKind::kGrouping, name, true);
   });
-  for (const TargetView& target : lint->view->inner)
-    if (StatementOf(target.statement)->words == file) JudgeTarget(lint, target);
+  for (const TargetView* target : lint->targets->inner)
+    if (StatementOf(target->statement)->words == file) JudgeTarget(lint, *target);
 }
 
 }  // namespace compiler

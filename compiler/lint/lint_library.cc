@@ -4,8 +4,8 @@
 // library makes of the model is not yet of interest.
 #include "compiler/lint/lint_library.h"
 
-#include <algorithm>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/lint/lint_pass.h"
@@ -17,21 +17,22 @@ namespace compiler {
 namespace {
 
 struct Faults {
-  const Report* report;
-  bool any;
+  std::unordered_set<const SourceFile*> files;
+  bool any = false;
 };
 
 void LookForErrors(Module* file, void* arg) {
   auto* faults = static_cast<Faults*>(arg);
-  for (const Finding& finding : faults->report->findings)
-    if (finding.place.file == file->file && finding.severity != Severity::kWarning)
-      faults->any = true;
+  faults->any = faults->any || faults->files.count(file->file) != 0;
 }
 
 std::vector<Module*> WithoutErrors(std::span<Module* const> modules, const Report& report) {
   std::vector<Module*> sound;
+  Faults faults;
+  for (const Finding& finding : report.findings)
+    if (finding.severity != Severity::kWarning) faults.files.insert(finding.place.file);
   for (Module* module : modules) {
-    Faults faults = {&report, false};
+    faults.any = false;
     ForEachFile(module, LookForErrors, &faults);
     if (!faults.any) sound.push_back(module);
   }
@@ -53,16 +54,12 @@ const char* AdviceFor(ConditionIssue issue) {
   }
 }
 
-bool IsOneOf(const std::vector<Module*>& modules, const Output* out) {
-  return std::find(modules.begin(), modules.end(), out->module) != modules.end();
-}
-
 // What the library makes of conditions that it evaluates otherwise than they say.
-void WarnOfConditions(const std::vector<Output*>& outputs, const std::vector<Module*>& modules,
-                      Report* report) {
+void WarnOfConditions(const std::vector<Output*>& outputs,
+                      const std::unordered_set<const Module*>& modules, Report* report) {
   VisitConditionRemarks(outputs,
                         [&](Output* out, const xmlNode* condition, const ConditionRemark& remark) {
-                          if (!IsOneOf(modules, out)) return;
+                          if (modules.count(out->module) == 0) return;
                           AddFinding(report, Severity::kWarning, cls::kLibrary, condition,
                                      std::string("the ") + NameOf(condition) + " " +
                                          Quote(ArgumentOf(condition)) + ": " + remark.message,
@@ -74,6 +71,7 @@ void WarnOfConditions(const std::vector<Output*>& outputs, const std::vector<Mod
 
 void LintLibrary(Repository* repository, std::span<Module* const> modules, Report* report) {
   const std::vector<Module*> sound = WithoutErrors(modules, *report);
+  const std::unordered_set<const Module*> judged(sound.begin(), sound.end());
   Report unused;
   Compilation all;
   all.session = repository->session;
@@ -81,7 +79,7 @@ void LintLibrary(Repository* repository, std::span<Module* const> modules, Repor
   all.report = &unused;
   const std::vector<Output*> outputs = CompileAll(&all, sound);  // imports among them
   for (Output* out : outputs) {
-    if (!IsOneOf(sound, out)) continue;
+    if (judged.count(out->module) == 0) continue;
     for (Finding& finding : out->report.findings) {
       if (finding.severity != Severity::kLoss) continue;
       finding.severity = Severity::kWarning;
@@ -89,7 +87,7 @@ void LintLibrary(Repository* repository, std::span<Module* const> modules, Repor
       report->findings.push_back(std::move(finding));
     }
   }
-  WarnOfConditions(outputs, sound, report);
+  WarnOfConditions(outputs, judged, report);
 }
 
 }  // namespace compiler

@@ -97,7 +97,8 @@ void ReportTwice(Lint* lint, const SchemaNode* node, const SchemaNode* first) {
 
 // Children of a choice are its cases, whose names are compared among themselves; what
 // stands in them is compared with all that stands beside the choice.
-void JudgeSiblings(Lint* lint, const SchemaNode* parent) {
+Twins FindTwins(const SchemaNode* parent) {
+  Twins twins;
   Siblings names;
   const bool cases = parent->keyword == Keyword::kChoice;
   std::vector<const SchemaNode*> open;
@@ -108,22 +109,34 @@ void JudgeSiblings(Lint* lint, const SchemaNode* parent) {
     const bool looksThrough = !cases && node->keyword == Keyword::kCase;
     if (!looksThrough) {
       const auto entered = names.emplace(NodeName{node->space->name, node->name}, node);
-      if (!entered.second && IsOfModule(*lint, node))
-        ReportTwice(lint, node, entered.first->second);
+      if (!entered.second) twins.emplace_back(node, entered.first->second);
     }
     if (cases || (node->keyword != Keyword::kChoice && node->keyword != Keyword::kCase)) continue;
     for (const SchemaNode* child = node->firstChild; child != nullptr; child = child->next)
       open.push_back(child);
   }
+  return twins;
 }
 
-void JudgeTree(Lint* lint, const SchemaNode* top) {
-  for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node)) {
-    if (node->keyword == Keyword::kCase) continue;  // looked at with what holds the choice
-    if (node->keyword == Keyword::kChoice || node->parent == nullptr || IsDataNode(node) ||
-        node->keyword == Keyword::kInput || node->keyword == Keyword::kOutput)
-      JudgeSiblings(lint, node);
-  }
+// Many modules may hang nodes into one parent, which is looked through once for all.
+void JudgeSiblings(Lint* lint, const SchemaNode* parent) {
+  const auto entered = lint->view->twins.try_emplace(parent);
+  if (entered.second) entered.first->second = FindTwins(parent);
+  for (const auto& [node, first] : entered.first->second)
+    if (IsOfModule(*lint, node)) ReportTwice(lint, node, first);
+}
+
+// What has children that must differ in their names; a case is looked at with what holds
+// its choice.
+void JudgeParent(Lint* lint, const SchemaNode* node) {
+  if (node->keyword != Keyword::kCase && node->firstChild != nullptr) JudgeSiblings(lint, node);
+}
+
+// A node of another module into which this one hangs some.
+void JudgeForeignParent(Lint* lint, const SchemaNode* node) {
+  JudgeParent(lint, node);
+  const bool isInside = node->keyword == Keyword::kChoice || node->keyword == Keyword::kCase;
+  if (isInside && node->parent != nullptr) JudgeForeignParent(lint, node->parent);
 }
 
 }  // namespace
@@ -133,7 +146,10 @@ void LintNames(Lint* lint) {
                                 Keyword::kFeature, Keyword::kExtension})
     EnterKind(lint, keyword);
   for (const Module* file : lint->files) JudgeDefinitions(lint, file);
-  for (const SchemaNode* top : lint->tops) JudgeTree(lint, top);
+  ForEachNode(*lint, [lint](const SchemaNode* node) { JudgeParent(lint, node); });
+  for (const TargetView* augment : lint->targets->augments)
+    if (augment->target != nullptr && !IsOfModule(*lint, augment->target))
+      JudgeForeignParent(lint, augment->target);
 }
 
 }  // namespace compiler

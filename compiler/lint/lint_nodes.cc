@@ -232,9 +232,7 @@ void JudgeDefaultCase(Lint* lint, const SchemaNode* choice, const xmlNode* state
 }
 
 void LintNodes(Lint* lint) {
-  for (const SchemaNode* top : lint->tops)
-    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node))
-      if (IsOfModule(*lint, node)) JudgeNode(lint, node);
+  ForEachNode(*lint, [lint](const SchemaNode* node) { JudgeNode(lint, node); });
 }
 
 }  // namespace compiler

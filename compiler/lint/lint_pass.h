@@ -47,7 +47,7 @@ inline constexpr char kStyle[] = "style";
 }  // namespace cls
 
 // How many nodes are looked at for the steps of paths in one run, likewise.
-inline constexpr uint64_t kMostSteps = uint64_t{1} << 24;
+inline constexpr uint64_t kMostSteps = uint64_t{1} << 22;
 
 // One run over a module.
 struct Lint {
@@ -59,9 +59,10 @@ struct Lint {
   const std::unordered_set<const xmlNode*>* used = nullptr;  // typedefs and groupings; by all
   // Whether one of the enums or bits, told by the first, has an if-feature.
   std::unordered_map<const xmlNode*, bool> conditionalItems;
-  // The trees to look at: the groupings of the module by themselves, its own tree, and
-  // those into which it hangs nodes. Only nodes of the module are judged there.
+  // The trees of the module: the groupings and templates by themselves, and its own.
   std::vector<const SchemaNode*> tops;
+  // Where it hangs nodes into trees, its own among them, and what groupings bring.
+  const ModuleTargets* targets = nullptr;
   uint64_t namesToCompare = kMostComparedNames;  // for "did you mean"
   uint64_t stepsToTake = kMostSteps;
   // The numbers of enums or bits by the type that has them, once others restrict it.
@@ -85,6 +86,16 @@ void Warn(Lint* lint, const char* group, const xmlNode* at, std::string message,
 
 // True when the node has the module's namespace.
 bool IsOfModule(const Lint& lint, const SchemaNode* node) noexcept;
+
+// The node, if it is of the module, and the nodes of the module below it.
+template <typename Visit>
+void ForEachNodeIn(const Lint& lint, const SchemaNode* top, Visit visit) {
+  for (const SchemaNode* node = top; node != nullptr;) {
+    const bool isOurs = IsOfModule(lint, node);
+    if (isOurs) visit(node);
+    node = isOurs ? NextNode(top, node) : NextBehind(top, node);
+  }
+}
 
 // On a node of the schema: the finding stands at `at` and names the place where the
 // node was used.
@@ -123,6 +134,20 @@ void JudgePathPrefixes(Lint* lint, const xmlNode* statement);
 
 // Reports an augment or a deviation whose path leads nowhere.
 void ReportLost(Lint* lint, const char* group, const TargetView& target);
+
+// The nodes of the module: in its trees, and what it has hung into those of others. Nodes
+// of others are passed over with all that stands in them, since that which is the
+// module's own was hung there by it.
+template <typename Visit>
+void ForEachNode(const Lint& lint, Visit visit) {
+  for (const SchemaNode* top : lint.tops) ForEachNodeIn(lint, top, visit);
+  for (const TargetView* augment : lint.targets->augments) {
+    const SchemaNode* end = augment->last == nullptr ? nullptr : augment->last->next;
+    const bool isForeign = augment->target != nullptr && !IsOfModule(lint, augment->target);
+    for (const SchemaNode* node = augment->first; isForeign && node != end; node = node->next)
+      ForEachNodeIn(lint, node, visit);
+  }
+}
 
 // All statements of a kind in a file, in order.
 template <typename Visit>

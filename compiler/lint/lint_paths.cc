@@ -354,13 +354,12 @@ void LintPaths(Lint* lint) {
     ForEachStatement(file, Keyword::kTypedef, [&](const xmlNode* s) {
       if (tree != lint->view->trees.end()) JudgeTypedef(lint, tree->second, s);
     });
-  for (const SchemaNode* top : lint->tops)
-    for (const SchemaNode* node = top; node != nullptr; node = NextNode(top, node)) {
-      if (!node->written || !IsLeafLike(node) || !IsOfModule(*lint, node)) continue;
-      const xmlNode* type = FirstChild(node->statement, Keyword::kType);
-      std::unordered_set<const xmlNode*> unions;
-      if (type != nullptr) JudgeType(lint, node, type, &unions);
-    }
+  ForEachNode(*lint, [lint](const SchemaNode* node) {
+    if (!node->written || !IsLeafLike(node)) return;
+    const xmlNode* type = FirstChild(node->statement, Keyword::kType);
+    std::unordered_set<const xmlNode*> unions;
+    if (type != nullptr) JudgeType(lint, node, type, &unions);
+  });
   for (const Module* file : lint->files)
     ForEachStatement(file, Keyword::kTypedef, [lint](xmlNode* s) {
       if (lint->used->count(s) == 0) JudgeTypedef(lint, s);

@@ -8,6 +8,7 @@ namespace compiler {
 namespace {
 
 constexpr char kCorrect[] = "correct the path";
+constexpr uint64_t kCostOfName = 8;  // of one that an axis may lead to
 
 bool IsRoot(const SchemaNode* node) noexcept {
   return node->keyword == Keyword::kModule;
@@ -88,8 +89,8 @@ const SchemaNode* FindUnseen(const DataPlaces& from, const DataTest& step) {
 std::string NearestOnAxis(Lint* lint, const DataPlaces& from, const DataTest& step) {
   Suggestion near(step.name, &lint->namesToCompare);
   for (const SchemaNode& node : from.context.view->nodes) {
-    if (lint->stepsToTake == 0) break;
-    --lint->stepsToTake;
+    if (lint->namesToCompare < kCostOfName) break;
+    lint->namesToCompare -= kCostOfName;
     if (node.space != step.space || !IsDataNode(&node)) continue;
     DataTest other = step;
     other.name = node.name;

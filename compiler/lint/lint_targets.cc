@@ -127,8 +127,8 @@ void ReportLost(Lint* lint, const char* group, const TargetView& target) {
 }
 
 void LintTargets(Lint* lint) {
-  for (const TargetView& augment : lint->view->augments) {
-    if (MainModuleOf(StatementOf(augment.statement)->words) != lint->module) continue;
+  for (const TargetView* one : lint->targets->augments) {
+    const TargetView& augment = *one;
     if (augment.unknown) {
       JudgePathPrefixes(lint, augment.statement);
     } else if (augment.target == nullptr) {
@@ -139,11 +139,10 @@ void LintTargets(Lint* lint) {
       JudgeMandatoryNodes(lint, augment);
     }
   }
-  for (const TargetView& inner : lint->view->inner) {
-    const bool ours = MainModuleOf(StatementOf(inner.statement)->words) == lint->module;
-    if (!ours || inner.target == nullptr || !Is(inner.statement, Keyword::kAugment)) continue;
-    JudgeContents(lint, inner);
-    JudgeStatusOfSteps(lint, inner);
+  for (const TargetView* inner : lint->targets->inner) {
+    if (inner->target == nullptr || !Is(inner->statement, Keyword::kAugment)) continue;
+    JudgeContents(lint, *inner);
+    JudgeStatusOfSteps(lint, *inner);
   }
   for (const Module* file : lint->files) LintDeviations(lint, file);
   LintDeviated(lint);

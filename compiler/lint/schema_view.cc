@@ -121,6 +121,10 @@ void FollowDescendant(Builder* builder, xmlNode* statement, SchemaNode* start) {
   target->statement = statement;
   target->start = start;
   target->usedAt = builder->usedAt;
+  target->space = builder->space;
+  builder->view->targets[MainModuleOf(StatementOf(statement)->words)].inner.push_back(target);
+  if (Is(statement, Keyword::kAugment))
+    builder->view->targets[builder->space].brought.push_back(target);
   const char* path = ArgumentOf(statement);
   if (path == nullptr || !IsDescendantNodeId(path)) {
     target->unknown = true;
@@ -148,6 +152,8 @@ void ExpandUses(Builder* builder, xmlNode* uses, SchemaNode* parent) {
   record->statement = uses;
   record->target = parent;
   record->usedAt = builder->usedAt;
+  record->space = builder->space;
+  builder->view->targets[builder->space].brought.push_back(record);
   const Place* before = builder->usedAt;
   if (before == nullptr) builder->usedAt = &StatementOf(uses)->place;
   builder->open.push_back(grouping);
@@ -190,8 +196,11 @@ void AddFile(Module* file, void* arg) {
   SchemaView* view = visit->builder->view;
   Expand(visit->builder, file->root, visit->top);
   for (xmlNode* s = FirstChild(file->root, Keyword::kAugment); s != nullptr;
-       s = NextSibling(s, Keyword::kAugment))
-    view->augments.emplace_back().statement = s;
+       s = NextSibling(s, Keyword::kAugment)) {
+    TargetView* augment = &view->augments.emplace_back();
+    augment->statement = s;
+    view->targets[visit->builder->space].augments.push_back(augment);
+  }
 }
 
 void AddTree(SchemaView* view, Module* module) {
@@ -210,8 +219,7 @@ void QueueImports(Module* file, void* arg) {
   auto* queue = static_cast<std::vector<Module*>*>(arg);
   for (const Import& import : file->imports) {
     Module* module = MainModuleOf(import.target);
-    if (module != nullptr && std::find(queue->begin(), queue->end(), module) == queue->end())
-      queue->push_back(module);
+    if (module != nullptr) queue->push_back(module);
   }
 }
 
@@ -231,13 +239,18 @@ bool TryAugment(SchemaView* view, TargetView* augment) {
 }
 
 void ResolveAugments(SchemaView* view) {
-  bool progress = true;
-  while (progress) {
-    progress = false;
-    for (TargetView& augment : view->augments) {
-      if (augment.target == nullptr && TryAugment(view, &augment)) progress = true;
-    }
+  std::vector<TargetView*> open;
+  for (TargetView& augment : view->augments)
+    if (augment.target == nullptr) open.push_back(&augment);
+  for (size_t before = open.size() + 1; open.size() < before;) {
+    before = open.size();
+    const auto found = std::remove_if(open.begin(), open.end(), [view](TargetView* augment) {
+      return TryAugment(view, augment);
+    });
+    open.erase(found, open.end());
   }
+  view->lost.clear();
+  for (const TargetView* augment : open) view->lost[augment->space].push_back(augment->statement);
 }
 
 bool IsTransparent(const SchemaNode* node) noexcept {
@@ -277,31 +290,30 @@ const SchemaNode* NextSeen(const SchemaNode* parent, const SchemaNode* node) noe
   return nullptr;
 }
 
-void AddToView(SchemaView* view, Module* module) {
-  std::vector<Module*> queue = {module};
+void AddToView(SchemaView* view, std::span<Module* const> modules) {
+  std::vector<Module*> queue(modules.begin(), modules.end());
   bool added = false;
-  view->dataChildren.clear();
-  view->open.clear();
-  view->lost.clear();
   for (size_t i = 0; i < queue.size(); ++i) {
-    ForEachFile(queue[i], QueueImports, &queue);
     if (view->trees.count(queue[i]) != 0) continue;
+    ForEachFile(queue[i], QueueImports, &queue);
     AddTree(view, queue[i]);
     added = true;
   }
-  if (added) ResolveAugments(view);
-  for (const TargetView& augment : view->augments)
-    if (augment.target == nullptr)
-      view->lost[MainModuleOf(StatementOf(augment.statement)->words)].push_back(augment.statement);
+  if (!added) return;
+  view->dataChildren.clear();
+  view->open.clear();
+  view->twins.clear();
+  ResolveAugments(view);
 }
 
 TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement) {
   TargetView target;
   target.statement = statement;
   target.unknown = true;
+  Module* words = StatementOf(statement)->words;
+  target.space = MainModuleOf(words);
   const char* path = ArgumentOf(statement);
   if (path == nullptr || !IsAbsoluteNodeId(path)) return target;
-  Module* words = StatementOf(statement)->words;
   const std::string_view steps = std::string_view(path).substr(1);
   const Reference first = SplitReference(steps.substr(0, steps.find('/')));
   const auto tree = view.trees.find(ModuleOfPrefix(words, first.prefix));
@@ -401,7 +413,10 @@ bool MayBeLost(const SchemaView& view, const Module* module, std::string_view na
 }
 
 SchemaNode* NextNode(const SchemaNode* top, const SchemaNode* node) noexcept {
-  if (node->firstChild != nullptr) return node->firstChild;
+  return node->firstChild != nullptr ? node->firstChild : NextBehind(top, node);
+}
+
+SchemaNode* NextBehind(const SchemaNode* top, const SchemaNode* node) noexcept {
   for (; node != top; node = node->parent)
     if (node->next != nullptr) return node->next;
   return nullptr;

@@ -7,8 +7,10 @@
 // who is to be told.
 #include <deque>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "compiler/reading/records.h"
@@ -48,8 +50,19 @@ struct TargetView {
   SchemaNode* last = nullptr;
   std::string_view failed;  // the step that was not found
   const Place* usedAt = nullptr;
-  bool unknown = false;  // the path leads into what could not be read: nothing to say
+  Module* space = nullptr;  // of the nodes that it brings
+  bool unknown = false;     // the path leads into what could not be read: nothing to say
 };
+
+// The augments, refines and `uses` that concern one module, in order.
+struct ModuleTargets {
+  std::vector<TargetView*> augments;  // that it writes
+  std::vector<TargetView*> inner;     // augments and refines of `uses` that it writes
+  std::vector<TargetView*> brought;   // augments of `uses`, and `uses`, that bring it nodes
+};
+
+// The nodes of one name that stand beside another of it, each with the first of them.
+using Twins = std::vector<std::pair<const SchemaNode*, const SchemaNode*>>;
 
 // The nodes of all trees by name, as far as they were entered.
 struct NodeIndex {
@@ -66,13 +79,15 @@ struct SchemaView {
   std::deque<TargetView> augments;                        // of modules
   std::deque<TargetView> inner;                           // augments and refines of `uses`
   std::deque<TargetView> uses;  // each `uses`, the target being the node it stands in
-  std::unordered_map<const SchemaNode*, bool> holes;  // nodes with a `uses` not found
+  std::unordered_map<const Module*, ModuleTargets> targets;  // of the three, by module
+  std::unordered_map<const SchemaNode*, bool> holes;         // nodes with a `uses` not found
   // Data children by name of the nodes that were asked for one, once all trees stand.
   mutable std::unordered_map<const SchemaNode*,
                              std::unordered_multimap<std::string_view, SchemaNode*>>
       dataChildren;
-  mutable std::unordered_map<const SchemaNode*, bool> open;  // kept by StepDown()
-  mutable NodeIndex index;                                   // kept by NodesNamed()
+  mutable std::unordered_map<const SchemaNode*, bool> open;    // kept by StepDown()
+  mutable std::unordered_map<const SchemaNode*, Twins> twins;  // by parent; kept by lint
+  mutable NodeIndex index;                                     // kept by NodesNamed()
   // Augments whose targets were not found, by their module.
   std::unordered_map<const Module*, std::vector<const xmlNode*>> lost;
   // The templates of data in `alone`, by their module.
@@ -85,9 +100,9 @@ struct SchemaView {
 // cases, inputs and outputs that are not written.
 inline constexpr size_t kMaxSchemaNodes = 3200000;
 
-// Adds the trees of the module and of all that it imports, with their augments. Those
+// Adds the trees of the modules and of all that they import, with their augments. Those
 // that are there already stay.
-void AddToView(SchemaView* view, Module* module);
+void AddToView(SchemaView* view, std::span<Module* const> modules);
 
 // Where the path of an augment or deviation of a module leads, as far as the trees know.
 TargetView FollowAbsolute(const SchemaView& view, xmlNode* statement);
@@ -125,6 +140,9 @@ bool MayBeLost(const SchemaView& view, const Module* module, std::string_view na
 
 // The next node of the tree below `top` after `node`; NULL: no more.
 SchemaNode* NextNode(const SchemaNode* top, const SchemaNode* node) noexcept;
+
+// The same, past what stands in `node`.
+SchemaNode* NextBehind(const SchemaNode* top, const SchemaNode* node) noexcept;
 
 // The parent as data see it; the top of the tree for a top-level node.
 SchemaNode* DataParent(const SchemaNode* node) noexcept;

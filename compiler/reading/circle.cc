@@ -4,8 +4,11 @@
 // closes a circle.
 #include "compiler/reading/circle.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "compiler/reading/statement.h"
@@ -201,9 +204,23 @@ void SearchFile(Module* file, void* arg) {
 
 }  // namespace
 
+// The files before `first` were searched with all that they refer to, so that no circle leads
+// through them.
 void ReportLinkCircles(const std::vector<Module*>& files, size_t first, Report* report) {
-  CircleSearch imports{"imports", "linkage", ImportsOf, FileName, report, {}, {}, false};
-  CircleSearch includes{"includes", "linkage", IncludesOf, FileName, report, {}, {}, false};
+  const std::unordered_set<const void*> open(files.begin() + static_cast<std::ptrdiff_t>(first),
+                                             files.end());
+  const auto within = [&open](std::vector<Link> (*linksOf)(const void*)) {
+    return [&open, linksOf](const void* file) {
+      std::vector<Link> links = linksOf(file);
+      const auto known = std::remove_if(links.begin(), links.end(), [&open](const Link& link) {
+        return open.count(link.to) == 0;
+      });
+      links.erase(known, links.end());
+      return links;
+    };
+  };
+  CircleSearch imports{"imports", "linkage", within(ImportsOf), FileName, report, {}, {}, false};
+  CircleSearch includes{"includes", "linkage", within(IncludesOf), FileName, report, {}, {}, false};
   for (; first < files.size(); ++first) {
     SearchFrom(&imports, files[first]);
     SearchFrom(&includes, files[first]);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "compiler/job.h"
+#include "compiler/lint_job.h"
 
 static uint64_t g_blocks = 0;
 
@@ -114,6 +115,23 @@ Files Reversed(int size) {
     for (auto augment = augments.rbegin(); augment != augments.rend(); ++augment) text += *augment;
   }
   return One("container h;" + text);
+}
+
+// Modules that hang nodes into one node of another, and into what it has there.
+Files ManyIntoOne(int size) {
+  Files files = {{"a", Module("a", {},
+                              "container h { leaf z { type string; } choice c { case d; } }"
+                              "rpc r { input { leaf z { type string; } } }")}};
+  for (int i = 0; i < size; ++i) {
+    const std::string name = "m" + std::to_string(i);
+    files.emplace_back(
+        name, Module(name, {"a"},
+                     "augment /a:h { when a:z; leaf x { type string; must ../a:z; }"
+                     " container y { leaf w { type leafref { path ../../a:z; } } } }"
+                     "augment /a:h/a:c/a:d { leaf v { type string; must \"ancestor::a:h\"; } }"
+                     "augment /a:r/a:input { leaf x { type string; must \"../a:z = 'a'\"; } }"));
+  }
+  return files;
 }
 
 const Shape kShapes[] = {
@@ -289,9 +307,24 @@ class Growth : public testing::TestWithParam<Shape> {
   }
   ~Growth() override { std::filesystem::remove_all(folder_); }
 
+  void Write(const Files& files) const {
+    for (const auto& [name, text] : files) std::ofstream(folder_ + "/" + name + ".yang") << text;
+  }
+
+  // The blocks that linting all of them takes.
+  uint64_t BlocksOfLint(const Files& files) const {
+    Write(files);
+    LintRequest request;
+    request.folders = {folder_};
+    for (const auto& file : files) request.operands.push_back(file.first);
+    const uint64_t before = g_blocks;
+    EXPECT_NE(LintState::kUnusable, RunLintJob(request).state);
+    return g_blocks - before;
+  }
+
   // The blocks that compiling takes, which looks for faults as lint does.
   uint64_t BlocksOf(const Files& files) const {
-    for (const auto& [name, text] : files) std::ofstream(folder_ + "/" + name + ".yang") << text;
+    Write(files);
     JobRequest request;
     request.folders = {folder_};
     request.operands = {files.back().first};
@@ -312,6 +345,45 @@ TEST_P(Growth, IsThatOfTheModel) {
   EXPECT_GT(few, uint64_t{100} * kFew);  // it is counted
   EXPECT_LT(many, 5 * few);
 }
+
+const Shape kLintShapes[] = {
+    {"ModulesInAChain", [](int n) { return Chain(n / kPerFile); }},
+    {"ModulesThatAugmentOneNode", [](int n) { return ManyIntoOne(n / kPerFile); }},
+    {"ModulesThatAugmentOneNodeAndErr",
+     [](int n) {
+       Files files = ManyIntoOne(n / kPerFile);
+       for (auto& file : files) file.second.insert(file.second.rfind('}'), "leaf e { type f; }");
+       return files;
+     }},
+    {"NamesAnywhere",
+     [](int n) {
+       return One("container h {" + Each(n, "leaf c# { type string; must \"//c# or .//d#\"; }") +
+                  "}");
+     }},
+    {"Wildcards",
+     [](int n) {
+       return One(Each(n, "container c# { leaf d { type string; must \"../../*/d\"; } }"));
+     }},
+    {"GroupingsOfAnother",
+     [](int n) {
+       return Two("grouping g { leaf c { type string; when ../d; } leaf d { type string; } }",
+                  Each(n, "container h# { uses a:g { refine c { default x; } } }"));
+     }},
+};
+
+class LintGrowth : public Growth {};
+
+TEST_P(LintGrowth, IsThatOfTheModels) {
+  const uint64_t few = BlocksOfLint(GetParam().make(kFew));
+  const uint64_t many = BlocksOfLint(GetParam().make(kMany));
+  EXPECT_GT(few, uint64_t{100} * kFew);  // it is counted
+  EXPECT_LT(many, 5 * few);
+}
+
+INSTANTIATE_TEST_SUITE_P(Linting, LintGrowth, testing::ValuesIn(kLintShapes),
+                         [](const testing::TestParamInfo<Shape>& shape) {
+                           return std::string(shape.param.name);
+                         });
 
 INSTANTIATE_TEST_SUITE_P(Compiling, Growth, testing::ValuesIn(kShapes),
                          [](const testing::TestParamInfo<Shape>& shape) {
