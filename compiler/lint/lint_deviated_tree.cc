@@ -93,10 +93,27 @@ const SchemaNode* ListOfKey(const SchemaNode* node) {
   return nullptr;
 }
 
+bool HasConfig(const Deviates& deviates) {
+  return std::any_of(deviates.begin(), deviates.end(), [](const xmlNode* deviate) {
+    return FirstChild(deviate, Keyword::kConfig) != nullptr;
+  });
+}
+
+// True when a deviation changes the config of the node or of one that it stands in. Asked
+// first: a node may have thousands of statements.
+bool IsConfigDeviated(const Deviated& all, const SchemaNode* node) {
+  for (; node != nullptr; node = node->parent) {
+    const Deviates* deviates = DeviatesOf(all, node);
+    if (deviates != nullptr && HasConfig(*deviates)) return true;
+  }
+  return false;
+}
+
 // What ConfigOf() says, with all deviations.
 Config ConfigAfter(const Deviated& all, const SchemaNode* node) {
   const Config before = ConfigOf(node);
   if (before != Config::kTrue && before != Config::kFalse) return before;
+  if (!IsConfigDeviated(all, node)) return before;
   for (; node != nullptr; node = node->parent) {
     const xmlNode* own = LeftOf(all, node, Keyword::kConfig);
     if (own != nullptr) return IsTrue(own) ? Config::kTrue : Config::kFalse;
@@ -140,9 +157,9 @@ void JudgeConfigOfOne(const Result& result, const SchemaNode* node, const xmlNod
 // What stands below a node gets its config, or has to fit it.
 void JudgeConfigBelow(const Result& result) {
   const xmlNode* config = LeftOf(result.node, *result.deviates, Keyword::kConfig);
-  const Config before = ConfigOf(result.node);
-  const Config after = ConfigAfter(*result.all, result.node);
-  if (config == nullptr || !IsOfDeviate(config) || before == after) return;
+  if (config == nullptr || !IsOfDeviate(config) ||
+      ConfigOf(result.node) == ConfigAfter(*result.all, result.node))
+    return;
   if (result.node->keyword == Keyword::kList && IsTrue(config) &&
       PropertyOf(result.node, Keyword::kKey) == nullptr)
     Error(result.lint, cls::kList, config,

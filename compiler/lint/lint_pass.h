@@ -59,6 +59,7 @@ struct Lint {
   const std::unordered_set<const xmlNode*>* used = nullptr;  // typedefs and groupings; by all
   // Whether one of the enums or bits, told by the first, has an if-feature.
   std::unordered_map<const xmlNode*, bool> conditionalItems;
+  std::unordered_map<const xmlNode*, uint8_t> statuses;  // as they are written
   // The trees of the module: the groupings and templates by themselves, and its own.
   std::vector<const SchemaNode*> tops;
   // Where it hangs nodes into trees, its own among them, and what groupings bring.

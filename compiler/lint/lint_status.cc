@@ -15,30 +15,37 @@ enum class Status : uint8_t { kCurrent, kDeprecated, kObsolete };
 
 constexpr const char* kWords[] = {"current", "deprecated", "obsolete"};
 
-Status WrittenStatus(const xmlNode* statement) {
+Status ReadStatus(const xmlNode* statement) {
   const char* text = ArgumentOfChild(statement, Keyword::kStatus);
   for (size_t i = 0; text != nullptr && i < std::size(kWords); ++i)
     if (std::strcmp(text, kWords[i]) == 0) return static_cast<Status>(i);
   return Status::kCurrent;
 }
 
+// Kept, since paths name a node again and again, which may have thousands of children.
+Status WrittenStatus(Lint* lint, const xmlNode* statement) {
+  const auto [kept, isNew] = lint->statuses.try_emplace(statement);
+  if (isNew) kept->second = static_cast<uint8_t>(ReadStatus(statement));
+  return static_cast<Status>(kept->second);
+}
+
 // The weakest status of a statement and those around it.
-Status StatusAround(const xmlNode* statement) {
+Status StatusAround(Lint* lint, const xmlNode* statement) {
   Status status = Status::kCurrent;
   for (; statement != nullptr; statement = ParentOf(statement))
-    status = std::max(status, WrittenStatus(statement));
+    status = std::max(status, WrittenStatus(lint, statement));
   return status;
 }
 
 // The weakest status of what a node stands in, where groupings and augments have put it.
-Status StatusOfPlace(const Lint& lint, const SchemaNode* place) {
+Status StatusOfPlace(Lint* lint, const SchemaNode* place) {
   Status status = Status::kCurrent;
   for (const SchemaNode* node = place; node != nullptr; node = node->parent) {
-    if (node->written) status = std::max(status, WrittenStatus(node->statement));
+    if (node->written) status = std::max(status, WrittenStatus(lint, node->statement));
     if (node->usedAt == nullptr) continue;
-    for (const TargetView& uses : lint.view->uses)
+    for (const TargetView& uses : lint->view->uses)
       if (&StatementOf(uses.statement)->place == node->usedAt)
-        status = std::max(status, StatusAround(uses.statement));
+        status = std::max(status, StatusAround(lint, uses.statement));
   }
   return status;
 }
@@ -48,7 +55,7 @@ void ReportStatus(Lint* lint, const xmlNode* statement, Status own, const xmlNod
   Error(lint, cls::kStatus, statement,
         std::string("a ") + kWords[static_cast<size_t>(own)] + " definition refers to " +
             Describe(definition) + ", which is " +
-            kWords[static_cast<size_t>(WrittenStatus(definition))],
+            kWords[static_cast<size_t>(WrittenStatus(lint, definition))],
         "refer to another, or give this one the same status");
 }
 
@@ -88,10 +95,10 @@ void JudgeFeatures(Lint* lint, const xmlNode* statement, const char* text) {
 }  // namespace
 
 void JudgeStatus(Lint* lint, const xmlNode* statement, const xmlNode* definition) {
-  const Status needed = WrittenStatus(definition);
+  const Status needed = WrittenStatus(lint, definition);
   // Most are current, and what stands around need not be asked.
   if (needed == Status::kCurrent || !AreOfModule(*lint, statement, definition)) return;
-  const Status own = StatusAround(statement);
+  const Status own = StatusAround(lint, statement);
   if (needed > own) ReportStatus(lint, statement, own, definition);
 }
 
@@ -100,7 +107,7 @@ void JudgeStatusOfNodes(Lint* lint, const xmlNode* statement, const SchemaNode* 
   const xmlNode* best = nullptr;
   Status needed = Status::kObsolete;
   for (const SchemaNode* node : nodes) {
-    const Status status = node->written ? WrittenStatus(node->statement) : Status::kCurrent;
+    const Status status = node->written ? WrittenStatus(lint, node->statement) : Status::kCurrent;
     if (status == Status::kCurrent) return;
     if (best == nullptr || status < needed) {
       best = node->statement;
@@ -108,7 +115,7 @@ void JudgeStatusOfNodes(Lint* lint, const xmlNode* statement, const SchemaNode* 
     }
   }
   if (best == nullptr || !AreOfModule(*lint, statement, best)) return;
-  const Status own = std::max(StatusAround(statement), StatusOfPlace(*lint, place));
+  const Status own = std::max(StatusAround(lint, statement), StatusOfPlace(lint, place));
   if (needed > own) ReportStatus(lint, statement, own, best);
 }
 

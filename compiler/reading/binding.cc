@@ -91,9 +91,9 @@ ExtensionForm FormOf(Binder* b, Module* module, std::string_view name) {
   return form == place->second.end() ? ExtensionForm() : form->second;
 }
 
+// Empty: none is near.
 std::string NearestExtension(Binder* b, Module* module, const char* wanted) {
-  constexpr char kElse[] = "look at what that module defines";
-  if (b->namesToCompare == 0) return kElse;
+  if (b->namesToCompare == 0) return {};
   // In an order of their own, since that of the table is none.
   std::vector<std::string_view> names;
   for (const auto& form : b->forms[module]) names.push_back(form.first);
@@ -101,7 +101,7 @@ std::string NearestExtension(Binder* b, Module* module, const char* wanted) {
   Suggestion near(wanted, &b->namesToCompare);
   for (const std::string_view name : names)
     if (!near.Consider(name)) break;
-  return near.Advice(kElse);
+  return near.Advice({});
 }
 
 // The module that an instance in YIN names by its namespace; NULL: it is not imported.

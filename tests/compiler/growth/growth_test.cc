@@ -191,6 +191,11 @@ const Shape kShapes[] = {
        return Two("container h {" + Each(n, "leaf c# { type string; }") + "}",
                   Each(n, "deviation \"/a:h/a:c#\" { deviate add { default x; } }"));
      }},
+    {"DeviationsOfConfig",
+     [](int n) {
+       return Two("container h {" + Each(n, "leaf c# { type string; }") + "}",
+                  Each(n, "deviation \"/a:h/a:c#\" { deviate add { config false; } }"));
+     }},
     {"ConditionsThatADeviationDeletes",
      [](int n) {
        const std::string musts = Each(n, "must \". != '#'\";");
