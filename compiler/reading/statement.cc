@@ -115,6 +115,7 @@ std::vector<xmlNode*> AugmentsOfUses(const xmlNode* uses) {
   std::sort(placed.begin(), placed.end(),
             [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<xmlNode*> augments;
+  augments.reserve(placed.size());
   for (const auto& one : placed) augments.push_back(one.second);
   return augments;
 }

@@ -272,7 +272,9 @@ TEST(RefusedIndex, DoesNotGrowWithoutMemoryAndKeepsTheResult) {
     counting_memory::RefuseNth(n, counting_memory::Refuse::kOnce);
     const Outcome outcome = RunOnce(ctx, message, kEverything);
     if (counting_memory::StopRefusing() == 0) break;
-    if (outcome.text != whole) EXPECT_NE(0u, outcome.text.find("0 valid")) << outcome.text;
+    if (outcome.text != whole) {
+      EXPECT_NE(0u, outcome.text.find("0 valid")) << outcome.text;
+    }
     wentOff += outcome.isOff ? 1 : 0;
   }
   EXPECT_NE(0u, wentOff);
