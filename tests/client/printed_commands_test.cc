@@ -129,7 +129,7 @@ TEST(UsageLines, OfThePagesAreThoseOfTheProgram) {
 }
 
 TEST(PrintedCommands, OfDeparturesAreTrue) {
-  ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 12);
+  ExpectPrintedAsRun(QMODEL_DOCS "/departures.md", 13);
 }
 
 TEST(PrintedCommands, OfTheModelAuthorsGuideAreTrue) {
