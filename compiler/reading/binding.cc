@@ -104,15 +104,6 @@ std::string NearestExtension(Binder* b, Module* module, const char* wanted) {
   return near.Advice({});
 }
 
-// The module that an instance in YIN names by its namespace; NULL: it is not imported.
-Module* ModuleOfNamespace(Module* file, std::string_view uri) noexcept {
-  Module* main = MainModuleOf(file);
-  if (main != nullptr && main->nameSpace == uri) return main;
-  for (const Import& import : file->imports)
-    if (import.target != nullptr && import.target->nameSpace == uri) return import.target;
-  return nullptr;
-}
-
 void TurnIntoElement(xmlNode* element, const xmlChar* name) {
   xmlAttr* attribute = element->properties;
   const std::string argument(View(attribute->children->content));

@@ -94,6 +94,14 @@ Module* ModuleOfPrefix(Module* file, std::string_view prefix) noexcept {
   return import == file->importOfPrefix.end() ? nullptr : import->second->target;
 }
 
+Module* ModuleOfNamespace(Module* file, std::string_view uri) noexcept {
+  Module* main = MainModuleOf(file);
+  if (main != nullptr && main->nameSpace == uri) return main;
+  for (const Import& import : file->imports)
+    if (import.target != nullptr && import.target->nameSpace == uri) return import.target;
+  return nullptr;
+}
+
 bool KnowsPrefix(const Module* file, std::string_view prefix) noexcept {
   return prefix == file->prefix || file->importOfPrefix.count(prefix) != 0;
 }

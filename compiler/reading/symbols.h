@@ -25,6 +25,8 @@ Module* MainModuleOf(Module* file) noexcept;
 // The module that `prefix` means in `file`; empty: its own. NULL: no such prefix, or the
 // imported module was not found.
 Module* ModuleOfPrefix(Module* file, std::string_view prefix) noexcept;
+// The same of a namespace, by which an instance of an extension in YIN tells its module.
+Module* ModuleOfNamespace(Module* file, std::string_view uri) noexcept;
 
 // True when `file` has an import with this prefix, found or not, or it is its own.
 bool KnowsPrefix(const Module* file, std::string_view prefix) noexcept;

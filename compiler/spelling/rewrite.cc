@@ -73,16 +73,10 @@ void RewriteUnique(Output* out, xmlNode* statement) {
   if (paths != text) SetArgument(out->all->session, statement, paths);
 }
 
-Module* ModuleOfNamespace(const xmlNode* statement) {
+Module* ModuleOfInstance(const xmlNode* statement) {
   if (statement->ns == nullptr || statement->ns->href == nullptr) return nullptr;
-  const std::string_view uri = reinterpret_cast<const char*>(statement->ns->href);
-  Module* file = StatementOf(statement)->words;
-  Module* own = MainModuleOf(file);
-  if (own != nullptr && uri == own->nameSpace) return own;
-  for (const Import& import : file->imports) {
-    if (import.target != nullptr && uri == import.target->nameSpace) return import.target;
-  }
-  return nullptr;
+  return ModuleOfNamespace(StatementOf(statement)->words,
+                           reinterpret_cast<const char*>(statement->ns->href));
 }
 
 // True where the loader keeps instances of extensions.
@@ -117,7 +111,7 @@ bool IsDefinedAsWritten(const Output* out, Module* module, const xmlNode* statem
 // False: it has left the tree, with what stands in it.
 bool RewriteExtension(Rewriting* rewriting, xmlNode* statement) {
   Output* out = rewriting->out;
-  Module* module = ModuleOfNamespace(statement);
+  Module* module = ModuleOfInstance(statement);
   if (module == nullptr) return true;
   if (!IsDefinedAsWritten(out, module, statement)) {
     Lose(out, statement,
