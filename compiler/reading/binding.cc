@@ -71,8 +71,7 @@ ExtensionForm ReadForm(const xmlNode* definition) {
   const xmlNode* argument = FirstChild(definition, Keyword::kArgument);
   if (argument == nullptr) return form;
   form.argument = ArgumentOf(argument);
-  const char* yinElement = ArgumentOfChild(argument, Keyword::kYinElement);
-  form.argumentIsElement = yinElement != nullptr && std::string_view(yinElement) == "true";
+  form.argumentIsElement = IsChildTrue(argument, Keyword::kYinElement);
   return form;
 }
 

@@ -152,6 +152,11 @@ const char* ArgumentOfChild(const xmlNode* parent, Keyword keyword) noexcept {
   return child == nullptr ? nullptr : ArgumentOf(child);
 }
 
+bool IsChildTrue(const xmlNode* parent, Keyword keyword) noexcept {
+  const char* argument = ArgumentOfChild(parent, keyword);
+  return argument != nullptr && std::string_view(argument) == "true";
+}
+
 void SetArgument(Session* session, xmlNode* statement, std::string_view argument) {
   const Statement* record = StatementOf(statement);
   const xmlChar* name = session->arguments[static_cast<size_t>(record->keyword)];

@@ -50,6 +50,9 @@ const char* ArgumentOf(const xmlNode* statement) noexcept;
 // The argument of the first substatement of this kind; NULL: there is none.
 const char* ArgumentOfChild(const xmlNode* parent, Keyword keyword) noexcept;
 
+// True when that argument is "true".
+bool IsChildTrue(const xmlNode* parent, Keyword keyword) noexcept;
+
 void SetArgument(Session* session, xmlNode* statement, std::string_view argument);
 
 // A new statement for the tree of `like`, not yet linked, with its place, words and

@@ -216,8 +216,7 @@ class Departures {
   void ReportMandatoryChoices() {
     std::unordered_set<const xmlNode*> reported;
     for (const auto& [out, choice] : choices_) {
-      const char* mandatory = ArgumentOfChild(choice, Keyword::kMandatory);
-      if (mandatory == nullptr || std::string_view(mandatory) != "true") continue;
+      if (!IsChildTrue(choice, Keyword::kMandatory)) continue;
       if (!StaysInTree({choice, out}) || IsFilled(choice)) continue;
       if (!reported.insert(choice).second) continue;
       Lose(out, choice,

@@ -245,12 +245,10 @@ void LeaveDefault(Output* out, xmlNode* byDefault) {
 
 void LeaveDefaultOfTypedef(Output* out, xmlNode* type) {
   xmlNode* holder = ParentOf(type);
-  const char* mandatory = ArgumentOfChild(holder, Keyword::kMandatory);
-  const bool isMandatory = mandatory != nullptr && std::string_view(mandatory) == "true";
   const bool isTypedef = Is(holder, Keyword::kTypedef);
   const bool takesOne = isTypedef || Is(holder, Keyword::kLeaf) || Is(holder, Keyword::kLeafList) ||
                         Is(holder, Keyword::kDeviate);
-  if (!takesOne || isMandatory || HoldsDefault(out, holder)) return;
+  if (!takesOne || IsChildTrue(holder, Keyword::kMandatory) || HoldsDefault(out, holder)) return;
   const xmlNode* byDefault = DefaultLostIn(out, {OriginOf(type), {nullptr, out}});
   if (byDefault == nullptr) return;
   SayLost(out, type, byDefault);

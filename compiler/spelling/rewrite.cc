@@ -91,12 +91,10 @@ bool HaveSameArgument(const xmlNode* a, const xmlNode* b) {
   const xmlNode* first = FirstChild(a, Keyword::kArgument);
   const xmlNode* second = FirstChild(b, Keyword::kArgument);
   if (first == nullptr || second == nullptr) return first == second;
-  const auto is = [](const char* text, std::string_view value) {
-    return text != nullptr && value == text;
-  };
-  return ArgumentOf(first) != nullptr && is(ArgumentOf(second), ArgumentOf(first)) &&
-         is(ArgumentOfChild(first, Keyword::kYinElement), "true") ==
-             is(ArgumentOfChild(second, Keyword::kYinElement), "true");
+  const char* name = ArgumentOf(first);
+  const char* other = ArgumentOf(second);
+  return name != nullptr && other != nullptr && std::string_view(name) == other &&
+         IsChildTrue(first, Keyword::kYinElement) == IsChildTrue(second, Keyword::kYinElement);
 }
 
 // False: the revision of its module that is written would not know the instance.

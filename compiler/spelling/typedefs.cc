@@ -208,9 +208,7 @@ void TakeOverUnits(Output* out, xmlNode* holder, const BottomType& bottom, const
 // The properties that a leaf had from its typedef, once that is gone.
 void TakeOver(Output* out, xmlNode* leaf, const BottomType& bottom, const Place* usedAt) {
   Session* session = out->all->session;
-  const char* mandatory = ArgumentOfChild(leaf, Keyword::kMandatory);
-  const bool isMandatory = mandatory != nullptr && std::string_view(mandatory) == "true";
-  const bool takesDefault = Is(leaf, Keyword::kLeaf) && !isMandatory;
+  const bool takesDefault = Is(leaf, Keyword::kLeaf) && !IsChildTrue(leaf, Keyword::kMandatory);
   if (takesDefault && bottom.byDefault != nullptr && FirstChild(leaf, Keyword::kDefault) == nullptr)
     AppendChild(leaf, CopyStatement(session, leaf->doc, bottom.byDefault, usedAt));
   TakeOverUnits(out, leaf, bottom, usedAt);
